@@ -1,0 +1,226 @@
+#include "analysis/contributions.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "analysis/pedigree_products.h"
+
+namespace qob {
+namespace {
+
+constexpr std::int32_t kLargest = 50;  // contributions listed in maxgcfile
+
+// Average relationships with the animals of one group, and contributions to them, by animal.
+struct GroupVectors {
+  Table<double> r;
+  Table<double> c;
+};
+
+class Contributions {
+ public:
+  Contributions(Model& model, const Cohorts& cohorts)
+      : model_(model), pedigree_(model.pedigree), cohorts_(cohorts), group_(cohorts.count()) {}
+
+  void open();
+  void report_group();
+  // Returns false at the end of the parameter file.
+  bool read_request();
+  void answer_request(bool first);
+  void close();
+
+ private:
+  bool find(std::int32_t id, std::int32_t& number);
+  bool find_animals(std::int32_t& ancestor, std::int32_t& descendant);
+  GroupVectors vectors_of(std::int32_t group) const;
+  void list_founders(const GroupVectors& v);
+  void list_largest(GroupVectors& v);
+  void answer_pair(std::int32_t ancestor, std::int32_t descendant);
+  void answer_group(std::int32_t ancestor, std::int32_t group);
+  void ignore_request();
+  const Text<80>& gcfile() const { return model_.parameters.files.gcfile; }
+
+  Model& model_;
+  const Pedigree& pedigree_;
+  const Cohorts& cohorts_;
+  std::int32_t group_;  // the group last reported, at first the last group
+  Unit gc_{16};
+  Unit maxgc_{17};
+};
+
+void Contributions::open() {
+  const Text<80>& prefix = model_.parameters.data.resultsdirectory;
+  openresultsfile(model_, prefix, gcfile(), gc_);
+  openresultsfile(model_, prefix, model_.parameters.files.maxgcfile, maxgc_);
+  write_list(model_.units.log, "Computing additive relationships and genetic contributions");
+  write_list(gc_, "# Add.rel  : Additive genetic relationship ");
+  write_list(gc_, "# Gen.cont : Genetic contribution ");
+  write(gc_, "(3A12,A8,2A10)", "Ancestor", "Descendant", "Group", "N.Group", "Add.rel", "Gen.cont");
+  write_list(maxgc_, "# Largest genetic contributions");
+  write_list(maxgc_, "# Add.rel  : Additive genetic relationship ");
+  write_list(maxgc_, "# Gen.cont : Genetic contribution ");
+  write(maxgc_, "(2A12,A8,2A10)", "Ancestor", " Group", "N.Group", "Add.rel", "Gen.cont");
+}
+
+void Contributions::close() {
+  write_list(model_.units.log, "Genetic contributions written to file ", gcfile());
+  closeresultsfile(model_, gc_);
+  closeresultsfile(model_, maxgc_);
+}
+
+GroupVectors Contributions::vectors_of(std::int32_t group) const {
+  const float share = 1.0F / single(cohorts_.n(group));
+  GroupVectors v;
+  allocate(model_, "Error in allocating memory in SubRoutine PopHistory (2)",
+           [&] { v.r.assign(pedigree_.maxid, 0.0); });
+  for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
+    if (cohorts_.cohort(i) == group) v.r(i) = static_cast<double>(share);
+  }
+  allocate(model_, "Error in allocating memory in SubRoutine PopHistory (2)", [&] { v.c = v.r; });
+  ax(pedigree_.newped, pedigree_.f, v.r);
+  gen_cont(pedigree_.newped, v.c);
+  return v;
+}
+
+void Contributions::report_group() {
+  GroupVectors v = vectors_of(group_);
+  list_founders(v);
+  write_list(gc_);
+  write(model_.units.summary, "(/,2A)", "Contribution of founders to timestep written to file ", gcfile());
+  write(model_.units.out, "(/,2A)", "Contribution of founders to last timestep written to file ", gcfile());
+  list_largest(v);
+}
+
+void Contributions::list_founders(const GroupVectors& v) {
+  for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
+    const int known = (pedigree_.oldped(i, 2) != 0) + (pedigree_.oldped(i, 3) != 0);
+    if (known == 2) continue;
+    const double weight = known == 0 ? 1.0 : 0.5;
+    write(gc_, "(I12,A12,I12,I8,2F10.6,1X,2A)", pedigree_.oldped(i, 1), "0", cohorts_.btime(group_),
+          cohorts_.n(group_), v.r(i), weight * v.c(i), pedigree_.txt(i), " founder");
+  }
+}
+
+void Contributions::list_largest(GroupVectors& v) {
+  const std::int32_t count = std::min(pedigree_.maxid, kLargest);
+  for (std::int32_t line = 1; line <= count; ++line) {
+    std::int32_t k = 1;
+    double largest = -std::numeric_limits<double>::infinity();
+    for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
+      if (v.c(i) > largest) {
+        largest = v.c(i);
+        k = i;
+      }
+    }
+    write(maxgc_, "(2I12,I8,2F10.6,1X,A)", pedigree_.oldped(k, 1), cohorts_.btime(group_),
+          cohorts_.n(group_), v.r(k), v.c(k), pedigree_.txt(k));
+    v.c(k) = 0.0;
+  }
+}
+
+bool Contributions::read_request() {
+  Contrib& request = model_.parameters.contrib;
+  request = Contrib{};
+  const Group group = group_of(request);
+  const int status = model_.parameter_file.read(group);
+  if (status == kEndOfFile) return false;
+  if (status != 0) {
+    handle_error(model_, format_list("Error in reading parameter file, namelist Contrib"), status);
+  }
+  Unit& log = model_.units.log;
+  write_list(log);
+  write_list(log, std::string(71, '-'));
+  write_list(log, "Contrib Parameters read :");
+  echo(log, group);
+  write_list(log, std::string(70, '-'));
+  write_list(log);
+  return true;
+}
+
+void Contributions::answer_request(bool first) {
+  const Contrib& request = model_.parameters.contrib;
+  std::int32_t ancestor = 0;
+  std::int32_t descendant = 0;
+  if (!find_animals(ancestor, descendant)) return;
+  if (ancestor > 0 && descendant > 0) {
+    answer_pair(ancestor, descendant);
+  } else if (ancestor > 0) {
+    const std::int32_t group = request.group == 0 ? 0 : cohorts_.find(request.group);
+    group == 0 ? ignore_request() : answer_group(ancestor, group);
+  } else if (request.group != 0 || first) {
+    const std::int32_t group = request.group == 0 ? 0 : cohorts_.find(request.group);
+    if (group != 0) group_ = group;
+    report_group();
+  }
+}
+
+// Sets both numbers, 0 for an identifier that is not given, the ancestor being the older animal.
+// Returns false, with a message, when the request cannot be answered.
+bool Contributions::find_animals(std::int32_t& ancestor, std::int32_t& descendant) {
+  const Contrib& request = model_.parameters.contrib;
+  if (!find(request.ancestor, ancestor) || !find(request.descendant, descendant)) return false;
+  if (ancestor > 0 && descendant > 0 && ancestor > descendant) std::swap(ancestor, descendant);
+  if (std::max(ancestor, descendant) > pedigree_.maxid) {
+    write_list(model_.units.log, " ERROR in namelist Contrib. ID too large");
+    return false;
+  }
+  return true;
+}
+
+// An unknown identifier stays in the tree with a number beyond every animal's, so that asking for
+// it again finds a number that is too large.
+bool Contributions::find(std::int32_t id, std::int32_t& number) {
+  if (id == 0) return true;
+  std::int32_t counter = pedigree_.maxid;
+  const IdTree::Found found = model_.ids.build_tree(id, counter);
+  number = found.number;
+  if (found.in_tree) return true;
+  Unit& log = model_.units.log;
+  write_list(log, " ERROR in namelist Contrib. Animal not in pedigree : ", id);
+  write_list(log, " Request ignored");
+  return false;
+}
+
+void Contributions::answer_pair(std::int32_t ancestor, std::int32_t descendant) {
+  const std::int32_t ancestor_id = pedigree_.oldped(ancestor, 1);
+  const std::int32_t descendant_id = pedigree_.oldped(descendant, 1);
+  write_list(model_.units.out, "GC from ancestor :", ancestor_id);
+  Table<double> x(pedigree_.maxid, 0.0);
+  Table<double> y(pedigree_.maxid, 0.0);
+  x(ancestor) = 1.0;
+  y(descendant) = 1.0;
+  ax(pedigree_.newped, pedigree_.f, x);
+  gen_cont(pedigree_.newped, y);
+  write(gc_, "(2I12,A12,A8,2F10.6,1X,2A)", ancestor_id, descendant_id, "0", "0", x(descendant),
+        y(ancestor), pedigree_.txt(ancestor), pedigree_.txt(descendant));
+  both(model_.units.summary, model_.units.out, "(/,A,I8,A,I8,2A)", "Contribution of Ancestor",
+       ancestor_id, "  to descendant ", descendant_id, " written to file ", gcfile());
+}
+
+void Contributions::answer_group(std::int32_t ancestor, std::int32_t group) {
+  const std::int32_t ancestor_id = pedigree_.oldped(ancestor, 1);
+  const GroupVectors v = vectors_of(group);
+  write(gc_, "(I12,A12,I12,I8,2F10.6,1X,A)", ancestor_id, "0", cohorts_.btime(group),
+        cohorts_.n(group), v.r(ancestor), v.c(ancestor), pedigree_.txt(ancestor));
+  both(model_.units.summary, model_.units.out, "(/,A,I8,A,I8,2A)", "Contribution of Ancestor",
+       ancestor_id, " to group ", cohorts_.btime(group), " written to file ", gcfile());
+}
+
+void Contributions::ignore_request() {
+  const Contrib& request = model_.parameters.contrib;
+  both_list(model_.units.out, model_.units.log, " Ancestor=", request.ancestor,
+            " Descendant=", request.descendant, " Group=", request.group,
+            " Namelist Contrib ignored");
+}
+
+}  // namespace
+
+void contributions(Model& model, const Cohorts& cohorts) {
+  Contributions work(model, cohorts);
+  work.open();
+  work.report_group();
+  for (bool first = true; work.read_request(); first = false) work.answer_request(first);
+  work.close();
+}
+
+}  // namespace qob

@@ -1,0 +1,193 @@
+#include "analysis/qobpophistory.h"
+
+#include <algorithm>
+#include <string>
+
+#include "analysis/cohorts.h"
+#include "analysis/contributions.h"
+#include "analysis/inbreeding.h"
+#include "analysis/pedigree_products.h"
+
+namespace qob {
+namespace {
+
+void read_parameters(Model& model) {
+  PopulationHistory& history = model.parameters.history;
+  const Group group = group_of(history);
+  const int status = model.parameter_file.read(group);
+  if (status != 0) {
+    handle_error(model, format_list("ERROR in reading QOB Parameter file, Namelist PopulationHistory"), status);
+  }
+  if (history.pci_ngen < 1) {
+    handle_error(model, format_list("ERROR in reading QOB Parameter file, Namelist PopulationHistory : pci_ngen should be at least 1"), kMalformed);
+  }
+  Unit& log = model.units.log;
+  write_list(log, std::string(71, '-'));
+  write_list(log, "Calculating Population history  ");
+  write_list(log, std::string(71, '-'));
+  write_list(log, "Parameters ");
+  echo(log, group);
+  write_list(log, std::string(70, '-'));
+}
+
+// " PCI" and the number of generations.
+std::string completeness_name(std::int32_t pci_ngen) {
+  return " PCI" + std::string(adjustl_trim(format_record("(I3)", pci_ngen)));
+}
+
+void write_coefficients(Model& model, const AnimalStatistics& animals) {
+  const Pedigree& pedigree = model.pedigree;
+  Unit file(18);
+  openresultsfile(model, model.parameters.data.resultsdirectory, model.parameters.files.fcoefffile,
+                  file);
+  write_list(file, "# F    : Inbreeding coefficient");
+  write_list(file, "# GEN  : Generation coefficient");
+  write_list(file, "# PECn : Pedigree Completeness index in n generations");
+  write(file, "(3A12,A4,4A8)", "Animal", "Sire", "Dam", "Sex", "Group", "F", "GEN",
+        completeness_name(model.parameters.history.pci_ngen));
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    write(file, "(3I12,I4,I8,3F8.4)", pedigree.oldped(i, 1), pedigree.oldped(i, 2),
+          pedigree.oldped(i, 3), pedigree.sex(i), pedigree.btime(i), pedigree.f(i), animals.gen(i),
+          animals.pcin(i));
+  }
+  closeresultsfile(model, file);
+  write_list(model.units.log, "Written indidvidual inbreeding coefficients to results file");
+}
+
+// One line of the summary.
+struct GroupStatistics {
+  std::int32_t n = 0;         // members
+  std::int32_t inbred = 0;    // those with F above 0
+  double sum_f = 0.0, max_f = 0.0;
+  double sum_gen = 0.0, sum_pcin = 0.0;
+  double sum_genint = 0.0;    // over those with parents of known age
+  std::int32_t n_genint = 0;
+
+  void add(double f, double gen, double pcin, double genint) {
+    ++n;
+    if (f > 0.0) ++inbred;
+    sum_f += f;
+    max_f = n == 1 ? f : std::max(max_f, f);
+    sum_gen += gen;
+    sum_pcin += pcin;
+    if (genint > 0.01) {
+      sum_genint += genint;
+      ++n_genint;
+    }
+  }
+  double mean_genint() const { return n_genint > 0 ? sum_genint / n_genint : 0.0; }
+};
+
+Table<GroupStatistics> statistics_by_group(const Pedigree& pedigree, const Cohorts& cohorts,
+                                           const AnimalStatistics& animals) {
+  Table<GroupStatistics> groups(cohorts.count());
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    groups(cohorts.cohort(i))
+        .add(pedigree.f(i), animals.gen(i), animals.pcin(i), animals.genint(i));
+  }
+  return groups;
+}
+
+// Average coancestry of a group's members, each with itself included: 1'A1 / 2N^2.
+double average_coancestry(const Pedigree& pedigree, const Cohorts& cohorts, std::int32_t group,
+                          Table<double>& x) {
+  const double n = cohorts.n(group);
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    x(i) = cohorts.cohort(i) == group ? 1.0 / n : 0.0;
+  }
+  ax(pedigree.newped, pedigree.f, x);
+  double sum = 0.0;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (cohorts.cohort(i) == group) sum += x(i);
+  }
+  return sum / (2.0 * n);
+}
+
+// Inbreeding expected if the sires and dams of a group's members had been paired at random.
+double expected_inbreeding(const Pedigree& pedigree, const Cohorts& cohorts, std::int32_t group,
+                           Table<double>& x) {
+  const double n = cohorts.n(group);
+  Table<double> dam_count(pedigree.maxid, 0.0);
+  x.fill(0.0);
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (cohorts.cohort(i) != group) continue;
+    if (pedigree.sire(i) > 0) x(pedigree.sire(i)) += 1.0;
+    if (pedigree.dam(i) > 0) dam_count(pedigree.dam(i)) += 1.0;
+  }
+  ax(pedigree.newped, pedigree.f, x);
+  double sum = 0.0;
+  for (std::int32_t j = 1; j <= pedigree.maxid; ++j) sum += dam_count(j) * x(j);
+  return sum / (2.0 * n * n);
+}
+
+void write_head(Model& model) {
+  Units& units = model.units;
+  const std::string head =
+      format_record("(2A8,A9,3X,8A8)", "Group", "N", "N.inbred", "avg.F", "max.F", "avg.coa",
+                    "exp.F", "alpha", completeness_name(model.parameters.history.pci_ngen),
+                    "Gencoef", "GenInt");
+  units.log.write_line(head);
+  openresultsfile(model, model.parameters.data.resultsdirectory,
+                  model.parameters.files.fsummaryfile, units.summary);
+  write_list(units.summary, "# avg.F   : Average inbreeding coefficient");
+  write_list(units.summary, "# max.F   : largest inbreeding coefficient");
+  write_list(units.summary, "# avg.coa : Average coancestry incl. self");
+  write_list(units.summary, "# exp.F   : Expected inbreeding under random mating");
+  write_list(units.summary, "# alpha   : Deviation from random mating, <0 indicates avoidance of inbreeding");
+  write_list(units.summary, "# PCIn    : Pedigree Completeness Index for n generations");
+  write_list(units.summary, "# Gencoef : Average generation coefficient");
+  write_list(units.summary, "# GenInt  : Generation Interval");
+  units.summary.write_line(head);
+}
+
+void write_summary(Model& model, const Cohorts& cohorts, const AnimalStatistics& animals) {
+  const Pedigree& pedigree = model.pedigree;
+  Units& units = model.units;
+  write_head(model);
+  const Table<GroupStatistics> groups = statistics_by_group(pedigree, cohorts, animals);
+  Table<double> x(pedigree.maxid, 0.0);
+  std::int32_t inbred = 0;
+  for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
+    const GroupStatistics& s = groups(g);
+    const double avg_f = s.sum_f / s.n;
+    const double avg_coa = average_coancestry(pedigree, cohorts, g, x);
+    const double exp_f = expected_inbreeding(pedigree, cohorts, g, x);
+    const double alpha = 1.0 - (1.0 - avg_f) / (1.0 - exp_f);
+    both(units.log, units.summary, "(3I8, 4X, 6F8.4,2F8.2)", cohorts.btime(g), s.n, s.inbred,
+         avg_f, s.max_f, avg_coa, exp_f, alpha, s.sum_pcin / s.n, s.sum_gen / s.n,
+         s.mean_genint());
+    inbred += s.inbred;
+  }
+  double sum_f = 0.0;
+  double max_f = pedigree.f(1);
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    sum_f += pedigree.f(i);
+    max_f = std::max(max_f, pedigree.f(i));
+  }
+  both(units.summary, units.log, "(A, 2I8, 4X, 2F8.4)", "     ALL", pedigree.maxid, inbred,
+       sum_f / pedigree.maxid, max_f);
+  write_list(units.out);
+  write_list(units.log, " Written summary of inbreeding to results file");
+}
+
+}  // namespace
+
+void pophistory(Model& model) {
+  Pedigree& pedigree = model.pedigree;
+  Units& units = model.units;
+  read_parameters(model);
+  write_list(units.out, " Starts calculating inbreeding coefficients");
+  AnimalStatistics animals;
+  allocate(model, "Error in allocating memory in SubRoutine PopHistory", [&] {
+    inbreeding_coefficients(pedigree.newped, pedigree.f, units.out);
+    animals = animal_statistics(pedigree.newped, pedigree.btime, model.parameters.history.pci_ngen);
+  });
+  write_list(units.out, "Computed inbreeding for : ", pedigree.maxid);
+  write_list(units.log, "Finished computing inbreeding coefficient");
+  write_coefficients(model, animals);
+  const Cohorts cohorts = group_by_birth_time(pedigree.btime);
+  write_summary(model, cohorts, animals);
+  contributions(model, cohorts);
+}
+
+}  // namespace qob

@@ -1,0 +1,161 @@
+#include "analysis/qobrelshipmatrix.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "analysis/pedigree_products.h"
+
+namespace qob {
+namespace {
+
+constexpr const char* kReadError = "ERROR in reading QOB Parameter file, ";
+
+void read_parameters(Model& model) {
+  const Group group = group_of(model.parameters.relationship);
+  int status = model.parameter_file.rewind();
+  if (status == 0) status = model.parameter_file.read(group);
+  if (status != 0) {
+    handle_error(model, format_list(kReadError, "Namelist RelationshipMatrix"), status);
+  }
+  Unit& log = model.units.log;
+  write_list(log, std::string(71, '-'));
+  write_list(log, "Computing/Reading Relationship Matrix  ");
+  write_list(log, std::string(71, '-'));
+  write_list(log, "Parameters ");
+  echo(log, group);
+  write_list(log, std::string(71, '-'));
+}
+
+// The age at time `now` of a parent, 1 when it is unknown.
+std::int64_t age_of_parent(const Pedigree& pedigree, std::int32_t parent, std::int64_t now) {
+  if (parent == 0 || pedigree.btime(parent) < -9998) return 1;
+  return now - pedigree.btime(parent);
+}
+
+// The time steps that the selection looks back. next: the time step of the coming offspring.
+std::int64_t cohorts_to_include(const Pedigree& pedigree, std::int64_t next) {
+  std::int64_t oldest = std::numeric_limits<std::int32_t>::max();
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (pedigree.matings(i) > 0 && pedigree.btime(i) > kNoBirthTime) {
+      oldest = std::min(oldest, std::int64_t{pedigree.btime(i)});
+    }
+  }
+  std::int64_t maxage = next - oldest;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (pedigree.btime(i) != next - 1 && pedigree.matings(i) <= 0) continue;
+    maxage = std::max(maxage, age_of_parent(pedigree, pedigree.sire(i), next - 1));
+    maxage = std::max(maxage, age_of_parent(pedigree, pedigree.dam(i), next - 1));
+  }
+  return maxage;
+}
+
+// Marks the animals that matter for the selection, the candidates and all animals up to maxage
+// with their parents, and numbers the candidates' rows. Returns the number of marked animals.
+std::int32_t mark_animals(Model& model, std::int32_t next, Table<char>& mark) {
+  const Pedigree& pedigree = model.pedigree;
+  Relationship& relationship = model.relationship;
+  for (std::int32_t i = pedigree.maxid; i >= 1; --i) {
+    if (pedigree.matings(i) > 0) mark(i) = 1;
+    const std::int64_t age = std::int64_t{next} - pedigree.btime(i);
+    if (age < 1) {
+      handle_error(model, format_list("ERROR in data : Illegal birth_time in record :", i, age, next,
+                                      pedigree.btime(i)));
+    }
+    if (age > relationship.maxage) continue;
+    mark(i) = 1;
+    if (pedigree.sire(i) > 0) mark(pedigree.sire(i)) = 1;
+    if (pedigree.dam(i) > 0) mark(pedigree.dam(i)) = 1;
+  }
+  relationship.nnrm = 0;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (pedigree.matings(i) > 0) relationship.nrm_id(i) = ++relationship.nnrm;
+  }
+  return static_cast<std::int32_t>(std::count(mark.begin(), mark.end(), 1));
+}
+
+void allocate_matrix(Model& model) {
+  Units& units = model.units;
+  Relationship& relationship = model.relationship;
+  const std::int64_t n = relationship.nnrm;
+  const std::int64_t elements = n * (n + 1) / 2;
+  const float gigabytes = single(elements) * 8.0F * 9.313226e-10F;
+  write_list(units.out, "Allocating memory for relationship matrix with ", elements, " elements");
+  write(units.out, "(A,F8.2)", "App. memory required for NRM (Gb):", gigabytes);
+  if (n > kLargestMatrix) {
+    handle_error(model, format_list("Dimension of NRM too large. Program aborted. Candidates :", n,
+                                    " at most :", kLargestMatrix));
+  }
+  allocate([&] { relationship.nrm.assign(elements, 0.0); },
+           [&] {
+             write_list(units.out, "Allocating memory for Relationship file");
+             write_list(units.out, "Allocation failed ");
+             write_list(units.out, "Size of real array NRM to be allocated :", elements);
+             handle_error(model, format_list("ERROR in allocating memory NRM in subroutine Relationship"));
+           });
+}
+
+// Computes the matrix column by column, each column the product of A with a unit vector.
+void compute_from_pedigree(Model& model, const Table<char>& mark) {
+  const Pedigree& pedigree = model.pedigree;
+  Relationship& relationship = model.relationship;
+  Units& units = model.units;
+  write_list(units.out);
+  write_list(units.log);
+  both_list(units.out, units.log, "Computing Numerator Relationship Matrix for ", relationship.nnrm,
+            " individuals");
+  Table<double> cx;
+  allocate(model, "ERROR in allocating memory NRM in subroutine Relationship",
+           [&] { cx.assign(pedigree.maxid, 0.0); });
+  std::int32_t finished = 0;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (mark(i) == 0) continue;
+    const std::int32_t row = relationship.nrm_id(i);
+    if (row > 0) {  // only candidates' columns are kept
+      cx.fill(0.0);
+      cx(i) = 1.0;
+      ak(pedigree.newped, pedigree.f, cx, i);
+      for (std::int32_t j = 1; j <= i; ++j) {
+        const std::int32_t column = relationship.nrm_id(j);
+        if (column > 0) relationship.nrm(ute(row, column)) = cx(j);
+      }
+    }
+    ++finished;
+    if (finished % 1000 == 0) write_list(units.out, "Finished ", finished, " individuals");
+  }
+}
+
+}  // namespace
+
+void setup_nrm(Model& model) {
+  const Pedigree& pedigree = model.pedigree;
+  Relationship& relationship = model.relationship;
+  Unit& log = model.units.log;
+  read_parameters(model);
+  const std::int32_t timesteps = model.parameters.relationship.timesteps;
+  if (timesteps < 0) {
+    write_list(log, "Numerator Relationship not computed");
+    write_list(log, "QOB terminated with parameter TimeSteps<0 in &RelationshipMatrix");
+    model.progstatus = 0;
+    return;
+  }
+  const std::int32_t last = *std::max_element(pedigree.btime.begin(), pedigree.btime.end());
+  const auto next = static_cast<std::int32_t>(static_cast<std::uint32_t>(last) + 1);
+  relationship.maxage = timesteps > 0 ? timesteps : cohorts_to_include(pedigree, next);
+  write(log, "(/,A,I8)", "Number of cohorts included in computing the numerator relationship : ",
+        relationship.maxage);
+  Table<char> mark(pedigree.maxid, 0);
+  relationship.nrm_id.assign(pedigree.maxid, 0);
+  const std::int32_t marked = mark_animals(model, next, mark);
+  write(log, "(/,A,I8)", "Candidates in Numerator Relationship Matrix stored in memeory:",
+        relationship.nnrm);
+  write(log, "(/,A,I8)", "Individuals in Numerator Relationship Matrix required for OCS:", marked);
+  allocate_matrix(model);
+  if (option_text(model.parameters.relationship.source) != "pedigree") {
+    handle_error(model, format_list("ERROR Relationships can only be computed from source 'pedigree'"));
+  }
+  relationship.pedsource = true;
+  compute_from_pedigree(model, mark);
+}
+
+}  // namespace qob

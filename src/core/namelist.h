@@ -1,0 +1,72 @@
+// The parameter file: groups of "key = value" items whose keys are bound to variables. A group is
+// read and echoed by the same table of keys.
+//
+//   &Group first = 7, second = 'text' ! a comment
+//     third = T /
+//
+// Items stand in any order, separated by blanks, commas and line ends; a key left out, or without
+// value, keeps its variable; the last of repeated keys wins; text outside groups is skipped.
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/lexer.h"
+#include "core/unit.h"
+
+namespace qob {
+
+// A value as the echo shows it: numbers in the shortest form that reads back to the same number,
+// logicals T or F, texts trimmed and in double quotes.
+std::string literal(std::int32_t value);
+std::string literal(double value);
+std::string literal(std::string_view value);
+std::string literal(std::same_as<bool> auto value) { return value ? "T" : "F"; }
+
+// A key bound to a variable: std::int32_t, double, bool or Text<N>. Texts must be quoted.
+struct Key {
+  template <class Variable>
+  Key(std::string_view key, Variable* variable)
+      : name(key),
+        set([variable](const Token& token) {
+          constexpr bool is_text = std::convertible_to<Variable, std::string_view>;
+          return is_text == token.quoted ? convert(token, *variable) : kMalformed;
+        }),
+        show([variable] { return literal(*variable); }) {}
+
+  std::string_view name;
+  std::function<int(const Token&)> set;
+  std::function<std::string()> show;
+};
+
+// Names of groups and keys match in any case.
+struct Group {
+  std::string_view name;
+  std::vector<Key> keys;
+};
+
+class NamelistFile {
+ public:
+  NamelistFile() : lexer_([this](std::string_view& line) { return file_.next_line(line); }) {}
+
+  // Returns 0 or the system's error number, as does `rewind`.
+  int open(const std::string& path);
+  int rewind();
+  // Reads the next group of that name into its variables; the position is then behind its "/".
+  // Returns 0, kEndOfFile (no such group, or one that is not closed), kMalformed (any deviation,
+  // after which the items before it have been read) or the system's error number.
+  int read(const Group& group);
+
+ private:
+  InputFile file_;
+  Lexer lexer_;
+};
+
+// Writes the group's name, its keys with their present values, one a line, and "/".
+void echo(Unit& unit, const Group& group);
+
+}  // namespace qob

@@ -1,0 +1,196 @@
+#include "driver/run.h"
+
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "analysis/qobpophistory.h"
+#include "analysis/qobrelshipmatrix.h"
+#include "mating/qobmate.h"
+#include "ocs/qobocs.h"
+#include "pedigree/qobreadrecode.h"
+
+namespace qob {
+namespace {
+
+constexpr std::size_t kLongestFileName = 255;
+const std::string kLogRule(57, '-');
+
+void take_argument(Model& model, const char* argument) {
+  Unit& out = model.units.out;
+  if (argument == nullptr) {
+    write_list(out, "Filename not specified in command line. Default QOB.PRM assumed");
+    stop("ERROR  Parameter file not specified when calling QOB ");
+  }
+  Text<255>& name = model.parameters.files.qobparmfile;
+  name = argument;
+  if (std::strlen(argument) > kLongestFileName) {
+    handle_error(model, format_list("ERROR: Invalid command argument (filename)"), -1);
+  }
+  write_list(out, "Command line argument read : ", name);
+}
+
+void create_watches(Watches& w) {
+  StopwatchOptions options;
+  options.default_clocks = {true, false, false, true};  // cpu and wall
+  options.form = PrintForm::kHhMmSs;
+  w.stopwatch.option_stopwatch(options);
+  w.stopwatch.create_watch(w.total, "QOB Total time");
+  w.stopwatch.create_watch(w.init, "Initialisation");
+  w.stopwatch.create_watch(w.history, "Analyse pedigree");
+  w.stopwatch.create_watch(w.pedigree, "Relationship");
+  w.stopwatch.create_watch(w.ocs, "Optimal contribution selection");
+  w.stopwatch.create_watch(w.mating, "Mating");
+  w.stopwatch.create_watch(w.pedigree, "Pedigree");  // the name that the reports show
+  w.stopwatch.create_watch(w.basepop, "OCS Base population");
+  w.stopwatch.create_watch(w.eval, "OCS Evaluation");
+  w.stopwatch.create_watch(w.repair, "OCS Repair mateset");
+  w.stopwatch.create_watch(w.mutate, "OCS Mutation");
+  w.stopwatch.create_watch(w.dirmut, "OCS Directed mutation");
+  w.stopwatch.create_watch(w.recomb, "OCS Recombination");
+  w.stopwatch.create_watch(w.matesel, "OCS Mating and selection");
+  w.stopwatch.create_watch(w.nrm, "OCS NRM");
+}
+
+void write_banner(Unit& unit, std::string_view version) {
+  const std::string rule(71, '-');
+  write_list(unit, rule);
+  write_list(unit, Text<71>(version));
+  write_list(unit, rule);
+  write_list(unit);
+  write_list(unit, Text<71>("          Program to select mating set with optimal contributions"));
+  write_list(unit, Text<71>("              to maximise function of merit and relationships"));
+  write_list(unit, Text<71>(" Optionally minimises inbreeding conditional on genetic contributions"));
+  write_list(unit, rule);
+}
+
+void open_log(Model& model) {
+  Units& units = model.units;
+  const std::string path(model.parameters.files.logfile.trimmed());
+  if (units.log.open_write(path, Unit::Flush::kEachLine) != 0) {
+    stop("ERROR in opening log file qob.log ");
+  }
+  write_banner(units.out, std::string(33, ' ') + "QOB v3.0          build 16.05.29");
+  write_banner(units.log, std::string(29, ' ') + "QOB v3.0              build 16.05.29");
+  print_time(model, " QOB started");
+}
+
+void open_parameter_file(Model& model) {
+  const Text<255>& name = model.parameters.files.qobparmfile;
+  const std::string path(name.trimmed());
+  if (!InputFile::exists(path)) {
+    handle_error(model, format_list("ERROR Parameter file not found : ", adjustl_trim(name)));
+  }
+  if (model.parameter_file.open(path) != 0) {
+    handle_error(model, format_list("ERROR Could not open file ", name));
+  }
+}
+
+void read_data_parameters(Model& model) {
+  const Group group = group_of(model.parameters.data);
+  const int status = model.parameter_file.read(group);
+  if (status != 0) {
+    handle_error(model, format_list("ERROR in reading QOB Parameter file, Namelist DataParameters !!!!!!!!"), status);
+  }
+  Unit& log = model.units.log;
+  write_list(log, kLogRule);
+  write_list(log, "Parameters for reading data");
+  echo(log, group);
+  write_list(log, kLogRule);
+}
+
+// Reads a group wherever it stands in the file.
+void read_group(Model& model, const Group& group, bool echo_when_faulty = false) {
+  int status = model.parameter_file.rewind();
+  if (status == 0) status = model.parameter_file.read(group);
+  if (status == 0) return;
+  if (echo_when_faulty) echo(model.units.out, group);
+  const std::string name = "Namelist " + std::string(group.name);
+  handle_error(model, format_list("ERROR in reading QOB Parameter file, ", name), status);
+}
+
+void timed_phase(Model& model, Watch& watch, void (*phase)(Model&)) {
+  Stopwatch& stopwatch = model.watches.stopwatch;
+  stopwatch.start_watch(watch);
+  phase(model);
+  stopwatch.stop_watch(watch);
+  stopwatch.print_watch(watch);
+  write_list(model.units.log);
+}
+
+// Matings are sought when OCSParameters asks for them.
+void select_and_mate(Model& model) {
+  Parameters& p = model.parameters;
+  Watches& w = model.watches;
+  read_group(model, group_of(p.ocs));
+  if (p.ocs.nmatings < 0) {
+    model.progstatus = 0;
+    return;
+  }
+  read_group(model, group_of(p.algorithm), true);
+  timed_phase(model, w.ocs, ocs);
+  if (model.progstatus == 0) return;
+  read_group(model, group_of(p.mating));
+  timed_phase(model, w.mating, mating);
+}
+
+void write_timing(Model& model) {
+  Unit& log = model.units.log;
+  Watches& w = model.watches;
+  w.stopwatch.stop_watch(w.total);
+  write_list(log);
+  write_list(log, "----------------Timing of QOB program -------------------");
+  w.stopwatch.print_watches({&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.nrm, &w.basepop,
+                             &w.eval, &w.repair, &w.mutate, &w.dirmut, &w.recomb, &w.matesel,
+                             &w.mating});
+  for (Watch* watch : {&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.nrm, &w.basepop,
+                       &w.eval, &w.repair, &w.mutate, &w.dirmut, &w.recomb, &w.matesel,
+                       &w.mating}) {
+    w.stopwatch.destroy_watch(*watch);
+  }
+  write_list(log, kLogRule);
+}
+
+void close_files(Model& model) {
+  Units& units = model.units;
+  for (Unit* unit : {&units.summary, &units.cnv1, &units.cnv2, &units.log}) {
+    closeresultsfile(model, *unit);
+  }
+}
+
+}  // namespace
+
+void run(Model& model, const char* argument) {
+  Watches& w = model.watches;
+  const Text<80>& prefix = model.parameters.data.resultsdirectory;
+  model.units.out.open_standard_output();
+  write_list(model.units.out, "QOB initialising");
+  take_argument(model, argument);
+  create_watches(w);
+  w.stopwatch.start_watch(w.total);
+  w.stopwatch.start_watch(w.init);
+  open_log(model);
+  open_parameter_file(model);
+  read_data_parameters(model);
+  readrecode(model);
+  renameoldresultfiles(model, prefix);
+
+  StopwatchOptions options = w.stopwatch.inquiry_stopwatch();
+  options.print_unit = &model.units.log;
+  options.error_unit = &model.units.log;
+  w.stopwatch.option_stopwatch(options);
+  w.stopwatch.stop_watch(w.init);
+  w.stopwatch.print_watch(w.init);
+  write_list(model.units.log);
+
+  timed_phase(model, w.history, pophistory);
+  timed_phase(model, w.pedigree, setup_nrm);
+  if (model.progstatus != 0) select_and_mate(model);
+
+  write_timing(model);
+  close_files(model);
+  copylogfile(model, prefix);
+  stop("QOB ended successfully", kSuccess);
+}
+
+}  // namespace qob

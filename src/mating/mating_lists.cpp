@@ -1,0 +1,162 @@
+#include "mating/mating_lists.h"
+
+#include <string>
+
+#include "core/sort.h"
+
+namespace qob {
+namespace {
+
+// The rows of the mateset sire by sire, and by ascending female number within a sire.
+Table<std::int32_t> rows_in_order(const Candidates& candidates, Mateset mateset) {
+  const std::int64_t n = mateset.nmatings();
+  Table<double> key(n, 0.0);
+  Table<std::int32_t> row(n, 0);
+  for (std::int64_t j = 1; j <= n; ++j) {
+    const float k = single(mateset.male(j)) +
+                    single(mateset.female(j)) / single(std::int64_t{candidates.nfcands} + 1);
+    key(j) = static_cast<double>(k);
+    row(j) = static_cast<std::int32_t>(j);
+  }
+  quick_sort(key, row, 1, n);
+  return row;
+}
+
+// Average relationships of candidate i to all candidates and to the selected ones, by sex.
+struct Averages {
+  double males = 0.0, females = 0.0, males_sel = 0.0, females_sel = 0.0;
+};
+
+class Lists {
+ public:
+  explicit Lists(Model& model)
+      : model_(model), candidates_(model.candidates), mateset_(model.search.best()) {
+    const Pedigree& pedigree = model.pedigree;
+    allocate(model, "ERROR in allocating memory in subroutine Mating", [&] {
+      offspring_[0].assign(pedigree.maxid, 0);
+      offspring_[1].assign(pedigree.maxid, 0);
+    });
+    for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+      if (pedigree.sire(i) > 0) ++offspring_[0](pedigree.sire(i));
+      if (pedigree.dam(i) > 0) ++offspring_[1](pedigree.dam(i));
+    }
+  }
+
+  void write_matings();
+  void write_candidates();
+
+ private:
+  double relationship(std::int32_t a, std::int32_t b) const {
+    return cnrm(model_.relationship, candidates_, a, b);
+  }
+  Averages averages_of(std::int32_t i) const;
+  // Offspring that candidate i has in the pedigree.
+  std::int32_t previous_offspring(std::int32_t i) const {
+    return offspring_[candidates_.is_male(i) ? 0 : 1](candidates_.cands(i));
+  }
+  void write_legend(Unit& unit) const;
+  void write_mating(Unit& unit, std::int64_t line, std::int32_t sire, std::int32_t dam,
+                    std::int32_t nm, std::int32_t nf) const;
+  void write_male(Unit& unit, std::int32_t i, std::int32_t matings) const;
+
+  Model& model_;
+  const Candidates& candidates_;
+  Mateset mateset_;
+  Table<std::int32_t> offspring_[2];  // by animal: as a sire, as a dam
+};
+
+Averages Lists::averages_of(std::int32_t i) const {
+  Averages sum;
+  for (std::int32_t j = 1; j <= candidates_.ncands; ++j) {
+    (candidates_.is_male(j) ? sum.males : sum.females) += relationship(i, j);
+  }
+  for (std::int64_t k = 1; k <= mateset_.nmatings(); ++k) {
+    sum.males_sel += relationship(i, mateset_.male(k));
+    sum.females_sel += relationship(i, mateset_.female(k));
+  }
+  const auto n = static_cast<double>(mateset_.nmatings());
+  return {sum.males / candidates_.nmcands, sum.females / candidates_.nfcands, sum.males_sel / n,
+          sum.females_sel / n};
+}
+
+void Lists::write_legend(Unit& unit) const {
+  write(unit, "(A)", "Prev.offspr     : Number of offspring born in previous timesteps");
+  write(unit, "(A)", "Rel.males       : Average relationship to all male candidates");
+  write(unit, "(A)", "Rel.females     : Average relationship to all female candidates");
+  write(unit, "(A)", "Rel.males.sel   : Average relationship to all selected males");
+  write(unit, "(A)", "Rel.females.sel : Average relationship to all selected females");
+}
+
+void Lists::write_mating(Unit& unit, std::int64_t line, std::int32_t sire, std::int32_t dam,
+                         std::int32_t nm, std::int32_t nf) const {
+  const double merit = (candidates_.merit(sire) + candidates_.merit(dam)) / 2.0;
+  const double f = 0.5 * relationship(sire, dam);
+  const double vf = (2.0 - (relationship(sire, sire) + relationship(dam, dam)) / 2.0) / 2.0;
+  write(unit, "(2I12,3I8,1X,G12.4,2F9.5,4X,A15,X,A15)", candidates_.old_id(sire),
+        candidates_.old_id(dam), line, nm, nf, merit, f, vf, candidates_.description(sire),
+        candidates_.description(dam));
+}
+
+void Lists::write_male(Unit& unit, std::int32_t i, std::int32_t matings) const {
+  const Averages a = averages_of(i);
+  const std::string text = format_record("(A15)", candidates_.description(i).trimmed());
+  write(unit, "(2I15,I16,4F16.4,1X,A20)", candidates_.old_id(i), matings, previous_offspring(i),
+        a.males, a.females, a.males_sel, a.females_sel, text);
+}
+
+void Lists::write_matings() {
+  const FileNames& files = model_.parameters.files;
+  const Text<80>& prefix = model_.parameters.data.resultsdirectory;
+  Unit matings(19);
+  Unit males(20);
+  openresultsfile(model_, prefix, files.lst_file, matings);
+  openresultsfile(model_, prefix, files.male_file, males);
+  write(matings, "(2A12,3A8,3A9,2A15)", "Sire", "Dam ", "N.mating", "Nm", "Nf.m", "EBV", "F", "vF", "Sire.txt", "Dam.txt");
+  write_legend(males);
+  write(males, "(2A15,5A16,A20)", "Sire", "N.matings", "Prev.offspr", "Rel.males", "Rel.females", "Rel.males.sel", "Rel.females.sel", "Sire.txt");
+  const Table<std::int32_t> row = rows_in_order(candidates_, mateset_);
+  std::int32_t sire = 0, dam = 0;  // of the line before
+  std::int32_t nm = 0, nf = 0;     // matings running of the sire, of the dam
+  for (std::int64_t line = 1; line <= row.size(); ++line) {
+    const std::int32_t m = mateset_.male(row(line));
+    const std::int32_t f = mateset_.female(row(line));
+    nm = m == sire ? nm + 1 : 1;
+    nf = f == dam ? nf + 1 : 1;
+    sire = m;
+    dam = f;
+    write_mating(matings, line, m, f, nm, nf);
+    const bool last = line == row.size() || mateset_.male(row(line + 1)) != m;
+    if (last) write_male(males, m, nm);
+  }
+  closeresultsfile(model_, matings);
+  closeresultsfile(model_, males);
+}
+
+void Lists::write_candidates() {
+  Unit unit(21);
+  openresultsfile(model_, model_.parameters.data.resultsdirectory,
+                  model_.parameters.files.candfile, unit);
+  write(unit, "(A)", "N.matings       : Number of matings in optimal mateset");
+  write_legend(unit);
+  write(unit, "(A15,A5,3A12,4A16,A20)", "ID", "Sex", "N.matings", "Prev.offspr", "Merit", "Rel.males", "Rel.females", "Rel.males.sel", "Rel.females.sel", "txt");
+  Table<std::int32_t> matings(candidates_.ncands, 0);
+  for (std::int64_t p = 1; p <= 2 * mateset_.nmatings(); ++p) ++matings(mateset_.entry(p));
+  for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
+    const Averages a = averages_of(i);
+    write(unit, "(I15,I5,2I12,G12.3,4F16.4,1X,A20)", candidates_.old_id(i),
+          candidates_.is_male(i) ? kMale : kFemale, matings(i), previous_offspring(i),
+          candidates_.merit(i), a.males, a.females, a.males_sel, a.females_sel,
+          candidates_.description(i));
+  }
+  closeresultsfile(model_, unit);
+}
+
+}  // namespace
+
+void write_lists(Model& model) {
+  Lists lists(model);
+  lists.write_matings();
+  lists.write_candidates();
+}
+
+}  // namespace qob

@@ -1,0 +1,190 @@
+// The summary of the data used for the selection: merit, inbreeding and relationships of the
+// candidates. All statistics are made in one pass over the relationships, row by row.
+#include <cmath>
+#include <string>
+
+#include "ocs/qobocs.h"
+
+namespace qob {
+namespace {
+
+// A sum and what it is divided by; the mean of nothing is 0.
+struct Mean {
+  double sum = 0.0;
+  double divisor = 0.0;
+  double value() const { return divisor == 0.0 ? 0.0 : sum / divisor; }
+};
+
+// Mean relationships between candidates of sexes r (row) and s: [r - 1][s - 1].
+struct RelationshipTable {
+  Mean with_own[2][2];
+  Mean without_own[2][2];
+};
+
+struct Relationships {
+  RelationshipTable plain;
+  RelationshipTable weighted;  // by max_matings
+  // Mean relationship of candidate i to the males (0), females (1) and all (2) other than itself.
+  Table<double> to_others[3];
+};
+
+Relationships relationships_of(const Model& model) {
+  const Candidates& candidates = model.candidates;
+  const std::int32_t n = candidates.ncands;
+  Relationships result;
+  for (Table<double>& table : result.to_others) table.assign(n, 0.0);
+  for (std::int32_t i = 1; i <= n; ++i) {
+    const int r = candidates.is_male(i) ? 0 : 1;
+    Mean to_others[3];
+    for (std::int32_t j = 1; j <= n; ++j) {
+      const int s = candidates.is_male(j) ? 0 : 1;
+      const double a = cnrm(model.relationship, candidates, i, j);
+      const double w = static_cast<double>(candidates.max_matings(i)) *
+                       static_cast<double>(candidates.max_matings(j));
+      const auto add = [&](Mean& mean, double weight) {
+        mean.sum += weight * a;
+        mean.divisor += weight;
+      };
+      add(result.plain.with_own[r][s], 1.0);
+      add(result.weighted.with_own[r][s], w);
+      if (i == j) continue;
+      add(result.plain.without_own[r][s], 1.0);
+      add(result.weighted.without_own[r][s], w);
+      add(to_others[s], 1.0);
+      add(to_others[2], 1.0);
+    }
+    for (int s = 0; s < 3; ++s) result.to_others[s](i) = to_others[s].value();
+  }
+  return result;
+}
+
+// Statistics over the candidates first..last.
+struct Range {
+  std::int32_t first;
+  std::int32_t last;
+  std::int32_t n() const { return last - first + 1; }
+};
+
+double mean_of(const Table<double>& x, Range range) {
+  double sum = 0.0;
+  for (std::int32_t i = range.first; i <= range.last; ++i) sum += x(i);
+  return sum / range.n();
+}
+
+double deviation_of(const Table<double>& x, Range range) {
+  if (range.n() == 1) return 0.0;
+  const double mean = mean_of(x, range);
+  double squares = 0.0;
+  for (std::int32_t i = range.first; i <= range.last; ++i) squares += (x(i) - mean) * (x(i) - mean);
+  return std::sqrt(squares / (range.n() - 1));
+}
+
+// Pearson's correlation, 0 when one of the two hardly varies.
+double correlation_of(const Table<double>& x, const Table<double>& y, Range range) {
+  const double deviation_x = deviation_of(x, range);
+  const double deviation_y = deviation_of(y, range);
+  if (deviation_x < kTiny || deviation_y < kTiny) return 0.0;
+  const double mean_x = mean_of(x, range);
+  const double mean_y = mean_of(y, range);
+  double products = 0.0;
+  for (std::int32_t i = range.first; i <= range.last; ++i) {
+    products += (x(i) - mean_x) * (y(i) - mean_y);
+  }
+  return products / (range.n() - 1) / (deviation_x * deviation_y);
+}
+
+void write_sexes(Model& model) {
+  Unit& summary = model.units.summary;
+  const Candidates& candidates = model.candidates;
+  write(summary, "(/,A75)", "---------- Summary of data used for Optimal Contribution Selection -----------");
+  write(summary, "(2A6,A18,5X,A8,A12)", "Sex", "N", "Mean merit", "Matings", "Inbreeding");
+  Table<double> f(candidates.ncands, 0.0);
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
+    f(i) = model.pedigree.f(candidates.cands(i));
+  }
+  for (int sex = kMale; sex <= kFemale; ++sex) {
+    const Range range{candidates.first(sex), candidates.last(sex)};
+    write(summary, "(A8,I5,F8.3,A5,G8.3,I8,F10.5)", sex == kMale ? "Males" : "Females", range.n(),
+          mean_of(candidates.merit, range), " +/-", deviation_of(candidates.merit, range),
+          mating_capacity(candidates, sex), mean_of(f, range));
+  }
+}
+
+void write_table(Unit& summary, const RelationshipTable& table) {
+  write(summary, "(10X,A22,4X,A22)", "_______Incl. own_______", "______Excl. own_______");
+  write(summary, "(10X,2A11,4X,2A11)", "Males", "Females", "Males", "Females");
+  for (int r = 0; r < 2; ++r) {
+    write(summary, "(A10,2F11.6,4X,2F11.6)", r == 0 ? "Males" : "Females",
+          table.with_own[r][0].value(), table.with_own[r][1].value(),
+          table.without_own[r][0].value(), table.without_own[r][1].value());
+  }
+}
+
+void write_spreads(Model& model, const Relationships& relationships) {
+  Unit& summary = model.units.summary;
+  const Candidates& candidates = model.candidates;
+  const Table<double>* to = relationships.to_others;
+  const Range males{1, candidates.nmcands};
+  const Range females{candidates.nmcands + 1, candidates.ncands};
+  const Range all{1, candidates.ncands};
+  write_list(summary, "Standard deviation of average relationships to other candidates");
+  write(summary, "(16X,3A8)", "Males", "Females", "All");
+  write(summary, "(A16,2F8.3,A8)", "Males", deviation_of(to[0], males), deviation_of(to[1], males), " ");
+  write(summary, "(A16,2F8.3,A8)", "Females", deviation_of(to[0], females), deviation_of(to[1], females), " ");
+  write(summary, "(A16,2A8,F8.3)", "All", " ", " ", deviation_of(to[2], all));
+  const Table<double>& merit = candidates.merit;
+  write_list(summary, "Correlation between merit and avg. relationship to other candidates");
+  write(summary, "(16X,A24)", "Average relationship to");
+  write(summary, "(16X,3A8)", "Males", "Females", "All");
+  write(summary, "(A16,2F8.3,A8)", "Merit of males", correlation_of(merit, to[0], males), correlation_of(merit, to[1], males), " ");
+  write(summary, "(A16,2F8.3,A8)", "Merit of females", correlation_of(merit, to[0], females), correlation_of(merit, to[1], females), " ");
+  write(summary, "(A16,2A8,F8.3)", "Merit of all", " ", " ", correlation_of(merit, to[2], all));
+}
+
+// The average relationship if every candidate contributed in proportion to its mating limit.
+double relationship_at_random(const Model& model) {
+  const Candidates& candidates = model.candidates;
+  Table<double> c(candidates.ncands, 0.0);
+  for (int sex = kMale; sex <= kFemale; ++sex) {
+    const auto capacity = static_cast<double>(mating_capacity(candidates, sex));
+    for (std::int32_t i = candidates.first(sex); i <= candidates.last(sex); ++i) {
+      c(i) = 0.5 * candidates.max_matings(i) / capacity;
+    }
+  }
+  return average_relationship(model, c, 0.0);
+}
+
+void write_expectations(Model& model, const Relationships& relationships) {
+  Unit& summary = model.units.summary;
+  const Candidates& candidates = model.candidates;
+  const Goal& goal = model.goal;
+  write(summary, "(/,A30)", " Expected under random mating :");
+  write(summary, "(A32,G12.6)", " Mean merit :", 0.5 * (goal.mean_merit[0] + goal.mean_merit[1]));
+  write(summary, "(A32,F12.6)", " Inbreeding :", 0.5 * relationships.weighted.with_own[0][1].value());
+  write(summary, "(A32,F12.6)", " Avg. relationship(generation) :", relationship_at_random(model));
+  write(summary, "(/,A30,I6)", " Observed last time step :", candidates.birth_time - 1);
+  write(summary, "(A32,G12.6)", " N animals :", candidates.nlast);
+  write(summary, "(A32,G12.6)", " Mean merit :", goal.last_merit);
+  write(summary, "(A32,F12.6)", " Inbreeding :", goal.last_f);
+  write(summary, "(A32,F12.6)", " Avg. relationship(generation) :", goal.last_rel);
+  write(summary, "(A32,F12.3)", " Generation interval :", goal.last_genint);
+  write(summary, "(/,A75,/)", std::string(75, '-'));
+}
+
+}  // namespace
+
+void report_selection_data(Model& model) {
+  Unit& summary = model.units.summary;
+  const Relationships relationships = relationships_of(model);
+  write_sexes(model);
+  write(summary, "(/,10X,A31)", " Average Relationships");
+  write(summary, "(12X,A)", "Incl. own includes relationship to itself (1+inbreeding coefficient)");
+  write_table(summary, relationships.plain);
+  write(summary, "(/,10X,A36)", " Average Weighted Relationships");
+  write(summary, "(12X,A)", " Relationships weighted by maximum of matings possible (maxMatings as given in data)");
+  write_table(summary, relationships.weighted);
+  write_spreads(model, relationships);
+  write_expectations(model, relationships);
+}
+
+}  // namespace qob

@@ -1,0 +1,26 @@
+// Reads the data file, checks it and numbers its animals.
+#pragma once
+
+#include <cstdint>
+
+#include "core/qobtypestools.h"
+
+namespace qob {
+
+// Reads the file named by `datafile`, one animal a line:
+//
+//   Animal_id Sire_is Dam_id sex birth_time max_matings ebv optional_text
+//
+// and fills model.pedigree (all but f) and model.ids. Animals are numbered 1..maxid in the order
+// in which they first appear, within a record sire, dam, animal; the file lists parents before
+// their offspring, so a parent's number is below its offspring's. Faults of the pedigree and of
+// the data are listed, all of them, before they stop the run; a value that is not a number stops
+// it at once.
+void readrecode(Model& model);
+
+// The file of old and new identifiers, one line an animal: "(2I10)".
+void openfilerecodedids(Model& model, Unit& unit);
+void printrecodedids(Unit& unit, std::int32_t old_id, std::int32_t new_id);
+void closefilerecodedids(Model& model, Unit& unit);
+
+}  // namespace qob

@@ -1,0 +1,121 @@
+#include "core/lexer.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qob {
+namespace {
+
+// All tokens up to the end as one line: _ a null value, ? a bad one, <status> the end.
+std::string tokens(Lexer& lexer) {
+  std::string out;
+  for (;;) {
+    const Token token = lexer.next();
+    if (token.kind == Token::Kind::kEnd) return out + "<" + std::to_string(token.status) + ">";
+    if (token.repeat != 1) out += std::to_string(token.repeat) + "*";
+    const std::string quote = token.quoted ? "'" : "";
+    const std::string text = quote + std::string(token.text) + quote;
+    const std::string shown[] = {text, "_", text + "=", "/", "?"};
+    out += shown[static_cast<int>(token.kind)] + " ";
+  }
+}
+
+TEST(Lexer, Record_IsCutIntoValuesNullsAndSlashes) {
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"", "<-1>"},
+      {" 1\t2,3 , 4;5\r", "1 2 3 4 5 <-1>"},
+      {",1 , , 2;;3,", "_ 1 _ 2 _ 3 <-1>"},
+      {"3*7 2*,9 2* 9 1*'a b'", "3*7 2*_ 9 2*_ 9 'a b' <-1>"},
+      {"0*7 99999999999*7 *3 12'a'", "? 7 ? 7 *3 12'a' <-1>"},
+      {"x=1!& 'it''s' \"a'\"\"b\"/", "x=1!& 'it's' 'a'\"b' / <-1>"},
+      {"'a'b 'open, /", "? b 'open, /' <-1>"},
+      {"'", "'' <-1>"},
+  };
+  for (const auto& [record, expected] : cases) {
+    Lexer lexer{std::string_view(record)};
+    EXPECT_EQ(tokens(lexer), expected) << record;
+  }
+}
+
+TEST(Lexer, Groups_HaveNamesAndCommentsOverManyLines) {
+  const std::vector<std::string> lines = {"a = 1,b='!'! b=/", "", " c",        "! d",
+                                          "=2*3 e=5!",        "", "\"open c=", "f==,, 'g'=/"};
+  std::string line;  // reused, so that a view of an earlier line shows
+  std::size_t next = 0;
+  Lexer lexer([&](std::string_view& view) {
+    if (next == lines.size()) return 5;
+    view = line = lines[next++];
+    return 0;
+  });
+  EXPECT_EQ(tokens(lexer), "a= 1 b= '!' c= 2*3 e= 5 ? f= = _ _ ? = / <5>");
+}
+
+// What each word of `texts` converts to; ? where it is malformed, which must leave the value.
+template <class Value>
+std::string converted(int (*convert_text)(std::string_view, Value&), const std::string& texts) {
+  std::istringstream words(texts);
+  std::ostringstream out;
+  out.precision(17);
+  for (std::string word; words >> word;) {
+    Value value = true;
+    const int status = convert_text(word, value);
+    EXPECT_TRUE(status == 0 || (status == kMalformed && value == Value{true})) << word;
+    status == 0 ? out << value << ' ' : out << "? ";
+  }
+  return out.str();
+}
+
+TEST(Numbers, TakeEveryForm_AndRefuseEverythingElse) {
+  const std::string zeros(400, '0');
+  EXPECT_EQ(converted(to_real, "1 +1.5 -.5 5. 1.e2 1E+02 1.5d3 5D-1 1q2 1Q2 1.5+3 -25-2 +1+3"),
+            "1 1.5 -0.5 5 100 100 1500 0.5 100 100 1500 -0.25 1000 ");
+  EXPECT_EQ(converted(to_real, "1e-400 -1d-99999999999 1-99999999999999999999 0e99999999999 0." +
+                                   zeros + "1 1" + zeros + "e-400 5e-324 1.7976931348623157e308"),
+            "0 -0 0 0 0 1 4.9406564584124654e-324 1.7976931348623157e+308 ");
+  EXPECT_EQ(converted(to_real, "+ - . -. +-1 --1 1e 1d+ 1+ 1++3 1de3 .e3 e3 +3x 1.2.3 0x10 1e3.5"),
+            "? ? ? ? ? ? ? ? ? ? ? ? ? ? ? ? ? ");
+  EXPECT_EQ(converted(to_real, "nan -inf +Infinity 1e400 -1d400 1e99999999999999999999 1" + zeros),
+            "? ? ? ? ? ? ? ");
+  EXPECT_EQ(
+      converted(to_integer, "007 +3 2147483647 2147483648 -2147483648 -2147483649 1. 1e3 +-1"),
+      "7 3 2147483647 ? -2147483648 ? ? ? ? ");
+  EXPECT_EQ(converted(to_logical, "T .true. trunk t= .f FALSE . .x 1 ..t"), "1 1 1 1 0 0 ? ? ? ? ");
+  double value;
+  EXPECT_EQ(to_real("", value), kMalformed);
+  EXPECT_EQ(to_real({"1\0", 2}, value), kMalformed);
+}
+
+TEST(ReadList, LeavesWhatIsNotGiven_AndStopsAtTheFirstFault) {
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"1 2.5 abc", "0: 1 2.5 abc"},
+      {"1,2d0,'a b'x", "5010: 1 2 ."},
+      {"1 2 'a longer' text", "0: 1 2 a lon"},
+      {"1,,x!", "0: 1 -7 x!"},
+      {"1 2,", "-1: 1 2 ."},
+      {"1 2,,", "0: 1 2 ."},
+      {"1/", "0: 1 -7 ."},
+      {"3*", "0: -7 -7 ."},
+      {"1*5 1*6 3*7*8", "0: 5 6 7*8"},
+      {"2*3 x", "5010: 3 -7 ."},
+      {"1 2x y", "5010: 1 -7 ."},
+      {"1.0 2", "5010: -7 -7 ."},
+      {"'1' 2 x", "5010: -7 -7 ."},
+      {"", "-1: -7 -7 ."},
+  };
+  for (const auto& [line, expected] : cases) {
+    std::int32_t a = -7;
+    double b = -7;
+    Text<5> c = ".";
+    std::ostringstream shown;
+    const int status = read_list(line, a, b, c);
+    shown << status << ": " << a << ' ' << b << ' ' << c.trimmed();
+    EXPECT_EQ(shown.str(), expected) << line;
+  }
+}
+
+}  // namespace
+}  // namespace qob
