@@ -1,12 +1,10 @@
-// Maximum avoidance of inbreeding. Reads the candidates' relationships; changes the best mateset
-// and the mean inbreeding in its value; draws from the random stream.
+#include "mating/maximum_avoidance.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <unordered_map>
 #include <utility>
-
-#include "mating/qobmate.h"
 
 namespace qob {
 namespace {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "mating/mating_lists.h"
+#include "mating/maximum_avoidance.h"
 
 namespace qob {
 namespace {

@@ -10,9 +10,4 @@ namespace qob {
 // not change.
 void mating(Model& model);
 
-// Maximum avoidance of inbreeding: blocks of four matings, drawn at random, get the pairing of
-// least inbreeding among their 24, pass after pass, until 20 passes in a row change nothing.
-// Without `repeatedmatings` a pair that stands in another row as well costs 2.0.
-void maximum_avoidance(Model& model);
-
 }  // namespace qob
