@@ -38,7 +38,7 @@ class Contributions {
   void answer_pair(std::int32_t ancestor, std::int32_t descendant);
   void answer_group(std::int32_t ancestor, std::int32_t group);
   void ignore_request();
-  const Text<80>& gcfile() const { return model_.parameters.files.gcfile; }
+  std::string_view gcfile() const { return model_.parameters.files.gcfile.trimmed(); }
 
   Model& model_;
   const Pedigree& pedigree_;

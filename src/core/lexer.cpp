@@ -88,7 +88,6 @@ bool Lexer::at_item_end() const {
 bool Lexer::read_line() {
   restart();
   status_ = in_groups() ? next_line_(line_) : kEndOfFile;
-  if (status_ != 0) line_ = {};
   return status_ == 0;
 }
 

@@ -63,7 +63,7 @@ int convert(const Token& token, Text<N>& value) {
 
 class Lexer {
  public:
-  // Sets its argument to a line, valid until the next call; returns as InputFile::next_line does.
+  // As InputFile::next_line; leaves its argument when it fails.
   using NextLine = std::function<int(std::string_view& line)>;
 
   // Items of one record. A quoted text that is not closed ends with the record.

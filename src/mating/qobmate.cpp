@@ -29,7 +29,7 @@ void mating(Model& model) {
   write_list(units.out, "Optimising matings starting");
   choose_pairing(model);
   both_list(units.summary, units.out, "-------------------------------- Mating done ----------------------------------");
-  both(units.summary, units.out, "(A,A)", " Mating Strategy         :", model.parameters.mating.matingstrategy);
+  both(units.summary, units.out, "(A,A)", " Mating Strategy         :", model.parameters.mating.matingstrategy.trimmed());
   both(units.summary, units.out, "(A,F12.6,/)", " Average inbreeding      :", model.search.best_value.inbreeding);
   both(units.summary, units.out, "(A75,/)", std::string(75, '-'));
   write_list(units.out, "Writing optimal mateset to file");

@@ -90,25 +90,21 @@ class Repair {
     }
   }
 
-  // Empties rows of an over-used female, drawn at random, until she is not over-used or no row is
-  // left that holds her.
+  // Empties rows of an over-used female, drawn at random, until she is not over-used or a draw finds
+  // no row that holds her.
   void relieve_female(std::int32_t f) {
-    while (matings_(f) < 0 && stands_in_a_row(f)) {
+    bool found = true;
+    while (matings_(f) < 0 && found) {
+      found = false;
       std::int64_t r = model_.random.ceiling_of_draw(candidates_.max_matings(f) - matings_(f));
-      for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j) {
-        if (mateset_.female(j) != f || --r != 0) continue;
+      for (std::int64_t j = 1; j <= mateset_.nmatings() && r > 0; ++j) {
+        if (mateset_.female(j) != f) continue;
+        found = true;
+        if (--r > 0) continue;
         mateset_.female(j) = 0;
         ++matings_(f);
-        break;
       }
     }
-  }
-
-  bool stands_in_a_row(std::int32_t f) const {
-    for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j) {
-      if (mateset_.female(j) == f) return true;
-    }
-    return false;
   }
 
   // A male is drawn with the weight of his remaining matings, even if less than a unit is left.

@@ -59,7 +59,7 @@ void report_warnings(Model& model) {
     say(kRule);
     say("WARNING : A legal solution was NOT found, ");
     say("WARNING :   Check parameters");
-    handle_error(model, "WARNING : A legal solution was NOT found, check parameters");
+    handle_error(model, format_list("WARNING : A legal solution was NOT found, check parameters"));
   }
   if (best.rate > model.parameters.ocs.dfconstraint) {
     say(kRule);
@@ -81,6 +81,7 @@ void report_parameters(Model& model) {
   both_list(log, out, rule);
   both_list(log, out, "Evolutionary Algorithm initialising");
   both_list(log, out, rule);
+  both_list(log, out, rule);
   both_list(log, out, "Optimal Contribution Selection");
   both_list(log, out, "Parameters");
   both_list(log, out, rule);
@@ -98,12 +99,12 @@ void report_parameters(Model& model) {
     echo(*unit, group_of(p.algorithm));
   }
   both_list(log, out, "---------- Results written to files ------------------");
-  both(log, out, "(A,A)", " File with optimal matelist            : ", files.lst_file);
-  both(log, out, "(A,A)", " File with convergence of solution     : ", files.cnv1_file);
-  both(log, out, "(A,A)", " File with convergence of population   : ", files.cnv2_file);
-  both(log, out, "(A,A)", " File with solutions from previous run : ", files.oldsol_file);
-  both(log, out, "(A,A)", " File with candidate contributions     : ", files.candfile);
-  both(log, out, "(A,A,/)", " File with summary                     : ", files.fsummaryfile);
+  both(log, out, "(A,A)", " File with optimal matelist            : ", files.lst_file.trimmed());
+  both(log, out, "(A,A)", " File with convergence of solution     : ", files.cnv1_file.trimmed());
+  both(log, out, "(A,A)", " File with convergence of population   : ", files.cnv2_file.trimmed());
+  both(log, out, "(A,A)", " File with solutions from previous run : ", files.oldsol_file.trimmed());
+  both(log, out, "(A,A)", " File with candidate contributions     : ", files.candfile.trimmed());
+  both(log, out, "(A,A,/)", " File with summary                     : ", files.fsummaryfile.trimmed());
   both_list(log, out, std::string(55, '-'));
 }
 

@@ -76,7 +76,7 @@ TEST(Namelist, WellFormedGroups_AreRead) {
        "0:10.1Fnone 0:10.1Flong 0:30.1Tlong "},
       {"!&Demo count=1/\n&Other a='&Demo count=2/' b=\"! / \"!&Demo /\n/ &Demo count=3/",
        "0:30.1Fnone "},
-      {"&Demos / &De /\n&Other s='it, &Demo/\n\"/ &Demo/\n &&Demo count=4/", "0:40.1Fnone "},
+      {"&Demos / &De /\n&Other s='it, &Demo/\n\"/ &Demo/\n/ it's &&Demo count=4/", "0:40.1Fnone "},
   };
   for (const auto& [bytes, expected] : cases) {
     const std::string last = expected.substr(expected.rfind(':'));
@@ -105,16 +105,17 @@ TEST(Namelist, EveryDeviation_IsAnError_AndEarlierValuesStay) {
 TEST(Namelist, Groups_AreSearchedForwardUntilARewind) {
   NamelistFile file;
   EXPECT_EQ(file.open(testing::TempDir() + "no/such/file"), ENOENT);
-  ASSERT_EQ(file.open(file_with("&Late count=1 / &Demo count=2 / rest")), 0);
+  ASSERT_EQ(file.open(file_with("&Late count=1 / &Demo count=2 / &Late count=3 /")), 0);
   Demo demo;
   Group late = demo.group();
   late.name = "late";
   EXPECT_EQ(file.read(demo.group()), 0);
-  EXPECT_EQ(file.read(late), kEndOfFile);
-  EXPECT_EQ(demo.count, 2);
   EXPECT_EQ(file.rewind(), 0);
   EXPECT_EQ(file.read(late), 0);
   EXPECT_EQ(demo.count, 1);
+  EXPECT_EQ(file.read(late), 0);
+  EXPECT_EQ(demo.count, 3);
+  EXPECT_EQ(file.read(demo.group()), kEndOfFile);
 }
 
 }  // namespace

@@ -1,0 +1,229 @@
+// Whole runs of the program.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "support/program.h"
+
+namespace qob::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kSource = QOB_SOURCE_DIR;
+
+// Two unrelated pairs, their four offspring, and four candidates of each sex born thereafter.
+//
+//    1 x 2     3 x 4          1 3 males, 2 4 females
+//    5M  6F    7M  8F         full sibs
+//    5x8: 11M 12F 13M 14F     7x6: 15M 16F 17M 18F
+const std::string kHerd =
+    "1 0 0 1 1 0 0.1 a\n2 0 0 2 1 0 0.2 b\n3 0 0 1 1 0 0.3 c\n4 0 0 2 1 0 0.4 d\n"
+    "5 1 2 1 2 0 0.5 e\n6 1 2 2 2 0 0.6 f\n7 3 4 1 2 0 0.7 g\n8 3 4 2 2 0 0.8 h\n"
+    "11 5 8 1 3 4 1.1 i\n12 5 8 2 3 1 1.2 j\n13 5 8 1 3 4 1.3 k\n14 5 8 2 3 1 1.4 l\n"
+    "15 7 6 1 3 4 1.5 m\n16 7 6 2 3 1 1.6 n\n17 7 6 1 3 4 1.7 o\n18 7 6 2 3 1 1.8 p\n";
+
+const std::string kParameters =
+    "&DataParameters datafile='herd.dat', resultsdirectory='r_' /\n"
+    "&PopulationHistory pci_ngen=3 /\n"
+    "&RelationshipMatrix timesteps=0 /\n"
+    "&OCSParameters nmatings=4, w_merit=1.0, w_relationship=-2.0 /\n"
+    "&AlgorithmParameters generations=30, popsize=10, n_offspring=4, seed_rng=17 /\n"
+    "&MatingOptions matingstrategy='mai', repeatedmatings=F /\n";
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  const auto at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return text.replace(at, from.size(), to);
+}
+
+RunResult run(const TemporaryFolder& folder, const std::string& parameters = kParameters,
+              const std::string& herd = kHerd) {
+  folder.write("herd.dat", herd);
+  folder.write("qob.prm", parameters);
+  return run_program(folder, "qob.prm");
+}
+
+// Every clock reading and date replaced by a mark.
+std::string without_clocks(const std::string& text) {
+  static const std::regex clock("(  cpu=|  wall=| wall=).*|\\d\\d-\\d\\d-\\d{4} \\d\\d:\\d\\d:\\d\\d");
+  return std::regex_replace(text, clock, "<clock>");
+}
+
+std::map<std::string, std::string> result_files(const TemporaryFolder& folder) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::directory_iterator(folder / "")) {
+    const std::string name = entry.path().filename();
+    if (name.ends_with(".txt") || name.ends_with(".log")) {
+      if (name != "stderr.txt") files[name] = without_clocks(read_file(entry.path()));
+    }
+  }
+  return files;
+}
+
+TEST(WholeRun, FilesOfRealHerdsEqualTheKeptOnes) {
+  for (const auto& entry : fs::directory_iterator(kSource + "/tests/cases")) {
+    if (!entry.is_directory()) continue;
+    const std::string name = entry.path().filename();
+    const std::string herd = name.substr(0, name.find('_')) + ".dat";
+    const TemporaryFolder folder;
+    fs::copy(entry.path() / "qob.prm", folder / "");
+    fs::copy(kSource + "/examples/" + herd.substr(0, herd.find('.')) + "/" + herd, folder / "");
+    ASSERT_EQ(run_program(folder, "qob.prm").status, 0) << name;
+    auto files = result_files(folder);
+    int compared = 0;
+    for (const auto& kept : fs::directory_iterator(entry.path() / "expected")) {
+      ++compared;
+      const std::string file = kept.path().filename();
+      EXPECT_EQ(files[file], without_clocks(read_file(kept.path()))) << name << " " << file;
+    }
+    EXPECT_EQ(compared, 12) << name;
+  }
+}
+
+TEST(WholeRun, TheSameSeedGivesTheSameFilesAndAnotherSeedDoesNot) {
+  const TemporaryFolder first, second, other;
+  EXPECT_EQ(run(first).status, 0);
+  EXPECT_EQ(run(second).status, 0);
+  EXPECT_EQ(run(other, replaced(kParameters, "seed_rng=17", "seed_rng=-4")).status, 0);
+  const auto files = result_files(first);
+  EXPECT_EQ(files.size(), 12U);
+  EXPECT_EQ(files, result_files(second));
+  EXPECT_NE(files.at("r_qob_conv.txt"), result_files(other).at("r_qob_conv.txt"));
+  EXPECT_EQ(files.at("qob.log"), files.at("r_qob.log"));
+}
+
+TEST(WholeRun, PhasesAreLeftOutAsTheParametersSay) {
+  const std::string history_only = replaced(kParameters, "timesteps=0", "timesteps=-1");
+  const std::string up_to_matrix = replaced(kParameters, "nmatings=4", "dfconstraint=0.5");
+  for (const std::string& parameters : {history_only, up_to_matrix}) {
+    const TemporaryFolder folder;
+    const RunResult result = run(folder, parameters);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err.substr(result.err.find("QOB ended")), "QOB ended successfully\n");
+    EXPECT_TRUE(fs::exists(folder / "r_F_summary.txt"));
+    EXPECT_FALSE(fs::exists(folder / "r_qob_MatingList.txt"));
+    const std::string log = read_file(folder / "r_qob.log");
+    std::size_t watches = 0;
+    const std::string timing = log.substr(log.find("Timing of QOB"));
+    for (std::size_t at = 0; (at = timing.find(" wall=", at)) != std::string::npos; ++at) ++watches;
+    EXPECT_EQ(watches, 14U);
+    EXPECT_NE(timing.find("\n  Pedigree:\n"), std::string::npos);
+  }
+  const std::string short_file = kParameters.substr(0, kParameters.find("&OCS"));
+  const TemporaryFolder folder;
+  EXPECT_EQ(run(folder, replaced(short_file, "timesteps=0", "timesteps=-1")).status, 0);
+}
+
+TEST(WholeRun, GroupsStandInAnyOrderBehindTheDataAndHistory) {
+  const TemporaryFolder plain, shuffled;
+  run(plain);
+  const std::string parameters =
+      "Groups of this run: &ocsparameters NMatings=4 W_MERIT=1. w_relationship=-2 /&MATINGOPTIONS "
+      "matingstrategy=' MAI' ! as usual\n repeatedmatings=.FALSE. /\n"
+      "&AlgorithmParameters generations=30 popsize=10 n_offspring=4 seed_rng=17/\n"
+      "&DataParameters datafile=\"herd.dat\" resultsdirectory='r_' /&PopulationHistory pci_ngen=3/\n"
+      "&RelationshipMatrix/";
+  EXPECT_EQ(run(shuffled, parameters).status, 0);
+  EXPECT_EQ(read_file(shuffled / "r_Candidates.txt"), read_file(plain / "r_Candidates.txt"));
+}
+
+TEST(CommandLine, HelpVersionAndFaultyArguments) {
+  const TemporaryFolder folder;
+  const RunResult help = run_program(folder, "--help");
+  EXPECT_EQ(help.status, 0);
+  for (const char* text : {"&DataParameters", "crossover_probability", "qob_MatingList.txt"}) {
+    EXPECT_NE(help.out.find(text), std::string::npos) << text;
+  }
+  EXPECT_EQ(run_program(folder, "--version").out, "QOB v3.0 build 16.05.29\n");
+
+  const RunResult none = run_program(folder, "");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.out,
+            " QOB initialising\n Filename not specified in command line. Default QOB.PRM assumed\n");
+  EXPECT_EQ(none.err, "ERROR  Parameter file not specified when calling QOB \n");
+
+  const RunResult longer = run_program(folder, std::string(256, 'x'));
+  EXPECT_EQ(longer.status, 1);
+  EXPECT_EQ(longer.out, " QOB initialising\n ERROR: Invalid command argument (filename) Value of error:    -1\n");
+  EXPECT_EQ(longer.err, " Program terminated. Check file qob.log\n");
+  EXPECT_FALSE(fs::exists(folder / "qob.log"));
+
+  const RunResult missing = run_program(folder, "nowhere.prm further arguments");
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_NE(missing.out.find("\n ERROR Parameter file not found : nowhere.prm\n"), std::string::npos);
+
+  fs::create_directory(folder / "directory.prm");
+  EXPECT_NE(run_program(folder, "directory.prm").out.find("\n ERROR Could not open file directory.prm\n"), std::string::npos);
+
+  fs::remove(folder / "qob.log");
+  fs::create_directory(folder / "qob.log");
+  const RunResult no_log = run(folder);
+  EXPECT_EQ(no_log.status, 1);
+  EXPECT_EQ(no_log.err, "ERROR in opening log file qob.log \n");
+}
+
+// A change to the parameter file (from, to), and the last line that the fault leaves on screen and
+// in the log.
+struct Fault {
+  std::string from, to, message;
+};
+
+TEST(ParameterFaults, EachEndsTheRunWithItsMessage) {
+  const std::string reading = " ERROR in reading QOB Parameter file, ";
+  const std::string at_end = " Value of error:    -1";
+  const std::string malformed = " Value of error:  5010";
+  const std::vector<Fault> faults = {
+      {"&DataParameters", "&Data", reading + "Namelist DataParameters !!!!!!!!" + at_end},
+      {"datafile=", "dafatile=", reading + "Namelist DataParameters !!!!!!!!" + malformed},
+      {"&PopulationHistory pci_ngen=3 /", "", reading + "Namelist PopulationHistory" + at_end},
+      {"pci_ngen=3", "pci_ngen=3.5", reading + "Namelist PopulationHistory" + malformed},
+      {"pci_ngen=3", "pci_ngen=0", reading + "Namelist PopulationHistory : pci_ngen should be at least 1" + malformed},
+      {"&RelationshipMatrix", "&Contrib ancestor=x /", " Error in reading parameter file, namelist Contrib" + malformed},
+      {"&RelationshipMatrix", "&NRM", reading + "Namelist RelationshipMatrix" + at_end},
+      {"timesteps=0", "timesteps='0'", reading + "Namelist RelationshipMatrix" + malformed},
+      {"&OCSParameters", "&OCS", reading + "Namelist OCSParameters" + at_end},
+      {"nmatings=4", "nmatings=4 5", reading + "Namelist OCSParameters" + malformed},
+      {"&AlgorithmParameters", "&Algorithm", reading + "Namelist AlgorithmParameters" + at_end},
+      {"popsize=10", "popsize=99999999999", reading + "Namelist AlgorithmParameters" + malformed},
+      {"&MatingOptions", "&Mating", reading + "Namelist MatingOptions" + at_end},
+      {"repeatedmatings=F /", "repeatedmatings=F", reading + "Namelist MatingOptions" + at_end},
+      {"herd.dat", "cow.dat", " ERROR File with data not found: cow.dat"},
+      {"'herd.dat'", "'.'", " ERROR Could not open DataFile in Subroutine ReadRecode. Value of error:    21"},
+      {"'r_'", "'nowhere/r_'", " ERROR in opening file nowhere/r_f_coeff.txt Value of error:     2"},
+      {"'r_'", "'r_' recodefile='nowhere/x'", " ERROR Could not open file for recoded ID'snowhere/x Value of error:     2"},
+      {"'r_'", "'r_' recodefile='/dev/full'", " ERROR Could not close file for recoded ID's/dev/full Value of error:    28"},
+  };
+  for (const Fault& fault : faults) {
+    const TemporaryFolder folder;
+    const RunResult result = run(folder, replaced(kParameters, fault.from, fault.to));
+    EXPECT_EQ(result.status, 1) << fault.message;
+    EXPECT_TRUE(result.out.ends_with("\n" + fault.message + "\n")) << fault.message << result.out;
+    EXPECT_TRUE(read_file(folder / "qob.log").ends_with("\n" + fault.message + "\n"));
+    EXPECT_TRUE(result.err.ends_with(" Program terminated. Check file qob.log\n"));
+  }
+}
+
+TEST(ParameterFaults, AFaultyAlgorithmGroupIsShownAsFarAsItWasRead) {
+  const TemporaryFolder folder;
+  const RunResult result = run(folder, replaced(kParameters, "n_offspring=4", "n_offspring=?"));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.out.find("&ALGORITHMPARAMETERS\nGENERATIONS = 30,\nPOPSIZE = 10,\nN_OFFSPRING = 10,\n"), std::string::npos);
+}
+
+TEST(StandardOutput, AClosedPipeEndsTheRunWithAMessage) {
+  const TemporaryFolder folder;
+  folder.write("herd.dat", kHerd);
+  folder.write("qob.prm", kParameters);
+  const std::string command = "cd " + (folder / "") + " && { " QOB_PROGRAM " qob.prm 2>err.txt; echo $? >status.txt; } | true";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(read_file(folder / "status.txt"), "1\n");
+  EXPECT_NE(read_file(folder / "err.txt").find("ERROR in writing file standard output : Broken pipe"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace qob::test
