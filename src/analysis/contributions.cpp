@@ -122,8 +122,9 @@ bool Contributions::read_request() {
   Contrib& request = model_.parameters.contrib;
   request = Contrib{};
   const Group group = group_of(request);
-  const int status = model_.parameter_file.read(group);
+  int status = model_.parameter_file.find(group);
   if (status == kEndOfFile) return false;
+  if (status == 0) status = model_.parameter_file.read_items(group);
   if (status != 0) {
     handle_error(model_, format_list("Error in reading parameter file, namelist Contrib"), status);
   }

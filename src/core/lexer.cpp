@@ -14,8 +14,7 @@ constexpr std::string_view kNameCharacters =
 
 bool is_one_of(char c, std::string_view set) { return set.find(c) != std::string_view::npos; }
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
-bool is_comma(char c) { return c == ',' || c == ';'; }
-bool is_separator(char c) { return is_blank(c) || is_comma(c) || c == '/'; }
+bool is_separator(char c) { return is_blank(c) || c == ',' || c == '/'; }
 
 // Takes the sign that std::from_chars does not know. False: another sign follows.
 bool drop_plus(std::string_view& text) {

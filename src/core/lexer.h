@@ -1,4 +1,4 @@
-// Free-form input: values separated by blanks, tabs or one comma (or semicolon), as in the data
+// Free-form input: values separated by blanks, tabs or one comma, as in the data
 // file, and the same values inside the groups of the parameter file.
 //
 //   7 , 1.5D0 'a text' ,, 3*0 /       values, a null value (,,), a repeated value, the end (/)

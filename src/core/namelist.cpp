@@ -53,7 +53,11 @@ int NamelistFile::rewind() {
 }
 
 int NamelistFile::read(const Group& group) {
-  if (const int status = lexer_.find_group(group.name); status != 0) return status;
+  const int status = find(group);
+  return status == 0 ? read_items(group) : status;
+}
+
+int NamelistFile::read_items(const Group& group) {
   const Key* key = nullptr;  // waits for its value
   for (;;) {
     const Token token = lexer_.next();

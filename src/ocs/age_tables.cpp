@@ -8,6 +8,10 @@
 namespace qob {
 namespace {
 
+// More age classes than any population has: birth times of different kinds were mixed, dates and
+// an inserted parent's for example. Every class is a row of four tables.
+constexpr std::int64_t kMostAgeClasses = 1000000;
+
 // Columns of real counts by age class.
 struct AgeColumns {
   explicit AgeColumns(std::int64_t nage) : males(nage, 0.0), females(nage, 0.0), all(nage, 0.0) {}
@@ -115,6 +119,9 @@ std::int64_t count_age_classes(const Model& model) {
 
 AgeStructure age_structure(Model& model, std::int64_t nage) {
   Units& units = model.units;
+  if (nage > kMostAgeClasses) {
+    handle_error(model, format_list("ERROR in data : Birth times give too many age classes :", nage, " at most :", kMostAgeClasses));
+  }
   AgeStructure ages;
   ages.nage = nage;
   allocate(model, "ERROR in allocating memory in Subroutine setup_f_ped.",

@@ -248,7 +248,7 @@ void readrecode(Model& model) {
   }
   reader.faults = false;
   read_values(reader);
-  if (option_text(model.parameters.data.recodefile) != "_null_") write_recoded_ids(model);
+  if (adjustl_trim(model.parameters.data.recodefile) != "_null_") write_recoded_ids(model);
   if (reader.faults) handle_error(model, format_list("ERRORs found in data file, See log file"));
   reader.file.close();
   write_list(units.out, "Animals renumbered");

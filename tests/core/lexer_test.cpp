@@ -27,8 +27,8 @@ std::string tokens(Lexer& lexer) {
 TEST(Lexer, Record_IsCutIntoValuesNullsAndSlashes) {
   const std::vector<std::pair<const char*, const char*>> cases = {
       {"", "<-1>"},
-      {" 1\t2,3 , 4;5\r", "1 2 3 4 5 <-1>"},
-      {",1 , , 2;;3,", "_ 1 _ 2 _ 3 <-1>"},
+      {" 1\t2,3 , 4,5\r", "1 2 3 4 5 <-1>"},
+      {",1 , , 2,,3,", "_ 1 _ 2 _ 3 <-1>"},
       {"3*7 2*,9 2* 9 1*'a b'", "3*7 2*_ 9 2*_ 9 'a b' <-1>"},
       {"0*7 99999999999*7 *3 12'a'", "? 7 ? 7 *3 12'a' <-1>"},
       {"x=1!& 'it''s' \"a'\"\"b\"/", "x=1!& 'it's' 'a'\"b' / <-1>"},

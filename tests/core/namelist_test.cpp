@@ -72,7 +72,7 @@ TEST(Namelist, WellFormedGroups_AreRead) {
       {"R&D's &Demo word='a/!''' weight=1.5d0! /\n,flag=t /", "0:-11.5Ta/!' "},
       {"&Demo! /\n count=1 count=1*2,, weight= flag=\n/", "0:20.1Fnone "},
       {"&Demo count=5, count=, weight=1*,word='' /", "0:50.1F     "},
-      {"&Demo count=1/&Demo word='longer' / x &demo,flag=T;count=3/",
+      {"&Demo count=1/&Demo word='longer' / x &demo,flag=T,count=3/",
        "0:10.1Fnone 0:10.1Flong 0:30.1Tlong "},
       {"!&Demo count=1/\n&Other a='&Demo count=2/' b=\"! / \"!&Demo /\n/ &Demo count=3/",
        "0:30.1Fnone "},
