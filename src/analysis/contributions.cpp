@@ -86,8 +86,10 @@ void Contributions::report_group() {
   GroupVectors v = vectors_of(group_);
   list_founders(v);
   write_list(gc_);
-  write(model_.units.summary, "(/,2A)", "Contribution of founders to timestep written to file ", gcfile());
-  write(model_.units.out, "(/,2A)", "Contribution of founders to last timestep written to file ", gcfile());
+  write(model_.units.summary, "(/,2A)", "Contribution of founders to timestep written to file ",
+        gcfile());
+  write(model_.units.out, "(/,2A)", "Contribution of founders to last timestep written to file ",
+        gcfile());
   list_largest(v);
 }
 

@@ -10,9 +10,9 @@ namespace qob {
 
 // Per animal; index 0 stands for the unknown parent.
 struct AnimalStatistics {
-  Table<double, 0> gen;    // generation coefficient: 1 for a founder
-  Table<double> genint;    // mean age of its recorded parents at its birth, time steps
-  Table<double> pcin;      // pedigree completeness index
+  Table<double, 0> gen;  // generation coefficient: 1 for a founder
+  Table<double> genint;  // mean age of its recorded parents at its birth, time steps
+  Table<double> pcin;    // pedigree completeness index
 };
 
 // Fills f(0..maxid), the inbreeding coefficients (Meuwissen & Luo 1992, Genet. Sel. Evol. 24:305):

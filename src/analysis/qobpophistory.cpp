@@ -16,10 +16,16 @@ void read_parameters(Model& model) {
   const Group group = group_of(history);
   const int status = model.parameter_file.read(group);
   if (status != 0) {
-    handle_error(model, format_list("ERROR in reading QOB Parameter file, Namelist PopulationHistory"), status);
+    handle_error(model,
+                 format_list("ERROR in reading QOB Parameter file, Namelist PopulationHistory"),
+                 status);
   }
   if (history.pci_ngen < 1) {
-    handle_error(model, format_list("ERROR in reading QOB Parameter file, Namelist PopulationHistory : pci_ngen should be at least 1"), kMalformed);
+    handle_error(
+        model,
+        format_list(
+            "ERROR in reading QOB Parameter file, Namelist PopulationHistory : pci_ngen should be at least 1"),
+        kMalformed);
   }
   Unit& log = model.units.log;
   write_list(log, std::string(71, '-'));
@@ -56,11 +62,11 @@ void write_coefficients(Model& model, const AnimalStatistics& animals) {
 
 // One line of the summary.
 struct GroupStatistics {
-  std::int32_t n = 0;         // members
-  std::int32_t inbred = 0;    // those with F above 0
+  std::int32_t n = 0;       // members
+  std::int32_t inbred = 0;  // those with F above 0
   double sum_f = 0.0, max_f = 0.0;
   double sum_gen = 0.0, sum_pcin = 0.0;
-  double sum_genint = 0.0;    // over those with parents of known age
+  double sum_genint = 0.0;  // over those with parents of known age
   std::int32_t n_genint = 0;
 
   void add(double f, double gen, double pcin, double genint) {
@@ -122,10 +128,9 @@ double expected_inbreeding(const Pedigree& pedigree, const Cohorts& cohorts, std
 
 void write_head(Model& model) {
   Units& units = model.units;
-  const std::string head =
-      format_record("(2A8,A9,3X,8A8)", "Group", "N", "N.inbred", "avg.F", "max.F", "avg.coa",
-                    "exp.F", "alpha", completeness_name(model.parameters.history.pci_ngen),
-                    "Gencoef", "GenInt");
+  const std::string head = format_record(
+      "(2A8,A9,3X,8A8)", "Group", "N", "N.inbred", "avg.F", "max.F", "avg.coa", "exp.F", "alpha",
+      completeness_name(model.parameters.history.pci_ngen), "Gencoef", "GenInt");
   units.log.write_line(head);
   openresultsfile(model, model.parameters.data.resultsdirectory,
                   model.parameters.files.fsummaryfile, units.summary);
@@ -133,7 +138,8 @@ void write_head(Model& model) {
   write_list(units.summary, "# max.F   : largest inbreeding coefficient");
   write_list(units.summary, "# avg.coa : Average coancestry incl. self");
   write_list(units.summary, "# exp.F   : Expected inbreeding under random mating");
-  write_list(units.summary, "# alpha   : Deviation from random mating, <0 indicates avoidance of inbreeding");
+  write_list(units.summary,
+             "# alpha   : Deviation from random mating, <0 indicates avoidance of inbreeding");
   write_list(units.summary, "# PCIn    : Pedigree Completeness Index for n generations");
   write_list(units.summary, "# Gencoef : Average generation coefficient");
   write_list(units.summary, "# GenInt  : Generation Interval");
@@ -153,9 +159,8 @@ void write_summary(Model& model, const Cohorts& cohorts, const AnimalStatistics&
     const double avg_coa = average_coancestry(pedigree, cohorts, g, x);
     const double exp_f = expected_inbreeding(pedigree, cohorts, g, x);
     const double alpha = 1.0 - (1.0 - avg_f) / (1.0 - exp_f);
-    both(units.log, units.summary, "(3I8, 4X, 6F8.4,2F8.2)", cohorts.btime(g), s.n, s.inbred,
-         avg_f, s.max_f, avg_coa, exp_f, alpha, s.sum_pcin / s.n, s.sum_gen / s.n,
-         s.mean_genint());
+    both(units.log, units.summary, "(3I8, 4X, 6F8.4,2F8.2)", cohorts.btime(g), s.n, s.inbred, avg_f,
+         s.max_f, avg_coa, exp_f, alpha, s.sum_pcin / s.n, s.sum_gen / s.n, s.mean_genint());
     inbred += s.inbred;
   }
   double sum_f = 0.0;

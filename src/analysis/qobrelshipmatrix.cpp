@@ -59,8 +59,8 @@ std::int32_t mark_animals(Model& model, std::int32_t next, Table<char>& mark) {
     if (pedigree.matings(i) > 0) mark(i) = 1;
     const std::int64_t age = std::int64_t{next} - pedigree.btime(i);
     if (age < 1) {
-      handle_error(model, format_list("ERROR in data : Illegal birth_time in record :", i, age, next,
-                                      pedigree.btime(i)));
+      handle_error(model, format_list("ERROR in data : Illegal birth_time in record :", i, age,
+                                      next, pedigree.btime(i)));
     }
     if (age > relationship.maxage) continue;
     mark(i) = 1;
@@ -91,7 +91,8 @@ void allocate_matrix(Model& model) {
              write_list(units.out, "Allocating memory for Relationship file");
              write_list(units.out, "Allocation failed ");
              write_list(units.out, "Size of real array NRM to be allocated :", elements);
-             handle_error(model, format_list("ERROR in allocating memory NRM in subroutine Relationship"));
+             handle_error(model,
+                          format_list("ERROR in allocating memory NRM in subroutine Relationship"));
            });
 }
 
@@ -147,12 +148,13 @@ void setup_nrm(Model& model) {
   Table<char> mark(pedigree.maxid, 0);
   relationship.nrm_id.assign(pedigree.maxid, 0);
   const std::int32_t marked = mark_animals(model, next, mark);
-  write(log, "(/,A,I8)", "Candidates in Numerator Relationship Matrix stored in memeory:",
-        relationship.nnrm);
+  write(log, "(/,A,I8)",
+        "Candidates in Numerator Relationship Matrix stored in memeory:", relationship.nnrm);
   write(log, "(/,A,I8)", "Individuals in Numerator Relationship Matrix required for OCS:", marked);
   allocate_matrix(model);
   if (option_text(model.parameters.relationship.source) != "pedigree") {
-    handle_error(model, format_list("ERROR Relationships can only be computed from source 'pedigree'"));
+    handle_error(model,
+                 format_list("ERROR Relationships can only be computed from source 'pedigree'"));
   }
   relationship.pedsource = true;
   compute_from_pedigree(model, mark);

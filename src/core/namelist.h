@@ -56,12 +56,12 @@ class NamelistFile {
   // Returns 0 or the system's error number, as does `rewind`.
   int open(const std::string& path);
   int rewind();
-  // Goes to just behind the next "&" and name of the group. Returns 0, kEndOfFile (no such group) or
-  // the system's error number.
+  // Goes to just behind the next "&" and name of the group. Returns 0, kEndOfFile (no such group)
+  // or the system's error number.
   int find(const Group& group) { return lexer_.find_group(group.name); }
   // Reads the items of the group just found into its variables, up to and with its "/". Returns 0,
-  // kEndOfFile (the group is not closed), kMalformed (any deviation, after which the items before it
-  // have been read) or the system's error number.
+  // kEndOfFile (the group is not closed), kMalformed (any deviation, after which the items before
+  // it have been read) or the system's error number.
   int read_items(const Group& group);
   // Both, one after the other.
   int read(const Group& group);

@@ -25,8 +25,7 @@ void handle_error(Model& model, std::string_view message, std::optional<int> val
 }
 
 void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit) {
-  const std::string path =
-      std::string(adjustl_trim(prefix)) + std::string(adjustl_trim(name));
+  const std::string path = std::string(adjustl_trim(prefix)) + std::string(adjustl_trim(name));
   const int status = unit.open_write(path);
   if (status != 0) handle_error(model, format_list("ERROR in opening file ", path), status);
 }

@@ -29,16 +29,16 @@ inline constexpr std::int32_t kNoBirthTime = -9999;
 // The animals, numbered 1..maxid so that parents come before offspring; 0 is an unknown parent.
 // Written when the data file is read (f: by the population history).
 struct Pedigree {
-  std::int32_t nobs = 0;             // records read
-  std::int32_t maxid = 0;            // animals: records and inserted parents
-  Table2<std::int32_t> oldped;       // maxid x 3: identifiers of animal, sire, dam in the data file
-  Table2<std::int32_t> newped;       // 2 x maxid: numbers of sire and dam
-  Table<std::int32_t> sex;           // 1 male, 2 female, 0 inserted parent
-  Table<std::int32_t> btime;         // birth time step
-  Table<std::int32_t> matings;       // most matings; above 0: a selection candidate
-  Table<double> ebv;                 // estimated breeding value
-  Table<Text<15>> txt;               // text of the data file
-  Table<double, 0> f;                // inbreeding coefficient; f(0) = -1 for the unknown parent
+  std::int32_t nobs = 0;        // records read
+  std::int32_t maxid = 0;       // animals: records and inserted parents
+  Table2<std::int32_t> oldped;  // maxid x 3: identifiers of animal, sire, dam in the data file
+  Table2<std::int32_t> newped;  // 2 x maxid: numbers of sire and dam
+  Table<std::int32_t> sex;      // 1 male, 2 female, 0 inserted parent
+  Table<std::int32_t> btime;    // birth time step
+  Table<std::int32_t> matings;  // most matings; above 0: a selection candidate
+  Table<double> ebv;            // estimated breeding value
+  Table<Text<15>> txt;          // text of the data file
+  Table<double, 0> f;           // inbreeding coefficient; f(0) = -1 for the unknown parent
 
   std::int32_t sire(std::int64_t i) const { return newped(1, i); }
   std::int32_t dam(std::int64_t i) const { return newped(2, i); }

@@ -20,14 +20,14 @@ inline constexpr double kTiny = static_cast<double>(1.0e-8F);
 // number. All tables are indexed by candidate number.
 struct Candidates {
   std::int32_t nmcands = 0, nfcands = 0, ncands = 0;
-  Table<std::int32_t> cands;         // animal number
-  Table<std::int32_t> max_matings;   // most matings it may have
-  Table<double> merit;               // estimated breeding value
-  Table<std::int64_t> age;           // age class, 1 = born in the last time step
-  Table<std::int32_t> old_id;        // identifier in the data file
-  Table<Text<15>> description;       // text in the data file
-  std::int32_t birth_time = 0;       // time step of the generation to be planned
-  std::int32_t nlast = 0;            // animals born in the time step before
+  Table<std::int32_t> cands;        // animal number
+  Table<std::int32_t> max_matings;  // most matings it may have
+  Table<double> merit;              // estimated breeding value
+  Table<std::int64_t> age;          // age class, 1 = born in the last time step
+  Table<std::int32_t> old_id;       // identifier in the data file
+  Table<Text<15>> description;      // text in the data file
+  std::int32_t birth_time = 0;      // time step of the generation to be planned
+  std::int32_t nlast = 0;           // animals born in the time step before
 
   bool is_male(std::int64_t i) const { return i >= 1 && i <= nmcands; }
   bool is_female(std::int64_t i) const { return i > nmcands && i <= ncands; }
@@ -38,12 +38,12 @@ struct Candidates {
 
 // What a mateset is judged against.
 struct Goal {
-  double last_f = 0.0;       // mean inbreeding of the last time step's animals
-  double last_merit = 0.0;   // their mean breeding value
-  double last_genint = 1.0;  // generation interval, time steps
-  double last_rel = 0.0;     // average relationship of the last generation
-  double vpapv = 0.0;        // what earlier contributions add to the average relationship,
-  Table<double> apv2;        // and the linear term by candidate
+  double last_f = 0.0;                // mean inbreeding of the last time step's animals
+  double last_merit = 0.0;            // their mean breeding value
+  double last_genint = 1.0;           // generation interval, time steps
+  double last_rel = 0.0;              // average relationship of the last generation
+  double vpapv = 0.0;                 // what earlier contributions add to the average relationship,
+  Table<double> apv2;                 // and the linear term by candidate
   double mean_merit[2] = {0.0, 0.0};  // by sex, weighted by max_matings
   double k_factor[2] = {1.0, 1.0};    // scale of merit by sex
   double expmerit = 0.0;              // scaled merit when all are used in proportion to max_matings
@@ -52,14 +52,14 @@ struct Goal {
 
 // What a mateset is worth.
 struct ValueRecord {
-  double inbreeding = 0.0;       // 1: mean inbreeding of the offspring
-  double rate = 0.0;             // 2: predicted rate of inbreeding per generation
-  double relationship = 0.0;     // 3: average relationship of the next generation
-  double merit = 0.0;            // 4: mean merit of the parents
-  double scaled_merit = 0.0;     // 5: scaled mean merit less its expectation
-  double fitness = 0.0;          // 6: larger is better
-  double age = 0.0;              // 7: mean age class of the parents
-  bool legal = false;            // 8: every mating limit is kept
+  double inbreeding = 0.0;    // 1: mean inbreeding of the offspring
+  double rate = 0.0;          // 2: predicted rate of inbreeding per generation
+  double relationship = 0.0;  // 3: average relationship of the next generation
+  double merit = 0.0;         // 4: mean merit of the parents
+  double scaled_merit = 0.0;  // 5: scaled mean merit less its expectation
+  double fitness = 0.0;       // 6: larger is better
+  double age = 0.0;           // 7: mean age class of the parents
+  bool legal = false;         // 8: every mating limit is kept
 };
 
 // A view of nmatings rows: row j mates male(j) with female(j), both candidate numbers. The male

@@ -25,7 +25,7 @@ enum class PrintForm { kSec, kHhMmSs, kShortest };  // "sec", "hh:mm:ss", "[[hh:
 // The options that all watches share.
 struct StopwatchOptions {
   std::array<bool, kClocks> default_clocks = {true, true, true, true};  // by Clock
-  Unit* print_unit = nullptr;  // none: nothing is printed
+  Unit* print_unit = nullptr;                                           // none: nothing is printed
   Unit* error_unit = nullptr;  // none: no warning is written
   PrintForm form = PrintForm::kSec;
 };

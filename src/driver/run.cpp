@@ -57,10 +57,11 @@ void write_banner(Unit& unit, std::string_view version) {
   write_list(unit, rule);
   write_list(unit, Text<71>(version));
   write_list(unit, rule);
-  write_list(unit);
+  write_list(unit, Text<71>(" "));
   write_list(unit, Text<71>("          Program to select mating set with optimal contributions"));
   write_list(unit, Text<71>("              to maximise function of merit and relationships"));
-  write_list(unit, Text<71>(" Optionally minimises inbreeding conditional on genetic contributions"));
+  write_list(unit,
+             Text<71>(" Optionally minimises inbreeding conditional on genetic contributions"));
   write_list(unit, rule);
 }
 
@@ -90,7 +91,9 @@ void read_data_parameters(Model& model) {
   const Group group = group_of(model.parameters.data);
   const int status = model.parameter_file.read(group);
   if (status != 0) {
-    handle_error(model, format_list("ERROR in reading QOB Parameter file, Namelist DataParameters !!!!!!!!"), status);
+    handle_error(
+        model, format_list("ERROR in reading QOB Parameter file, Namelist DataParameters !!!!!!!!"),
+        status);
   }
   Unit& log = model.units.log;
   write_list(log, kLogRule);
@@ -143,9 +146,9 @@ void write_timing(Model& model) {
   w.stopwatch.print_watches({&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.nrm, &w.basepop,
                              &w.eval, &w.repair, &w.mutate, &w.dirmut, &w.recomb, &w.matesel,
                              &w.mating});
-  for (Watch* watch : {&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.nrm, &w.basepop,
-                       &w.eval, &w.repair, &w.mutate, &w.dirmut, &w.recomb, &w.matesel,
-                       &w.mating}) {
+  for (Watch* watch :
+       {&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.nrm, &w.basepop, &w.eval, &w.repair,
+        &w.mutate, &w.dirmut, &w.recomb, &w.matesel, &w.mating}) {
     w.stopwatch.destroy_watch(*watch);
   }
   write_list(log, kLogRule);

@@ -111,9 +111,11 @@ void Lists::write_matings() {
   Unit males(20);
   openresultsfile(model_, prefix, files.lst_file, matings);
   openresultsfile(model_, prefix, files.male_file, males);
-  write(matings, "(2A12,3A8,3A9,2A15)", "Sire", "Dam ", "N.mating", "Nm", "Nf.m", "EBV", "F", "vF", "Sire.txt", "Dam.txt");
+  write(matings, "(2A12,3A8,3A9,2A15)", "Sire", "Dam ", "N.mating", "Nm", "Nf.m", "EBV", "F", "vF",
+        "Sire.txt", "Dam.txt");
   write_legend(males);
-  write(males, "(2A15,5A16,A20)", "Sire", "N.matings", "Prev.offspr", "Rel.males", "Rel.females", "Rel.males.sel", "Rel.females.sel", "Sire.txt");
+  write(males, "(2A15,5A16,A20)", "Sire", "N.matings", "Prev.offspr", "Rel.males", "Rel.females",
+        "Rel.males.sel", "Rel.females.sel", "Sire.txt");
   const Table<std::int32_t> row = rows_in_order(candidates_, mateset_);
   std::int32_t sire = 0, dam = 0;  // of the line before
   std::int32_t nm = 0, nf = 0;     // matings running of the sire, of the dam
@@ -134,11 +136,12 @@ void Lists::write_matings() {
 
 void Lists::write_candidates() {
   Unit unit(21);
-  openresultsfile(model_, model_.parameters.data.resultsdirectory,
-                  model_.parameters.files.candfile, unit);
+  openresultsfile(model_, model_.parameters.data.resultsdirectory, model_.parameters.files.candfile,
+                  unit);
   write(unit, "(A)", "N.matings       : Number of matings in optimal mateset");
   write_legend(unit);
-  write(unit, "(A15,A5,3A12,4A16,A20)", "ID", "Sex", "N.matings", "Prev.offspr", "Merit", "Rel.males", "Rel.females", "Rel.males.sel", "Rel.females.sel", "txt");
+  write(unit, "(A15,A5,3A12,4A16,A20)", "ID", "Sex", "N.matings", "Prev.offspr", "Merit",
+        "Rel.males", "Rel.females", "Rel.males.sel", "Rel.females.sel", "txt");
   Table<std::int32_t> matings(candidates_.ncands, 0);
   for (std::int64_t p = 1; p <= 2 * mateset_.nmatings(); ++p) ++matings(mateset_.entry(p));
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {

@@ -9,7 +9,7 @@
 namespace qob {
 namespace {
 
-constexpr int kStall = 20;        // passes without change that end the search
+constexpr int kStall = 20;  // passes without change that end the search
 constexpr int kPassesPerMating = 100;
 constexpr double kRepeatedPair = 2.0;
 
@@ -60,7 +60,8 @@ class MaximumAvoidance {
     model_.search.best_value.inbreeding = fsum_ / static_cast<double>(n);
     if (budget != 0) return;
     write_list(model_.units.log, "WARNING : Optimisation of matings stopped before convergence");
-    write_list(model_.units.log, "          Matings not necessarily minimise inbreeding of offspring");
+    write_list(model_.units.log,
+               "          Matings not necessarily minimise inbreeding of offspring");
   }
 
  private:

@@ -5,8 +5,8 @@
 
 namespace qob {
 
-// Rearranges the females of the best mateset and updates the mean inbreeding in its value. Blocks of
-// four matings, drawn at random, get the pairing of least inbreeding among their 24, pass after
+// Rearranges the females of the best mateset and updates the mean inbreeding in its value. Blocks
+// of four matings, drawn at random, get the pairing of least inbreeding among their 24, pass after
 // pass, until 20 passes in a row change nothing. Without `repeatedmatings` a pair that stands in
 // another row as well costs 2.0. Draws from the random stream.
 void maximum_avoidance(Model& model);

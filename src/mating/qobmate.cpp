@@ -15,7 +15,8 @@ void choose_pairing(Model& model) {
     write_list(log, "MatingStrategy=MAI maximum avoidance of inbreeding");
     maximum_avoidance(model);
   } else if (strategy == "mcac") {
-    write(log, "(/,A75)", "Option MatingStrategy=MCAC in MAtingOptions not yet implemented. Random assumed");
+    write(log, "(/,A75)",
+          "Option MatingStrategy=MCAC in MAtingOptions not yet implemented. Random assumed");
   } else {
     write(log, "(/,A75)", "MatingStrategy=random is used");  // the search left a random pairing
   }
@@ -28,9 +29,12 @@ void mating(Model& model) {
   write_list(units.out);
   write_list(units.out, "Optimising matings starting");
   choose_pairing(model);
-  both_list(units.summary, units.out, "-------------------------------- Mating done ----------------------------------");
-  both(units.summary, units.out, "(A,A)", " Mating Strategy         :", model.parameters.mating.matingstrategy.trimmed());
-  both(units.summary, units.out, "(A,F12.6,/)", " Average inbreeding      :", model.search.best_value.inbreeding);
+  both_list(units.summary, units.out,
+            "-------------------------------- Mating done ----------------------------------");
+  both(units.summary, units.out, "(A,A)",
+       " Mating Strategy         :", model.parameters.mating.matingstrategy.trimmed());
+  both(units.summary, units.out, "(A,F12.6,/)",
+       " Average inbreeding      :", model.search.best_value.inbreeding);
   both(units.summary, units.out, "(A75,/)", std::string(75, '-'));
   write_list(units.out, "Writing optimal mateset to file");
   write_lists(model);

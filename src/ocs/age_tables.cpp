@@ -120,7 +120,8 @@ std::int64_t count_age_classes(const Model& model) {
 AgeStructure age_structure(Model& model, std::int64_t nage) {
   Units& units = model.units;
   if (nage > kMostAgeClasses) {
-    handle_error(model, format_list("ERROR in data : Birth times give too many age classes :", nage, " at most :", kMostAgeClasses));
+    handle_error(model, format_list("ERROR in data : Birth times give too many age classes :", nage,
+                                    " at most :", kMostAgeClasses));
   }
   AgeStructure ages;
   ages.nage = nage;

@@ -25,8 +25,8 @@ void allocate_population(Model& model) {
       [&] {
         Units& units = model.units;
         write_list(units.log, "ERROR in allocating memory. Error code: ", ENOMEM);
-        write_list(units.log, "Size of integer   arrays to be allocated :",
-                   (popsize + 1) * nmatings * 2);
+        write_list(units.log,
+                   "Size of integer   arrays to be allocated :", (popsize + 1) * nmatings * 2);
         write_list(units.log, "Size of real      arrays to be allocated :", popsize);
         write_list(units.out, "ERROR in allocating memory. Error code: ", ENOMEM);
         stop("Allocation POP failed");
@@ -51,7 +51,9 @@ void read_old_solution(Model& model, const std::string& path, Mateset solution) 
     if (status == 0) status = read_list(line, solution.male(j), solution.female(j));
     if (status != 0) break;
     if (!candidates.is_male(solution.male(j)) || !candidates.is_female(solution.female(j))) {
-      handle_error(model, format_list("ERROR Candidate number out of range in file with old solution ", name.trimmed(), " , row ", j));
+      handle_error(model,
+                   format_list("ERROR Candidate number out of range in file with old solution ",
+                               name.trimmed(), " , row ", j));
     }
   }
   if (status != 0) {

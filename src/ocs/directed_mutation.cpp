@@ -150,7 +150,7 @@ class DirectedMutation {
   Allowances matings_;
   Table<std::int64_t, 0> rows_;  // rows in which each candidate stands
   std::vector<Used> used_;
-  ValueRecord value_;            // kept up to date under the constraint
+  ValueRecord value_;  // kept up to date under the constraint
   bool evaluated_ = false;
 };
 

@@ -94,9 +94,12 @@ void open_convergence_files(Model& model) {
   const Text<80>& prefix = model.parameters.data.resultsdirectory;
   openresultsfile(model, prefix, files.cnv1_file, units.cnv1);
   openresultsfile(model, prefix, files.cnv2_file, units.cnv2);
-  both(units.log, units.cnv2, "(A10,A11,4A14)", "Generation", "Best", "Median", "Worst", "Mean", "Std");
-  write(units.cnv1, "(A10,4A14,A10)", "Generation", "Evaluation", "Merit", "Avg.rel", "dF", "Genint");
-  write(units.out, "(1X,A10,4A14,A10,/)", "Generation", "Evaluation", "Merit", "Avg.rel", "dF", "Genint");
+  both(units.log, units.cnv2, "(A10,A11,4A14)", "Generation", "Best", "Median", "Worst", "Mean",
+       "Std");
+  write(units.cnv1, "(A10,4A14,A10)", "Generation", "Evaluation", "Merit", "Avg.rel", "dF",
+        "Genint");
+  write(units.out, "(1X,A10,4A14,A10,/)", "Generation", "Evaluation", "Merit", "Avg.rel", "dF",
+        "Genint");
 }
 
 void take_best(Search& search, std::int64_t k) {
@@ -128,7 +131,8 @@ void write_convergence(Model& model, const Table<double>& key) {
 void restart(Model& model) {
   Search& search = model.search;
   AlgorithmParameters& p = model.parameters.algorithm;
-  write_list(model.units.log, "Mutating solutions to increase variance in generation ", search.igeneration);
+  write_list(model.units.log, "Mutating solutions to increase variance in generation ",
+             search.igeneration);
   const double mutate_probability = std::exchange(p.mutate_probability, 0.5);
   search.pop(1).copy_from(search.best());
   search.pop_value(1) = search.best_value;

@@ -33,12 +33,16 @@ void check(Model& model) {
   const auto require = [&](bool kept, std::string_view message) {
     if (!kept) handle_error(model, format_list(message), 0);
   };
-  require(unit == 0 || ocs.nmatings % unit == 0, "ERROR: NMatings cannot be divided by LimitMaleMatings. MOD(NMatings,LimitMaleMatings)/=0 ");
-  require(unit >= 1 && unit <= ocs.nmatings, "ERROR: LimitMaleMatings should be 1 <= LimitMaleMatings <= NMatings");
+  require(
+      unit == 0 || ocs.nmatings % unit == 0,
+      "ERROR: NMatings cannot be divided by LimitMaleMatings. MOD(NMatings,LimitMaleMatings)/=0 ");
+  require(unit >= 1 && unit <= ocs.nmatings,
+          "ERROR: LimitMaleMatings should be 1 <= LimitMaleMatings <= NMatings");
   require(p.popsize >= 1, "ERROR: PopSize should be at least 1");
   if (p.generations < 0) return;
   require(p.popsize >= 2, "ERROR: PopSize should be at least 2 when Generations is 0 or more");
-  require(p.n_offspring >= 1 && p.n_offspring <= p.popsize, "ERROR: N_Offspring should be 1 <= N_Offspring <= PopSize");
+  require(p.n_offspring >= 1 && p.n_offspring <= p.popsize,
+          "ERROR: N_Offspring should be 1 <= N_Offspring <= PopSize");
 }
 
 void search_best(Model& model) {
@@ -81,8 +85,10 @@ void ocs(Model& model) {
   }
   report_selection_data(model);
   write_list(units.out, "QOB initialised: starting Evolutionary Algorithm");
-  goal.expmerit = 0.5 * (goal.mean_merit[0] / goal.k_factor[0] + goal.mean_merit[1] / goal.k_factor[1]);
-  goal.constraint = (2.0 - goal.last_rel) * model.parameters.ocs.dfconstraint / goal.last_genint + goal.last_rel;
+  goal.expmerit =
+      0.5 * (goal.mean_merit[0] / goal.k_factor[0] + goal.mean_merit[1] / goal.k_factor[1]);
+  goal.constraint =
+      (2.0 - goal.last_rel) * model.parameters.ocs.dfconstraint / goal.last_genint + goal.last_rel;
   search_best(model);
   report_best_mateset(model);
   write_list(units.out);

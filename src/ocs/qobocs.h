@@ -24,8 +24,8 @@ void set_up_selection(Model& model);
 
 // The age classes of candidates and parents.
 struct AgeStructure {
-  std::int64_t nage = 0;    // age classes 1..nage
-  Table<double> weight;     // weight of each class's parents in earlier contributions
+  std::int64_t nage = 0;  // age classes 1..nage
+  Table<double> weight;   // weight of each class's parents in earlier contributions
 };
 // Needs the candidates; fills goal.last_genint and writes the age tables to the log and the
 // summary.

@@ -90,8 +90,8 @@ class Repair {
     }
   }
 
-  // Empties rows of an over-used female, drawn at random, until she is not over-used or a draw finds
-  // no row that holds her.
+  // Empties rows of an over-used female, drawn at random, until she is not over-used or a draw
+  // finds no row that holds her.
   void relieve_female(std::int32_t f) {
     bool found = true;
     while (matings_(f) < 0 && found) {

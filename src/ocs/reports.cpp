@@ -87,9 +87,12 @@ void report_parameters(Model& model) {
   both_list(log, out, rule);
   const std::string_view optimise = p.ocs.optimise.trimmed();
   if (optimise == "penalty") {
-    both(log, out, "(A,F12.2)", "  Optimization is with a penalty on average relationships :", p.ocs.w_relationship);
+    both(log, out, "(A,F12.2)",
+         "  Optimization is with a penalty on average relationships :", p.ocs.w_relationship);
   } else if (optimise == "constraint") {
-    both(log, out, "(A,F8.4)", "  Optimization is with a constraint on expected rate of inbreeding :", p.ocs.dfconstraint);
+    both(
+        log, out, "(A,F8.4)",
+        "  Optimization is with a constraint on expected rate of inbreeding :", p.ocs.dfconstraint);
   } else {
     both_list(log, out, "  Optimization is maximisation of genetic merit");
   }
@@ -104,7 +107,8 @@ void report_parameters(Model& model) {
   both(log, out, "(A,A)", " File with convergence of population   : ", files.cnv2_file.trimmed());
   both(log, out, "(A,A)", " File with solutions from previous run : ", files.oldsol_file.trimmed());
   both(log, out, "(A,A)", " File with candidate contributions     : ", files.candfile.trimmed());
-  both(log, out, "(A,A,/)", " File with summary                     : ", files.fsummaryfile.trimmed());
+  both(log, out, "(A,A,/)",
+       " File with summary                     : ", files.fsummaryfile.trimmed());
   both_list(log, out, std::string(55, '-'));
 }
 
@@ -116,7 +120,8 @@ void report_best_mateset(Model& model) {
   report_warnings(model);
   const Use males = use_of(model.candidates, model.search.best(), kMale);
   const Use females = use_of(model.candidates, model.search.best(), kFemale);
-  both(out, summary, "(/,A,/)", "------------------------ Best mating set found ----------------------------");
+  both(out, summary, "(/,A,/)",
+       "------------------------ Best mating set found ----------------------------");
   report_criterion(model);
   both(out, summary, "(A,I12)", " For time step           :", model.candidates.birth_time);
   write(summary, "(A,I12)", " Found in QOB generation :", model.search.last_gen_improved);
@@ -125,12 +130,17 @@ void report_best_mateset(Model& model) {
   both(out, summary, "(A,F12.6)", " Average relationship    :", best.relationship);
   both(out, summary, "(A,F12.6)", " Average inbreeding      :", best.inbreeding);
   both(out, summary, "(A,F12.6,/)", " Generation interval     :", best.age);
-  both(out, summary, "(A,I8,A12,F8.2,A5,F8.2,A)", " Males used            :", males.n, " used, with ", males.mean, " +/- ", males.deviation, " matings");
-  both(out, summary, "(A,I8,A12,F8.2,A5,F8.2,A)", " Females used          :", females.n, " used, with ", females.mean, " +/- ", females.deviation, " matings");
-  both_list(out, summary, "---------------- Predicted rates of change per generation -----------------");
+  both(out, summary, "(A,I8,A12,F8.2,A5,F8.2,A)", " Males used            :", males.n,
+       " used, with ", males.mean, " +/- ", males.deviation, " matings");
+  both(out, summary, "(A,I8,A12,F8.2,A5,F8.2,A)", " Females used          :", females.n,
+       " used, with ", females.mean, " +/- ", females.deviation, " matings");
+  both_list(out, summary,
+            "---------------- Predicted rates of change per generation -----------------");
   both(out, summary, "(A,F12.5)", " Rate of  inbreeding     :", best.rate);
-  both_list(out, summary, " NOTE: If generationsinterval changes drastically from previous            ");
-  both(out, summary, "(A75,/)", "       then this should be interpreted with caution                        ");
+  both_list(out, summary,
+            " NOTE: If generationsinterval changes drastically from previous            ");
+  both(out, summary, "(A75,/)",
+       "       then this should be interpreted with caution                        ");
   both_list(out, summary, kRule);
 }
 

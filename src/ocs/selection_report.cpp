@@ -96,7 +96,8 @@ double correlation_of(const Table<double>& x, const Table<double>& y, Range rang
 void write_sexes(Model& model) {
   Unit& summary = model.units.summary;
   const Candidates& candidates = model.candidates;
-  write(summary, "(/,A75)", "---------- Summary of data used for Optimal Contribution Selection -----------");
+  write(summary, "(/,A75)",
+        "---------- Summary of data used for Optimal Contribution Selection -----------");
   write(summary, "(2A6,A18,5X,A8,A12)", "Sex", "N", "Mean merit", "Matings", "Inbreeding");
   Table<double> f(candidates.ncands, 0.0);
   for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
@@ -129,15 +130,19 @@ void write_spreads(Model& model, const Relationships& relationships) {
   const Range all{1, candidates.ncands};
   write_list(summary, "Standard deviation of average relationships to other candidates");
   write(summary, "(16X,3A8)", "Males", "Females", "All");
-  write(summary, "(A16,2F8.3,A8)", "Males", deviation_of(to[0], males), deviation_of(to[1], males), " ");
-  write(summary, "(A16,2F8.3,A8)", "Females", deviation_of(to[0], females), deviation_of(to[1], females), " ");
+  write(summary, "(A16,2F8.3,A8)", "Males", deviation_of(to[0], males), deviation_of(to[1], males),
+        " ");
+  write(summary, "(A16,2F8.3,A8)", "Females", deviation_of(to[0], females),
+        deviation_of(to[1], females), " ");
   write(summary, "(A16,2A8,F8.3)", "All", " ", " ", deviation_of(to[2], all));
   const Table<double>& merit = candidates.merit;
   write_list(summary, "Correlation between merit and avg. relationship to other candidates");
   write(summary, "(16X,A24)", "Average relationship to");
   write(summary, "(16X,3A8)", "Males", "Females", "All");
-  write(summary, "(A16,2F8.3,A8)", "Merit of males", correlation_of(merit, to[0], males), correlation_of(merit, to[1], males), " ");
-  write(summary, "(A16,2F8.3,A8)", "Merit of females", correlation_of(merit, to[0], females), correlation_of(merit, to[1], females), " ");
+  write(summary, "(A16,2F8.3,A8)", "Merit of males", correlation_of(merit, to[0], males),
+        correlation_of(merit, to[1], males), " ");
+  write(summary, "(A16,2F8.3,A8)", "Merit of females", correlation_of(merit, to[0], females),
+        correlation_of(merit, to[1], females), " ");
   write(summary, "(A16,2A8,F8.3)", "Merit of all", " ", " ", correlation_of(merit, to[2], all));
 }
 
@@ -160,7 +165,8 @@ void write_expectations(Model& model, const Relationships& relationships) {
   const Goal& goal = model.goal;
   write(summary, "(/,A30)", " Expected under random mating :");
   write(summary, "(A32,G12.6)", " Mean merit :", 0.5 * (goal.mean_merit[0] + goal.mean_merit[1]));
-  write(summary, "(A32,F12.6)", " Inbreeding :", 0.5 * relationships.weighted.with_own[0][1].value());
+  write(summary, "(A32,F12.6)",
+        " Inbreeding :", 0.5 * relationships.weighted.with_own[0][1].value());
   write(summary, "(A32,F12.6)", " Avg. relationship(generation) :", relationship_at_random(model));
   write(summary, "(/,A30,I6)", " Observed last time step :", candidates.birth_time - 1);
   write(summary, "(A32,G12.6)", " N animals :", candidates.nlast);
@@ -181,7 +187,8 @@ void report_selection_data(Model& model) {
   write(summary, "(12X,A)", "Incl. own includes relationship to itself (1+inbreeding coefficient)");
   write_table(summary, relationships.plain);
   write(summary, "(/,10X,A36)", " Average Weighted Relationships");
-  write(summary, "(12X,A)", " Relationships weighted by maximum of matings possible (maxMatings as given in data)");
+  write(summary, "(12X,A)",
+        " Relationships weighted by maximum of matings possible (maxMatings as given in data)");
   write_table(summary, relationships.weighted);
   write_spreads(model, relationships);
   write_expectations(model, relationships);

@@ -47,7 +47,8 @@ void fill_candidates(Model& model) {
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
     if (pedigree.matings(i) <= 0) continue;
     if (pedigree.sex(i) != 1 && pedigree.sex(i) != 2) {
-      handle_error(model, format_list("Error in sex codes. Assumed to be 1 (males) or 2 (females)"));
+      handle_error(model,
+                   format_list("Error in sex codes. Assumed to be 1 (males) or 2 (females)"));
     }
     enter_candidate(model, pedigree.sex(i) == 1 ? ++males : ++females, i);
   }
@@ -92,7 +93,10 @@ void check_capacity(Model& model) {
   for (std::int32_t i = 1; i <= candidates.nmcands; ++i) {
     if (candidates.max_matings(i) >= p.limitmalematings) return;
   }
-  handle_error(model, format_list("ERROR: Male candidates should have at least LimitMaleMatings matings in dataset"));
+  handle_error(
+      model,
+      format_list(
+          "ERROR: Male candidates should have at least LimitMaleMatings matings in dataset"));
 }
 
 // Mean merit of a sex, each candidate weighted by its mating limit, and the standard deviation,
@@ -100,9 +104,9 @@ void check_capacity(Model& model) {
 void scale_merit(Model& model, int sex) {
   const Candidates& candidates = model.candidates;
   const std::int64_t capacity = mating_capacity(candidates, sex);
-  const auto [least, most] = std::minmax_element(
-      candidates.merit.begin() + (candidates.first(sex) - 1),
-      candidates.merit.begin() + candidates.last(sex));
+  const auto [least, most] =
+      std::minmax_element(candidates.merit.begin() + (candidates.first(sex) - 1),
+                          candidates.merit.begin() + candidates.last(sex));
   double sum = 0.0;
   double sum_of_squares = 0.0;
   for (std::int32_t i = candidates.first(sex); i <= candidates.last(sex); ++i) {

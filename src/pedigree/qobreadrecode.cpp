@@ -40,13 +40,13 @@ void open(Reader& reader) {
   }
   const int status = reader.file.open(path);
   if (status != 0) {
-    handle_error(model,
-                 format_list("ERROR Could not open DataFile in Subroutine ReadRecode", name),
+    handle_error(model, format_list("ERROR Could not open DataFile in Subroutine ReadRecode", name),
                  status);
   }
   write_list(model.units.out, "Reading datafile");
   write(model.units.log, "(/,A)", "Assumes the following input in datafile :");
-  write(model.units.log, "(A,/)", " Animal_id Sire_is Dam_id sex birth_time max_matings ebv optional_text");
+  write(model.units.log, "(A,/)",
+        " Animal_id Sire_is Dam_id sex birth_time max_matings ebv optional_text");
 }
 
 // Numbers a parent of record `nobs` that the record before did not have.
@@ -74,8 +74,8 @@ void number_animal(Reader& reader, std::int32_t id) {
 // data; a record whose animal cannot be read is counted and left to the second pass.
 void number_animals(Reader& reader) {
   Pedigree& pedigree = reader.pedigree;
-  std::array<std::int32_t, 3> id = {0, 0, 0};           // animal, sire, dam
-  std::array<std::int32_t, 3> before = {-1, -1, -1};    // of the record before
+  std::array<std::int32_t, 3> id = {0, 0, 0};         // animal, sire, dam
+  std::array<std::int32_t, 3> before = {-1, -1, -1};  // of the record before
   std::string_view line;
   int status;
   while ((status = reader.next_line(line)) == 0) {
@@ -141,7 +141,9 @@ void fill_inserted_parent(Reader& reader, std::int32_t p, std::int32_t id, std::
   if (pedigree.matings(offspring) <= 0) return;
   Units& units = reader.model.units;
   both_list(units.out, units.log, "WARNING: Inserted parent of candidate in record ", r);
-  both_list(units.out, units.log, "         please check as this can influence age profile use in optimisation of contributions");
+  both_list(
+      units.out, units.log,
+      "         please check as this can influence age profile use in optimisation of contributions");
 }
 
 // Enters parent k (1 sire, 2 dam) of animal i, read from record r.
@@ -161,8 +163,8 @@ void enter_parent(Reader& reader, int k, std::int32_t i, std::int32_t r) {
   if (pedigree.btime(p) < pedigree.btime(i)) return;
   reader.first_fault("Errors in data :");
   const std::string fault =
-      format_list(" Birth times inconsistent. Offspring :  ", pedigree.oldped(i, 1), " parent : ",
-                  pedigree.oldped(p, 1), " at record ", r);
+      format_list(" Birth times inconsistent. Offspring :  ", pedigree.oldped(i, 1),
+                  " parent : ", pedigree.oldped(p, 1), " at record ", r);
   model.units.out.write_line(fault);
   model.units.log.write_line(fault + format_record("(2I12)", pedigree.btime(i), 0));
 }
@@ -243,8 +245,8 @@ void readrecode(Model& model) {
             pedigree.maxid, " individuals");
   if (reader.faults) handle_error(model, format_list("ERRORs found in pedigree, See log file"));
   if (pedigree.maxid == 0 && pedigree.nobs == 0) {
-    handle_error(model, format_list("ERROR No animals in file with data: ",
-                                    model.parameters.data.datafile));
+    handle_error(
+        model, format_list("ERROR No animals in file with data: ", model.parameters.data.datafile));
   }
   reader.faults = false;
   read_values(reader);
