@@ -109,7 +109,7 @@ void allocate(Fill fill, Failed failed) {
 // The same, with a message that goes through handle_error.
 template <class Fill>
 void allocate(Model& model, std::string_view message, Fill fill) {
-  allocate(fill, [&] { handle_error(model, message); });
+  allocate(fill, [&] { handle_error(model, format_list(message)); });
 }
 
 }  // namespace qob

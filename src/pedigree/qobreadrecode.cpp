@@ -240,7 +240,7 @@ void readrecode(Model& model) {
   Pedigree& pedigree = model.pedigree;
   open(reader);
   model.ids.initialise_tree();
-  number_animals(reader);
+  allocate(model, "Error in allocating memory for tree", [&] { number_animals(reader); });
   both_list(units.out, units.log, "Datafile read with ", pedigree.nobs, " records and ",
             pedigree.maxid, " individuals");
   if (reader.faults) handle_error(model, format_list("ERRORs found in pedigree, See log file"));

@@ -1,0 +1,229 @@
+// Set-up of the selection: candidates, age structure, earlier contributions, scale of merit.
+#include <cmath>
+
+#include "ocs/qobocs.h"
+#include "support/model_fixture.h"
+
+namespace qob::test {
+namespace {
+
+// born 1:   1   2   3(f)         candidates: males 4, 7, 9, females 3, 6, 10
+// born 2:   4 = 1 x 2   5 = 1 x 3
+// born 3:   6 = 1 x 2   7 = 4 x 5
+// born 4:   8 = 4 x 5   9 = 7 x 6   10 = 7 x 5   11 = unknown x 3
+constexpr const char* kHerd =
+    "101 0 0 1 1 0 0\n102 0 0 2 1 0 0\n103 0 0 2 1 1 2.5 old\n104 101 102 1 2 2 1 first\n"
+    "105 101 103 2 2 0 0\n106 101 102 2 3 2 -1.5\n107 104 105 1 3 4 4\n108 104 105 2 4 0 2\n"
+    "109 107 106 1 4 3 3 last\n110 107 105 2 4 1 1\n111 0 103 1 4 0 0\n";
+
+// The relationships by the tabular method.
+Table2<double> tabular(const Pedigree& pedigree) {
+  Table2<double> a(pedigree.maxid, pedigree.maxid, 0.0);
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    const std::int32_t sire = pedigree.sire(i), dam = pedigree.dam(i);
+    for (std::int32_t j = 1; j < i; ++j) {
+      a(i, j) = ((sire > 0 ? a(sire, j) : 0.0) + (dam > 0 ? a(dam, j) : 0.0)) / 2.0;
+      a(j, i) = a(i, j);
+    }
+    a(i, i) = 1.0 + (sire > 0 && dam > 0 ? a(sire, dam) / 2.0 : 0.0);
+  }
+  return a;
+}
+
+class SetUpSelection : public ModelTest {
+ protected:
+  void set_up(std::string_view table, int nmatings = 4, int unit = 1) {
+    model.pedigree = {};
+    model.ids = {};
+    model.candidates = {};
+    model.goal = {};
+    read_animals(table);
+    log.clear();
+    summary.clear();
+    model.parameters.ocs.nmatings = nmatings;
+    model.parameters.ocs.limitmalematings = unit;
+    set_up_selection(model);
+  }
+  static std::string line(std::string_view format, double a, double year, double m, double f,
+                          double pm, double pf) {
+    return format_record(format, static_cast<int>(a), static_cast<int>(year), m, f, pm, pf) + "\n";
+  }
+  template <class T>
+  static std::vector<T> values(const Table<T>& table) {
+    return {table.begin(), table.end()};
+  }
+};
+
+TEST_F(SetUpSelection, CandidatesAreTheMalesAndThenTheFemalesByAnimalNumber) {
+  set_up(kHerd);
+  const Candidates& c = model.candidates;
+  EXPECT_TRUE(c.nmcands == 3 && c.nfcands == 3 && c.ncands == 6 && c.birth_time == 5);
+  EXPECT_EQ(values(c.cands), (std::vector<std::int32_t>{4, 7, 9, 3, 6, 10}));
+  EXPECT_EQ(values(c.old_id), (std::vector<std::int32_t>{104, 107, 109, 103, 106, 110}));
+  EXPECT_EQ(values(c.max_matings), (std::vector<std::int32_t>{2, 4, 3, 1, 2, 1}));
+  EXPECT_EQ(values(c.merit), (std::vector<double>{1.0, 4.0, 3.0, 2.5, -1.5, 1.0}));
+  EXPECT_EQ(values(c.age), (std::vector<std::int64_t>{3, 2, 1, 4, 2, 1}));
+  EXPECT_TRUE(c.description(1) == "first" && c.description(3) == "last");
+  EXPECT_EQ(c.description(4).trimmed(), "old");
+  EXPECT_EQ(model.pedigree.matings.size() + model.pedigree.txt.size(), 0);
+}
+
+// F: 8 0.125, 9 0.1875, 10 0.3125, 11 0. Males: mean (2+16+9)/9, squares 93, so 12 / (2*9/3).
+TEST_F(SetUpSelection, LastGenerationAndScaleOfMeritAreWorkedByHand) {
+  set_up(kHerd);
+  const Goal& goal = model.goal;
+  EXPECT_EQ(model.candidates.nlast, 4);
+  EXPECT_DOUBLE_EQ(goal.last_f, 0.15625);
+  EXPECT_DOUBLE_EQ(goal.last_merit, 1.5);
+  EXPECT_DOUBLE_EQ(goal.mean_merit[0], 3.0);
+  EXPECT_DOUBLE_EQ(goal.mean_merit[1], 0.125);
+  EXPECT_DOUBLE_EQ(goal.k_factor[0], std::sqrt(2.0));
+  EXPECT_DOUBLE_EQ(goal.k_factor[1], std::sqrt(11.6875 / (8.0 / 3.0)));
+  EXPECT_EQ(log.find("WARNING"), std::string::npos);
+}
+
+TEST_F(SetUpSelection, OneCandidateOrEqualMeritsOfASexAreScaledByOne) {
+  set_up("1 0 0 1 1 3 7\n2 0 0 2 1 3 0.1\n3 0 0 2 1 7 0.1\n4 0 0 2 1 9 0.1\n");
+  EXPECT_TRUE(model.goal.k_factor[0] == 1.0 && model.goal.k_factor[1] == 1.0);
+  EXPECT_EQ(model.goal.mean_merit[0], 7.0);
+  // The divisor of the mean has 24 bits.
+  set_up("1 0 0 1 1 3 7\n2 0 0 2 1 16777217 1\n");
+  EXPECT_EQ(model.goal.mean_merit[1], 16777217.0 / 16777216.0);
+  EXPECT_EQ(model.goal.k_factor[1], 1.0);
+}
+
+// Sires of the last generation: 4 aged 2, 7 aged 1 twice. Dams: 6 aged 1, 5 aged 2 twice, 3 aged 3.
+TEST_F(SetUpSelection, AgeTablesStandInTheLogAndInTheSummary) {
+  set_up(kHerd);
+  const std::string tables = R"( Age distribution of candidates
+   Age  Year   N males N females   % males % females
+     1     4        1.        1.      33.3      33.3
+     2     3        1.        1.      33.3      33.3
+     3     2        1.        0.      33.3       0.0
+     4     1        0.        1.       0.0      33.3
+
+ Age distribution of last generation
+   Age   N males N females       All
+     1        2.        1.        3.
+     2        1.        2.        3.
+     3        0.        1.        1.
+     4        0.        0.        0.
+ ----------------------------------------------------------------
+ Age distribution of last generation
+   Age   % males % females       All
+     1      66.7      25.0      42.9
+     2      33.3      50.0      42.9
+     3       0.0      25.0      14.3
+     4       0.0       0.0       0.0
+ OBS: This age distribution is used for optimising future contributions
+)";
+  EXPECT_EQ(summary, tables);
+  EXPECT_EQ(log,
+            " Computing realised contributions for the previous           4 periods\n" + tables);
+  EXPECT_DOUBLE_EQ(model.goal.last_genint, 12.0 / 7.0);
+}
+
+TEST_F(SetUpSelection, WeightOfAnAgeClassIsTheShareOfParentsNotYounger) {
+  set_up(kHerd);
+  model.pedigree = {};
+  model.ids = {};
+  read_animals(kHerd);
+  const AgeStructure ages = age_structure(model, count_age_classes(model));
+  ASSERT_EQ(ages.nage, 4);
+  const double expected[] = {1.0, 4.0 / 7.0, 1.0 / 7.0, 0.0};
+  for (int a = 1; a <= 4; ++a) EXPECT_NEAR(ages.weight(a), expected[a - 1], 1e-15) << a;
+}
+
+// Shares: of those born 4, animals 3 4 6 have 1/7, 5 7 2/7; born 3, animals 1 2 4 5 have 1/4; born
+// 2, animal 1 has 1/2, 2 3 1/4. The weights are 1, 4/7, 1/7, 0, and one time step on 4/7, 1/7, 0.
+TEST_F(SetUpSelection, RealisedContributionsAgreeWithTheDenseMatrix) {
+  set_up(kHerd);
+  const double x[] = {6, 5, 5, 8, 12, 4, 8, 0, 0, 0, 0};      // in 28ths
+  const double y[] = {7, 7, 16, 23, 39, 16, 32, 0, 0, 0, 0};  // in 196ths
+  const Table2<double> a = tabular(model.pedigree);
+  double xax = 0.0, yay = 0.0;
+  std::vector<double> ay(11, 0.0);
+  for (int i = 0; i < 11; ++i) {
+    for (int j = 0; j < 11; ++j) {
+      const auto row = static_cast<std::size_t>(i);
+      xax += x[i] * a(i + 1, j + 1) * x[j] / (28.0 * 28.0);
+      yay += y[i] * a(i + 1, j + 1) * y[j] / (196.0 * 196.0);
+      ay[row] += a(i + 1, j + 1) * y[j] / 196.0;
+    }
+  }
+  EXPECT_NEAR(model.goal.last_rel, xax / std::pow(12.0 / 7.0, 2), 1e-14);
+  EXPECT_NEAR(model.goal.vpapv, yay, 1e-14);
+  const std::size_t candidates[] = {4, 7, 9, 3, 6, 10};
+  for (int k = 1; k <= 6; ++k) {
+    EXPECT_NEAR(model.goal.apv2(k), 2.0 * ay[candidates[k - 1] - 1], 1e-14) << k;
+  }
+}
+
+TEST_F(SetUpSelection, WithoutKnownParentsTheIntervalIsOneAndTheCohortStandsForThePast) {
+  model.relationship.cohortrel = 0.375;
+  set_up("1 0 0 1 1 3 7\n2 0 0 2 2 3 0.1\n");
+  EXPECT_EQ(model.goal.last_genint, 1.0);
+  EXPECT_TRUE(model.goal.last_rel == 0.375 && model.goal.vpapv == 0.0 && model.goal.apv2(2) == 0.0);
+  EXPECT_NE(
+      log.find("     1     100.0     100.0     100.0\n     2       0.0       0.0       0.0\n"),
+      std::string::npos);
+}
+
+// 9 has no record: it is as old as the value that stands for a missing birth time makes it. A
+// candidate older than that opens no age class.
+TEST_F(SetUpSelection, InsertedParentsCountWithTheirFullAge) {
+  model.parameters.data.ignoreparentalpedigreeerrors = true;
+  set_up("1 0 0 1 -20000 3 7\n2 0 0 2 1 3 0.1\n3 1 2 1 3 1 0\n");
+  EXPECT_EQ(log.substr(0, log.find('\n')),
+            " Computing realised contributions for the previous       20003 periods");
+  EXPECT_DOUBLE_EQ(model.goal.last_genint, (20003.0 + 2.0) / 2.0);
+  set_up("1 0 0 1 -9999 3 7\n2 0 0 2 -9998 3 0.1\n3 0 0 1 3 1 0\n");
+  EXPECT_EQ(log.substr(0, log.find('\n')),
+            " Computing realised contributions for the previous       10002 periods");
+  EXPECT_EQ(model.candidates.age(1), 10003);
+  set_up("2 0 0 2 1 3 0.1\n3 9 2 1 3 1 0\n");
+  EXPECT_EQ(log.substr(0, log.find('\n')),
+            " Computing realised contributions for the previous       10002 periods");
+  EXPECT_DOUBLE_EQ(model.goal.last_genint, (10002.0 + 2.0) / 2.0);
+}
+
+TEST_F(SetUpSelection, MoreMatingsThanAvailableAreLoweredWithAWarning) {
+  set_up(kHerd, 10, 4);
+  const std::string warning =
+      "\n  WARNING : More matings attempted than possible\n"
+      "  Matings requested        :           10\n  Male matings available   :            9\n"
+      "  Female matings available :            4\n  Matings selected         :            4\n";
+  ASSERT_GT(log.size(), warning.size());
+  EXPECT_EQ(log.substr(log.size() - warning.size()), warning);
+  EXPECT_EQ(model.parameters.ocs.nmatings, 4);
+  set_up("1 0 0 1 1 4 7\n2 0 0 2 1 90 1\n", 10, 2);
+  EXPECT_EQ(model.parameters.ocs.nmatings, 4);
+}
+
+TEST_F(SetUpSelection, FaultsStopTheRun) {
+  const struct {
+    std::string_view table;
+    int unit;
+    std::string_view message;
+  } cases[] = {
+      {"1 0 0 1 1 0 7\n2 0 0 2 1 3 1\n", 1, " ERROR: No male candidates\n"},
+      {"1 0 0 1 1 2 7\n2 0 0 2 1 0 1\n", 1, " ERROR: No female candidates\n"},
+      {"1 0 0 1 1 2 7\n2 0 0 3 1 2 1\n", 1,
+       " Error in sex codes. Assumed to be 1 (males) or 2 (females)\n"},
+      {kHerd, 5,
+       " ERROR: Male candidates should have at least LimitMaleMatings matings in dataset\n"},
+  };
+  for (const auto& c : cases) {
+    try {
+      set_up(c.table, 1, c.unit);
+      ADD_FAILURE() << "no stop:" << c.message;
+    } catch (const Stopped& stopped) {
+      EXPECT_EQ(stopped.status, kFailure);
+      ASSERT_GE(log.size(), c.message.size());
+      EXPECT_EQ(log.substr(log.size() - c.message.size()), c.message);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qob::test
