@@ -44,10 +44,6 @@ class SetUpSelection : public ModelTest {
     model.parameters.ocs.limitmalematings = unit;
     set_up_selection(model);
   }
-  static std::string line(std::string_view format, double a, double year, double m, double f,
-                          double pm, double pf) {
-    return format_record(format, static_cast<int>(a), static_cast<int>(year), m, f, pm, pf) + "\n";
-  }
   template <class T>
   static std::vector<T> values(const Table<T>& table) {
     return {table.begin(), table.end()};
@@ -83,7 +79,7 @@ TEST_F(SetUpSelection, LastGenerationAndScaleOfMeritAreWorkedByHand) {
 }
 
 TEST_F(SetUpSelection, OneCandidateOrEqualMeritsOfASexAreScaledByOne) {
-  set_up("1 0 0 1 1 3 7\n2 0 0 2 1 3 0.1\n3 0 0 2 1 7 0.1\n4 0 0 2 1 9 0.1\n");
+  set_up("1 0 0 1 1 3 7\n2 0 0 2 1 3 98765.4\n3 0 0 2 1 7 98765.4\n4 0 0 2 1 9 98765.4\n");
   EXPECT_TRUE(model.goal.k_factor[0] == 1.0 && model.goal.k_factor[1] == 1.0);
   EXPECT_EQ(model.goal.mean_merit[0], 7.0);
   // The divisor of the mean has 24 bits.
@@ -101,8 +97,9 @@ TEST_F(SetUpSelection, AgeTablesStandInTheLogAndInTheSummary) {
      2     3        1.        1.      33.3      33.3
      3     2        1.        0.      33.3       0.0
      4     1        0.        1.       0.0      33.3
-
- Age distribution of last generation
+)"
+                             " \n"
+                             R"( Age distribution of last generation
    Age   N males N females       All
      1        2.        1.        3.
      2        1.        2.        3.
@@ -121,17 +118,6 @@ TEST_F(SetUpSelection, AgeTablesStandInTheLogAndInTheSummary) {
   EXPECT_EQ(log,
             " Computing realised contributions for the previous           4 periods\n" + tables);
   EXPECT_DOUBLE_EQ(model.goal.last_genint, 12.0 / 7.0);
-}
-
-TEST_F(SetUpSelection, WeightOfAnAgeClassIsTheShareOfParentsNotYounger) {
-  set_up(kHerd);
-  model.pedigree = {};
-  model.ids = {};
-  read_animals(kHerd);
-  const AgeStructure ages = age_structure(model, count_age_classes(model));
-  ASSERT_EQ(ages.nage, 4);
-  const double expected[] = {1.0, 4.0 / 7.0, 1.0 / 7.0, 0.0};
-  for (int a = 1; a <= 4; ++a) EXPECT_NEAR(ages.weight(a), expected[a - 1], 1e-15) << a;
 }
 
 // Shares: of those born 4, animals 3 4 6 have 1/7, 5 7 2/7; born 3, animals 1 2 4 5 have 1/4; born
@@ -169,28 +155,29 @@ TEST_F(SetUpSelection, WithoutKnownParentsTheIntervalIsOneAndTheCohortStandsForT
       std::string::npos);
 }
 
-// 9 has no record: it is as old as the value that stands for a missing birth time makes it. A
-// candidate older than that opens no age class.
-TEST_F(SetUpSelection, InsertedParentsCountWithTheirFullAge) {
+// 9 has no record, so its birth time is -9999. A candidate born before -9998 opens no age class.
+TEST_F(SetUpSelection, ParentsCountWithTheirFullAge) {
+  const struct {
+    std::string_view table;
+    const char* classes;
+    double interval;
+  } cases[] = {{"1 0 0 1 -20000 3 7\n2 0 0 2 1 3 0.1\n3 1 2 1 3 1 0\n", "20003", (20003 + 2) / 2.0},
+               {"1 0 0 1 -9999 3 7\n2 0 0 2 -9998 3 0.1\n3 0 0 1 3 1 0\n", "10002", 1.0},
+               {"2 0 0 2 1 3 0.1\n3 9 2 1 3 1 0\n", "10002", (10002 + 2) / 2.0}};
   model.parameters.data.ignoreparentalpedigreeerrors = true;
-  set_up("1 0 0 1 -20000 3 7\n2 0 0 2 1 3 0.1\n3 1 2 1 3 1 0\n");
-  EXPECT_EQ(log.substr(0, log.find('\n')),
-            " Computing realised contributions for the previous       20003 periods");
-  EXPECT_DOUBLE_EQ(model.goal.last_genint, (20003.0 + 2.0) / 2.0);
-  set_up("1 0 0 1 -9999 3 7\n2 0 0 2 -9998 3 0.1\n3 0 0 1 3 1 0\n");
-  EXPECT_EQ(log.substr(0, log.find('\n')),
-            " Computing realised contributions for the previous       10002 periods");
-  EXPECT_EQ(model.candidates.age(1), 10003);
-  set_up("2 0 0 2 1 3 0.1\n3 9 2 1 3 1 0\n");
-  EXPECT_EQ(log.substr(0, log.find('\n')),
-            " Computing realised contributions for the previous       10002 periods");
-  EXPECT_DOUBLE_EQ(model.goal.last_genint, (10002.0 + 2.0) / 2.0);
+  for (const auto& c : cases) {
+    set_up(c.table);
+    EXPECT_EQ(log.substr(0, log.find('\n')),
+              " Computing realised contributions for the previous       " + std::string(c.classes) +
+                  " periods");
+    EXPECT_DOUBLE_EQ(model.goal.last_genint, c.interval);
+  }
 }
 
 TEST_F(SetUpSelection, MoreMatingsThanAvailableAreLoweredWithAWarning) {
   set_up(kHerd, 10, 4);
   const std::string warning =
-      "\n  WARNING : More matings attempted than possible\n"
+      " \n  WARNING : More matings attempted than possible\n"
       "  Matings requested        :           10\n  Male matings available   :            9\n"
       "  Female matings available :            4\n  Matings selected         :            4\n";
   ASSERT_GT(log.size(), warning.size());

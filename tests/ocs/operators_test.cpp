@@ -1,0 +1,265 @@
+// Repair, mutation and directed mutation of matesets.
+#include "ocs/selection_fixture.h"
+
+namespace qob::test {
+namespace {
+
+using Entries = std::vector<std::int32_t>;  // the males of the rows and then their females
+
+class Operators : public SelectionTest {
+ protected:
+  void candidates(int males, const std::vector<int>& limits) {
+    set_candidates({limits.begin(), limits.begin() + males}, {limits.begin() + males, limits.end()},
+                   1);
+    stream = Stream(1);
+  }
+  Entries apply(void (*change)(Model&, Mateset), Entries entries, int unit) {
+    const auto n = static_cast<std::int32_t>(entries.size() / 2);
+    model.parameters.ocs.nmatings = n;
+    model.parameters.ocs.limitmalematings = unit;
+    change(model, Mateset(entries.data(), n));
+    return entries;
+  }
+  Entries repaired(const Entries& entries, int unit) {
+    return apply(repair_mateset, entries, unit);
+  }
+  Entries directed(const Entries& entries, int unit, double probability = 1.0) {
+    model.parameters.algorithm.directed_mutation_probability = probability;
+    return apply(directed_mutation, entries, unit);
+  }
+  // No draw was taken by one of the two streams only.
+  void expect_same_stream() { ASSERT_EQ(model.random.uni(), stream.uni()); }
+
+  Stream stream{1};
+};
+
+TEST_F(Operators, RepairWithoutAnOverUsedFemaleOnlyRestoresTheMaleSlots) {
+  const struct {
+    int unit;
+    std::vector<int> limits;  // males 1, 2, females 3, 4
+    Entries before, after;
+  } cases[] = {
+      {2, {2, 4, 3, 1}, {2, 2, 2, 2, 3, 3, 4, 3}, {2, 2, 2, 2, 3, 3, 4, 3}},  // legal
+      {1, {1, 4, 2, 2}, {1, 1, 1, 2, 3, 3, 4, 4}, {1, 1, 1, 2, 3, 3, 4, 4}},  // male over-used
+      {2, {4, 4, 2, 2}, {1, 1, 2, 2, 3, 3, 4, 4}, {1, 1, 2, 2, 3, 3, 4, 4}},  // even rests
+      {2, {3, 4, 2, 2}, {1, 1, 2, 2, 3, 3, 4, 4}, {1, 1, 1, 1, 3, 3, 4, 4}},  // odd rest of 1
+      {2, {4, 4, 5, 2}, {1, 2, 2, 2, 1, 3, 3, 3, 4, 4}, {1, 2, 1, 2, 1, 3, 3, 3, 4, 4}},
+      {2, {1, 1, 5, 2}, {1, 2, 2, 3, 3, 4}, {1, 1, 1, 3, 3, 4}},  // one slot
+      {4, {1, 1, 5, 2}, {1, 2, 2, 3, 3, 4}, {1, 2, 2, 3, 3, 4}},  // no slot
+  };
+  for (const auto& c : cases) {
+    candidates(2, c.limits);
+    EXPECT_EQ(repaired(c.before, c.unit), c.after) << ::testing::PrintToString(c.before);
+    expect_same_stream();
+  }
+  EXPECT_EQ(log + out, "");
+}
+
+// Female 3 stands in rows 1, 2 and 4 and may have two; 4 has one mating left, 5 two.
+TEST_F(Operators, RepairReplacesOneDrawnRowOfAnOverUsedFemale) {
+  candidates(2, {4, 4, 2, 1, 3});
+  constexpr std::size_t kRow[] = {4, 5, 7};
+  for (int repeat = 0; repeat < 100; ++repeat) {
+    Entries expected = {1, 1, 2, 2, 3, 3, 5, 3};
+    const Entries before = expected;
+    const int occurrence = stream.ceiling(3);
+    expected[kRow[occurrence - 1]] = stream.ceiling(3) == 1 ? 4 : 5;
+    ASSERT_EQ(repaired(before, 1), expected);
+  }
+  expect_same_stream();
+}
+
+// Male 1 has all slots, rows 1, 4 and 2, 5 and 3, 6, but may have one: the first two are given to 2
+// or 3, by their matings left. The female's row is drawn before, her replacement after that.
+TEST_F(Operators, RepairGivesSurplusSlotsOfAMaleToOthers) {
+  candidates(3, {2, 4, 6, 2, 7});
+  for (int repeat = 0; repeat < 100; ++repeat) {
+    Entries expected = {1, 1, 1, 1, 1, 1, 4, 4, 4, 5, 5, 5};
+    const Entries before = expected;
+    expected[static_cast<std::size_t>(5 + stream.ceiling(3))] = 5;
+    const int first = wheel({4, 6}, stream.ceiling(10), 2);
+    expected[0] = expected[3] = first;
+    expected[1] = expected[4] =
+        wheel({first == 2 ? 2 : 4, first == 2 ? 6 : 4}, stream.ceiling(8), 2);
+    stream.uni();
+    ASSERT_EQ(repaired(before, 2), expected);
+  }
+  expect_same_stream();
+}
+
+// Four males, two rows: emptying row 1 of male 1 empties the first female entry too, and female 5,
+// who stood there, does not get that mating back. Her draws go on until one finds row 2.
+TEST_F(Operators, RepairOfFewRowsAndManyMalesEmptiesFemaleEntries) {
+  candidates(4, {1, 1, 2, 3, 1, 2, 1});
+  for (int repeat = 0; repeat < 100; ++repeat) {
+    while (stream.ceiling(2) != 1) continue;
+    Entries expected = {wheel({1, 2, 3}, stream.ceiling(6), 2), 1, 0, 0};
+    const int first = stream.ceiling(3) <= 2 ? 6 : 7;
+    const int second = stream.ceiling(2);
+    expected[2] = first;
+    expected[3] = first == 6 && second == 2 ? 7 : 6;
+    ASSERT_EQ(repaired({1, 1, 5, 5}, 1), expected);
+  }
+  expect_same_stream();
+}
+
+TEST_F(Operators, RepairEndsWhereNothingIsLeftToDraw) {
+  // No matings left: the first female, who stood there, takes the emptied row again.
+  candidates(1, {3, 1, 1});
+  EXPECT_EQ(repaired({1, 1, 1, 2, 2, 3}, 1), (Entries{1, 1, 1, 2, 2, 3}));
+  stream.uni();
+  stream.uni();
+  // Over-used male 2 stands in no row that opens a slot; then there is no slot at all. Female 4
+  // takes one of the rows of 3.
+  for (const int unit : {2, 4}) {
+    candidates(2, {3, 1, 1, 9});
+    const std::int32_t male = unit == 2 ? 1 : 2;
+    Entries expected = {1, male, male, 3, 3, 4};
+    expected[stream.ceiling(2) == 1 ? 3 : 4] = 4;
+    stream.uni();
+    EXPECT_EQ(repaired({1, 2, 2, 3, 3, 4}, unit), expected) << unit;
+  }
+  expect_same_stream();
+}
+
+TEST_F(Operators, RepairReportsNumbersOutsideTheirSexAndGoesOn) {
+  candidates(2, {4, 4, 4, 4});
+  const Entries before = {3, 1, 2, 0, 4, 2, 5, 3};
+  EXPECT_EQ(repaired(before, 1), before);
+  const std::string lines =
+      " ERROR in mateset, male=           3\n ERROR in mateset, female=           2\n"
+      " ERROR in mateset, female=           5\n ERROR in mateset, male=           0\n";
+  EXPECT_EQ(log, lines);
+  EXPECT_EQ(out, lines);
+  expect_same_stream();
+}
+
+// Slots are rows 1, 3, 5 and 2, 4. Six male matings are free and four of females; a slot gives back
+// two and a row one, so that draws are of 1..7 and 1..5.
+TEST_F(Operators, MutationReplacesInProportionToTheFreeMatings) {
+  candidates(3, {5, 4, 2, 3, 4, 2});
+  for (const double probability : {0.0, 0.5, 1.0}) {
+    model.parameters.algorithm.mutate_probability = probability;
+    for (int repeat = 0; repeat < 60; ++repeat) {
+      const Entries before = {1, 2, 1, 2, 1, 4, 4, 5, 5, 6};
+      Entries expected = before;
+      std::vector<int> males = {2, 2, 2}, females = {1, 2, 1};
+      for (std::size_t j = 0; j < 2; ++j) {
+        if (stream.uni() >= probability) continue;
+        males[static_cast<std::size_t>(before[j] - 1)] += 2;
+        const int m = wheel(males, stream.ceiling(7));
+        males[static_cast<std::size_t>(m - 1)] -= 2;
+        for (std::size_t row = j; row < 5; row += 2) expected[row] = m;
+      }
+      for (std::size_t row = 5; row < 10; ++row) {
+        if (stream.uni() >= probability) continue;
+        ++females[static_cast<std::size_t>(before[row] - 4)];
+        const int f = wheel(females, stream.ceiling(5), 4);
+        --females[static_cast<std::size_t>(f - 4)];
+        expected[row] = f;
+      }
+      ASSERT_EQ(apply(mutate, before, 2), expected) << probability;
+      ASSERT_TRUE(probability > 0.0 || expected == before);
+    }
+  }
+  expect_same_stream();
+}
+
+class DirectedMutation : public Operators {
+ protected:
+  static constexpr int kMales = 5, kAll = 12;
+
+  ValueRecord worth(Entries entries) {
+    const auto n = static_cast<std::int64_t>(entries.size() / 2);
+    return dense_value(rows_of(Mateset(entries.data(), n)));
+  }
+
+  // How good `after` is as a replacement of `before`; not a number if it is none.
+  double score(const Entries& before, const Entries& after) {
+    const Text<10>& mode = model.parameters.ocs.optimise;
+    const ValueRecord x = worth(before), y = worth(after);
+    if (mode == "penalty") return y.fitness;
+    if (mode == "merit") return y.scaled_merit;
+    if (x.relationship > model.goal.constraint) return -y.relationship;
+    return y.relationship > model.goal.constraint ? std::nan("") : y.scaled_merit;
+  }
+
+  // Every entry in turn is replaced by the best of all candidates with a mating left.
+  Entries best_by_trial(Entries entries) {
+    for (std::size_t p = 0; p < entries.size(); ++p) {
+      const bool male = p < entries.size() / 2;
+      Entries best = entries;
+      double best_score = -1e30;
+      for (std::int32_t y = male ? 1 : kMales + 1; y <= (male ? kMales : kAll); ++y) {
+        if (std::count(entries.begin(), entries.end(), y) >= model.candidates.max_matings(y)) {
+          continue;
+        }
+        Entries trial = entries;
+        trial[p] = y;
+        if (score(entries, trial) > best_score) {
+          best_score = score(entries, trial);
+          best = trial;
+        }
+      }
+      entries = best;
+    }
+    return entries;
+  }
+};
+
+TEST_F(DirectedMutation, ChoosesTheReplacementOfHighestValueUnderEachCriterion) {
+  Stream data(5);
+  const Entries before = {1, 2, 2, 3, 4, 5, 6, 7, 8, 9, 9, 12};
+  for (const char* mode : {"penalty", "merit", "constraint"}) {
+    model.parameters.ocs.optimise = mode;
+    for (int repeat = 0; repeat < 60; ++repeat) {
+      candidates(kMales, {1, 2, 2, 3, 3, 1, 1, 2, 2, 2, 1, 3});
+      draw_data(data);
+      // From hard to meet, over met on the way, to no hindrance.
+      model.goal.constraint = worth(before).relationship * (0.805 + 0.01 * repeat);
+      ASSERT_EQ(directed(before, 1), best_by_trial(before)) << mode << repeat;
+      for (int draws = 0; draws < 12; ++draws) stream.uni();
+      expect_same_stream();
+    }
+  }
+}
+
+// At last male 2 has the highest merit, but a single mating left where two are needed.
+TEST_F(DirectedMutation, TakesTheFirstOfEqualsWithAWholeUnitLeftAndNeverAMeritThatIsNoNumber) {
+  model.parameters.ocs.optimise = "merit";
+  candidates(4, {3, 2, 2, 2, 3, 2, 2});
+  EXPECT_EQ(directed({4, 4, 7, 7}, 1), (Entries{1, 1, 5, 5}));
+  model.candidates.merit(1) = std::nan("");
+  EXPECT_EQ(directed({4, 4, 7, 7}, 1), (Entries{2, 2, 5, 5}));
+  model.candidates.max_matings(2) = 1;
+  model.candidates.merit(2) = 5.0;
+  EXPECT_EQ(directed({4, 4, 7, 7}, 2), (Entries{3, 3, 5, 5}));
+}
+
+// Male 1 is over-used, so that the evaluation at the end finds an illegal mateset.
+TEST_F(DirectedMutation, WithoutAnEligibleCandidateTheMatesetStays_UnknownCriterionStopsTheRun) {
+  candidates(1, {1, 1, 1});
+  model.candidates.merit(1) = 3.0;
+  model.parameters.ocs.w_merit = 10.0;
+  EXPECT_EQ(directed({1, 1, 2, 3}, 1), (Entries{1, 1, 2, 3}));
+  EXPECT_EQ(log, " evaluation not legal           0\n");
+  log.clear();
+  model.parameters.ocs.optimise = "best";
+  EXPECT_THROW(directed({1, 1, 2, 3}, 1), Stopped);
+  EXPECT_EQ(log, " ERROR in Subroutine Directed_Mutation\n");
+}
+
+TEST_F(DirectedMutation, DrawsOnceASlotAndRowUnlessItsProbabilityIsTiny) {
+  candidates(2, {4, 4, 4, 4});
+  const Entries before = {1, 2, 1, 2, 3, 3, 4, 4};
+  for (const double probability : {-1.0, 0.0, 9.999999e-9}) {
+    EXPECT_EQ(directed(before, 2, probability), before);
+    expect_same_stream();
+  }
+  EXPECT_EQ(directed(before, 2, 9.99999995e-9), before);  // no draw is as small
+  for (int draws = 0; draws < 6; ++draws) stream.uni();
+  expect_same_stream();
+}
+
+}  // namespace
+}  // namespace qob::test
