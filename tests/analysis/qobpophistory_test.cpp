@@ -94,28 +94,6 @@ const std::string kFounders2006 =
     "          20           0        2006       2  0.000000  0.000000 d               founder\n";
 const std::string kHead = "    Ancestor  Descendant       Group N.Group   Add.rel  Gen.cont\n";
 
-TEST_F(PopHistory, WithoutRequestsTheLastGroupIsReported) {
-  analyse(kHerd, "&Contrib ancestor=13 / &PopulationHistory /");
-  EXPECT_EQ(table("r_gencont.txt"), kHead + kFounders2007);
-  std::string expected =
-      "    Ancestor       Group N.Group   Add.rel  Gen.cont\n"
-      "          19        2007       2  0.500000  0.500000 c              \n"
-      "          20        2007       2  0.500000  0.500000 d              \n"
-      "          15        2007       2  0.312500  0.250000 .              \n"
-      "          11        2007       2  0.125000  0.125000 a              \n"
-      "          12        2007       2  0.125000  0.125000 b              \n"
-      "          13        2007       2  0.187500  0.125000 thirteen       \n"
-      "          14        2007       2  0.187500  0.125000 .              \n";
-  for (int line = 8; line <= 13; ++line) {  // the rest is 0, and the first of equals comes again
-    expected += "          11        2007       2  0.125000  0.000000 a              \n";
-  }
-  EXPECT_EQ(table("r_max_gc.txt"), expected);
-  EXPECT_TRUE(has(summary, "\n\nContribution of founders to timestep written to file gencont.txt"));
-  EXPECT_TRUE(
-      has(out, "\n\nContribution of founders to last timestep written to file gencont.txt"));
-  EXPECT_TRUE(has(log, " Genetic contributions written to file gencont.txt"));
-}
-
 TEST_F(PopHistory, RequestsAreAnsweredOneByOne) {
   analyse(kHerd,
           "&PopulationHistory / &Contrib / &Contrib ancestor=13 descendant=17 /\n"

@@ -124,19 +124,6 @@ TEST(WholeRun, PhasesAreLeftOutAsTheParametersSay) {
   EXPECT_EQ(run(folder, replaced(short_file, "timesteps=0", "timesteps=-1")).status, 0);
 }
 
-TEST(WholeRun, GroupsStandInAnyOrderBehindTheDataAndHistory) {
-  const TemporaryFolder plain, shuffled;
-  run(plain);
-  const std::string parameters =
-      "Groups of this run: &ocsparameters NMatings=4 W_MERIT=1. w_relationship=-2 /&MATINGOPTIONS "
-      "matingstrategy=' MAI' ! as usual\n repeatedmatings=.FALSE. /\n"
-      "&AlgorithmParameters generations=30 popsize=10 n_offspring=4 seed_rng=17/\n"
-      "&DataParameters datafile=\"herd.dat\" resultsdirectory='r_' /&PopulationHistory pci_ngen=3/\n"
-      "&RelationshipMatrix/";
-  EXPECT_EQ(run(shuffled, parameters).status, 0);
-  EXPECT_EQ(read_file(shuffled / "r_Candidates.txt"), read_file(plain / "r_Candidates.txt"));
-}
-
 TEST(CommandLine, HelpVersionAndFaultyArguments) {
   const TemporaryFolder folder;
   const RunResult help = run_program(folder, "--help");

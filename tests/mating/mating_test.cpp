@@ -118,31 +118,6 @@ class MatingTest : public ModelTest {
   }
 };
 
-TEST_F(MatingTest, TheStrategyIsReadLeniently_AndReportedAsItWasRead) {
-  const std::string mai = " MatingStrategy=MAI maximum avoidance of inbreeding\n";
-  const std::string mcac =
-      "\nOption MatingStrategy=MCAC in MAtingOptions not yet implemented. Random assumed";
-  const std::string random = "\n" + std::string(46, ' ') + "MatingStrategy=random is used\n";
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"mai", mai},       {" MAI", mai},    {"Mai", mai}, {"MCAC", mcac.substr(0, 76) + "\n"},
-      {"random", random}, {"maix", random}, {"", random}};
-  for (const auto& [strategy, text] : cases) {
-    herd(1);
-    mateset({1, 2, 3, 3}, {4, 5, 6, 7});
-    model.parameters.mating.matingstrategy = strategy;
-    summary.clear();
-    out.clear();
-    mating(model);
-    EXPECT_EQ(log, text) << strategy;
-    EXPECT_TRUE(has(summary, " Mating Strategy         :" + strategy + "\n")) << summary;
-    EXPECT_TRUE(has(out, summary));
-    EXPECT_TRUE(text == mai || females() == (Column{4, 5, 6, 7}));
-    char average[64];
-    std::snprintf(average, sizeof average, " Average inbreeding      :%12.6f\n", inbreeding());
-    EXPECT_TRUE(has(summary, average)) << summary;
-  }
-}
-
 TEST_F(MatingTest, MaximumAvoidance_LeavesNoBlockOfFourToImprove) {
   for (unsigned seed = 1; seed <= 60; ++seed) {
     model.parameters.mating.repeatedmatings = seed % 2 == 0;
@@ -196,110 +171,7 @@ TEST_F(MatingTest, PairsThatReplaceEachOtherForEver_UseUpTheBudget) {
             "           Matings not necessarily minimise inbreeding of offspring\n");
 }
 
-TEST_F(MatingTest, FewerThanFourMatings_AreLeftAlone) {
-  for (std::int32_t n = 1; n <= 3; ++n) {
-    herd(1);
-    model.relationship.nrm.fill(1.0);
-    model.relationship.nrm(ute(1, 5)) = 0.0;
-    Column men, women;
-    for (std::int32_t j = 1; j <= n; ++j) {
-      men.push_back(j);
-      women.push_back(3 + j);
-    }
-    mateset(men, women);
-    maximum_avoidance(model);
-    EXPECT_EQ(females(), women);
-    EXPECT_EQ(log, "");
-  }
-}
-
-TEST_F(MatingTest, CandidatesOfTheWrongSexAreReported) {
-  herd(1);
-  mateset({1, 4}, {5, 3});
-  maximum_avoidance(model);
-  EXPECT_EQ(log,
-            " ERROR in mateset : males out of range\n ERROR in mateset : females out of range\n");
-  EXPECT_EQ(out, log);
-}
-
 // --- lists ---
-
-class Lists : public MatingTest {
- protected:
-  // Lines of words; those of a heading of `heading` lines are left out.
-  std::vector<std::vector<std::string>> words(const char* name, int heading) {
-    std::istringstream file(read_file(folder / name));
-    std::vector<std::vector<std::string>> lines;
-    for (std::string line; std::getline(file, line);) {
-      if (heading-- > 0) continue;
-      std::istringstream in(line);
-      lines.emplace_back();
-      for (std::string word; in >> word;) lines.back().push_back(word);
-    }
-    return lines;
-  }
-  void expect_averages(const std::vector<std::string>& line, std::size_t first, std::int32_t i) {
-    double expected[4] = {};
-    for (std::int32_t j = 1; j <= 3; ++j) expected[0] += a(i, j) / 3.0;
-    for (std::int32_t j = 4; j <= 7; ++j) expected[1] += a(i, j) / 4.0;
-    for (const std::int32_t m : males()) expected[2] += a(i, m) / 6.0;
-    for (const std::int32_t f : females()) expected[3] += a(i, f) / 6.0;
-    for (std::size_t k = 0; k < 4; ++k)
-      EXPECT_NEAR(std::stod(line.at(first + k)), expected[k], 0.00006);
-  }
-  static std::string text(std::int32_t number) { return std::to_string(number); }
-  static std::string name(std::int32_t i) { return "name" + text(i); }
-};
-
-TEST_F(Lists, ShowEveryMatingAndEveryCandidate) {
-  herd(3);
-  // Offspring: male 1 has three, female 4 two, female 5 one.
-  for (const std::int32_t child : {13, 15, 16}) model.pedigree.newped(1, child) = 11;
-  for (const std::int32_t child : {15, 16}) model.pedigree.newped(2, child) = 14;
-  model.pedigree.newped(2, 17) = 15;
-  const std::int32_t offspring[] = {3, 0, 0, 2, 1, 0, 0};
-  mateset({2, 1, 2, 3, 2, 1}, {5, 5, 4, 5, 5, 4});
-  mating(model);
-  // sire, dam, matings running of the sire, lines running of the dam
-  const std::vector<std::array<std::int32_t, 4>> expected = {
-      {1, 4, 1, 1}, {1, 5, 2, 1}, {2, 4, 1, 1}, {2, 5, 2, 1}, {2, 5, 3, 2}, {3, 5, 1, 3}};
-  const auto list = words("r_qob_MatingList.txt", 1);
-  ASSERT_EQ(list.size(), 6U);
-  for (std::size_t k = 0; k < 6; ++k) {
-    const auto [s, d, nm, nf] = expected[k];
-    const std::vector<std::string> head(list[k].begin(), list[k].begin() + 5);
-    EXPECT_EQ(head, (std::vector<std::string>{text(900 - s), text(900 - d),
-                                              text(static_cast<std::int32_t>(k) + 1), text(nm),
-                                              text(nf)}));
-    EXPECT_NEAR(std::stod(list[k].at(5)),
-                (model.candidates.merit(s) + model.candidates.merit(d)) / 2, 0.00006);
-    EXPECT_NEAR(std::stod(list[k].at(6)), a(s, d) / 2, 0.000006);
-    EXPECT_NEAR(std::stod(list[k].at(7)), 1 - (a(s, s) + a(d, d)) / 4, 0.000006);
-    EXPECT_EQ(list[k].at(8) + list[k].at(9), name(s) + name(d));
-  }
-  const auto sires = words("r_male_list.txt", 6);
-  ASSERT_EQ(sires.size(), 3U);
-  const std::int32_t sire_matings[] = {2, 3, 1};
-  for (std::int32_t m = 1; m <= 3; ++m) {
-    const auto& line = sires[static_cast<std::size_t>(m - 1)];
-    EXPECT_EQ(
-        line.at(0) + " " + line.at(1) + " " + line.at(2) + line.at(7),
-        text(900 - m) + " " + text(sire_matings[m - 1]) + " " + text(offspring[m - 1]) + name(m));
-    expect_averages(line, 3, m);
-  }
-  const auto all = words("r_Candidates.txt", 7);
-  ASSERT_EQ(all.size(), 7U);
-  const std::int32_t matings[] = {2, 3, 1, 2, 4, 0, 0};
-  for (std::int32_t i = 1; i <= 7; ++i) {
-    const auto& line = all[static_cast<std::size_t>(i - 1)];
-    const std::vector<std::string> head(line.begin(), line.begin() + 4);
-    EXPECT_EQ(head, (std::vector<std::string>{text(900 - i), i <= 3 ? "1" : "2",
-                                              text(matings[i - 1]), text(offspring[i - 1])}));
-    EXPECT_NEAR(std::stod(line.at(4)), model.candidates.merit(i), 0.0006);
-    expect_averages(line, 5, i);
-    EXPECT_EQ(line.at(9), name(i));
-  }
-}
 
 }  // namespace
 }  // namespace qob::test

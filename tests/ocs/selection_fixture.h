@@ -1,18 +1,15 @@
-// Models of a selection for tests: candidates set by hand or a herd read from a table, with
-// relationships by the tabular method, values of matesets by their definition over a dense matrix,
-// and a stream of random numbers of its own that foretells the draws.
+// Models of a selection for tests: candidates set by hand, values of matesets by their definition
+// over a dense matrix, and a stream of random numbers of its own that foretells the draws.
 #pragma once
 
 #include <algorithm>
 #include <cmath>
 #include <deque>
 #include <map>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "analysis/qobrelshipmatrix.h"
 #include "ocs/qobocs.h"
 #include "support/model_fixture.h"
 
@@ -32,15 +29,6 @@ class Stream {
     return 0.5 + static_cast<std::int32_t>(before + state_) * 2.328306e-10;
   }
   int ceiling(int n) { return static_cast<int>(std::ceil(uni() * n)); }
-  // 0..n-1 after exchanges with drawn places, from the last place down.
-  std::vector<std::size_t> shuffle(std::size_t n) {
-    std::vector<std::size_t> order(n);
-    for (std::size_t i = 0; i < n; ++i) order[i] = i;
-    for (std::size_t j = n; j >= 2; --j) {
-      std::swap(order[j - 1], order[static_cast<std::size_t>(uni() * static_cast<double>(j))]);
-    }
-    return order;
-  }
 
  private:
   std::uint32_t state_;
@@ -50,19 +38,6 @@ class Stream {
 inline int wheel(const std::vector<int>& weights, int r, int first = 1) {
   for (std::size_t i = 0; (r -= weights[i]) > 0; ++i) ++first;
   return first;
-}
-
-// Relationships within a data file whose identifiers are 10, 20, ... line by line.
-inline Dense tabular(const std::string& table) {
-  Dense a;
-  int i, s, d;
-  std::string rest;
-  for (std::istringstream lines(table); lines >> i >> s >> d; std::getline(lines, rest)) {
-    i /= 10, s /= 10, d /= 10;
-    for (int j = 1; j < i; ++j) a[{i, j}] = a[{j, i}] = 0.5 * (a[{s, j}] + a[{d, j}]);
-    a[{i, i}] = 1.0 + 0.5 * a[{s, d}];
-  }
-  return a;
 }
 
 class SelectionTest : public ModelTest {
@@ -107,16 +82,6 @@ class SelectionTest : public ModelTest {
     model.parameters.ocs.w_merit = random.uni();
     model.parameters.ocs.w_relationship = -20.0 * random.uni();
   }
-  // Reads a herd, gives its candidates their relationships and forgets the messages.
-  void read_herd(const std::string& table) {
-    read_animals(table);
-    model.parameters.data.resultsdirectory = folder / "";
-    ASSERT_EQ(model.parameter_file.open(folder.write("qob.prm", "&RelationshipMatrix /")), 0);
-    setup_nrm(model);
-    herd = tabular(table);
-    for (std::string* text : {&out, &log, &summary}) text->clear();
-  }
-
   Mateset mateset(const Rows& rows) {
     entries_.emplace_back(2 * rows.size());
     const Mateset view(entries_.back().data(), static_cast<std::int64_t>(rows.size()));

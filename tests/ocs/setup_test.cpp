@@ -50,34 +50,6 @@ class SetUpSelection : public ModelTest {
   }
 };
 
-TEST_F(SetUpSelection, CandidatesAreTheMalesAndThenTheFemalesByAnimalNumber) {
-  set_up(kHerd);
-  const Candidates& c = model.candidates;
-  EXPECT_TRUE(c.nmcands == 3 && c.nfcands == 3 && c.ncands == 6 && c.birth_time == 5);
-  EXPECT_EQ(values(c.cands), (std::vector<std::int32_t>{4, 7, 9, 3, 6, 10}));
-  EXPECT_EQ(values(c.old_id), (std::vector<std::int32_t>{104, 107, 109, 103, 106, 110}));
-  EXPECT_EQ(values(c.max_matings), (std::vector<std::int32_t>{2, 4, 3, 1, 2, 1}));
-  EXPECT_EQ(values(c.merit), (std::vector<double>{1.0, 4.0, 3.0, 2.5, -1.5, 1.0}));
-  EXPECT_EQ(values(c.age), (std::vector<std::int64_t>{3, 2, 1, 4, 2, 1}));
-  EXPECT_TRUE(c.description(1) == "first" && c.description(3) == "last");
-  EXPECT_EQ(c.description(4).trimmed(), "old");
-  EXPECT_EQ(model.pedigree.matings.size() + model.pedigree.txt.size(), 0);
-}
-
-// F: 8 0.125, 9 0.1875, 10 0.3125, 11 0. Males: mean (2+16+9)/9, squares 93, so 12 / (2*9/3).
-TEST_F(SetUpSelection, LastGenerationAndScaleOfMeritAreWorkedByHand) {
-  set_up(kHerd);
-  const Goal& goal = model.goal;
-  EXPECT_EQ(model.candidates.nlast, 4);
-  EXPECT_DOUBLE_EQ(goal.last_f, 0.15625);
-  EXPECT_DOUBLE_EQ(goal.last_merit, 1.5);
-  EXPECT_DOUBLE_EQ(goal.mean_merit[0], 3.0);
-  EXPECT_DOUBLE_EQ(goal.mean_merit[1], 0.125);
-  EXPECT_DOUBLE_EQ(goal.k_factor[0], std::sqrt(2.0));
-  EXPECT_DOUBLE_EQ(goal.k_factor[1], std::sqrt(11.6875 / (8.0 / 3.0)));
-  EXPECT_EQ(log.find("WARNING"), std::string::npos);
-}
-
 TEST_F(SetUpSelection, OneCandidateOrEqualMeritsOfASexAreScaledByOne) {
   set_up("1 0 0 1 1 3 7\n2 0 0 2 1 3 98765.4\n3 0 0 2 1 7 98765.4\n4 0 0 2 1 9 98765.4\n");
   EXPECT_TRUE(model.goal.k_factor[0] == 1.0 && model.goal.k_factor[1] == 1.0);
@@ -86,38 +58,6 @@ TEST_F(SetUpSelection, OneCandidateOrEqualMeritsOfASexAreScaledByOne) {
   set_up("1 0 0 1 1 3 7\n2 0 0 2 1 16777217 1\n");
   EXPECT_EQ(model.goal.mean_merit[1], 16777217.0 / 16777216.0);
   EXPECT_EQ(model.goal.k_factor[1], 1.0);
-}
-
-// Sires of the last generation: 4 aged 2, 7 aged 1 twice. Dams: 6 aged 1, 5 aged 2 twice, 3 aged 3.
-TEST_F(SetUpSelection, AgeTablesStandInTheLogAndInTheSummary) {
-  set_up(kHerd);
-  const std::string tables = R"( Age distribution of candidates
-   Age  Year   N males N females   % males % females
-     1     4        1.        1.      33.3      33.3
-     2     3        1.        1.      33.3      33.3
-     3     2        1.        0.      33.3       0.0
-     4     1        0.        1.       0.0      33.3
-)"
-                             " \n"
-                             R"( Age distribution of last generation
-   Age   N males N females       All
-     1        2.        1.        3.
-     2        1.        2.        3.
-     3        0.        1.        1.
-     4        0.        0.        0.
- ----------------------------------------------------------------
- Age distribution of last generation
-   Age   % males % females       All
-     1      66.7      25.0      42.9
-     2      33.3      50.0      42.9
-     3       0.0      25.0      14.3
-     4       0.0       0.0       0.0
- OBS: This age distribution is used for optimising future contributions
-)";
-  EXPECT_EQ(summary, tables);
-  EXPECT_EQ(log,
-            " Computing realised contributions for the previous           4 periods\n" + tables);
-  EXPECT_DOUBLE_EQ(model.goal.last_genint, 12.0 / 7.0);
 }
 
 // Shares: of those born 4, animals 3 4 6 have 1/7, 5 7 2/7; born 3, animals 1 2 4 5 have 1/4; born
@@ -143,16 +83,6 @@ TEST_F(SetUpSelection, RealisedContributionsAgreeWithTheDenseMatrix) {
   for (int k = 1; k <= 6; ++k) {
     EXPECT_NEAR(model.goal.apv2(k), 2.0 * ay[candidates[k - 1] - 1], 1e-14) << k;
   }
-}
-
-TEST_F(SetUpSelection, WithoutKnownParentsTheIntervalIsOneAndTheCohortStandsForThePast) {
-  model.relationship.cohortrel = 0.375;
-  set_up("1 0 0 1 1 3 7\n2 0 0 2 2 3 0.1\n");
-  EXPECT_EQ(model.goal.last_genint, 1.0);
-  EXPECT_TRUE(model.goal.last_rel == 0.375 && model.goal.vpapv == 0.0 && model.goal.apv2(2) == 0.0);
-  EXPECT_NE(
-      log.find("     1     100.0     100.0     100.0\n     2       0.0       0.0       0.0\n"),
-      std::string::npos);
 }
 
 // 9 has no record, so its birth time is -9999. A candidate born before -9998 opens no age class.
