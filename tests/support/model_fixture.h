@@ -61,6 +61,13 @@ class ModelTest : public ::testing::Test {
     inbreeding_coefficients(model.pedigree.newped, model.pedigree.f, model.units.out);
   }
 
+  // Expects that `action` stops the run with a line that ends so, in the log and on screen.
+  void expect_stop(const std::string& message, auto action) {
+    EXPECT_THROW(action(), Stopped) << message;
+    EXPECT_TRUE(log.ends_with(message + "\n")) << log << "expected: " << message;
+    EXPECT_TRUE(out.ends_with(message + "\n"));
+  }
+
   TemporaryFolder folder;
   Model model;
   std::string out, log, summary;
