@@ -122,14 +122,5 @@ TEST_F(PopHistory, RequestsAreAnsweredOneByOne) {
   EXPECT_EQ(log.find("not in pedigree"), log.rfind("not in pedigree"));
 }
 
-TEST_F(PopHistory, ListsAtMostFiftyContributionsAndNamesTheIndexByItsGenerations) {
-  std::string founders;
-  for (int i = 1; i <= 60; ++i) founders += std::to_string(i) + " 0 0 1 2000 0 0\n";
-  analyse(founders, "&PopulationHistory pci_ngen=12 /");
-  EXPECT_TRUE(has(log, "   alpha   PCI12 Gencoef"));
-  const std::string largest = table("r_max_gc.txt");
-  EXPECT_EQ(std::count(largest.begin(), largest.end(), '\n'), 51);
-}
-
 }  // namespace
 }  // namespace qob::test

@@ -176,13 +176,6 @@ TEST_F(SetupNrm, TheDataDecideHowManyCohortsCount) {
   }
 }
 
-TEST_F(SetupNrm, NegativeTimeStepsEndTheRunWithoutAMatrix) {
-  set_up("1 0 0 1 2000 1 0\n", "&RelationshipMatrix timesteps=-1 /");
-  EXPECT_EQ(model.progstatus + model.relationship.nrm.size(), 0);
-  const std::string end = "QOB terminated with parameter TimeSteps<0 in &RelationshipMatrix\n";
-  EXPECT_TRUE(log.ends_with(" Numerator Relationship not computed\n " + end));
-}
-
 TEST_F(SetupNrm, FaultsStopWithTheirMessage) {
   std::string many;
   for (int i = 1; i <= 46342; ++i) many += std::to_string(i) + " 0 0 1 2000 1 0\n";

@@ -41,19 +41,6 @@ TEST(Lexer, Record_IsCutIntoValuesNullsAndSlashes) {
   }
 }
 
-TEST(Lexer, Groups_HaveNamesAndCommentsOverManyLines) {
-  const std::vector<std::string> lines = {"a = 1,b='!'! b=/", "", " c",        "! d",
-                                          "=2*3 e=5!",        "", "\"open c=", "f==,, 'g'=/"};
-  std::string line;  // reused, so that a view of an earlier line shows
-  std::size_t next = 0;
-  Lexer lexer([&](std::string_view& view) {
-    if (next == lines.size()) return 5;
-    view = line = lines[next++];
-    return 0;
-  });
-  EXPECT_EQ(tokens(lexer), "a= 1 b= '!' c= 2*3 e= 5 ? f= = _ _ ? = / <5>");
-}
-
 // What each word of `texts` converts to; ? where it is malformed, which must leave the value.
 template <class Value>
 std::string converted(int (*convert_text)(std::string_view, Value&), const std::string& texts) {

@@ -102,21 +102,5 @@ TEST(Namelist, EveryDeviation_IsAnError_AndEarlierValuesStay) {
   }
 }
 
-TEST(Namelist, Groups_AreSearchedForwardUntilARewind) {
-  NamelistFile file;
-  EXPECT_EQ(file.open(testing::TempDir() + "no/such/file"), ENOENT);
-  ASSERT_EQ(file.open(file_with("&Late count=1 / &Demo count=2 / &Late count=3 /")), 0);
-  Demo demo;
-  Group late = demo.group();
-  late.name = "late";
-  EXPECT_EQ(file.read(demo.group()), 0);
-  EXPECT_EQ(file.rewind(), 0);
-  EXPECT_EQ(file.read(late), 0);
-  EXPECT_EQ(demo.count, 1);
-  EXPECT_EQ(file.read(late), 0);
-  EXPECT_EQ(demo.count, 3);
-  EXPECT_EQ(file.read(demo.group()), kEndOfFile);
-}
-
 }  // namespace
 }  // namespace qob

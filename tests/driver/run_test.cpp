@@ -165,53 +165,21 @@ TEST(CommandLine, HelpVersionAndFaultyArguments) {
   EXPECT_EQ(no_log.err, "ERROR in opening log file qob.log \n");
 }
 
-// A change to the parameter file (from, to), and the last line that the fault leaves on screen and
-// in the log.
-struct Fault {
-  std::string from, to, message;
-};
-
 TEST(ParameterFaults, EachEndsTheRunWithItsMessage) {
-  const std::string reading = " ERROR in reading QOB Parameter file, ";
-  const std::string at_end = " Value of error:    -1";
-  const std::string malformed = " Value of error:  5010";
-  const std::vector<Fault> faults = {
-      {"&DataParameters", "&Data", reading + "Namelist DataParameters !!!!!!!!" + at_end},
-      {"datafile=", "dafatile=", reading + "Namelist DataParameters !!!!!!!!" + malformed},
-      {"&PopulationHistory pci_ngen=3 /", "", reading + "Namelist PopulationHistory" + at_end},
-      {"pci_ngen=3", "pci_ngen=3.5", reading + "Namelist PopulationHistory" + malformed},
-      {"pci_ngen=3", "pci_ngen=0",
-       reading + "Namelist PopulationHistory : pci_ngen should be at least 1" + malformed},
-      {"&RelationshipMatrix", "&Contrib ancestor=x /",
-       " Error in reading parameter file, namelist Contrib" + malformed},
-      {"&RelationshipMatrix", "&NRM", reading + "Namelist RelationshipMatrix" + at_end},
-      {"timesteps=0", "timesteps='0'", reading + "Namelist RelationshipMatrix" + malformed},
-      {"&OCSParameters", "&OCS", reading + "Namelist OCSParameters" + at_end},
-      {"nmatings=4", "nmatings=4 5", reading + "Namelist OCSParameters" + malformed},
-      {"&AlgorithmParameters", "&Algorithm", reading + "Namelist AlgorithmParameters" + at_end},
-      {"popsize=10", "popsize=99999999999", reading + "Namelist AlgorithmParameters" + malformed},
-      {"repeatedmatings=F /", "repeatedmatings=F /\n&Contrib ancestor=1",
-       " Error in reading parameter file, namelist Contrib" + at_end},
-      {"&MatingOptions", "&Mating", reading + "Namelist MatingOptions" + at_end},
-      {"repeatedmatings=F /", "repeatedmatings=F", reading + "Namelist MatingOptions" + at_end},
-      {"herd.dat", "cow.dat", " ERROR File with data not found: cow.dat"},
-      {"'herd.dat'", "'.'",
-       " ERROR Could not open DataFile in Subroutine ReadRecode. Value of error:    21"},
-      {"'r_'", "'nowhere/r_'",
-       " ERROR in opening file nowhere/r_f_coeff.txt Value of error:     2"},
-      {"'r_'", "'r_' recodefile='nowhere/x'",
-       " ERROR Could not open file for recoded ID'snowhere/x Value of error:     2"},
-      {"'r_'", "'r_' recodefile='/dev/full'",
-       " ERROR Could not close file for recoded ID's/dev/full Value of error:    28"},
-  };
-  for (const Fault& fault : faults) {
+  std::ifstream faults(kSource + "/tests/driver/parameter_faults.txt");
+  std::string from, to, message;
+  std::getline(faults, message);  // what the columns are
+  int tried = 0;
+  for (; std::getline(faults, from, '|') && std::getline(faults, to, '|'); ++tried) {
+    ASSERT_TRUE(std::getline(faults, message));
     const TemporaryFolder folder;
-    const RunResult result = run(folder, replaced(kParameters, fault.from, fault.to));
-    EXPECT_EQ(result.status, 1) << fault.message;
-    EXPECT_TRUE(result.out.ends_with("\n" + fault.message + "\n")) << fault.message << result.out;
-    EXPECT_TRUE(read_file(folder / "qob.log").ends_with("\n" + fault.message + "\n"));
+    const RunResult result = run(folder, replaced(kParameters, from, to));
+    EXPECT_EQ(result.status, 1) << message;
+    EXPECT_TRUE(result.out.ends_with("\n" + message + "\n")) << message << result.out;
+    EXPECT_TRUE(read_file(folder / "qob.log").ends_with("\n" + message + "\n"));
     EXPECT_TRUE(result.err.ends_with(" Program terminated. Check file qob.log\n"));
   }
+  EXPECT_EQ(tried, 20);
 }
 
 TEST(ParameterFaults, AFaultyAlgorithmGroupIsShownAsFarAsItWasRead) {

@@ -107,15 +107,5 @@ TEST_F(MatingTest, PairsThatReplaceEachOtherForEverUseUpTheBudget) {
             "           Matings not necessarily minimise inbreeding of offspring\n");
 }
 
-TEST_F(MatingTest, FewerThanFourMatingsAreLeftAlone) {
-  candidates(1);
-  pair({{1, 4}, {2, 5}, {3, 6}});
-  const double next_draw = Stream(1).uni();
-  maximum_avoidance(model);
-  EXPECT_EQ(paired(), (Rows{{1, 4}, {2, 5}, {3, 6}}));
-  EXPECT_EQ(model.random.uni(), next_draw);
-  EXPECT_EQ(log, "");
-}
-
 }  // namespace
 }  // namespace qob::test

@@ -133,10 +133,5 @@ TEST_F(ReadRecode, WhatIsBehindAShortLineOrColumn120IsNotRead) {
   EXPECT_EQ(model.pedigree.ebv(2), 3.0);
 }
 
-TEST_F(ReadRecode, AFileWithoutAnimalsStopsTheRun) {
-  EXPECT_THROW(read_animals("\n1 0 0 1 2000 0 0\n"), Stopped);
-  EXPECT_TRUE(log.ends_with(" No animals in file with data: " + (folder / "animals.dat\n"))) << log;
-}
-
 }  // namespace
 }  // namespace qob::test
