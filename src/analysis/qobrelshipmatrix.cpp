@@ -96,6 +96,23 @@ void allocate_matrix(Model& model) {
            });
 }
 
+// Relationship files are neither read nor written by this version; a run that asks for one ends
+// here instead of going on without it.
+void refuse_relationship_file(Model& model) {
+  const RelationshipMatrix& p = model.parameters.relationship;
+  if (option_text(p.source) != "pedigree") {
+    handle_error(
+        model,
+        format_list("ERROR Relationships cannot be read from a file by this version : source=",
+                    p.source));
+  }
+  if (option_text(p.gfile) != "_null_") {
+    handle_error(
+        model,
+        format_list("ERROR Relationship file cannot be written by this version : gfile=", p.gfile));
+  }
+}
+
 // Computes the matrix column by column, each column the product of A with a unit vector.
 void compute_from_pedigree(Model& model, const Table<char>& mark) {
   const Pedigree& pedigree = model.pedigree;
@@ -152,10 +169,7 @@ void setup_nrm(Model& model) {
         "Candidates in Numerator Relationship Matrix stored in memeory:", relationship.nnrm);
   write(log, "(/,A,I8)", "Individuals in Numerator Relationship Matrix required for OCS:", marked);
   allocate_matrix(model);
-  if (option_text(model.parameters.relationship.source) != "pedigree") {
-    handle_error(model,
-                 format_list("ERROR Relationships can only be computed from source 'pedigree'"));
-  }
+  refuse_relationship_file(model);
   relationship.pedsource = true;
   compute_from_pedigree(model, mark);
 }
