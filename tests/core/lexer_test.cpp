@@ -10,37 +10,6 @@
 namespace qob {
 namespace {
 
-// All tokens up to the end as one line: _ a null value, ? a bad one, <status> the end.
-std::string tokens(Lexer& lexer) {
-  std::string out;
-  for (;;) {
-    const Token token = lexer.next();
-    if (token.kind == Token::Kind::kEnd) return out + "<" + std::to_string(token.status) + ">";
-    if (token.repeat != 1) out += std::to_string(token.repeat) + "*";
-    const std::string quote = token.quoted ? "'" : "";
-    const std::string text = quote + std::string(token.text) + quote;
-    const std::string shown[] = {text, "_", text + "=", "/", "?"};
-    out += shown[static_cast<int>(token.kind)] + " ";
-  }
-}
-
-TEST(Lexer, Record_IsCutIntoValuesNullsAndSlashes) {
-  const std::vector<std::pair<const char*, const char*>> cases = {
-      {"", "<-1>"},
-      {" 1\t2,3 , 4,5\r", "1 2 3 4 5 <-1>"},
-      {",1 , , 2,,3,", "_ 1 _ 2 _ 3 <-1>"},
-      {"3*7 2*,9 2* 9 1*'a b'", "3*7 2*_ 9 2*_ 9 'a b' <-1>"},
-      {"0*7 99999999999*7 *3 12'a'", "? 7 ? 7 *3 12'a' <-1>"},
-      {"x=1!& 'it''s' \"a'\"\"b\"/", "x=1!& 'it's' 'a'\"b' / <-1>"},
-      {"'a'b 'open, /", "? b 'open, /' <-1>"},
-      {"'", "'' <-1>"},
-  };
-  for (const auto& [record, expected] : cases) {
-    Lexer lexer{std::string_view(record)};
-    EXPECT_EQ(tokens(lexer), expected) << record;
-  }
-}
-
 // What each word of `texts` converts to; ? where it is malformed, which must leave the value.
 template <class Value>
 std::string converted(int (*convert_text)(std::string_view, Value&), const std::string& texts) {
