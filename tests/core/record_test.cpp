@@ -75,24 +75,5 @@ TEST(Record, AFormatAtFaultIsFoundWhileCompiling) {
   static_assert(kItemKind<bool> == kNone && kItemKind<char> == kNone && kItemKind<int*> == kNone);
 }
 
-TEST(Record, TakesEveryTypeOfItemWithAndWithoutAFormat) {
-  std::string first_lines, second_lines;
-  Unit first(11), second(6);
-  first.open_memory(&first_lines);
-  second.open_memory(&second_lines);
-  const std::string text = "string";
-  const char* pointer = "pointer";
-  write(first, "(4I4,2F5.2,5A8)", 1, std::size_t{2}, std::int8_t{-3}, 4U, 0.5F, 0.25, text, pointer,
-        Text<5>("abc"), "array", std::string_view("view"));
-  EXPECT_EQ(first_lines, "   1   2  -3   4 0.50 0.25  string pointer   abc     array    view\n");
-  first_lines.clear();
-  both(first, second, "(/,A,I3)", "both", 7);
-  both_list(first, second, "n =", 42, -1234567890123, Text<4>("ab"), 0.1, -2.5e-300, "end ");
-  write(first, "(A)");
-  write_list(first);
-  EXPECT_EQ(second_lines, "\nboth  7\n n =          42-1234567890123ab   0.1 -2.5e-300end \n");
-  EXPECT_EQ(first_lines, second_lines + "\n \n");
-}
-
 }  // namespace
 }  // namespace qob

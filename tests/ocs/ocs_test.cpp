@@ -86,28 +86,6 @@ TEST_F(SelectionTest, DirectedMutation_TakesAWholeUnitFromTheMaleItChooses) {
   EXPECT_EQ(rows_of(view), Rows({{2, 3}, {1, 3}, {2, 3}, {1, 3}}));
 }
 
-// The offspring, of merit 3, replaces the worst: 3, 7.5, 9 with the median at place 3/2.
-TEST_F(SelectionTest, ConvergenceOfAnOddPopulation_ShowsTheLowerMedian) {
-  set_candidates({9}, {9}, 1);
-  model.candidates.merit(1) = 6.0;
-  model.parameters.ocs.optimise = "merit";
-  model.parameters.algorithm.popsize = 3;
-  model.parameters.algorithm.n_offspring = 1;
-  Search& search = model.search;
-  search.pop.assign(3, 1);
-  search.pop_value.assign(3, ValueRecord{});
-  search.best_mating.assign(1, 1);
-  search.igeneration = 100;
-  for (int k = 1; k <= 3; ++k) {
-    search.pop(k).copy_from(mateset({{1, 2}}));
-    search.pop_value(k).fitness = 6.0 + 1.5 * (k - 1);
-    search.pop_value(k).legal = true;
-  }
-  mate_and_select(model);
-  EXPECT_EQ(log,
-            "       100  0.90000000E+01  0.300000E+01  0.300000E+01  0.650000E+01  0.312250E+01\n");
-}
-
 // Both rows of both parents hold female 2, who may have one mating.
 TEST_F(SelectionTest, Recombine_RepairsWhatItCompletes) {
   set_candidates({9}, {1, 3}, 2);

@@ -16,20 +16,6 @@ constexpr const char* kHerd =
     "105 101 103 2 2 0 0\n106 101 102 2 3 2 -1.5\n107 104 105 1 3 4 4\n108 104 105 2 4 0 2\n"
     "109 107 106 1 4 3 3 last\n110 107 105 2 4 1 1\n111 0 103 1 4 0 0\n";
 
-// The relationships by the tabular method.
-Table2<double> tabular(const Pedigree& pedigree) {
-  Table2<double> a(pedigree.maxid, pedigree.maxid, 0.0);
-  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    const std::int32_t sire = pedigree.sire(i), dam = pedigree.dam(i);
-    for (std::int32_t j = 1; j < i; ++j) {
-      a(i, j) = ((sire > 0 ? a(sire, j) : 0.0) + (dam > 0 ? a(dam, j) : 0.0)) / 2.0;
-      a(j, i) = a(i, j);
-    }
-    a(i, i) = 1.0 + (sire > 0 && dam > 0 ? a(sire, dam) / 2.0 : 0.0);
-  }
-  return a;
-}
-
 class SetUpSelection : public ModelTest {
  protected:
   void set_up(std::string_view table, int nmatings = 4, int unit = 1) {
@@ -49,41 +35,6 @@ class SetUpSelection : public ModelTest {
     return {table.begin(), table.end()};
   }
 };
-
-TEST_F(SetUpSelection, OneCandidateOrEqualMeritsOfASexAreScaledByOne) {
-  set_up("1 0 0 1 1 3 7\n2 0 0 2 1 3 98765.4\n3 0 0 2 1 7 98765.4\n4 0 0 2 1 9 98765.4\n");
-  EXPECT_TRUE(model.goal.k_factor[0] == 1.0 && model.goal.k_factor[1] == 1.0);
-  EXPECT_EQ(model.goal.mean_merit[0], 7.0);
-  // The divisor of the mean has 24 bits.
-  set_up("1 0 0 1 1 3 7\n2 0 0 2 1 16777217 1\n");
-  EXPECT_EQ(model.goal.mean_merit[1], 16777217.0 / 16777216.0);
-  EXPECT_EQ(model.goal.k_factor[1], 1.0);
-}
-
-// Shares: of those born 4, animals 3 4 6 have 1/7, 5 7 2/7; born 3, animals 1 2 4 5 have 1/4; born
-// 2, animal 1 has 1/2, 2 3 1/4. The weights are 1, 4/7, 1/7, 0, and one time step on 4/7, 1/7, 0.
-TEST_F(SetUpSelection, RealisedContributionsAgreeWithTheDenseMatrix) {
-  set_up(kHerd);
-  const double x[] = {6, 5, 5, 8, 12, 4, 8, 0, 0, 0, 0};      // in 28ths
-  const double y[] = {7, 7, 16, 23, 39, 16, 32, 0, 0, 0, 0};  // in 196ths
-  const Table2<double> a = tabular(model.pedigree);
-  double xax = 0.0, yay = 0.0;
-  std::vector<double> ay(11, 0.0);
-  for (int i = 0; i < 11; ++i) {
-    for (int j = 0; j < 11; ++j) {
-      const auto row = static_cast<std::size_t>(i);
-      xax += x[i] * a(i + 1, j + 1) * x[j] / (28.0 * 28.0);
-      yay += y[i] * a(i + 1, j + 1) * y[j] / (196.0 * 196.0);
-      ay[row] += a(i + 1, j + 1) * y[j] / 196.0;
-    }
-  }
-  EXPECT_NEAR(model.goal.last_rel, xax / std::pow(12.0 / 7.0, 2), 1e-14);
-  EXPECT_NEAR(model.goal.vpapv, yay, 1e-14);
-  const std::size_t candidates[] = {4, 7, 9, 3, 6, 10};
-  for (int k = 1; k <= 6; ++k) {
-    EXPECT_NEAR(model.goal.apv2(k), 2.0 * ay[candidates[k - 1] - 1], 1e-14) << k;
-  }
-}
 
 // 9 has no record, so its birth time is -9999. A candidate born before -9998 opens no age class.
 TEST_F(SetUpSelection, ParentsCountWithTheirFullAge) {
