@@ -71,12 +71,11 @@ void Contributions::close() {
 GroupVectors Contributions::vectors_of(std::int32_t group) const {
   const float share = 1.0F / single(cohorts_.n(group));
   GroupVectors v;
-  allocate(model_, "Error in allocating memory in SubRoutine PopHistory (2)",
-           [&] { v.r.assign(pedigree_.maxid, 0.0); });
+  v.r.assign(pedigree_.maxid, 0.0);
   for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
     if (cohorts_.cohort(i) == group) v.r(i) = static_cast<double>(share);
   }
-  allocate(model_, "Error in allocating memory in SubRoutine PopHistory (2)", [&] { v.c = v.r; });
+  v.c = v.r;
   ax(pedigree_.newped, pedigree_.f, v.r);
   gen_cont(pedigree_.newped, v.c);
   return v;
@@ -175,7 +174,9 @@ bool Contributions::find_animals(std::int32_t& ancestor, std::int32_t& descendan
 bool Contributions::find(std::int32_t id, std::int32_t& number) {
   if (id == 0) return true;
   std::int32_t counter = pedigree_.maxid;
-  const IdTree::Found found = model_.ids.build_tree(id, counter);
+  IdTree::Found found;
+  allocate(model_, "Error in allocating memory for tree",
+           [&] { found = model_.ids.build_tree(id, counter); });
   number = found.number;
   if (found.in_tree) return true;
   Unit& log = model_.units.log;

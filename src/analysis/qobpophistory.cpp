@@ -190,9 +190,13 @@ void pophistory(Model& model) {
   write_list(units.out, "Computed inbreeding for : ", pedigree.maxid);
   write_list(units.log, "Finished computing inbreeding coefficient");
   write_coefficients(model, animals);
-  const Cohorts cohorts = group_by_birth_time(pedigree.btime);
-  write_summary(model, cohorts, animals);
-  contributions(model, cohorts);
+  Cohorts cohorts;
+  allocate(model, "Error in allocating memory in SubRoutine PopHistory", [&] {
+    cohorts = group_by_birth_time(pedigree.btime);
+    write_summary(model, cohorts, animals);
+  });
+  allocate(model, "Error in allocating memory in SubRoutine PopHistory (2)",
+           [&] { contributions(model, cohorts); });
 }
 
 }  // namespace qob

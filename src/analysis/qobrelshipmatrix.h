@@ -5,8 +5,10 @@
 
 namespace qob {
 
-// Reads the group RelationshipMatrix, gives every candidate a row and fills model.relationship.
-// A negative `timesteps` computes nothing and sets progstatus to 0.
+// Reads the group RelationshipMatrix, gives every candidate a row and fills model.relationship,
+// from the pedigree or from a relationship file. What is computed is also written to `gfile`, for
+// all animals that matter for the selection, if one is named. A negative `timesteps` computes
+// nothing and sets progstatus to 0.
 void setup_nrm(Model& model);
 
 }  // namespace qob

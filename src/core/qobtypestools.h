@@ -91,25 +91,24 @@ void copylogfile(Model& model, std::string_view prefix);
 // Writes `text` with the local date and time to standard output and the log.
 void print_time(Model& model, std::string_view text);
 
-// Carries out `fill`, which asks for memory. When there is not enough, `failed` is called; it must
-// not return.
-template <class Fill, class Failed>
-void allocate(Fill fill, Failed failed) {
+// Carries out `work`, which asks for memory. False: there was not enough to finish it.
+template <class Work>
+bool memory_suffices(Work work) {
   const std::new_handler before = std::set_new_handler(nullptr);
   bool enough = true;
   try {
-    fill();
+    work();
   } catch (const std::exception&) {  // bad_alloc, or length_error for absurd sizes
     enough = false;
   }
   std::set_new_handler(before);
-  if (!enough) failed();
+  return enough;
 }
 
-// The same, with a message that goes through handle_error.
-template <class Fill>
-void allocate(Model& model, std::string_view message, Fill fill) {
-  allocate(fill, [&] { handle_error(model, format_list(message)); });
+// Carries out `work` and stops the run with `message` when there is not enough memory.
+template <class Work>
+void allocate(Model& model, std::string_view message, Work work) {
+  if (!memory_suffices(work)) handle_error(model, format_list(message));
 }
 
 }  // namespace qob

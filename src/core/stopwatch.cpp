@@ -1,16 +1,22 @@
 #include "core/stopwatch.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
 #include "core/record.h"
+#include "core/stop.h"
 #include "core/ziggurat.h"
 
 namespace qob {
 namespace {
 
+using Reading = Watch::Reading;
+
 constexpr std::size_t kLongestName = 132;
+constexpr std::array<std::string_view, kClocks> kNames = {"cpu", "user", "sys", "wall"};
 constexpr std::array<std::string_view, kClocks> kLabels = {"  cpu=", " user=", "  sys=", " wall="};
+constexpr std::array<std::string_view, 3> kForms = {"sec", "hh:mm:ss", "[[hh:]mm:]ss"};
 
 // Seconds since the first call: small numbers keep their hundredths in single precision.
 float wall_second() {
@@ -26,106 +32,336 @@ std::array<float, kClocks> read_clocks() {
   return now;
 }
 
-}  // namespace
-
-void Stopwatch::create_watch(Watch& watch, std::string_view name) {
-  watch = Watch{std::string(name.substr(0, kLongestName)), true, {}};
-  for (std::size_t clock = 0; clock < kClocks; ++clock) {
-    if (!options_.default_clocks[clock]) watch.clocks[clock].state = ClockState::kOmitted;
-  }
-  if (name.size() > kLongestName) {
-    warn("create_watch", watch.name, "Name shortened to 132 characters.");
-  }
+float seconds_of(const Reading& reading, float now) {
+  const float run = reading.state == ClockState::kRunning ? now - reading.start : 0.0F;
+  return reading.elapsed + run;
 }
 
-void Stopwatch::destroy_watch(Watch& watch) {
-  if (usable(watch, "destroy_watch", "Watch not destroyed.")) watch = Watch{};
+// The place of `name` in the list, its size if it does not stand there.
+std::size_t index_of(std::span<const std::string_view> list, std::string_view name) {
+  return static_cast<std::size_t>(std::find(list.begin(), list.end(), name) - list.begin());
 }
 
-void Stopwatch::start_watch(Watch& watch) {
-  if (!usable(watch, "start_watch", "Watch not started.")) return;
-  const auto now = read_clocks();
-  for (std::size_t clock = 0; clock < kClocks; ++clock) {
-    Watch::Reading& reading = watch.clocks[clock];
-    if (reading.state == ClockState::kStopped) {
-      reading.state = ClockState::kRunning;
-      reading.start = now[clock];
-    } else if (reading.state != ClockState::kOmitted) {
-      warn("start_watch", watch.name, "is in the wrong state for this operation.",
-           "Watch not started.");
-      return;
-    }
-  }
+std::string invalid_clock(std::string_view name) {
+  return "Invalid clock type " + std::string(name) + ".";
 }
 
-void Stopwatch::stop_watch(Watch& watch) {
-  if (!usable(watch, "stop_watch", "Watch not stopped.")) return;
-  const auto now = read_clocks();
-  for (std::size_t clock = 0; clock < kClocks; ++clock) {
-    Watch::Reading& reading = watch.clocks[clock];
-    if (reading.state == ClockState::kOmitted) continue;
-    if (reading.state == ClockState::kStopped) {
-      warn("stop_watch", watch.name, "is in the wrong state for this operation.",
-           "Watch not stopped.");
-      return;
-    }
-    if (reading.state == ClockState::kRunning) reading.elapsed += now[clock] - reading.start;
-    reading.state = ClockState::kStopped;
-  }
-}
-
-void Stopwatch::print_watch(const Watch& watch) {
-  if (usable(watch, "print_watch", "Watch not printed.")) print_times(watch);
-}
-
-void Stopwatch::print_watches(const std::vector<const Watch*>& watches) {
-  if (options_.print_unit == nullptr) return;
-  write(*options_.print_unit, "(a)", "  Times printed by StopWatch:");
-  for (const Watch* watch : watches) print_watch(*watch);
-}
-
-void Stopwatch::print_times(const Watch& watch) {
-  if (options_.print_unit == nullptr) return;
-  write(*options_.print_unit, "(a2,a,a1)", "  ", watch.name, ":");
-  const auto now = read_clocks();
-  for (std::size_t clock = 0; clock < kClocks; ++clock) {
-    const Watch::Reading& reading = watch.clocks[clock];
-    if (reading.state == ClockState::kOmitted) continue;
-    const bool running = reading.state == ClockState::kRunning;
-    const float run = running ? now[clock] - reading.start : 0.0F;
-    options_.print_unit->write_line(time_text(kLabels[clock], reading.elapsed + run));
-  }
+std::string not_open(const Unit& unit) {
+  return "I/O unit number " + std::to_string(unit.number()) + " is not open for writing.";
 }
 
 // Rounded to hundredths before it is split, so that no part shows a 60 or a whole second as its
 // fraction.
-std::string Stopwatch::time_text(std::string_view label, float seconds) const {
+std::string time_text(std::string_view label, float seconds, std::string_view form) {
   const auto total = static_cast<std::int64_t>(std::llround(static_cast<double>(seconds) * 100.0));
   const double fraction = static_cast<double>(total % 100) / 100.0;
   const std::int64_t s = total / 100 % 60;
   const std::int64_t m = total / 6000 % 60;
   const std::int64_t h = total / 360000;
-  switch (options_.form) {
-    case PrintForm::kSec:
-      if (total >= 10000000) return format_record("(a6,f13.2)", label, seconds);
-      return format_record("(a6,f8.2)", label, seconds);
-    case PrintForm::kHhMmSs:
-      return format_record("(a6,i4,\":\",i2.2,\":\",i2.2,f3.2)", label, h, m, s, fraction);
-    case PrintForm::kShortest:
-      break;
+  if (form == "sec") {
+    if (total >= 10000000) return format_record("(a6,f13.2)", label, seconds);
+    return format_record("(a6,f8.2)", label, seconds);
+  }
+  if (form == "hh:mm:ss") {
+    return format_record("(a6,i4,\":\",i2.2,\":\",i2.2,f3.2)", label, h, m, s, fraction);
   }
   const std::string hours = h > 0 ? format_record("(i4,a1)", h, ":") : std::string{};
   return format_record("(a6,a5,i2,\":\",i2.2,f3.2)", label, hours, m, s, fraction);
 }
 
-bool Stopwatch::usable(const Watch& watch, std::string_view routine, std::string_view outcome) {
-  if (!watch.created) warn(routine, {}, "Watch needs to be created.", outcome);
-  return watch.created;
+}  // namespace
+
+// An operation and what its warnings say was left undone.
+struct Stopwatch::Operation {
+  std::string_view routine;
+  std::string_view watch;       // to one watch
+  std::string_view watches;     // to several
+  std::string_view clock = {};  // to a clock, behind its name
+  // The states that it is for, and what it does to a clock that stands at `now`.
+  std::array<ClockState, 3> states = {};
+  void (*act)(Reading& reading, float now) = nullptr;
+
+  std::string_view outcome(const WatchList& list) const { return list.several() ? watches : watch; }
+};
+
+// The clocks to act on.
+struct Stopwatch::Selection {
+  std::array<std::size_t, kClocks> clocks = {0, 1, 2, 3};
+  std::size_t count = kClocks;
+  bool good = true;
+
+  auto begin() const { return clocks.begin(); }
+  auto end() const { return clocks.begin() + count; }
+};
+
+bool Stopwatch::option_stopwatch(const StopwatchOptions& options) {
+  bool good = set_unit(options_.print_unit, options.print_unit,
+                       "I/O unit number for printing not reset as requested.");
+  good &= set_unit(options_.error_unit, options.error_unit,
+                   "I/O unit number for errors not reset as requested.");
+  if (options.print_errors) options_.print_errors = options.print_errors;
+  if (options.abort_on_errors) options_.abort_on_errors = options.abort_on_errors;
+  if (options.default_clocks) good &= set_default_clocks(*options.default_clocks);
+  if (options.form) good &= set_form(*options.form);
+  return good;
 }
 
-void Stopwatch::warn(std::string_view routine, std::string_view name, std::string_view message,
+bool Stopwatch::set_unit(Unit*& unit, Unit* requested, std::string_view outcome) {
+  if (requested == nullptr) return true;
+  if (!requested->is_open()) return warn("option_stopwatch", {}, not_open(*requested), outcome);
+  unit = requested;
+  return true;
+}
+
+bool Stopwatch::set_default_clocks(const Names& names) {
+  Names known;
+  bool good = true;
+  for (const std::string_view name : names) {
+    const std::size_t clock = index_of(kNames, name);
+    if (clock < kClocks) {
+      known.push_back(kNames[clock]);
+    } else {
+      good = warn("option_stopwatch", {}, invalid_clock(name),
+                  "That clock not included in the default clocks.");
+    }
+  }
+  options_.default_clocks = known;
+  return known.empty() ? warn("option_stopwatch", {}, "There are no default clocks.") : good;
+}
+
+bool Stopwatch::set_form(std::string_view form) {
+  const std::size_t known = index_of(kForms, form);
+  if (known == kForms.size()) {
+    return warn("option_stopwatch", {}, "Illegal output form", "Default not changed.");
+  }
+  options_.form = kForms[known];
+  return true;
+}
+
+bool Stopwatch::create_watch(const WatchList& watches, const Names& names, const Names& clocks) {
+  const Operation create{"create_watch", "Watch not created.", "Watches not created."};
+  if (names.size() != watches.size()) {
+    return warn(create.routine, {}, "Number of names is not equal to number of watches.",
+                create.outcome(watches));
+  }
+  const Selection selection =
+      select(create, watches, clocks.empty() ? *options_.default_clocks : clocks);
+  if (clocks.empty() && options_.default_clocks->empty()) {
+    return warn(create.routine, {}, "There are no default clocks.", create.outcome(watches));
+  }
+  bool good = selection.good;
+  auto name = names.begin();
+  for (Watch* watch : watches) {
+    *watch = Watch{std::string(name->substr(0, kLongestName)), true, {}};
+    for (const std::size_t clock : selection) watch->clocks[clock].state = ClockState::kStopped;
+    if (name->size() > kLongestName) {
+      good = warn(create.routine, watch->name, "Name shortened to 132 characters.");
+    }
+    ++name;
+  }
+  return good;
+}
+
+bool Stopwatch::destroy_watch(const WatchList& watches) {
+  const Operation destroy{"destroy_watch", "Watch not destroyed.", "Watches not destroyed."};
+  bool good = true;
+  for (Watch* watch : watches) {
+    good &= created(destroy, *watch);
+    *watch = Watch{};
+  }
+  return good;
+}
+
+bool Stopwatch::start_watch(const WatchList& watches, const Names& clocks) {
+  static constexpr Operation kStart{"start_watch",
+                                    "Watch not started.",
+                                    "Watches not started.",
+                                    "not started.",
+                                    {ClockState::kStopped},
+                                    [](Reading& reading, float now) {
+                                      reading.state = ClockState::kRunning;
+                                      reading.start = now;
+                                    }};
+  return apply(kStart, watches, clocks);
+}
+
+bool Stopwatch::stop_watch(const WatchList& watches, const Names& clocks) {
+  static constexpr Operation kStop{"stop_watch",
+                                   "Watch not stopped.",
+                                   "Watches not stopped.",
+                                   "not stopped.",
+                                   {ClockState::kRunning, ClockState::kPaused},
+                                   [](Reading& reading, float now) {
+                                     reading.elapsed = seconds_of(reading, now);
+                                     reading.state = ClockState::kStopped;
+                                   }};
+  return apply(kStop, watches, clocks);
+}
+
+bool Stopwatch::reset_watch(const WatchList& watches, const Names& clocks) {
+  static constexpr Operation kReset{
+      "reset_watch",
+      "Watch not reset.",
+      "Watches not reset.",
+      "not reset.",
+      {ClockState::kStopped, ClockState::kRunning, ClockState::kPaused},
+      [](Reading& reading, float now) {
+        reading.elapsed = 0.0F;
+        reading.start = now;
+      }};
+  return apply(kReset, watches, clocks);
+}
+
+bool Stopwatch::pause_watch(const WatchList& watches, const Names& clocks) {
+  static constexpr Operation kPause{"pause_watch",
+                                    "Watch not paused.",
+                                    "Watches not paused.",
+                                    "not paused.",
+                                    {ClockState::kRunning},
+                                    [](Reading& reading, float now) {
+                                      reading.elapsed = seconds_of(reading, now);
+                                      reading.state = ClockState::kPaused;
+                                    }};
+  return apply(kPause, watches, clocks);
+}
+
+bool Stopwatch::end_pause_watch(const WatchList& watches, const Names& clocks) {
+  static constexpr Operation kEndPause{"end_pause_watch",
+                                       "Watch not end_paused.",
+                                       "Watches remain paused.",
+                                       "remains paused.",
+                                       {ClockState::kPaused},
+                                       [](Reading& reading, float now) {
+                                         reading.state = ClockState::kRunning;
+                                         reading.start = now;
+                                       }};
+  return apply(kEndPause, watches, clocks);
+}
+
+bool Stopwatch::read_watch(std::vector<float>& seconds, const WatchList& watches,
+                           const Names& clocks) {
+  const Operation read{"read_watch", "Returning 0.0 for all clocks on this watch.",
+                       "Returning 0.0 for watch values."};
+  const Selection selection = select(read, watches, clocks);
+  const auto now = read_clocks();
+  bool good = selection.good;
+  for (Watch* watch : watches) {
+    good &= created(read, *watch);
+    for (const std::size_t clock : selection) {
+      seconds.push_back(seconds_of(watch->clocks[clock], now[clock]));
+    }
+  }
+  return good;
+}
+
+bool Stopwatch::print_watch(const WatchList& watches, const Names& clocks, std::string_view form) {
+  const Operation print{"print_watch", "Watch not printed.", "Watch values not printed."};
+  if (options_.print_unit == nullptr) return true;
+  Unit& unit = *options_.print_unit;
+  if (!unit.is_open()) return warn(print.routine, {}, not_open(unit), print.watches);
+  const Selection selection = select(print, watches, clocks);
+  bool good = selection.good;
+  if (form.empty()) form = *options_.form;
+  if (index_of(kForms, form) == kForms.size()) {
+    good = warn(print.routine, {}, "Illegal output form", "Using form 'sec'");
+    form = kForms[0];
+  }
+  if (watches.several()) write(unit, "(a)", "  Times printed by StopWatch:");
+  for (const Watch* watch : watches) {
+    if (created(print, *watch)) {
+      print_times(*watch, selection, form);
+    } else {
+      good = false;
+    }
+  }
+  return good;
+}
+
+void Stopwatch::print_times(const Watch& watch, const Selection& selection, std::string_view form) {
+  Unit& unit = *options_.print_unit;
+  write(unit, "(a2,a,a1)", "  ", watch.name, ":");
+  const auto now = read_clocks();
+  for (const std::size_t clock : selection) {
+    const Reading& reading = watch.clocks[clock];
+    if (reading.state == ClockState::kOmitted) continue;
+    unit.write_line(time_text(kLabels[clock], seconds_of(reading, now[clock]), form));
+  }
+}
+
+bool Stopwatch::apply(const Operation& operation, const WatchList& watches, const Names& clocks) {
+  const Selection selection = select(operation, watches, clocks);
+  const auto now = read_clocks();
+  bool good = selection.good;
+  for (Watch* watch : watches) {
+    if (created(operation, *watch)) {
+      for (const std::size_t clock : selection) good &= act(operation, *watch, clock, now[clock]);
+    } else {
+      good = false;
+    }
+  }
+  return good;
+}
+
+bool Stopwatch::act(const Operation& operation, Watch& watch, std::size_t clock, float now) {
+  Reading& reading = watch.clocks[clock];
+  if (reading.state == ClockState::kOmitted) return true;
+  const auto& states = operation.states;
+  if (std::find(states.begin(), states.end(), reading.state) == states.end()) {
+    const std::string name(kNames[clock]);
+    return warn(operation.routine, watch.name,
+                name + " clock is in the wrong state for this operation.",
+                "Watch's " + name + " clock " + std::string(operation.clock));
+  }
+  operation.act(reading, now);
+  return true;
+}
+
+Stopwatch::Selection Stopwatch::select(const Operation& operation, const WatchList& watches,
+                                       const Names& clocks) {
+  if (clocks.empty()) return {};
+  Selection selection{.count = 0};
+  if (clocks.size() > kClocks) {
+    selection.good = warn(operation.routine, {},
+                          "Too many clocks specified at clock type " + std::string(clocks[kClocks]),
+                          operation.outcome(watches));
+    return selection;
+  }
+  for (const std::string_view name : clocks) {
+    const std::size_t clock = index_of(kNames, name);
+    if (clock < kClocks) {
+      selection.clocks[selection.count++] = clock;
+    } else {
+      selection.good = warn(operation.routine, {}, invalid_clock(name),
+                            "Requested action not performed on this clock.");
+    }
+  }
+  return selection;
+}
+
+bool Stopwatch::created(const Operation& operation, const Watch& watch) {
+  return watch.created ||
+         warn(operation.routine, {}, "Watch needs to be created.", operation.watch);
+}
+
+bool Stopwatch::warn(std::string_view routine, std::string_view name, std::string_view message,
                      std::string_view outcome) {
-  if (options_.error_unit == nullptr) return;
+  if (*options_.print_errors) write_warning(routine, name, message, outcome);
+  if (*options_.abort_on_errors) {
+    stop("Program aborting: user request to abort on errors in StopWatch.");
+  }
+  return false;
+}
+
+void Stopwatch::write_warning(std::string_view routine, std::string_view name,
+                              std::string_view message, std::string_view outcome) {
+  const auto is_open = [](const Unit* unit) { return unit != nullptr && unit->is_open(); };
+  if (!is_open(options_.error_unit)) {
+    if (!is_open(options_.print_unit)) return;
+    options_.error_unit = options_.print_unit;
+    options_.print_unit->write_line("***** WARNING from StopWatch error handler *****");
+    write_list(*options_.print_unit, "Unable to write to error I/O unit");
+    write_list(*options_.print_unit, "Switching error output to printed output unit");
+  }
   Unit& unit = *options_.error_unit;
   unit.write_line("***** WARNING from StopWatch routine  *****");
   write(unit, "(1x,a)", routine);

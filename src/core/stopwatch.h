@@ -1,12 +1,15 @@
-// Watches that time the phases of a run. A watch carries a clock for the process's CPU time and
-// one for the time on the wall; each is stopped, running or paused.
+// Watches that time the phases of a run. A watch carries up to four clocks, named "cpu" (the
+// process's time), "user", "sys" (always 0 here) and "wall"; each is stopped, running or paused.
 //
 // A fault (an operation that does not fit a clock's state, say) is reported as a framed warning on
-// the error unit; the clock is left as it was and the run goes on.
+// the error unit, the clock is left as it was and the run goes on, unless the options say to abort.
 #pragma once
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,60 +18,102 @@
 
 namespace qob {
 
-enum class Clock : std::size_t { kCpu, kUser, kSys, kWall };
-inline constexpr std::size_t kClocks = 4;
+inline constexpr std::size_t kClocks = 4;  // cpu, user, sys, wall
 
 enum class ClockState { kStopped = 1, kRunning = 2, kPaused = 3, kOmitted = 4 };
 
-enum class PrintForm { kSec, kHhMmSs, kShortest };  // "sec", "hh:mm:ss", "[[hh:]mm:]ss"
-
-// The options that all watches share.
-struct StopwatchOptions {
-  std::array<bool, kClocks> default_clocks = {true, true, true, true};  // by Clock
-  Unit* print_unit = nullptr;                                           // none: nothing is printed
-  Unit* error_unit = nullptr;  // none: no warning is written
-  PrintForm form = PrintForm::kSec;
-};
-
 struct Watch {
   struct Reading {
-    ClockState state = ClockState::kStopped;
+    ClockState state = ClockState::kOmitted;
     float start = 0.0F;    // the clock at the last start, seconds
     float elapsed = 0.0F;  // accumulated, seconds
   };
   std::string name;
   bool created = false;
-  std::array<Reading, kClocks> clocks;  // by Clock
+  std::array<Reading, kClocks> clocks;
 };
 
-class Stopwatch {
+// What an operation works on: a watch, or several in order.
+class WatchList {
  public:
-  void option_stopwatch(const StopwatchOptions& options) { options_ = options; }
-  const StopwatchOptions& inquiry_stopwatch() const { return options_; }
+  WatchList(Watch& watch) : one_(&watch), watches_(&one_, 1), several_(false) {}
+  WatchList(std::initializer_list<Watch*> watches) : watches_(watches.begin(), watches.size()) {}
+  WatchList(std::span<Watch* const> watches) : watches_(watches) {}
+  WatchList(const WatchList&) = delete;
+  WatchList& operator=(const WatchList&) = delete;
 
-  // A watch with the default clocks, all stopped at zero. A name over 132 characters is cut, with
-  // a warning. A watch that `watch` held before is replaced.
-  void create_watch(Watch& watch, std::string_view name);
-  void destroy_watch(Watch& watch);
-
-  // Stopped clocks run.
-  void start_watch(Watch& watch);
-  // Running and paused clocks stop; running ones add the time since their start.
-  void stop_watch(Watch& watch);
-
-  // Prints the watch's times to the print unit.
-  void print_watch(const Watch& watch);
-  // The same for several watches under one heading.
-  void print_watches(const std::vector<const Watch*>& watches);
+  auto begin() const { return watches_.begin(); }
+  auto end() const { return watches_.end(); }
+  std::size_t size() const { return watches_.size(); }
+  bool several() const { return several_; }
 
  private:
-  bool usable(const Watch& watch, std::string_view routine, std::string_view outcome);
-  void warn(std::string_view routine, std::string_view name, std::string_view message,
-            std::string_view outcome = {});
-  void print_times(const Watch& watch);
-  std::string time_text(std::string_view label, float seconds) const;
+  Watch* one_ = nullptr;
+  std::span<Watch* const> watches_;
+  bool several_ = true;
+};
 
-  StopwatchOptions options_;
+using Names = std::vector<std::string_view>;
+
+// The options that all watches share.
+struct StopwatchOptions {
+  std::optional<Names> default_clocks = {};
+  Unit* print_unit = nullptr;
+  Unit* error_unit = nullptr;
+  std::optional<bool> print_errors = {};
+  std::optional<bool> abort_on_errors = {};
+  // "sec", "hh:mm:ss", or "[[hh:]mm:]ss" with the hours only when there are any.
+  std::optional<std::string_view> form = {};
+};
+
+// Operations take the clocks to act on, by default all that the watch has; a clock that the watch
+// does not have is passed over. They return false when something was at fault.
+class Stopwatch {
+ public:
+  // Sets the options that are given and keeps the others. At the start: all clocks, no units,
+  // errors are printed and do not abort, form "sec".
+  bool option_stopwatch(const StopwatchOptions& options);
+  const StopwatchOptions& inquiry_stopwatch() const { return options_; }
+
+  // Watches with these names (132 characters at most) and clocks, by default those of the options,
+  // all stopped at zero. What a watch held before is lost.
+  bool create_watch(const WatchList& watches, const Names& names, const Names& clocks = {});
+  bool destroy_watch(const WatchList& watches);
+
+  bool start_watch(const WatchList& watches, const Names& clocks = {});  // stopped clocks run
+  bool stop_watch(const WatchList& watches,
+                  const Names& clocks = {});  // running and paused ones stop
+  bool reset_watch(const WatchList& watches, const Names& clocks = {});  // to zero, in any state
+  bool pause_watch(const WatchList& watches, const Names& clocks = {});  // running clocks pause
+  bool end_pause_watch(const WatchList& watches,
+                       const Names& clocks = {});  // paused clocks run again
+
+  // Appends the clocks' seconds to `seconds`, watch by watch, up to now for a running clock; 0 for
+  // what cannot be read.
+  bool read_watch(std::vector<float>& seconds, const WatchList& watches, const Names& clocks = {});
+  // Prints them to the print unit, several watches under a heading; by default in the options'
+  // form.
+  bool print_watch(const WatchList& watches, const Names& clocks = {}, std::string_view form = {});
+
+ private:
+  struct Operation;
+  struct Selection;
+  bool set_unit(Unit*& unit, Unit* requested, std::string_view outcome);
+  bool set_default_clocks(const Names& names);
+  bool set_form(std::string_view form);
+  bool apply(const Operation& operation, const WatchList& watches, const Names& clocks);
+  bool act(const Operation& operation, Watch& watch, std::size_t clock, float now);
+  Selection select(const Operation& operation, const WatchList& watches, const Names& clocks);
+  bool created(const Operation& operation, const Watch& watch);
+  void print_times(const Watch& watch, const Selection& selection, std::string_view form);
+  // Writes a warning and aborts the run if the options say so. Returns false.
+  bool warn(std::string_view routine, std::string_view name, std::string_view message,
+            std::string_view outcome = {});
+  void write_warning(std::string_view routine, std::string_view name, std::string_view message,
+                     std::string_view outcome);
+
+  StopwatchOptions options_ = {
+      Names{"cpu", "user", "sys", "wall"}, nullptr, nullptr, true, false, "sec"};
 };
 
 // Runs a watch from its construction to the end of its scope, so that no early return leaves the

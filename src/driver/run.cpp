@@ -14,6 +14,7 @@ namespace qob {
 namespace {
 
 constexpr std::size_t kLongestFileName = 255;
+constexpr const char* kOutOfMemory = "Allocation would exceed memory limit";
 const std::string kLogRule(57, '-');
 
 void take_argument(Model& model, const char* argument) {
@@ -31,25 +32,15 @@ void take_argument(Model& model, const char* argument) {
 }
 
 void create_watches(Watches& w) {
-  StopwatchOptions options;
-  options.default_clocks = {true, false, false, true};  // cpu and wall
-  options.form = PrintForm::kHhMmSs;
-  w.stopwatch.option_stopwatch(options);
-  w.stopwatch.create_watch(w.total, "QOB Total time");
-  w.stopwatch.create_watch(w.init, "Initialisation");
-  w.stopwatch.create_watch(w.history, "Analyse pedigree");
-  w.stopwatch.create_watch(w.pedigree, "Relationship");
-  w.stopwatch.create_watch(w.ocs, "Optimal contribution selection");
-  w.stopwatch.create_watch(w.mating, "Mating");
-  w.stopwatch.create_watch(w.pedigree, "Pedigree");  // the name that the reports show
-  w.stopwatch.create_watch(w.basepop, "OCS Base population");
-  w.stopwatch.create_watch(w.eval, "OCS Evaluation");
-  w.stopwatch.create_watch(w.repair, "OCS Repair mateset");
-  w.stopwatch.create_watch(w.mutate, "OCS Mutation");
-  w.stopwatch.create_watch(w.dirmut, "OCS Directed mutation");
-  w.stopwatch.create_watch(w.recomb, "OCS Recombination");
-  w.stopwatch.create_watch(w.matesel, "OCS Mating and selection");
-  w.stopwatch.create_watch(w.nrm, "OCS NRM");
+  w.stopwatch.option_stopwatch({.default_clocks = Names{"cpu", "wall"}, .form = "hh:mm:ss"});
+  w.stopwatch.create_watch({&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.mating},
+                           {"QOB Total time", "Initialisation", "Analyse pedigree", "Relationship",
+                            "Optimal contribution selection", "Mating"});
+  w.stopwatch.create_watch(w.pedigree, {"Pedigree"});  // the name that the reports show
+  w.stopwatch.create_watch(
+      {&w.basepop, &w.eval, &w.repair, &w.mutate, &w.dirmut, &w.recomb, &w.matesel, &w.nrm},
+      {"OCS Base population", "OCS Evaluation", "OCS Repair mateset", "OCS Mutation",
+       "OCS Directed mutation", "OCS Recombination", "OCS Mating and selection", "OCS NRM"});
 }
 
 void write_banner(Unit& unit, std::string_view version) {
@@ -80,10 +71,11 @@ void open_parameter_file(Model& model) {
   const Text<255>& name = model.parameters.files.qobparmfile;
   const std::string path(name.trimmed());
   if (!InputFile::exists(path)) {
-    handle_error(model, format_list("ERROR Parameter file not found : ", adjustl_trim(name)));
+    handle_error(model,
+                 Text<255>(format_list("ERROR Parameter file not found : ", adjustl_trim(name))));
   }
   if (model.parameter_file.open(path) != 0) {
-    handle_error(model, format_list("ERROR Could not open file ", name));
+    handle_error(model, Text<255>(format_list("ERROR Could not open file ", name)));
   }
 }
 
@@ -143,14 +135,11 @@ void write_timing(Model& model) {
   w.stopwatch.stop_watch(w.total);
   write_list(log);
   write_list(log, "----------------Timing of QOB program -------------------");
-  w.stopwatch.print_watches({&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.nrm, &w.basepop,
-                             &w.eval, &w.repair, &w.mutate, &w.dirmut, &w.recomb, &w.matesel,
-                             &w.mating});
-  for (Watch* watch :
-       {&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.nrm, &w.basepop, &w.eval, &w.repair,
-        &w.mutate, &w.dirmut, &w.recomb, &w.matesel, &w.mating}) {
-    w.stopwatch.destroy_watch(*watch);
-  }
+  const std::initializer_list<Watch*> watches = {
+      &w.total, &w.init,   &w.history, &w.pedigree, &w.ocs,    &w.nrm,     &w.basepop,
+      &w.eval,  &w.repair, &w.mutate,  &w.dirmut,   &w.recomb, &w.matesel, &w.mating};
+  w.stopwatch.print_watch(watches);
+  w.stopwatch.destroy_watch(watches);
   write_list(log, kLogRule);
 }
 
@@ -161,9 +150,8 @@ void close_files(Model& model) {
   }
 }
 
-}  // namespace
-
-void run(Model& model, const char* argument) {
+// Everything up to the end of a successful run.
+void carry_out(Model& model, const char* argument) {
   Watches& w = model.watches;
   const Text<80>& prefix = model.parameters.data.resultsdirectory;
   model.units.out.open_standard_output();
@@ -178,13 +166,11 @@ void run(Model& model, const char* argument) {
   readrecode(model);
   renameoldresultfiles(model, prefix);
 
-  StopwatchOptions options = w.stopwatch.inquiry_stopwatch();
-  options.print_unit = &model.units.log;
-  options.error_unit = &model.units.log;
-  w.stopwatch.option_stopwatch(options);
+  Unit& log = model.units.log;
+  w.stopwatch.option_stopwatch({.print_unit = &log, .error_unit = &log});
   w.stopwatch.stop_watch(w.init);
   w.stopwatch.print_watch(w.init);
-  write_list(model.units.log);
+  write_list(log);
 
   timed_phase(model, w.history, pophistory);
   timed_phase(model, w.pedigree, setup_nrm);
@@ -194,6 +180,15 @@ void run(Model& model, const char* argument) {
   close_files(model);
   copylogfile(model, prefix);
   stop("QOB ended successfully", kSuccess);
+}
+
+}  // namespace
+
+void run(Model& model, const char* argument) {
+  if (!memory_suffices([&] { carry_out(model, argument); })) {
+    both_list(model.units.log, model.units.out, kOutOfMemory);
+  }
+  stop(kOutOfMemory);
 }
 
 }  // namespace qob

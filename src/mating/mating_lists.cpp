@@ -32,10 +32,8 @@ class Lists {
   explicit Lists(Model& model)
       : model_(model), candidates_(model.candidates), mateset_(model.search.best()) {
     const Pedigree& pedigree = model.pedigree;
-    allocate(model, "ERROR in allocating memory in subroutine Mating", [&] {
-      offspring_[0].assign(pedigree.maxid, 0);
-      offspring_[1].assign(pedigree.maxid, 0);
-    });
+    offspring_[0].assign(pedigree.maxid, 0);
+    offspring_[1].assign(pedigree.maxid, 0);
     for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
       if (pedigree.sire(i) > 0) ++offspring_[0](pedigree.sire(i));
       if (pedigree.dam(i) > 0) ++offspring_[1](pedigree.dam(i));

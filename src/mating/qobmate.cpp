@@ -37,7 +37,7 @@ void mating(Model& model) {
        " Average inbreeding      :", model.search.best_value.inbreeding);
   both(units.summary, units.out, "(A75,/)", std::string(75, '-'));
   write_list(units.out, "Writing optimal mateset to file");
-  write_lists(model);
+  allocate(model, "ERROR in allocating memory in subroutine Mating", [&] { write_lists(model); });
   write_list(units.out, "Mating module finished");
 }
 

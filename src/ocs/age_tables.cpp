@@ -125,8 +125,7 @@ AgeStructure age_structure(Model& model, std::int64_t nage) {
   }
   AgeStructure ages;
   ages.nage = nage;
-  allocate(model, "ERROR in allocating memory in Subroutine setup_f_ped.",
-           [&] { ages.weight.assign(nage, 1.0); });
+  ages.weight.assign(nage, 1.0);
   const AgeColumns candidates = candidates_by_age(model.candidates, nage);
   write_candidates(units.log, model.candidates, candidates);
   write_candidates(units.summary, model.candidates, candidates);

@@ -16,22 +16,18 @@ void allocate_population(Model& model) {
   Search& search = model.search;
   const std::int64_t popsize = model.parameters.algorithm.popsize;
   const std::int64_t nmatings = model.parameters.ocs.nmatings;
-  allocate(
-      [&] {
-        search.pop.assign(popsize, nmatings);
-        search.pop_value.assign(popsize, ValueRecord{});
-        search.best_mating.assign(1, nmatings);
-      },
-      [&] {
-        Units& units = model.units;
-        write_list(units.log, "ERROR in allocating memory. Error code: ", ENOMEM);
-        write_list(units.log,
-                   "Size of integer   arrays to be allocated :", (popsize + 1) * nmatings * 2);
-        write_list(units.log, "Size of real      arrays to be allocated :", popsize);
-        write_list(units.out, "ERROR in allocating memory. Error code: ", ENOMEM);
-        stop("Allocation POP failed");
-      });
-  search.allocated = true;
+  search.allocated = memory_suffices([&] {
+    search.pop.assign(popsize, nmatings);
+    search.pop_value.assign(popsize, ValueRecord{});
+    search.best_mating.assign(1, nmatings);
+  });
+  if (search.allocated) return;
+  Units& units = model.units;
+  write_list(units.log, "ERROR in allocating memory. Error code: ", ENOMEM);
+  write_list(units.log, "Size of integer   arrays to be allocated :", (popsize + 1) * nmatings * 2);
+  write_list(units.log, "Size of real      arrays to be allocated :", popsize);
+  write_list(units.out, "ERROR in allocating memory. Error code: ", ENOMEM);
+  stop("Allocation POP failed");
 }
 
 // Reads a mateset from a file: a header line, then a line a mating with its male and its female

@@ -91,6 +91,7 @@ void ocs(Model& model) {
       (2.0 - goal.last_rel) * model.parameters.ocs.dfconstraint / goal.last_genint + goal.last_rel;
   search_best(model);
   report_best_mateset(model);
+  goal.apv2.release();
   write_list(units.out);
   write_list(units.out, "Optimal contribution selection finished");
 }

@@ -37,6 +37,10 @@ std::int64_t count_age_classes(const Model& model);
 // to each age class.
 void realised_contributions(Model& model, const AgeStructure& ages);
 
+// Reads the relationship file once more and stops the run if it lacks a candidate. Appends a
+// summary by birth-time group to the summary file.
+void check_required_relationships(Model& model);
+
 // --- value of a mateset -------------------------------------------------------------------------
 
 // Fills all fields of `value`.

@@ -133,9 +133,16 @@ void set_up_selection(Model& model) {
   both_list(model.units.out, model.units.log, "Computing realised contributions for the previous",
             nage, " periods");
   fill_candidates(model);
-  const AgeStructure ages = age_structure(model, nage);
+  AgeStructure ages;
+  allocate(model, "ERROR in allocating memory in Subroutine setup_f_ped.",
+           [&] { ages = age_structure(model, nage); });
   describe_last_generation(model);
-  realised_contributions(model, ages);
+  allocate(model, "ERROR in allocating memory in subroutine OCS (contrib) ",
+           [&] { realised_contributions(model, ages); });
+  if (!model.relationship.pedsource) {
+    allocate(model, "ERROR in allocating memory ReadID in subroutine Setup_Cnrm",
+             [&] { check_required_relationships(model); });
+  }
   check_capacity(model);
   scale_merit(model, kMale);
   scale_merit(model, kFemale);

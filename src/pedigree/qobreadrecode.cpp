@@ -95,10 +95,10 @@ void number_animals(Reader& reader) {
   }
 }
 
-// What a record holds; values that it lacks are 0 and its text ".".
+// What a record holds; values that it lacks are 0, its sex -1 and its text ".".
 struct Record {
   std::array<std::int32_t, 3> id = {0, 0, 0};
-  std::int32_t sex = 0, btime = 0, matings = 0;
+  std::int32_t sex = -1, btime = 0, matings = 0;
   double ebv = 0.0;
   Text<15> txt = ".";
 };

@@ -1,0 +1,78 @@
+#include "analysis/relationship_file.h"
+
+#include "core/lexer.h"
+
+namespace qob {
+namespace {
+
+constexpr std::size_t kLineWidth = 120;  // what follows is not looked at
+constexpr std::int64_t kProgressStep = 1'000'000;
+constexpr const char* kReadError = "ERROR in reading external relationship file";
+
+}  // namespace
+
+RelationshipWriter::RelationshipWriter(Model& model) : model_(model) {
+  openresultsfile(model, "", model.parameters.relationship.gfile, file_);
+}
+
+void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
+  const std::string value = format_record("(G12.6)", a);
+  file_.write_line(" " + std::to_string(id1) + " " + std::to_string(id2) + " " +
+                   std::string(adjustl_trim(value)));
+  ++records_;
+}
+
+void RelationshipWriter::close() { closeresultsfile(model_, file_); }
+
+RelationshipReader::RelationshipReader(Model& model, Reading reading)
+    : model_(model), reading_(reading) {
+  const std::string path(model.parameters.relationship.gfile.trimmed());
+  if (reading == Reading::kMatrix && !InputFile::exists(path)) {
+    handle_error(model, format_list("ERROR Relationship File not found : ", path));
+  }
+  const int status = file_.open(path);
+  if (status != 0) {
+    handle_error(model, format_list("ERROR Could not open relationship file ", path), status);
+  }
+}
+
+bool RelationshipReader::next(Record& record) {
+  std::string_view line;
+  int status = file_.next_line(line);
+  if (status == kEndOfFile) return false;
+  if (status != 0) stop_at_unreadable(records_ + 1, status);
+  ++records_;
+  line = line.substr(0, kLineWidth);
+  status = read_list(line, id_[0], id_[1], a_);
+  if (status == kMalformed) {
+    write_list(model_.units.out, "Record read ", line);
+    stop_at_unreadable(records_, status);
+  }
+  if (records_ % kProgressStep == 0) {
+    write_list(model_.units.out, "Finished ", records_, " records");
+  }
+  record.i = number_of(id_[0], line);
+  record.j = number_of(id_[1], line);
+  record.a = a_;
+  return true;
+}
+
+void RelationshipReader::stop_at_unreadable(std::int64_t line, int status) {
+  handle_error(model_,
+               reading_ == Reading::kMatrix ? format_list(kReadError)
+                                            : format_list(kReadError, ", line ", line),
+               status);
+}
+
+// Numbers beyond the animals' belong to identifiers that only a request for contributions named.
+std::int32_t RelationshipReader::number_of(std::int32_t id, std::string_view line) {
+  if (id == 0) handle_error(model_, format_list("ERROR Reading id 0 from Relationship file"));
+  const IdTree::Found animal = model_.ids.find(id);
+  if (animal.in_tree && animal.number <= model_.pedigree.maxid) return animal.number;
+  Unit& out = model_.units.out;
+  write_list(out, "Record : ", line);
+  write_list(out, "Record ", records_, " : ", id_[0], id_[1], a_);
+  handle_error(model_, format_list("ERROR Individual ", id, " not found in pedigree"));
+}
+
+}  // namespace qob

@@ -1,0 +1,144 @@
+#include "analysis/relationships_from_file.h"
+
+#include <string>
+
+#include "analysis/cohorts.h"
+#include "analysis/relationship_file.h"
+
+namespace qob {
+namespace {
+
+const std::string kRule(66, '-');
+
+// One line of the summary.
+struct GroupRelationships {
+  std::int64_t on_file = 0;  // diagonal records
+  std::int32_t expected = 0;
+  std::int64_t pairs = 0;  // records of two members
+  double sum_a = 0.0;      // of their relationships
+  double sum_f = 0.0;      // over all members
+};
+
+struct FileContents {
+  Table<GroupRelationships> groups;
+  Table<char> read;           // per animal: its diagonal record was read
+  std::int64_t records = 0;   // lines
+  std::int64_t elements = 0;  // records of two candidates
+};
+
+void write_head(Unit& summary) {
+  write(summary, "(/,A)",
+        "-------------- Summary of relationships read from file -----------------");
+  write_list(summary, "# N.ped   : Number in group read from data file");
+  write_list(summary, "# N.file  : Number read from relationship file");
+  write_list(summary, "# N.exp   : Number expected to be read (candidates)");
+  write_list(summary, "# avg.f   : Average inbreeding (read from file)");
+  write_list(summary,
+             "# %.coa   : Percent of relationships read from file, others assumed to be 0.0");
+  write_list(summary, "# avg.rel : Average relationship (read from file)");
+  write(summary, "(A)", kRule);
+  write(summary, "(5A8,3X,2A8)", "Group", "N.ped", "N.file", "N.exp", "avg.F", "%.coa", "avg.rel");
+}
+
+void enter(Model& model, const Cohorts& cohorts, const RelationshipReader::Record& record,
+           FileContents& contents) {
+  Relationship& relationship = model.relationship;
+  const auto& [i, j, a] = record;
+  GroupRelationships& group = contents.groups(cohorts.cohort(i));
+  if (i == j) {
+    model.pedigree.f(i) = a - 1.0;
+    ++group.on_file;
+    contents.read(i) = 1;
+  } else if (cohorts.cohort(i) == cohorts.cohort(j)) {
+    ++group.pairs;
+    group.sum_a += a;
+  }
+  const std::int32_t row = relationship.nrm_id(i);
+  const std::int32_t column = relationship.nrm_id(j);
+  if (row > 0 && column > 0) {
+    ++contents.elements;
+    relationship.nrm(ute(row, column)) = a;
+  }
+}
+
+FileContents read_file(Model& model, const Cohorts& cohorts, RelationshipReader& file) {
+  Pedigree& pedigree = model.pedigree;
+  FileContents contents;
+  allocate(model, "Error in allocating memory in SubRoutine PopHistory", [&] {
+    contents.groups.assign(cohorts.count(), {});
+    contents.read.assign(pedigree.maxid, 0);
+  });
+  pedigree.f.fill(0.0);
+  RelationshipReader::Record record;
+  while (file.next(record)) enter(model, cohorts, record, contents);
+  contents.records = file.records();
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    GroupRelationships& group = contents.groups(cohorts.cohort(i));
+    group.sum_f += pedigree.f(i);
+    if (model.relationship.nrm_id(i) > 0) ++group.expected;
+  }
+  return contents;
+}
+
+// Writes a line for each group and sets `cohortrel` to the mean relationship of the last one.
+void write_groups(Model& model, const Cohorts& cohorts, const FileContents& contents) {
+  Unit& summary = model.units.summary;
+  for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
+    const GroupRelationships& group = contents.groups(g);
+    const double n = cohorts.n(g);
+    const float pairs = single(n) * single(n - 1.0) / 2.0F;
+    const bool alone = cohorts.n(g) == 1;
+    const double avg_f =
+        group.on_file > 0 ? group.sum_f / static_cast<double>(group.on_file) : group.sum_f;
+    const float percent = alone ? 0.0F : 100.0F * single(group.pairs) / pairs;
+    const double avg_rel = alone ? 0.0 : group.sum_a / (n * (n - 1.0) / 2.0);
+    write(summary, "(4I8,3X,f8.4,f8.2,f8.4)", cohorts.btime(g), cohorts.n(g), group.on_file,
+          group.expected, avg_f, percent, avg_rel);
+    model.relationship.cohortrel = avg_rel;
+  }
+  write(summary, "(A)", kRule);
+}
+
+void report_elements(Model& model, const FileContents& contents) {
+  Unit& log = model.units.log;
+  const std::int64_t size = model.relationship.nrm.size();
+  write(log, "(/,A,I8,2A)", "Read ", contents.records,
+        " records from file : ", model.parameters.relationship.gfile.trimmed());
+  write_list(log, "Read ", contents.elements, " elements of relationship matrix for candidates");
+  const float percent = size == 0 ? 0.0F : 100.0F * single(contents.elements) / single(size);
+  write(log, "(A7,F5.1,A17)", " ", percent, "% of all elements");
+}
+
+void drop_missing_candidates(Model& model, const FileContents& contents) {
+  Pedigree& pedigree = model.pedigree;
+  Unit& log = model.units.log;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (model.relationship.nrm_id(i) == 0 || contents.read(i) == 1) continue;
+    write_list(log);
+    write_list(log,
+               "Individual marked as candidate was not in pedigree file :", pedigree.oldped(i, 1),
+               i, static_cast<int>(contents.read(i)));
+    write_list(log, "Individual ignored as candidate");
+    pedigree.matings(i) = 0;
+  }
+}
+
+}  // namespace
+
+void read_relationships(Model& model) {
+  Units& units = model.units;
+  write_list(units.out, "Reading relationship matrix from file");
+  write_list(units.log,
+             "Reading Relationship from file :", model.parameters.relationship.gfile.trimmed());
+  RelationshipReader file(model, RelationshipReader::Reading::kMatrix);
+  Cohorts cohorts;
+  allocate(model, "Error in allocating memory in SubRoutine PopHistory",
+           [&] { cohorts = group_by_birth_time(model.pedigree.btime); });
+  write_head(units.summary);
+  const FileContents contents = read_file(model, cohorts, file);
+  write_groups(model, cohorts, contents);
+  report_elements(model, contents);
+  drop_missing_candidates(model, contents);
+}
+
+}  // namespace qob

@@ -1,0 +1,46 @@
+// Whether the relationship file holds every candidate. Reads model.candidates and the file.
+#include "analysis/cohorts.h"
+#include "analysis/relationship_file.h"
+#include "ocs/qobocs.h"
+
+namespace qob {
+namespace {
+
+Table<char> animals_on_file(Model& model) {
+  Table<char> on_file(model.pedigree.maxid, 0);
+  RelationshipReader file(model, RelationshipReader::Reading::kCheck);
+  RelationshipReader::Record record;
+  while (file.next(record)) {
+    if (record.i == record.j) on_file(record.i) = 1;
+  }
+  return on_file;
+}
+
+}  // namespace
+
+void check_required_relationships(Model& model) {
+  const Candidates& candidates = model.candidates;
+  Unit& summary = model.units.summary;
+  const Table<char> on_file = animals_on_file(model);
+  const Cohorts cohorts = group_by_birth_time(model.pedigree.btime);
+  Table<std::int32_t> required(cohorts.count(), 0);
+  Table<std::int32_t> missing(cohorts.count(), 0);
+  bool any_missing = false;
+  for (const std::int32_t animal : candidates.cands) {
+    ++required(cohorts.cohort(animal));
+    if (on_file(animal) == 1) continue;
+    ++missing(cohorts.cohort(animal));
+    any_missing = true;
+  }
+  write(summary, "(/,A)", "-------------- Summary of individuals not in file -----------------");
+  write(summary, "(4A8)", "Group", "N.ped", "N.req", "N.miss");
+  for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
+    write(summary, "(3I8,I10)", cohorts.btime(g), cohorts.n(g), required(g), missing(g));
+  }
+  if (any_missing) {
+    handle_error(model,
+                 format_list("Not all required individuals found in relationship file read"));
+  }
+}
+
+}  // namespace qob
