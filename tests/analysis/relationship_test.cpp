@@ -1,9 +1,12 @@
 // Inbreeding and relationships, judged by the tabular method.
 #include <cmath>
 #include <random>
+#include <sstream>
 
 #include "analysis/pedigree_products.h"
+#include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
+#include "core/lexer.h"
 #include "support/program.h"
 
 namespace qob::test {
@@ -200,6 +203,47 @@ TEST_F(SetupNrm, OfRealHerdsAgreesWithTheTabularMethodForEveryAnimal) {
     expect_matrix();
   }
   EXPECT_NE(out.find(" Finished         1000 animals\n"), std::string::npos);
+}
+
+// Every founder's share in every hundredth animal, and in the animals of its birth time.
+TEST_F(SetupNrm, RequestedContributionsOfARealHerdAgreeWithTheRecursion) {
+  const std::string herd = read_file(QOB_SOURCE_DIR "/tests/data/arrui.dat");
+  read_animals(herd);
+  const Pedigree& p = model.pedigree;
+  std::string requests = "&PopulationHistory /";
+  for (int i = 100; i <= p.maxid; i += 70) {
+    for (int ancestor : {1, 2, i / 2}) {
+      const std::string first = format_list("&Contrib ancestor=", p.oldped(ancestor, 1));
+      requests += first + format_list(" descendant=", p.oldped(i, 1), "/\n");
+      requests += first + format_list(" group=", p.btime(i), "/\n");
+    }
+  }
+  model.parameters.data.resultsdirectory = folder / "r_";
+  model.parameter_file.open(folder.write("qob.prm", requests));
+  pophistory(model);
+  const Table2<double> a = dense(p.newped, Matrix::kRelationships);
+  const Table2<double> t = dense(p.newped, Matrix::kGeneFlow);
+  std::istringstream lines(read_file(folder / "r_gencont.txt"));
+  int answered = 0;
+  for (std::string line; std::getline(lines, line);) {
+    std::int32_t id[2], group, n;
+    double related, share, mean_a = 0.0, mean_t = 0.0;
+    if (line.ends_with("founder") || read_list(line, id[0], id[1], group, n, related, share) != 0) {
+      continue;
+    }
+    const std::int32_t from = model.ids.find(id[0]).number;
+    int members = 0;
+    for (int j = 1; j <= p.maxid; ++j) {
+      if (id[1] != 0 ? p.oldped(j, 1) != id[1] : p.btime(j) != group) continue;
+      ++members;
+      mean_a += a(from, j);
+      mean_t += from <= j ? t(j, from) : 0.0;
+    }
+    EXPECT_NEAR(related, mean_a / members, 1e-6) << line;
+    EXPECT_NEAR(share, mean_t / members, 1e-6) << line;
+    answered += id[1] != 0 || n == members;
+  }
+  EXPECT_EQ(answered, 30);
 }
 
 }  // namespace

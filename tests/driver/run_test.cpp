@@ -102,6 +102,21 @@ TEST(WholeRun, TheSameSeedGivesTheSameFilesAndAnotherSeedDoesNot) {
   EXPECT_EQ(files.at("qob.log"), files.at("r_qob.log"));
 }
 
+// All relationships of this herd have at most six digits.
+TEST(WholeRun, RelationshipsFromAFileGiveTheSameMatingsAsThePedigree) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(run(folder, replaced(kParameters, "timesteps=0", "gfile='g.rel'")).status, 0);
+  const auto written = result_files(folder);
+  const std::string from_file = "source='file', gfile='g.rel'";
+  EXPECT_EQ(run(folder, replaced(kParameters, "timesteps=0", from_file)).status, 0);
+  const auto read = result_files(folder);
+  for (const char* name : {"r_qob_MatingList.txt", "r_qob_best.txt", "r_Candidates.txt"}) {
+    EXPECT_EQ(written.at(name), read.at(name)) << name;
+  }
+  EXPECT_NE(read.at("r_F_summary.txt").find("Summary of individuals not in file"),
+            std::string::npos);
+}
+
 TEST(WholeRun, PhasesAreLeftOutAsTheParametersSay) {
   const std::string history_only = replaced(kParameters, "timesteps=0", "timesteps=-1");
   const std::string up_to_matrix = replaced(kParameters, "nmatings=4", "dfconstraint=0.5");

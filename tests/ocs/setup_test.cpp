@@ -86,5 +86,30 @@ TEST_F(SetUpSelection, FaultsStopTheRun) {
   }
 }
 
+// The file is read again, and may have changed since the matrix was read from it.
+TEST_F(SetUpSelection, TheRelationshipFileMustHoldEveryCandidate) {
+  const std::string diagonals = "103 103 1\n104 104 1\n106 106 1\n107 107 1\n109 109 1\n";
+  const std::string head =
+      "\n-------------- Summary of individuals not in file -----------------\n"
+      "   Group   N.ped   N.req  N.miss\n       1       3       1         0\n"
+      "       2       2       1         0\n       3       2       2         0\n";
+  const auto read = [&](const std::string& contents) {
+    model.relationship.pedsource = false;
+    model.parameters.relationship.gfile = folder.write("g.txt", contents);
+    set_up(kHerd);
+  };
+  read(diagonals + "110 109 0.5\n110 110 1\n");
+  EXPECT_TRUE(summary.ends_with(head + "       4       4       2         0\n")) << summary;
+  expect_stop(" Not all required individuals found in relationship file read",
+              [&] { read(diagonals + "110 109 0.5\n"); });
+  EXPECT_TRUE(summary.ends_with(head + "       4       4       2         1\n")) << summary;
+  expect_stop(
+      " ERROR in reading external relationship file, line            2 Value of error:  5010",
+      [&] { read("110 110 1\n1e9\n"); });
+  model.parameters.relationship.gfile = "gone.txt";
+  expect_stop(" ERROR Could not open relationship file gone.txt Value of error:     2",
+              [&] { set_up(kHerd); });
+}
+
 }  // namespace
 }  // namespace qob::test
