@@ -8,7 +8,8 @@
 namespace qob {
 namespace {
 
-const std::string kRule(66, '-');
+constexpr std::string_view kRule =
+    "------------------------------------------------------------------";
 
 // One line of the summary.
 struct GroupRelationships {

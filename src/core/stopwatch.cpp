@@ -16,6 +16,7 @@ using Reading = Watch::Reading;
 constexpr std::size_t kLongestName = 132;
 constexpr std::array<std::string_view, kClocks> kNames = {"cpu", "user", "sys", "wall"};
 constexpr std::array<std::string_view, kClocks> kLabels = {"  cpu=", " user=", "  sys=", " wall="};
+constexpr std::string_view kClockRefused = "Requested action not performed on this clock.";
 constexpr std::array<std::string_view, 3> kForms = {"sec", "hh:mm:ss", "[[hh:]mm:]ss"};
 
 // Seconds since the first call: small numbers keep their hundredths in single precision.
@@ -40,10 +41,6 @@ float seconds_of(const Reading& reading, float now) {
 // The place of `name` in the list, its size if it does not stand there.
 std::size_t index_of(std::span<const std::string_view> list, std::string_view name) {
   return static_cast<std::size_t>(std::find(list.begin(), list.end(), name) - list.begin());
-}
-
-std::string invalid_clock(std::string_view name) {
-  return "Invalid clock type " + std::string(name) + ".";
 }
 
 std::string not_open(const Unit& unit) {
@@ -84,7 +81,7 @@ struct Stopwatch::Operation {
   std::string_view outcome(const WatchList& list) const { return list.several() ? watches : watch; }
 };
 
-// The clocks to act on.
+// The clocks to act on; kClocks stands for one that there is not.
 struct Stopwatch::Selection {
   std::array<std::size_t, kClocks> clocks = {0, 1, 2, 3};
   std::size_t count = kClocks;
@@ -114,19 +111,16 @@ bool Stopwatch::set_unit(Unit*& unit, Unit* requested, std::string_view outcome)
 }
 
 bool Stopwatch::set_default_clocks(const Names& names) {
+  const auto selection = select("option_stopwatch", names, "Default not changed.",
+                                "That clock not included in the default clocks.");
+  if (!selection) return false;
   Names known;
-  bool good = true;
-  for (const std::string_view name : names) {
-    const std::size_t clock = index_of(kNames, name);
-    if (clock < kClocks) {
-      known.push_back(kNames[clock]);
-    } else {
-      good = warn("option_stopwatch", {}, invalid_clock(name),
-                  "That clock not included in the default clocks.");
-    }
+  for (const std::size_t clock : *selection) {
+    if (clock < kClocks && !names.empty()) known.push_back(kNames[clock]);
   }
   options_.default_clocks = known;
-  return known.empty() ? warn("option_stopwatch", {}, "There are no default clocks.") : good;
+  if (known.empty()) return warn("option_stopwatch", {}, "There are no default clocks.");
+  return selection->good;
 }
 
 bool Stopwatch::set_form(std::string_view form) {
@@ -139,23 +133,24 @@ bool Stopwatch::set_form(std::string_view form) {
 }
 
 bool Stopwatch::create_watch(const WatchList& watches, const Names& names, const Names& clocks) {
-  const Operation create{"create_watch", "Watch not created.", "Watches not created."};
+  constexpr Operation kCreate{"create_watch", "Watch not created.", "Watches not created."};
+  const std::string_view refused = kCreate.outcome(watches);
   if (names.size() != watches.size()) {
-    return warn(create.routine, {}, "Number of names is not equal to number of watches.",
-                create.outcome(watches));
+    return warn(kCreate.routine, {}, "Number of names is not equal to number of watches.", refused);
   }
-  const Selection selection =
-      select(create, watches, clocks.empty() ? *options_.default_clocks : clocks);
-  if (clocks.empty() && options_.default_clocks->empty()) {
-    return warn(create.routine, {}, "There are no default clocks.", create.outcome(watches));
-  }
-  bool good = selection.good;
+  const Names& chosen = clocks.empty() ? *options_.default_clocks : clocks;
+  if (chosen.empty()) return warn(kCreate.routine, {}, "There are no default clocks.", refused);
+  const auto selection = select(kCreate.routine, chosen, refused, kClockRefused);
+  if (!selection) return false;
+  bool good = selection->good;
   auto name = names.begin();
   for (Watch* watch : watches) {
     *watch = Watch{std::string(name->substr(0, kLongestName)), true, {}};
-    for (const std::size_t clock : selection) watch->clocks[clock].state = ClockState::kStopped;
+    for (const std::size_t clock : *selection) {
+      if (clock < kClocks) watch->clocks[clock].state = ClockState::kStopped;
+    }
     if (name->size() > kLongestName) {
-      good = warn(create.routine, watch->name, "Name shortened to 132 characters.");
+      good = warn(kCreate.routine, watch->name, "Name shortened to 132 characters.");
     }
     ++name;
   }
@@ -163,10 +158,9 @@ bool Stopwatch::create_watch(const WatchList& watches, const Names& names, const
 }
 
 bool Stopwatch::destroy_watch(const WatchList& watches) {
-  const Operation destroy{"destroy_watch", "Watch not destroyed.", "Watches not destroyed."};
   bool good = true;
   for (Watch* watch : watches) {
-    good &= created(destroy, *watch);
+    good &= created("destroy_watch", *watch, "Watch not destroyed.");
     *watch = Watch{};
   }
   return good;
@@ -203,7 +197,7 @@ bool Stopwatch::reset_watch(const WatchList& watches, const Names& clocks) {
       "reset_watch",
       "Watch not reset.",
       "Watches not reset.",
-      "not reset.",
+      {},
       {ClockState::kStopped, ClockState::kRunning, ClockState::kPaused},
       [](Reading& reading, float now) {
         reading.elapsed = 0.0F;
@@ -240,39 +234,45 @@ bool Stopwatch::end_pause_watch(const WatchList& watches, const Names& clocks) {
 
 bool Stopwatch::read_watch(std::vector<float>& seconds, const WatchList& watches,
                            const Names& clocks) {
-  const Operation read{"read_watch", "Returning 0.0 for all clocks on this watch.",
-                       "Returning 0.0 for watch values."};
-  const Selection selection = select(read, watches, clocks);
+  constexpr Operation kRead{"read_watch", "Returning 0.0 for all clocks on this watch.",
+                            "Returning 0.0 for watch values."};
+  const auto selection = select(kRead.routine, clocks, kRead.outcome(watches), kClockRefused);
+  if (!selection) {
+    seconds.insert(seconds.end(), clocks.size() * watches.size(), 0.0F);
+    return false;
+  }
   const auto now = read_clocks();
-  bool good = selection.good;
+  bool good = selection->good;
   for (Watch* watch : watches) {
-    good &= created(read, *watch);
-    for (const std::size_t clock : selection) {
-      seconds.push_back(seconds_of(watch->clocks[clock], now[clock]));
+    good &= created(kRead.routine, *watch, kRead.watch);
+    for (const std::size_t clock : *selection) {
+      const bool has = clock < kClocks && watch->clocks[clock].state != ClockState::kOmitted;
+      if (has || !clocks.empty()) {
+        seconds.push_back(has ? seconds_of(watch->clocks[clock], now[clock]) : 0.0F);
+      }
     }
   }
   return good;
 }
 
 bool Stopwatch::print_watch(const WatchList& watches, const Names& clocks, std::string_view form) {
-  const Operation print{"print_watch", "Watch not printed.", "Watch values not printed."};
+  constexpr Operation kPrint{"print_watch", "Watch not printed.", "Watch values not printed."};
   if (options_.print_unit == nullptr) return true;
   Unit& unit = *options_.print_unit;
-  if (!unit.is_open()) return warn(print.routine, {}, not_open(unit), print.watches);
-  const Selection selection = select(print, watches, clocks);
-  bool good = selection.good;
+  if (!unit.is_open()) return warn(kPrint.routine, {}, not_open(unit), kPrint.watches);
+  const auto selection = select(kPrint.routine, clocks, kPrint.outcome(watches), kClockRefused);
+  if (!selection) return false;
+  bool good = selection->good;
   if (form.empty()) form = *options_.form;
   if (index_of(kForms, form) == kForms.size()) {
-    good = warn(print.routine, {}, "Illegal output form", "Using form 'sec'");
+    good = warn(kPrint.routine, {}, "Illegal output form", "Using form 'sec'");
     form = kForms[0];
   }
   if (watches.several()) write(unit, "(a)", "  Times printed by StopWatch:");
   for (const Watch* watch : watches) {
-    if (created(print, *watch)) {
-      print_times(*watch, selection, form);
-    } else {
-      good = false;
-    }
+    const bool known = created(kPrint.routine, *watch, kPrint.watch);
+    if (known) print_times(*watch, *selection, form);
+    good &= known;
   }
   return good;
 }
@@ -282,21 +282,22 @@ void Stopwatch::print_times(const Watch& watch, const Selection& selection, std:
   write(unit, "(a2,a,a1)", "  ", watch.name, ":");
   const auto now = read_clocks();
   for (const std::size_t clock : selection) {
-    const Reading& reading = watch.clocks[clock];
-    if (reading.state == ClockState::kOmitted) continue;
-    unit.write_line(time_text(kLabels[clock], seconds_of(reading, now[clock]), form));
+    if (clock == kClocks || watch.clocks[clock].state == ClockState::kOmitted) continue;
+    unit.write_line(time_text(kLabels[clock], seconds_of(watch.clocks[clock], now[clock]), form));
   }
 }
 
 bool Stopwatch::apply(const Operation& operation, const WatchList& watches, const Names& clocks) {
-  const Selection selection = select(operation, watches, clocks);
+  const auto selection =
+      select(operation.routine, clocks, operation.outcome(watches), kClockRefused);
+  if (!selection) return false;
   const auto now = read_clocks();
-  bool good = selection.good;
+  bool good = selection->good;
   for (Watch* watch : watches) {
-    if (created(operation, *watch)) {
-      for (const std::size_t clock : selection) good &= act(operation, *watch, clock, now[clock]);
-    } else {
-      good = false;
+    const bool known = created(operation.routine, *watch, operation.watch);
+    good &= known;
+    for (const std::size_t clock : *selection) {
+      if (known && clock < kClocks) good &= act(operation, *watch, clock, now[clock]);
     }
   }
   return good;
@@ -316,31 +317,31 @@ bool Stopwatch::act(const Operation& operation, Watch& watch, std::size_t clock,
   return true;
 }
 
-Stopwatch::Selection Stopwatch::select(const Operation& operation, const WatchList& watches,
-                                       const Names& clocks) {
-  if (clocks.empty()) return {};
-  Selection selection{.count = 0};
+// The clocks with these names, by default all; none when there are more than clocks.
+std::optional<Stopwatch::Selection> Stopwatch::select(std::string_view routine, const Names& clocks,
+                                                      std::string_view all_refused,
+                                                      std::string_view one_refused) {
+  Selection selection;
+  if (clocks.empty()) return selection;
   if (clocks.size() > kClocks) {
-    selection.good = warn(operation.routine, {},
-                          "Too many clocks specified at clock type " + std::string(clocks[kClocks]),
-                          operation.outcome(watches));
-    return selection;
+    warn(routine, {}, "Too many clocks specified at clock type " + std::string(clocks[kClocks]),
+         all_refused);
+    return std::nullopt;
   }
+  selection.count = 0;
   for (const std::string_view name : clocks) {
     const std::size_t clock = index_of(kNames, name);
-    if (clock < kClocks) {
-      selection.clocks[selection.count++] = clock;
-    } else {
-      selection.good = warn(operation.routine, {}, invalid_clock(name),
-                            "Requested action not performed on this clock.");
+    selection.clocks[selection.count++] = clock;
+    if (clock == kClocks) {
+      selection.good =
+          warn(routine, {}, "Invalid clock type " + std::string(name) + ".", one_refused);
     }
   }
   return selection;
 }
 
-bool Stopwatch::created(const Operation& operation, const Watch& watch) {
-  return watch.created ||
-         warn(operation.routine, {}, "Watch needs to be created.", operation.watch);
+bool Stopwatch::created(std::string_view routine, const Watch& watch, std::string_view refused) {
+  return watch.created || warn(routine, {}, "Watch needs to be created.", refused);
 }
 
 bool Stopwatch::warn(std::string_view routine, std::string_view name, std::string_view message,

@@ -89,7 +89,7 @@ class Stopwatch {
                        const Names& clocks = {});  // paused clocks run again
 
   // Appends the clocks' seconds to `seconds`, watch by watch, up to now for a running clock; 0 for
-  // what cannot be read.
+  // a clock that was asked for and cannot be read.
   bool read_watch(std::vector<float>& seconds, const WatchList& watches, const Names& clocks = {});
   // Prints them to the print unit, several watches under a heading; by default in the options'
   // form.
@@ -103,8 +103,9 @@ class Stopwatch {
   bool set_form(std::string_view form);
   bool apply(const Operation& operation, const WatchList& watches, const Names& clocks);
   bool act(const Operation& operation, Watch& watch, std::size_t clock, float now);
-  Selection select(const Operation& operation, const WatchList& watches, const Names& clocks);
-  bool created(const Operation& operation, const Watch& watch);
+  std::optional<Selection> select(std::string_view routine, const Names& clocks,
+                                  std::string_view all_refused, std::string_view one_refused);
+  bool created(std::string_view routine, const Watch& watch, std::string_view refused);
   void print_times(const Watch& watch, const Selection& selection, std::string_view form);
   // Writes a warning and aborts the run if the options say so. Returns false.
   bool warn(std::string_view routine, std::string_view name, std::string_view message,

@@ -14,8 +14,7 @@ namespace qob {
 namespace {
 
 constexpr std::size_t kLongestFileName = 255;
-constexpr const char* kOutOfMemory = "Allocation would exceed memory limit";
-const std::string kLogRule(57, '-');
+constexpr std::string_view kLogRule = "---------------------------------------------------------";
 
 void take_argument(Model& model, const char* argument) {
   Unit& out = model.units.out;

@@ -5,6 +5,9 @@
 
 namespace qob {
 
+// What a run that lacks memory ends with, unless a phase has a message of its own.
+inline constexpr const char* kOutOfMemory = "Allocation would exceed memory limit";
+
 // Runs the job that the parameter file describes. `argument` is the first command argument, none
 // when nullptr. Ends by a stop, never by returning.
 [[noreturn]] void run(Model& model, const char* argument);

@@ -7,7 +7,8 @@
 namespace qob {
 namespace {
 
-const std::string kRule(75, '-');
+constexpr std::string_view kRule =
+    "---------------------------------------------------------------------------";
 
 // Males or females used in a mateset.
 struct Use {
