@@ -74,9 +74,8 @@ struct Stopwatch::Operation {
   std::string_view watch;       // to one watch
   std::string_view watches;     // to several
   std::string_view clock = {};  // to a clock, behind its name
-  // The states that it is for, and what it does to a clock that stands at `now`.
-  std::array<ClockState, 3> states = {};
-  void (*act)(Reading& reading, float now) = nullptr;
+  std::array<ClockState, 3> from = {};
+  std::optional<ClockState> to = {};  // none: the clock goes on from zero
 
   std::string_view outcome(const WatchList& list) const { return list.several() ? watches : watch; }
 };
@@ -167,69 +166,52 @@ bool Stopwatch::destroy_watch(const WatchList& watches) {
 }
 
 bool Stopwatch::start_watch(const WatchList& watches, const Names& clocks) {
-  static constexpr Operation kStart{"start_watch",
-                                    "Watch not started.",
-                                    "Watches not started.",
-                                    "not started.",
-                                    {ClockState::kStopped},
-                                    [](Reading& reading, float now) {
-                                      reading.state = ClockState::kRunning;
-                                      reading.start = now;
-                                    }};
-  return apply(kStart, watches, clocks);
+  return apply({"start_watch",
+                "Watch not started.",
+                "Watches not started.",
+                "not started.",
+                {ClockState::kStopped},
+                ClockState::kRunning},
+               watches, clocks);
 }
 
 bool Stopwatch::stop_watch(const WatchList& watches, const Names& clocks) {
-  static constexpr Operation kStop{"stop_watch",
-                                   "Watch not stopped.",
-                                   "Watches not stopped.",
-                                   "not stopped.",
-                                   {ClockState::kRunning, ClockState::kPaused},
-                                   [](Reading& reading, float now) {
-                                     reading.elapsed = seconds_of(reading, now);
-                                     reading.state = ClockState::kStopped;
-                                   }};
-  return apply(kStop, watches, clocks);
+  return apply({"stop_watch",
+                "Watch not stopped.",
+                "Watches not stopped.",
+                "not stopped.",
+                {ClockState::kRunning, ClockState::kPaused},
+                ClockState::kStopped},
+               watches, clocks);
 }
 
 bool Stopwatch::reset_watch(const WatchList& watches, const Names& clocks) {
-  static constexpr Operation kReset{
-      "reset_watch",
-      "Watch not reset.",
-      "Watches not reset.",
-      {},
-      {ClockState::kStopped, ClockState::kRunning, ClockState::kPaused},
-      [](Reading& reading, float now) {
-        reading.elapsed = 0.0F;
-        reading.start = now;
-      }};
-  return apply(kReset, watches, clocks);
+  return apply({"reset_watch",
+                "Watch not reset.",
+                "Watches not reset.",
+                {},
+                {ClockState::kStopped, ClockState::kRunning, ClockState::kPaused}},
+               watches, clocks);
 }
 
 bool Stopwatch::pause_watch(const WatchList& watches, const Names& clocks) {
-  static constexpr Operation kPause{"pause_watch",
-                                    "Watch not paused.",
-                                    "Watches not paused.",
-                                    "not paused.",
-                                    {ClockState::kRunning},
-                                    [](Reading& reading, float now) {
-                                      reading.elapsed = seconds_of(reading, now);
-                                      reading.state = ClockState::kPaused;
-                                    }};
-  return apply(kPause, watches, clocks);
+  return apply({"pause_watch",
+                "Watch not paused.",
+                "Watches not paused.",
+                "not paused.",
+                {ClockState::kRunning},
+                ClockState::kPaused},
+               watches, clocks);
 }
 
 bool Stopwatch::end_pause_watch(const WatchList& watches, const Names& clocks) {
-  static constexpr Operation kEndPause{"end_pause_watch",
-                                       "Watch not end_paused.",
-                                       "Watches remain paused.",
-                                       "remains paused.",
-                                       {ClockState::kPaused},
-                                       [](Reading& reading, float now) {
-                                         reading.state = ClockState::kRunning;
-                                         reading.start = now;
-                                       }};
-  return apply(kEndPause, watches, clocks);
+  return apply({"end_pause_watch",
+                "Watch not end_paused.",
+                "Watches remain paused.",
+                "remains paused.",
+                {ClockState::kPaused},
+                ClockState::kRunning},
+               watches, clocks);
 }
 
 bool Stopwatch::read_watch(std::vector<float>& seconds, const WatchList& watches,
@@ -306,14 +288,16 @@ bool Stopwatch::apply(const Operation& operation, const WatchList& watches, cons
 bool Stopwatch::act(const Operation& operation, Watch& watch, std::size_t clock, float now) {
   Reading& reading = watch.clocks[clock];
   if (reading.state == ClockState::kOmitted) return true;
-  const auto& states = operation.states;
-  if (std::find(states.begin(), states.end(), reading.state) == states.end()) {
+  const auto& from = operation.from;
+  if (std::find(from.begin(), from.end(), reading.state) == from.end()) {
     const std::string name(kNames[clock]);
     return warn(operation.routine, watch.name,
                 name + " clock is in the wrong state for this operation.",
                 "Watch's " + name + " clock " + std::string(operation.clock));
   }
-  operation.act(reading, now);
+  reading.elapsed = operation.to ? seconds_of(reading, now) : 0.0F;
+  reading.start = now;
+  reading.state = operation.to.value_or(reading.state);
   return true;
 }
 
