@@ -26,7 +26,7 @@ void RelationshipWriter::close() { closeresultsfile(model_, file_); }
 
 RelationshipReader::RelationshipReader(Model& model, Reading reading)
     : model_(model), reading_(reading) {
-  const std::string path(model.parameters.relationship.gfile.trimmed());
+  const std::string path(adjustl_trim(model.parameters.relationship.gfile));
   if (reading == Reading::kMatrix && !InputFile::exists(path)) {
     handle_error(model, format_list("ERROR Relationship File not found : ", path));
   }

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "core/stop.h"
 
@@ -14,7 +15,11 @@ namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 16;
 
+WriteFaultReporter write_fault_reporter = nullptr;
+
 }  // namespace
+
+void set_write_fault_reporter(WriteFaultReporter reporter) { write_fault_reporter = reporter; }
 
 int Unit::open_write(const std::string& path, Flush flush) {
   file_.reset(std::fopen(path.c_str(), "w"));
@@ -64,7 +69,10 @@ int Unit::close() {
 }
 
 void Unit::fail_writing(int status) const {
-  stop(" ERROR in writing file " + path_ + " : " + std::strerror(status));
+  const std::string message = " ERROR in writing file " + path_ + " : " + std::strerror(status);
+  const WriteFaultReporter report = std::exchange(write_fault_reporter, nullptr);
+  if (report != nullptr) report(message);
+  stop(message);
 }
 
 bool InputFile::exists(const std::string& path) {

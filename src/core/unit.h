@@ -13,8 +13,13 @@ namespace qob {
 inline constexpr int kEndOfFile = -1;
 inline constexpr int kMalformed = 5010;
 
+// Reports a refused write elsewhere before the program stops. It is called once: its own writes
+// may be refused too.
+using WriteFaultReporter = void (*)(std::string_view message);
+void set_write_fault_reporter(WriteFaultReporter reporter);
+
 // Output goes out in whole lines only, so that an interrupted run leaves no half line behind. A
-// write that the system refuses stops the program with the file's name and the error number.
+// write that the system refuses stops the program with the file's name and what the system says.
 class Unit {
  public:
   explicit Unit(int number) : number_(number) {}

@@ -149,6 +149,8 @@ void close_files(Model& model) {
   }
 }
 
+Model* running = nullptr;
+
 // Everything up to the end of a successful run.
 void carry_out(Model& model, const char* argument) {
   Watches& w = model.watches;
@@ -184,6 +186,10 @@ void carry_out(Model& model, const char* argument) {
 }  // namespace
 
 void run(Model& model, const char* argument) {
+  running = &model;
+  set_write_fault_reporter([](std::string_view message) {
+    both(running->units.log, running->units.out, "(A)", message);
+  });
   if (!memory_suffices([&] { carry_out(model, argument); })) {
     both_list(model.units.log, model.units.out, kOutOfMemory);
   }

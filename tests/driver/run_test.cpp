@@ -179,6 +179,9 @@ TEST(CommandLine, HelpVersionAndFaultyArguments) {
   const RunResult no_log = run(folder);
   EXPECT_EQ(no_log.status, 1);
   EXPECT_EQ(no_log.err, "ERROR in opening log file qob.log \n");
+  fs::remove(folder / "qob.log");
+  fs::create_symlink("/dev/full", folder / "qob.log");
+  EXPECT_EQ(run(folder).err, " ERROR in writing file qob.log : No space left on device\n");
 }
 
 TEST(ParameterFaults, EachEndsTheRunWithItsMessage) {
