@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 
 #include "analysis/qobrelshipmatrix.h"
 #include "support/program.h"
