@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
+#include <system_error>
 
 namespace qob {
 namespace {
@@ -24,8 +26,20 @@ void handle_error(Model& model, std::string_view message, std::optional<int> val
   stop(" Program terminated. Check file qob.log");
 }
 
+void refuse_input_file(Model& model, const std::string& path) {
+  const Parameters& p = model.parameters;
+  for (const std::string_view input :
+       {adjustl_trim(p.data.datafile), p.files.qobparmfile.trimmed()}) {
+    std::error_code missing;
+    if (std::filesystem::equivalent(path, input, missing)) {
+      handle_error(model, format_list("ERROR in opening file ", path, " : it is an input file"));
+    }
+  }
+}
+
 void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit) {
   const std::string path = std::string(adjustl_trim(prefix)) + std::string(adjustl_trim(name));
+  refuse_input_file(model, path);
   const int status = unit.open_write(path);
   if (status != 0) handle_error(model, format_list("ERROR in opening file ", path), status);
 }

@@ -78,6 +78,9 @@ struct Model {
 [[noreturn]] void handle_error(Model& model, std::string_view message,
                                std::optional<int> value = std::nullopt);
 
+// Stops the run if `path`, about to be written, is the data file or the parameter file.
+void refuse_input_file(Model& model, const std::string& path);
+
 // Opens the result file `name` behind the results prefix, from its start. A failure stops the run.
 void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit);
 // Closes it. A failure stops the run.

@@ -213,7 +213,9 @@ void write_recoded_ids(Model& model) {
 
 void openfilerecodedids(Model& model, Unit& unit) {
   const Text<80>& name = model.parameters.data.recodefile;
-  const int status = unit.open_write(std::string(adjustl_trim(name)));
+  const std::string path(adjustl_trim(name));
+  refuse_input_file(model, path);
+  const int status = unit.open_write(path);
   if (status != 0) {
     handle_error(model, format_list("ERROR Could not open file for recoded ID's", name), status);
   }

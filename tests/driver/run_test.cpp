@@ -198,7 +198,7 @@ TEST(ParameterFaults, EachEndsTheRunWithItsMessage) {
     EXPECT_TRUE(read_file(folder / "qob.log").ends_with("\n" + message + "\n"));
     EXPECT_TRUE(result.err.ends_with(" Program terminated. Check file qob.log\n"));
   }
-  EXPECT_EQ(tried, 26);
+  EXPECT_EQ(tried, 28);
 }
 
 TEST(ParameterFaults, AFaultyAlgorithmGroupIsShownAsFarAsItWasRead) {
