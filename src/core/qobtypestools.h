@@ -13,6 +13,8 @@
 #include "core/parameters.h"
 #include "core/record.h"
 #include "core/relationship.h"
+#include "core/relationship_rows.h"
+#include "core/relationship_sums.h"
 #include "core/selection.h"
 #include "core/stop.h"
 #include "core/stopwatch.h"
@@ -66,6 +68,8 @@ struct Model {
   Relationship relationship;
   Candidates candidates;
   Goal goal;
+  RelationshipRows rows;     // of the candidates, while the search runs
+  RelationshipSums sums[2];  // of relationships to a mateset, by sex, likewise
   Search search;
   Random random;
   Watches watches;

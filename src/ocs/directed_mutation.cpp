@@ -1,10 +1,14 @@
 // Directed mutation of a mateset: the best replacement of single parents. Reads the candidates,
 // their relationships and the goal.
+#include <algorithm>
 #include <cmath>
+#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "ocs/qobocs.h"
+#include "ocs/replacement_bounds.h"
 
 namespace qob {
 namespace {
@@ -19,18 +23,94 @@ Criterion criterion_of(Model& model) {
   handle_error(model, format_list("ERROR in Subroutine Directed_Mutation"));
 }
 
+// A candidate in the place of another.
+struct Choice {
+  std::int32_t candidate = 0;  // 0: none
+  double gain = 0.0;           // G: of scaled merit
+  double relationship = 0.0;   // R: change of the average relationship
+  double score = 0.0;
+};
+
+// The average relationship of the next generation while replacements are made: bounds of it, and,
+// where they leave a decision open, the value itself, from the mateset as it was at first and the
+// changes since.
+class PredictedRelationship {
+ public:
+  PredictedRelationship(Model& model, const std::vector<std::int32_t>& uses, double d)
+      : model_(model) {
+    for (std::size_t i = 1; i < uses.size(); ++i) {
+      if (uses[i] == 0) continue;
+      first_.candidate.push_back(static_cast<std::int32_t>(i));
+      first_.c.push_back(static_cast<double>(uses[i]) * d);
+    }
+    set_bounds(d);
+  }
+
+  const Bounds& bounds() const { return bounds_; }
+
+  double value() {
+    if (!known_) {
+      const Contributions* const set = &first_;
+      average_relationships(model_, {&set, 1}, model_.rows, RelationshipRows::Keep::kRows, &value_);
+      for (const double change : changes_) value_ = change + value_;
+      known_ = true;
+      bounds_ = {value_, value_};
+    }
+    return value_;
+  }
+
+  bool exceeds(double limit) {
+    if (bounds_.low > limit) return true;
+    if (bounds_.high <= limit) return false;
+    return value() > limit;
+  }
+
+  void add(double change) {
+    changes_.push_back(change);
+    value_ = change + value_;
+    bounds_ = {change + bounds_.low, change + bounds_.high};
+  }
+
+ private:
+  // c'Ac from the sums of relationships. The proper sum rounds each of its terms, and none of its
+  // partial sums is greater than `most`; epsilon is twice a rounding.
+  void set_bounds(double d) {
+    const Goal& goal = model_.goal;
+    double sum = goal.vpapv, greatest_apv2 = 0.0;
+    for (std::size_t k = 0; k < first_.candidate.size(); ++k) {
+      const std::int32_t i = first_.candidate[k];
+      const RelationshipSums& sums = model_.sums[model_.candidates.is_male(i) ? 0 : 1];
+      sum += first_.c[k] * (sums.data()[i] * d + goal.apv2(i));
+      greatest_apv2 = std::max(greatest_apv2, std::abs(goal.apv2(i)));
+    }
+    const auto n = static_cast<double>(first_.candidate.size());
+    const double most = std::abs(goal.vpapv) + model_.rows.largest() + greatest_apv2;
+    const double error = (n * n + 16.0 * n + 64.0) * std::numeric_limits<double>::epsilon() * most +
+                         model_.sums[0].error() + model_.sums[1].error();
+    const double square = goal.last_genint * goal.last_genint;
+    bounds_ = {(sum - error) / square, (sum + error) / square};
+  }
+
+  Model& model_;
+  Contributions first_;
+  std::vector<double> changes_;
+  Bounds bounds_;
+  double value_ = 0.0;
+  bool known_ = false;
+};
+
 class DirectedMutation {
  public:
-  DirectedMutation(Model& model, Mateset mateset)
+  DirectedMutation(Model& model, Mateset mateset, Criterion criterion)
       : model_(model),
         candidates_(model.candidates),
         goal_(model.goal),
         mateset_(mateset),
-        criterion_(criterion_of(model)),
+        criterion_(criterion),
         d_(1.0 / static_cast<double>(2 * mateset.nmatings())),
         matings_(remaining_matings(candidates_, mateset)),
-        rows_(std::int64_t{candidates_.ncands} + 1, 0) {
-    for (std::int64_t p = 1; p <= 2 * mateset_.nmatings(); ++p) ++rows_(mateset_.entry(p));
+        uses_(static_cast<std::size_t>(candidates_.ncands) + 1, 0) {
+    for (std::int64_t p = 1; p <= 2 * mateset_.nmatings(); ++p) ++uses(mateset_.entry(p));
     list_used();
   }
 
@@ -38,107 +118,156 @@ class DirectedMutation {
   void replace(std::int64_t j, int sex) {
     const std::int32_t x = mateset_(j, sex);
     const std::int64_t needed = sex == kMale ? model_.parameters.ocs.limitmalematings : 1;
-    if (criterion_ == Criterion::kConstraint && !evaluated_) {
-      evaluation(model_, mateset_, value_);
-      evaluated_ = true;
-    }
     const Choice best = choose(x, sex, needed);
     if (best.candidate == 0) return;
     enter(j, sex, best.candidate);
     matings_(x) += needed;
     matings_(best.candidate) -= needed;
-    if (criterion_ == Criterion::kConstraint) update_value(best);
+    if (criterion_ == Criterion::kConstraint) predicted_->add(best.relationship);
   }
 
  private:
-  struct Choice {
-    std::int32_t candidate = 0;
-    double gain = 0.0;          // G: of scaled merit
-    double relationship = 0.0;  // R: change of the average relationship
-    double score = 0.0;
-  };
-
-  // A candidate and its contribution, in ascending order of candidates.
-  struct Used {
-    std::int32_t candidate;
-    double contribution;
-  };
+  std::int32_t& uses(std::int32_t i) { return uses_[static_cast<std::size_t>(i)]; }
 
   void list_used() {
     used_.clear();
     for (std::int32_t j = 1; j <= candidates_.ncands; ++j) {
-      const double c = static_cast<double>(rows_(j)) * d_;
-      if (c >= kTiny) used_.push_back({j, c});
+      if (static_cast<double>(uses(j)) * d_ >= kTiny) used_.push_back(j);
     }
   }
 
   // The sum over all used candidates of their contribution times their relationship with y.
-  double relationship_to_used(std::int32_t y) const {
+  double relationship_to_used(std::int32_t y) {
     double sum = 0.0;
-    for (const Used& used : used_) {
-      sum += used.contribution * cnrm(model_.relationship, candidates_, y, used.candidate);
+    for (const std::int32_t j : used_) {
+      const double contribution = static_cast<double>(uses(j)) * d_;
+      sum += contribution * cnrm(model_.relationship, candidates_, y, j);
     }
     return sum;
   }
 
-  // The change of the average relationship when y takes one mating of x.
-  double relationship_change(std::int32_t x, std::int32_t y, double a_x) const {
-    const Relationship& relationship = model_.relationship;
-    const double a_y = relationship_to_used(y);
-    const double squares = cnrm(relationship, candidates_, y, y) +
-                           cnrm(relationship, candidates_, x, x) -
-                           2.0 * cnrm(relationship, candidates_, y, x);
-    return (d_ * (goal_.apv2(y) - goal_.apv2(x)) + 2.0 * d_ * (a_y - a_x) + d_ * d_ * squares) /
-           (goal_.last_genint * goal_.last_genint);
-  }
-
   // The best replacement of x; none when no candidate has the matings that are needed, or none
   // keeps the constraint. The lowest-numbered of equally good ones.
-  Choice choose(std::int32_t x, int sex, std::int64_t needed) const {
-    const double a_x = relationship_to_used(x);
-    const bool too_related =
-        criterion_ == Criterion::kConstraint && value_.relationship > goal_.constraint;
-    Choice best;
-    for (std::int32_t y = candidates_.first(sex); y <= candidates_.last(sex); ++y) {
-      if (matings_(y) < needed) continue;
-      Choice choice;
-      choice.candidate = y;
-      choice.gain = (candidates_.merit(y) - candidates_.merit(x)) * d_ / goal_.k_factor[sex - 1];
-      choice.relationship = relationship_change(x, y, a_x);
-      choice.score = score(choice, too_related);
-      const bool over = criterion_ == Criterion::kConstraint && !too_related &&
-                        choice.relationship + value_.relationship > goal_.constraint;
-      if (over || std::isnan(choice.score)) continue;
-      if (best.candidate == 0 || choice.score > best.score) best = choice;
+  Choice choose(std::int32_t x, int sex, std::int64_t needed) {
+    x_ = x;
+    sex_ = sex;
+    needed_ = needed;
+    a_x_ = relationship_to_used(x);
+    if (criterion_ == Criterion::kMerit) return best_gain();
+    follow(sex);
+    if (criterion_ == Criterion::kConstraint && !predicted_) {
+      follow(kMale + kFemale - sex);
+      predicted_.emplace(model_, uses_, d_);
     }
+    set_bounds();
+    if (criterion_ == Criterion::kPenalty) return best_penalised();
+    return predicted_->exceeds(goal_.constraint) ? least_related() : best_within_constraint();
+  }
+
+  void follow(int sex) {
+    model_.sums[sex - 1].follow(model_.relationship, candidates_, model_.rows, sex, uses_);
+  }
+
+  void set_bounds() {
+    const double* row_x;
+    model_.rows.read(model_.relationship, candidates_, {&x_, 1}, RelationshipRows::Keep::kRows,
+                     &row_x);
+    bound_relationship_changes(model_, sex_, d_, x_, a_x_, row_x, bounds_);
+  }
+
+  const Bounds& bounds(std::int32_t y) const {
+    return bounds_[static_cast<std::size_t>(y - candidates_.first(sex_))];
+  }
+
+  template <class Action>
+  void for_each_eligible(Action action) {
+    for (std::int32_t y = candidates_.first(sex_); y <= candidates_.last(sex_); ++y) {
+      if (matings_(y) >= needed_) action(y);
+    }
+  }
+
+  double gain(std::int32_t y) const {
+    return (candidates_.merit(y) - candidates_.merit(x_)) * d_ / goal_.k_factor[sex_ - 1];
+  }
+
+  double exact_change(std::int32_t y) {
+    const Relationship& relationship = model_.relationship;
+    const double squares = cnrm(relationship, candidates_, y, y) +
+                           cnrm(relationship, candidates_, x_, x_) -
+                           2.0 * cnrm(relationship, candidates_, y, x_);
+    return relationship_change(d_, goal_.apv2(y) - goal_.apv2(x_), relationship_to_used(y) - a_x_,
+                               squares, goal_.last_genint);
+  }
+
+  static void take_better(Choice& best, const Choice& choice) {
+    if (std::isnan(choice.score)) return;
+    if (best.candidate == 0 || choice.score > best.score) best = choice;
+  }
+
+  // The highest of the scores that `score` gives for a change of relationship. Only candidates
+  // whose bounds reach the greatest sure score are looked at closely.
+  template <class Score>
+  Choice highest(Score score) {
+    double sure = -std::numeric_limits<double>::infinity();
+    for_each_eligible([&](std::int32_t y) {
+      const double a = score(y, bounds(y).low);
+      const double b = score(y, bounds(y).high);
+      if (a > sure && b > sure) sure = std::min(a, b);
+    });
+    Choice best;
+    for_each_eligible([&](std::int32_t y) {
+      if (score(y, bounds(y).low) < sure && score(y, bounds(y).high) < sure) return;
+      const double change = exact_change(y);
+      take_better(best, {y, gain(y), change, score(y, change)});
+    });
     return best;
   }
 
-  double score(const Choice& choice, bool too_related) const {
+  Choice best_penalised() {
     const OCSParameters& p = model_.parameters.ocs;
-    if (criterion_ == Criterion::kPenalty) {
-      return p.w_merit * choice.gain + p.w_relationship * choice.relationship;
-    }
-    return too_related ? -(choice.relationship + value_.relationship) : choice.gain;
+    return highest([&](std::int32_t y, double change) {
+      return p.w_merit * gain(y) + p.w_relationship * change;
+    });
   }
 
-  // Writes y into the slot or row and counts the rows of the sex anew.
+  Choice least_related() {
+    const double now = predicted_->value();
+    return highest([&](std::int32_t, double change) { return -(change + now); });
+  }
+
+  Choice best_gain() {
+    Choice best;
+    for_each_eligible([&](std::int32_t y) { take_better(best, {y, gain(y), 0.0, gain(y)}); });
+    return best;
+  }
+
+  Choice best_within_constraint() {
+    Choice best;
+    for_each_eligible([&](std::int32_t y) {
+      const Choice choice = {y, gain(y), 0.0, gain(y)};
+      const bool better = best.candidate == 0 || choice.score > best.score;
+      if (better && !exceeds_constraint(y)) take_better(best, choice);
+    });
+    if (best.candidate != 0) best.relationship = exact_change(best.candidate);
+    return best;
+  }
+
+  bool exceeds_constraint(std::int32_t y) {
+    const Bounds& now = predicted_->bounds();
+    if (bounds(y).low + now.low > goal_.constraint) return true;
+    if (bounds(y).high + now.high <= goal_.constraint) return false;
+    return exact_change(y) + predicted_->value() > goal_.constraint;
+  }
+
+  // Writes y into the slot or row.
   void enter(std::int64_t j, int sex, std::int32_t y) {
-    if (sex == kMale) {
-      fill_slot(mateset_, j, male_slots(model_), y);
-    } else {
-      mateset_.female(j) = y;
+    const std::int64_t step = sex == kMale ? male_slots(model_) : mateset_.nmatings();
+    for (std::int64_t row = j; row <= mateset_.nmatings(); row += step) {
+      --uses(mateset_(row, sex));
+      ++uses(y);
+      mateset_(row, sex) = y;
     }
-    for (std::int32_t i = candidates_.first(sex); i <= candidates_.last(sex); ++i) rows_(i) = 0;
-    for (std::int64_t row = 1; row <= mateset_.nmatings(); ++row) ++rows_(mateset_(row, sex));
     list_used();
-  }
-
-  void update_value(const Choice& best) {
-    const double predicted = best.relationship + value_.relationship;
-    value_.scaled_merit += best.gain;
-    value_.relationship = predicted;
-    value_.rate = (predicted - goal_.last_rel) * goal_.last_genint / (2.0 - goal_.last_rel);
   }
 
   Model& model_;
@@ -148,10 +277,15 @@ class DirectedMutation {
   Criterion criterion_;
   double d_;  // the contribution of one mating
   Allowances matings_;
-  Table<std::int64_t, 0> rows_;  // rows in which each candidate stands
-  std::vector<Used> used_;
-  ValueRecord value_;  // kept up to date under the constraint
-  bool evaluated_ = false;
+  std::vector<std::int32_t> uses_;                  // rows in which each candidate stands
+  std::vector<std::int32_t> used_;                  // the candidates with uses, ascending
+  std::optional<PredictedRelationship> predicted_;  // under the constraint
+  // The replacement under way.
+  std::int32_t x_ = 0;
+  int sex_ = kMale;
+  std::int64_t needed_ = 0;
+  double a_x_ = 0.0;  // the sum of x
+  std::vector<Bounds> bounds_;
 };
 
 }  // namespace
@@ -160,14 +294,18 @@ void directed_mutation(Model& model, Mateset mateset) {
   const double probability = model.parameters.algorithm.directed_mutation_probability;
   if (probability < kTiny) return;
   const Timed timed(model.watches.stopwatch, model.watches.dirmut);
-  DirectedMutation mutation(model, mateset);
+  const Criterion criterion = criterion_of(model);
+  std::optional<DirectedMutation> mutation;
+  const auto replace_at = [&](std::int64_t j, int sex) {
+    if (!(probability > model.random.uni())) return;
+    if (!mutation) mutation.emplace(model, mateset, criterion);
+    mutation->replace(j, sex);
+  };
   const std::int64_t slots = male_slots(model);
-  for (std::int64_t j = 1; j <= slots; ++j) {
-    if (probability > model.random.uni()) mutation.replace(j, kMale);
-  }
-  for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
-    if (probability > model.random.uni()) mutation.replace(j, kFemale);
-  }
+  for (std::int64_t j = 1; j <= slots; ++j) replace_at(j, kMale);
+  for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) replace_at(j, kFemale);
+  // The value is needed by nobody: what may be seen is that an illegal mateset is reported.
+  if (criterion != Criterion::kPenalty || is_legal(model, mateset)) return;
   ValueRecord value;
   evaluation(model, mateset, value);
 }

@@ -58,6 +58,7 @@ void make_offspring(Model& model, const Table<std::int32_t>& index, Offspring& o
   const Table<double> cumulative = selection_probabilities(index);
   std::int64_t parent1 = cumulative.size();
   std::int64_t parent2 = cumulative.size();
+  Evaluations evaluations(model);
   for (std::int64_t o = 1; o <= offspring.values.size(); ++o) {
     const Mateset child = offspring.matesets(o);
     parent1 = draw_parent(model.random, cumulative, parent1);
@@ -70,8 +71,9 @@ void make_offspring(Model& model, const Table<std::int32_t>& index, Offspring& o
     mutate(model, child);
     directed_mutation(model, child);
     repair_mateset(model, child);
-    evaluation(model, child, offspring.values(o));
+    evaluations.add(child, offspring.values(o));
   }
+  evaluations.finish();
 }
 
 // The offspring take the places of the solutions of lowest fitness, whatever their own.
@@ -136,14 +138,16 @@ void restart(Model& model) {
   const double mutate_probability = std::exchange(p.mutate_probability, 0.5);
   search.pop(1).copy_from(search.best());
   search.pop_value(1) = search.best_value;
+  Evaluations evaluations(model);
   for (std::int64_t k = 2; k <= p.popsize; ++k) {
     if (search.pop_value(k).legal) {
       mutate(model, search.pop(k));
     } else {
       repair_mateset(model, search.pop(k));
     }
-    evaluation(model, search.pop(k), search.pop_value(k));
+    evaluations.add(search.pop(k), search.pop_value(k));
   }
+  evaluations.finish();
   search.last_change = search.igeneration;
   p.mutate_probability = mutate_probability;
 }

@@ -2,9 +2,12 @@
 // and relationship. All routines of the module, and what each needs and leaves.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <vector>
 
 #include "core/qobtypestools.h"
+#include "ocs/average_relationships.h"
 
 namespace qob {
 
@@ -45,6 +48,33 @@ void check_required_relationships(Model& model);
 
 // Fills all fields of `value`.
 void evaluation(Model& model, Mateset mateset, ValueRecord& value);
+
+// Whether no candidate is used beyond its mating limit and every male in whole mating units.
+bool is_legal(const Model& model, Mateset mateset);
+
+// Evaluates matesets one after another as `evaluation` does, but sums up the relationships of
+// several at once: a value may lack its rate, relationship and fitness until `finish`. Only an
+// evaluation that may write to the log is finished before `add` returns.
+class Evaluations {
+ public:
+  explicit Evaluations(Model& model);
+
+  // `value` must last until `finish`.
+  void add(Mateset mateset, ValueRecord& value);
+  void finish();
+
+ private:
+  struct Pending {
+    Contributions contributions;
+    ValueRecord* value = nullptr;
+  };
+  void finish_pending();
+
+  Model& model_;
+  std::vector<std::int32_t> uses_;  // by candidate; all 0 between calls
+  std::array<Pending, kContributionSets> pending_;
+  std::size_t count_ = 0;
+};
 
 // Sets the fitness from the other fields, by the criterion `optimise`. An illegal mateset that
 // would overtake the best one under "penalty" gets 0.9 of the best fitness.

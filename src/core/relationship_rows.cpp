@@ -1,0 +1,95 @@
+#include "core/relationship_rows.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace qob {
+namespace {
+
+// A row that was not wanted in so many readings may give its place to another.
+constexpr std::int64_t kOld = 20000;
+
+}  // namespace
+
+void RelationshipRows::prepare(const Relationship& relationship, const Candidates& candidates) {
+  const auto n = static_cast<std::size_t>(candidates.ncands);
+  if (id_.size() == n + 1) return;
+  id_.assign(n + 1, 0);
+  own_.assign(n + 1, 0.0);
+  for (std::int32_t k = 1; k <= candidates.ncands; ++k) {
+    const std::int32_t row = relationship.nrm_id(candidates.cands(k));
+    id_[static_cast<std::size_t>(k)] = row;
+    own_[static_cast<std::size_t>(k)] = nrmelement(relationship, row, row);
+  }
+  place_of_.assign(n + 1, -1);
+  most_places_ = static_cast<std::size_t>(kMostBytes) / (sizeof(double) * (n + 1));
+}
+
+// Memory for the row of `candidate`, nullptr when there is none left within the bound.
+double* RelationshipRows::new_row(std::int32_t candidate) {
+  std::size_t at = places_.size();
+  if (at < most_places_) {
+    Row row(static_cast<double*>(std::malloc(id_.size() * sizeof(double))));
+    if (row == nullptr) {
+      most_places_ = at;
+    } else {
+      places_.push_back({std::move(row), 0, 0});
+    }
+  }
+  if (at >= most_places_) {
+    if (places_.empty()) return nullptr;
+    at = hand_ = (hand_ + 1) % places_.size();
+    if (calls_ - places_[at].last_used < kOld) return nullptr;
+    place_of_[static_cast<std::size_t>(places_[at].candidate)] = -1;
+  }
+  places_[at].candidate = candidate;
+  places_[at].last_used = calls_;
+  place_of_[static_cast<std::size_t>(candidate)] = static_cast<std::int32_t>(at);
+  return places_[at].row.get();
+}
+
+void RelationshipRows::fill(const Relationship& relationship, std::span<const std::int32_t> wanted,
+                            std::span<double* const> rows) {
+  const double* nrm = relationship.nrm.data();
+  for (std::size_t k = 1; k < id_.size(); ++k) {
+    const std::int64_t m = id_[k];
+    const std::int64_t start = m * (m - 1) / 2 - 1;  // of row m, so that its column n is start + n
+    for (std::size_t b = 0; b < wanted.size(); ++b) {
+      const std::int64_t n = id_[static_cast<std::size_t>(wanted[b])];
+      const double a = nrm[n <= m ? start + n : n * (n - 1) / 2 - 1 + m];
+      rows[b][k] = a;
+      largest_ = std::max(largest_, std::abs(a));
+    }
+  }
+}
+
+void RelationshipRows::read(const Relationship& relationship, const Candidates& candidates,
+                            std::span<const std::int32_t> wanted, Keep keep, const double** row) {
+  prepare(relationship, candidates);
+  ++calls_;
+  std::array<std::int32_t, kBlock> missing;
+  std::array<double*, kBlock> rows;
+  std::size_t count = 0;
+  for (std::size_t b = 0; b < wanted.size(); ++b) {
+    if (wanted[b] == 0) stop_at_index_zero();
+    const std::int32_t at = place_of_[static_cast<std::size_t>(wanted[b])];
+    if (at < 0) continue;
+    places_[static_cast<std::size_t>(at)].last_used = calls_;
+    row[b] = places_[static_cast<std::size_t>(at)].row.get();
+  }
+  for (std::size_t b = 0; b < wanted.size(); ++b) {
+    if (place_of_[static_cast<std::size_t>(wanted[b])] >= 0) continue;
+    double* memory = keep == Keep::kRows ? new_row(wanted[b]) : nullptr;
+    if (memory == nullptr) {
+      if (scratch_.empty()) scratch_.resize(kBlock * id_.size());
+      memory = scratch_.data() + b * id_.size();
+    }
+    row[b] = memory;
+    missing[count] = wanted[b];
+    rows[count++] = memory;
+  }
+  fill(relationship, {missing.data(), count}, {rows.data(), count});
+}
+
+}  // namespace qob

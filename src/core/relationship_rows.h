@@ -1,0 +1,63 @@
+// Rows of the relationship matrix in candidate order, contiguous, beside the packed triangle: half
+// of a candidate's relationships lie scattered over the triangle. Rows are made when they are first
+// wanted and kept within a bound of memory, those lately used before others.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "core/selection.h"
+
+namespace qob {
+
+class RelationshipRows {
+ public:
+  // Most rows that one reading takes: the elements of a few rows lie close in the triangle.
+  static constexpr std::size_t kBlock = 8;
+  // Most bytes of kept rows: all rows of 8,000 candidates.
+  static constexpr std::int64_t kMostBytes = std::int64_t{1} << 29;
+
+  enum class Keep { kRows, kNothing };
+
+  // Sets row[b] to the relationships of candidate wanted[b] (at most kBlock of them, none twice, 0
+  // stops the run): row[b][k] is that with candidate k = 1..ncands. Valid until the next call. The
+  // matrix must be the one of all calls before.
+  void read(const Relationship& relationship, const Candidates& candidates,
+            std::span<const std::int32_t> wanted, Keep keep, const double** row);
+
+  // The relationship of each candidate k = 1..ncands with itself, at [k], after a first reading.
+  const double* own() const { return own_.data(); }
+  // The greatest absolute value in any row read so far.
+  double largest() const { return largest_; }
+
+ private:
+  struct FreeMemory {
+    void operator()(double* memory) const { std::free(memory); }
+  };
+  using Row = std::unique_ptr<double, FreeMemory>;
+  struct Place {
+    Row row;
+    std::int32_t candidate = 0;
+    std::int64_t last_used = 0;  // `calls_` then
+  };
+
+  void prepare(const Relationship& relationship, const Candidates& candidates);
+  double* new_row(std::int32_t candidate);
+  void fill(const Relationship& relationship, std::span<const std::int32_t> wanted,
+            std::span<double* const> rows);
+
+  std::vector<std::int32_t> id_;  // by candidate: its row in the triangle
+  std::vector<double> own_;
+  std::vector<std::int32_t> place_of_;  // by candidate: place of its row, -1 = none
+  std::vector<Place> places_;
+  std::vector<double> scratch_;  // kBlock rows that are not kept
+  std::size_t most_places_ = 0;
+  std::size_t hand_ = 0;  // the place that is looked at next for an old row
+  std::int64_t calls_ = 0;
+  double largest_ = 0.0;
+};
+
+}  // namespace qob

@@ -1,0 +1,77 @@
+#include "core/relationship_sums.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "core/lanes.h"
+
+namespace qob {
+namespace {
+
+// After so many rows the sums begin anew: their error grows with each.
+constexpr std::int64_t kMostRows = 100000;
+
+// sum += delta[0] * row[0] + ... , from first to last. A block of rows costs one pass over the
+// sums.
+QOB_VECTOR_CLONES
+void add_block(double* __restrict sum, const double* const* row, const double* delta,
+               std::int32_t first, std::int32_t last) {
+  const double *r0 = row[0], *r1 = row[1], *r2 = row[2], *r3 = row[3];
+  const double *r4 = row[4], *r5 = row[5], *r6 = row[6], *r7 = row[7];
+  for (std::int32_t k = first; k <= last; ++k) {
+    sum[k] += ((delta[0] * r0[k] + delta[1] * r1[k]) + (delta[2] * r2[k] + delta[3] * r3[k])) +
+              ((delta[4] * r4[k] + delta[5] * r5[k]) + (delta[6] * r6[k] + delta[7] * r7[k]));
+  }
+}
+
+}  // namespace
+
+void RelationshipSums::follow(const Relationship& relationship, const Candidates& candidates,
+                              RelationshipRows& rows, int sex, std::span<const std::int32_t> uses) {
+  const auto n = static_cast<std::size_t>(candidates.ncands);
+  const bool begun = uses_.size() == n + 1 && rows_added_ <= kMostRows;
+  std::vector<std::int32_t> changed, used;
+  for (std::size_t j = 1; j <= n; ++j) {
+    if (uses[j] != 0) used.push_back(static_cast<std::int32_t>(j));
+    if (begun && uses[j] != uses_[j]) changed.push_back(static_cast<std::int32_t>(j));
+  }
+  if (!begun || changed.size() > used.size()) {
+    sum_.assign(n + 1, 0.0);
+    uses_.assign(n + 1, 0);
+    rows_added_ = 0;
+    changed = used;
+  }
+  add_rows(relationship, candidates, rows, sex, changed, uses);
+  // Each row that was added rounds a product and a sum, of at most 4 n times the greatest
+  // relationship; the sum in its proper order rounds two operations and a contribution for each
+  // parent. Twice that.
+  const auto roundings = static_cast<double>(8 * rows_added_ + 8 * std::ssize(used) + 64);
+  error_ = roundings * std::numeric_limits<double>::epsilon() * rows.largest();
+}
+
+void RelationshipSums::add_rows(const Relationship& relationship, const Candidates& candidates,
+                                RelationshipRows& rows, int sex,
+                                std::span<const std::int32_t> changed,
+                                std::span<const std::int32_t> uses) {
+  constexpr std::size_t kBlock = RelationshipRows::kBlock;
+  for (std::size_t at = 0; at < changed.size(); at += kBlock) {
+    const auto block = changed.subspan(at, std::min(kBlock, changed.size() - at));
+    std::array<const double*, kBlock> row;
+    std::array<double, kBlock> delta{};
+    rows.read(relationship, candidates, block, RelationshipRows::Keep::kRows, row.data());
+    for (std::size_t b = 0; b < kBlock; ++b) {
+      if (b >= block.size()) {
+        row[b] = row[0];
+        continue;
+      }
+      const auto j = static_cast<std::size_t>(block[b]);
+      delta[b] = static_cast<double>(uses[j] - uses_[j]);
+      uses_[j] = uses[j];
+    }
+    add_block(sum_.data(), row.data(), delta.data(), candidates.first(sex), candidates.last(sex));
+  }
+  rows_added_ += std::ssize(changed);
+}
+
+}  // namespace qob

@@ -1,0 +1,33 @@
+// The average relationship of the next generation for several sets of contributions at once, one
+// set a lane: each element of the relationship matrix is fetched once for all of them.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/qobtypestools.h"
+
+namespace qob {
+
+// What the candidates contribute to the next generation: candidate[k] contributes c[k], the others
+// nothing. Candidates ascend.
+struct Contributions {
+  std::vector<std::int32_t> candidate;
+  std::vector<double> c;
+};
+
+// Most sets of one call.
+inline constexpr std::size_t kContributionSets = 16;
+
+// result[l] becomes (y + c)'A(y + c) / last_genint^2 for the contributions c of set l and the
+// earlier ones y, summed in this order: vpapv; then for each candidate i of the set, ascending, its
+// own terms and those with each later candidate k:
+//
+//   cnrm(i,i) c(i)^2 + apv2(i) c(i),   2 c(i) c(k) cnrm(k,i)
+//
+// rows: of the candidates; keep: whether those that are made for it are kept for later.
+void average_relationships(const Model& model, std::span<const Contributions* const> sets,
+                           RelationshipRows& rows, RelationshipRows::Keep keep, double* result);
+
+}  // namespace qob
