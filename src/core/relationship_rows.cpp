@@ -10,6 +10,8 @@ namespace {
 // A row that was not wanted in so many readings may give its place to another.
 constexpr std::int64_t kOld = 20000;
 
+constexpr std::size_t kLine = 64;  // bytes that the cache fetches together
+
 }  // namespace
 
 void RelationshipRows::prepare(const Relationship& relationship, const Candidates& candidates) {
@@ -30,7 +32,8 @@ void RelationshipRows::prepare(const Relationship& relationship, const Candidate
 double* RelationshipRows::new_row(std::int32_t candidate) {
   std::size_t at = places_.size();
   if (at < most_places_) {
-    Row row(static_cast<double*>(std::malloc(id_.size() * sizeof(double))));
+    const std::size_t bytes = (id_.size() * sizeof(double) + kLine - 1) / kLine * kLine;
+    Row row(static_cast<double*>(std::aligned_alloc(kLine, bytes)));
     if (row == nullptr) {
       most_places_ = at;
     } else {

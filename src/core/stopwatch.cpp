@@ -19,19 +19,9 @@ constexpr std::array<std::string_view, kClocks> kLabels = {"  cpu=", " user=", "
 constexpr std::string_view kClockRefused = "Requested action not performed on this clock.";
 constexpr std::array<std::string_view, 3> kForms = {"sec", "hh:mm:ss", "[[hh:]mm:]ss"};
 
-// Seconds since the first call: small numbers keep their hundredths in single precision.
-float wall_second() {
-  using WallClock = std::chrono::steady_clock;
-  static const WallClock::time_point first = WallClock::now();
-  return std::chrono::duration<float>(WallClock::now() - first).count();
-}
-
-std::array<float, kClocks> read_clocks() {
-  std::array<float, kClocks> now{};
-  cpu_second(now[0], now[1], now[2]);
-  now[3] = wall_second();
-  return now;
-}
+// The process's time costs a call of the system, as much as a short operation of the search. Within
+// so many seconds of a reading it goes on like the wall clock: the process has one thread.
+constexpr std::chrono::duration<float> kSoon{20e-6F};
 
 float seconds_of(const Reading& reading, float now) {
   const float run = reading.state == ClockState::kRunning ? now - reading.start : 0.0F;
@@ -67,6 +57,17 @@ std::string time_text(std::string_view label, float seconds, std::string_view fo
 }
 
 }  // namespace
+
+std::array<float, kClocks> Stopwatch::Clocks::read() {
+  using Seconds = std::chrono::duration<float>;
+  const auto wall = std::chrono::steady_clock::now();
+  if (Seconds(wall - read_) > kSoon) {
+    float user, sys;
+    cpu_second(cpu_, user, sys);
+    read_ = wall;
+  }
+  return {cpu_ + Seconds(wall - read_).count(), 0.0F, 0.0F, Seconds(wall - first_).count()};
+}
 
 // An operation and what its warnings say was left undone.
 struct Stopwatch::Operation {
@@ -223,7 +224,7 @@ bool Stopwatch::read_watch(std::vector<float>& seconds, const WatchList& watches
     seconds.insert(seconds.end(), clocks.size() * watches.size(), 0.0F);
     return false;
   }
-  const auto now = read_clocks();
+  const auto now = clocks_.read();
   bool good = selection->good;
   for (Watch* watch : watches) {
     good &= created(kRead.routine, *watch, kRead.watch);
@@ -262,7 +263,7 @@ bool Stopwatch::print_watch(const WatchList& watches, const Names& clocks, std::
 void Stopwatch::print_times(const Watch& watch, const Selection& selection, std::string_view form) {
   Unit& unit = *options_.print_unit;
   write(unit, "(a2,a,a1)", "  ", watch.name, ":");
-  const auto now = read_clocks();
+  const auto now = clocks_.read();
   for (const std::size_t clock : selection) {
     if (clock == kClocks || watch.clocks[clock].state == ClockState::kOmitted) continue;
     unit.write_line(time_text(kLabels[clock], seconds_of(watch.clocks[clock], now[clock]), form));
@@ -273,7 +274,7 @@ bool Stopwatch::apply(const Operation& operation, const WatchList& watches, cons
   const auto selection =
       select(operation.routine, clocks, operation.outcome(watches), kClockRefused);
   if (!selection) return false;
-  const auto now = read_clocks();
+  const auto now = clocks_.read();
   bool good = selection->good;
   for (Watch* watch : watches) {
     const bool known = created(operation.routine, *watch, operation.watch);

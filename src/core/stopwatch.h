@@ -6,6 +6,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <initializer_list>
 #include <optional>
@@ -98,6 +99,17 @@ class Stopwatch {
  private:
   struct Operation;
   struct Selection;
+  // Seconds of the process, and since the clocks began: small numbers keep their hundredths in
+  // single precision.
+  class Clocks {
+   public:
+    std::array<float, kClocks> read();
+
+   private:
+    std::chrono::steady_clock::time_point first_ = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::time_point read_ = {};  // when the process's time was read
+    float cpu_ = 0.0F;                                 // and what it was
+  };
   bool set_unit(Unit*& unit, Unit* requested, std::string_view outcome);
   bool set_default_clocks(const Names& names);
   bool set_form(std::string_view form);
@@ -113,6 +125,7 @@ class Stopwatch {
   void write_warning(std::string_view routine, std::string_view name, std::string_view message,
                      std::string_view outcome);
 
+  Clocks clocks_;
   StopwatchOptions options_ = {
       Names{"cpu", "user", "sys", "wall"}, nullptr, nullptr, true, false, "sec"};
 };

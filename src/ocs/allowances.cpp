@@ -2,6 +2,16 @@
 #include "ocs/qobocs.h"
 
 namespace qob {
+namespace {
+
+template <class Values>
+std::int64_t sum_of_sex(const Candidates& candidates, const Values& values, int sex) {
+  std::int64_t sum = 0;
+  for (std::int32_t i = candidates.first(sex); i <= candidates.last(sex); ++i) sum += values(i);
+  return sum;
+}
+
+}  // namespace
 
 Allowances mating_limits(const Candidates& candidates) {
   Allowances matings(std::int64_t{candidates.ncands} + 1, 0);
@@ -16,13 +26,11 @@ Allowances remaining_matings(const Candidates& candidates, Mateset mateset) {
 }
 
 std::int64_t sum_over(const Candidates& candidates, const Allowances& matings, int sex) {
-  std::int64_t sum = 0;
-  for (std::int32_t i = candidates.first(sex); i <= candidates.last(sex); ++i) sum += matings(i);
-  return sum;
+  return sum_of_sex(candidates, matings, sex);
 }
 
 std::int64_t mating_capacity(const Candidates& candidates, int sex) {
-  return sum_over(candidates, mating_limits(candidates), sex);
+  return sum_of_sex(candidates, candidates.max_matings, sex);
 }
 
 std::int64_t male_slots(const Model& model) {

@@ -2,44 +2,39 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include "core/lanes.h"
 
 namespace qob {
 namespace {
 
-constexpr std::size_t kWidth = 8;
-using Doubles = Lanes<double, kWidth>;
-
-// Adds to each lane of sum[v] the terms of candidate i with the candidates later[0..n), row[k] its
-// relationship with candidate k; twice: 2 c(i), c: V vectors a candidate. A lane that does not use
-// a candidate has c = 0 there and adds nothing, so the lane's own terms keep their order.
-template <std::size_t V>
-[[gnu::always_inline]] inline void add_products(const double* row, const std::int32_t* later,
-                                                std::size_t n, const Doubles* twice,
-                                                const Doubles* c, Doubles* sum) {
-  Doubles t[V], s[V];
-  for (std::size_t v = 0; v < V; ++v) t[v] = twice[v], s[v] = sum[v];
-  for (std::size_t k = 0; k < n; ++k) {
-    const double a = row[later[k]];
-    for (std::size_t v = 0; v < V; ++v) s[v] += t[v] * c[V * k + v] * a;
-  }
-  for (std::size_t v = 0; v < V; ++v) sum[v] = s[v];
-}
-
-QOB_VECTOR_CLONES
-void add_products_of_8(const double* row, const std::int32_t* later, std::size_t n,
-                       const Doubles* twice, const Doubles* c, Doubles* sum) {
-  add_products<1>(row, later, n, twice, c, sum);
-}
-
-QOB_VECTOR_CLONES
-void add_products_of_16(const double* row, const std::int32_t* later, std::size_t n,
-                        const Doubles* twice, const Doubles* c, Doubles* sum) {
-  add_products<2>(row, later, n, twice, c, sum);
-}
+// Sums that are advanced side by side: one alone would wait for each addition.
+constexpr std::size_t kSideBySide = 4;
+// Terms of a set that are collected before they are added, at least.
+constexpr std::size_t kEnough = 256;
 
 using Sets = std::span<const Contributions* const>;
+
+// terms[t] = (twice * c[t]) * row[later[t]]: what a candidate with these relationships, and twice
+// its contribution, adds together with the later candidates of its set.
+QOB_VECTOR_CLONES
+void products(const double* __restrict row, const std::int32_t* __restrict later, std::size_t n,
+              double twice, const double* __restrict c, double* __restrict terms) {
+  for (std::size_t t = 0; t < n; ++t) terms[t] = twice * c[t] * row[later[t]];
+}
+
+// sum[s] += terms[s][0], += terms[s][1], ... one after another.
+void add_in_order(const std::array<const double*, kSideBySide>& terms, std::size_t n, double* sum) {
+  double s0 = sum[0], s1 = sum[1], s2 = sum[2], s3 = sum[3];
+  for (std::size_t t = 0; t < n; ++t) {
+    s0 += terms[0][t];
+    s1 += terms[1][t];
+    s2 += terms[2][t];
+    s3 += terms[3][t];
+  }
+  sum[0] = s0, sum[1] = s1, sum[2] = s2, sum[3] = s3;
+}
 
 // The candidates that any of the sets uses.
 std::vector<std::int32_t> union_of(Sets sets, std::int32_t ncands) {
@@ -59,82 +54,118 @@ std::vector<std::int32_t> union_of(Sets sets, std::int32_t ncands) {
 
 class QuadraticForms {
  public:
-  QuadraticForms(const Model& model, Sets sets, std::vector<std::int32_t> candidates)
-      : model_(model),
-        vectors_((sets.size() + kWidth - 1) / kWidth),
-        candidates_(std::move(candidates)),
-        c_(candidates_.size() * vectors_) {
-    for (std::size_t l = 0; l < sets.size(); ++l) enter(*sets[l], l);
+  QuadraticForms(const Goal& goal, Sets sets) : goal_(goal) {
+    sum_.fill(goal.vpapv);
+    for (const Contributions* set : sets) {
+      forms_[count_++].set = set;
+      capacity_ = std::max(capacity_, kEnough + set->candidate.size());
+    }
+    memory_.reset(new double[capacity_ * kContributionSets]);
   }
 
-  void compute(RelationshipRows& rows, RelationshipRows::Keep keep, std::size_t count,
-               double* result) {
-    constexpr std::size_t kBlock = RelationshipRows::kBlock;
-    const Goal& goal = model_.goal;
-    for (Doubles& sum : sum_) sum = Doubles{} + goal.vpapv;
-    for (std::size_t at = 0; at < candidates_.size(); at += kBlock) {
-      const std::size_t n = std::min(kBlock, candidates_.size() - at);
-      std::array<const double*, kBlock> row;
-      rows.read(model_.relationship, model_.candidates, {&candidates_[at], n}, keep, row.data());
-      for (std::size_t b = 0; b < n; ++b) add_candidate(at + b, row[b]);
+  // Candidates come in ascending order, row[k] is the relationship with candidate k.
+  void add_candidate(std::int32_t i, const double* row) {
+    for (std::size_t l = 0; l < count_; ++l) {
+      Form& form = forms_[l];
+      if (form.next == form.set->candidate.size() || form.set->candidate[form.next] != i) continue;
+      collect(form, i, row, terms_of(l));
+      enough_ = enough_ || form.terms >= kEnough;
     }
-    for (std::size_t l = 0; l < count; ++l) {
-      result[l] = sum_[l / kWidth][l % kWidth] / (goal.last_genint * goal.last_genint);
-    }
+    if (enough_) add_terms();
+  }
+
+  double result(std::size_t l) {
+    add_terms();
+    return sum_[l] / (goal_.last_genint * goal_.last_genint);
   }
 
  private:
-  void enter(const Contributions& set, std::size_t lane) {
-    std::size_t k = 0;
-    for (std::size_t m = 0; m < set.candidate.size(); ++m) {
-      while (candidates_[k] != set.candidate[m]) ++k;
-      c_[k * vectors_ + lane / kWidth][lane % kWidth] = set.c[m];
-    }
+  struct Form {
+    const Contributions* set = nullptr;
+    std::size_t next = 0;   // the candidate of the set whose terms come next
+    std::size_t terms = 0;  // not yet added
+  };
+
+  double* terms_of(std::size_t l) { return memory_.get() + l * capacity_; }
+
+  void collect(Form& form, std::int32_t i, const double* row, double* terms) {
+    const std::size_t later = form.set->candidate.size() - ++form.next;
+    const double* c = form.set->c.data() + form.next;
+    const double own = c[-1];
+    terms += form.terms;
+    *terms = row[i] * (own * own) + goal_.apv2(i) * own;
+    products(row, form.set->candidate.data() + form.next, later, 2.0 * own, c, terms + 1);
+    form.terms += 1 + later;
   }
 
-  void add_candidate(std::size_t m, const double* row) {
-    const std::int32_t i = candidates_[m];
-    const double own = row[i];
-    const double apv2 = model_.goal.apv2(i);
-    std::array<Doubles, 2> twice;
-    for (std::size_t v = 0; v < vectors_; ++v) {
-      const Doubles c = c_[m * vectors_ + v];
-      sum_[v] += own * (c * c) + apv2 * c;
-      twice[v] = 2.0 * c;
+  // Shorter rows of terms are filled up with zeros, which change nothing.
+  void add_terms() {
+    for (std::size_t l = 0; l < count_; l += kSideBySide) {
+      std::size_t longest = 0;
+      for (std::size_t s = l; s < l + kSideBySide; ++s) {
+        longest = std::max(longest, forms_[s].terms);
+      }
+      std::array<const double*, kSideBySide> terms;
+      for (std::size_t s = 0; s < kSideBySide; ++s) {
+        std::fill(terms_of(l + s) + forms_[l + s].terms, terms_of(l + s) + longest, 0.0);
+        terms[s] = terms_of(l + s);
+        forms_[l + s].terms = 0;
+      }
+      add_in_order(terms, longest, &sum_[l]);
     }
-    const auto add = vectors_ == 1 ? add_products_of_8 : add_products_of_16;
-    add(row, candidates_.data() + m + 1, candidates_.size() - m - 1, twice.data(),
-        c_.data() + (m + 1) * vectors_, sum_.data());
+    enough_ = false;
   }
 
-  const Model& model_;
-  std::size_t vectors_;
-  std::vector<std::int32_t> candidates_;
-  std::vector<Doubles> c_;  // by candidate of the union: its vectors of lanes
-  std::array<Doubles, kContributionSets / kWidth> sum_;
+  const Goal& goal_;
+  std::array<Form, kContributionSets> forms_;
+  std::array<double, kContributionSets> sum_;
+  std::size_t count_ = 0;
+  std::unique_ptr<double[]> memory_;
+  std::size_t capacity_ = 0;  // terms that a form may hold
+  bool enough_ = false;
 };
 
-// The terms of sets that share few candidates are fewer when they are taken apart.
-void divide(const Model& model, Sets sets, std::vector<std::int32_t> all, RelationshipRows& rows,
-            RelationshipRows::Keep keep, double* result) {
-  if (sets.size() > 1) {
-    const std::size_t half = sets.size() / 2;
-    auto first = union_of(sets.first(half), model.candidates.ncands);
-    auto second = union_of(sets.subspan(half), model.candidates.ncands);
-    if (first.size() * first.size() + second.size() * second.size() < all.size() * all.size()) {
-      divide(model, sets.first(half), std::move(first), rows, keep, result);
-      divide(model, sets.subspan(half), std::move(second), rows, keep, result + half);
-      return;
+// Fetches what the sets want of the next row while the terms of one are made: the few elements of a
+// row lie too far apart to be foreseen. Rows begin at a multiple of kLine candidates.
+class Fetcher {
+ public:
+  explicit Fetcher(const std::vector<std::int32_t>& all) {
+    for (const std::int32_t i : all) {
+      const std::int32_t begin = i / kLine * kLine;
+      if (lines_.empty() || lines_.back() != begin) lines_.push_back(begin);
     }
   }
-  QuadraticForms(model, sets, std::move(all)).compute(rows, keep, sets.size(), result);
-}
+
+  void fetch_from(std::int32_t i, const double* row) {
+    while (lines_[first_] + kLine <= i) ++first_;
+    for (std::size_t l = first_; l < lines_.size(); ++l) __builtin_prefetch(row + lines_[l]);
+  }
+
+ private:
+  static constexpr std::int32_t kLine = 64 / sizeof(double);
+  std::vector<std::int32_t> lines_;  // the first candidate of each line of the cache
+  std::size_t first_ = 0;
+};
 
 }  // namespace
 
 void average_relationships(const Model& model, Sets sets, RelationshipRows& rows,
                            RelationshipRows::Keep keep, double* result) {
-  divide(model, sets, union_of(sets, model.candidates.ncands), rows, keep, result);
+  constexpr std::size_t kBlock = RelationshipRows::kBlock;
+  const std::vector<std::int32_t> all = union_of(sets, model.candidates.ncands);
+  QuadraticForms forms(model.goal, sets);
+  Fetcher fetcher(all);
+  for (std::size_t at = 0; at < all.size(); at += kBlock) {
+    const std::size_t n = std::min(kBlock, all.size() - at);
+    std::array<const double*, kBlock> row;
+    rows.read(model.relationship, model.candidates, {&all[at], n}, keep, row.data());
+    fetcher.fetch_from(all[at], row[0]);
+    for (std::size_t b = 0; b < n; ++b) {
+      if (b + 1 < n) fetcher.fetch_from(all[at + b + 1], row[b + 1]);
+      forms.add_candidate(all[at + b], row[b]);
+    }
+  }
+  for (std::size_t l = 0; l < sets.size(); ++l) result[l] = forms.result(l);
 }
 
 }  // namespace qob

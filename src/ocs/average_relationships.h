@@ -1,5 +1,6 @@
-// The average relationship of the next generation for several sets of contributions at once, one
-// set a lane: each element of the relationship matrix is fetched once for all of them.
+// The average relationship of the next generation for several sets of contributions at once. The
+// terms of a set must be added one after another; with several sums side by side no addition has to
+// wait for the one before, and a row of relationships is fetched once for all sets.
 #pragma once
 
 #include <cstdint>

@@ -98,15 +98,27 @@ void report_legality(Model& model, std::int32_t k) {
 }
 
 // Only the first random solution may be repaired, and it is always solution 1 that is.
-void add_random_solution(Model& model, std::int32_t k, bool first) {
+void add_first_random_solution(Model& model, std::int32_t k) {
   Search& search = model.search;
   draw_solution(model, search.pop(k));
   evaluation(model, search.pop(k), search.pop_value(k));
-  for (int attempt = 0; first && attempt < kRepairs && !search.pop_value(k).legal; ++attempt) {
+  for (int attempt = 0; attempt < kRepairs && !search.pop_value(k).legal; ++attempt) {
     repair_mateset(model, search.pop(1));
     evaluation(model, search.pop(k), search.pop_value(k));
   }
   report_legality(model, k);
+}
+
+void add_random_solutions(Model& model, std::int32_t first, std::int32_t last) {
+  Search& search = model.search;
+  if (first <= last) add_first_random_solution(model, first);
+  Evaluations evaluations(model);
+  for (std::int32_t k = first + 1; k <= last; ++k) {
+    draw_solution(model, search.pop(k));
+    evaluations.add(search.pop(k), search.pop_value(k));
+    report_legality(model, k);
+  }
+  evaluations.finish();
 }
 
 // Fills the sex's column from its first row with the candidates of highest merit, each in as many
@@ -143,7 +155,7 @@ void base_population(Model& model) {
     write_list(model.units.log, "!!!! No file with previous solution was found !!!!!!");
   }
   const std::int32_t popsize = model.parameters.algorithm.popsize;
-  for (std::int32_t k = first; k < popsize; ++k) add_random_solution(model, k, k == first);
+  add_random_solutions(model, first, popsize - 1);
   const Mateset ranked = search.pop(popsize);
   fill_by_merit(model.candidates, ranked, kMale);
   fill_by_merit(model.candidates, ranked, kFemale);

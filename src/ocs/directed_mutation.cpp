@@ -26,8 +26,7 @@ Criterion criterion_of(Model& model) {
 // A candidate in the place of another.
 struct Choice {
   std::int32_t candidate = 0;  // 0: none
-  double gain = 0.0;           // G: of scaled merit
-  double relationship = 0.0;   // R: change of the average relationship
+  double relationship = 0.0;   // change of the average relationship
   double score = 0.0;
 };
 
@@ -46,7 +45,8 @@ class PredictedRelationship {
     set_bounds(d);
   }
 
-  const Bounds& bounds() const { return bounds_; }
+  double low() const { return low_; }
+  double high() const { return high_; }
 
   double value() {
     if (!known_) {
@@ -54,21 +54,22 @@ class PredictedRelationship {
       average_relationships(model_, {&set, 1}, model_.rows, RelationshipRows::Keep::kRows, &value_);
       for (const double change : changes_) value_ = change + value_;
       known_ = true;
-      bounds_ = {value_, value_};
+      low_ = high_ = value_;
     }
     return value_;
   }
 
   bool exceeds(double limit) {
-    if (bounds_.low > limit) return true;
-    if (bounds_.high <= limit) return false;
+    if (low_ > limit) return true;
+    if (high_ <= limit) return false;
     return value() > limit;
   }
 
   void add(double change) {
     changes_.push_back(change);
     value_ = change + value_;
-    bounds_ = {change + bounds_.low, change + bounds_.high};
+    low_ = change + low_;
+    high_ = change + high_;
   }
 
  private:
@@ -88,13 +89,14 @@ class PredictedRelationship {
     const double error = (n * n + 16.0 * n + 64.0) * std::numeric_limits<double>::epsilon() * most +
                          model_.sums[0].error() + model_.sums[1].error();
     const double square = goal.last_genint * goal.last_genint;
-    bounds_ = {(sum - error) / square, (sum + error) / square};
+    low_ = (sum - error) / square;
+    high_ = (sum + error) / square;
   }
 
   Model& model_;
   Contributions first_;
   std::vector<double> changes_;
-  Bounds bounds_;
+  double low_ = 0.0, high_ = 0.0;
   double value_ = 0.0;
   bool known_ = false;
 };
@@ -172,11 +174,12 @@ class DirectedMutation {
     const double* row_x;
     model_.rows.read(model_.relationship, candidates_, {&x_, 1}, RelationshipRows::Keep::kRows,
                      &row_x);
-    bound_relationship_changes(model_, sex_, d_, x_, a_x_, row_x, bounds_);
+    bound_replacements(model_, sex_, d_, x_, a_x_, row_x, bounds_);
   }
 
-  const Bounds& bounds(std::int32_t y) const {
-    return bounds_[static_cast<std::size_t>(y - candidates_.first(sex_))];
+  // The place of y in the bounds.
+  std::size_t at(std::int32_t y) const {
+    return static_cast<std::size_t>(y - candidates_.first(sex_));
   }
 
   template <class Action>
@@ -187,7 +190,8 @@ class DirectedMutation {
   }
 
   double gain(std::int32_t y) const {
-    return (candidates_.merit(y) - candidates_.merit(x_)) * d_ / goal_.k_factor[sex_ - 1];
+    const double merit = candidates_.merit(y) - candidates_.merit(x_);
+    return merit_gain(d_, merit, goal_.k_factor[sex_ - 1]);
   }
 
   double exact_change(std::int32_t y) {
@@ -204,47 +208,47 @@ class DirectedMutation {
     if (best.candidate == 0 || choice.score > best.score) best = choice;
   }
 
-  // The highest of the scores that `score` gives for a change of relationship. Only candidates
-  // whose bounds reach the greatest sure score are looked at closely.
+  // The highest of the scores that `score` gives for a gain and a change of relationship. Only
+  // candidates whose bounds reach the greatest sure score are looked at closely.
   template <class Score>
   Choice highest(Score score) {
     double sure = -std::numeric_limits<double>::infinity();
     for_each_eligible([&](std::int32_t y) {
-      const double a = score(y, bounds(y).low);
-      const double b = score(y, bounds(y).high);
+      const double a = score(bounds_.gain[at(y)], bounds_.low[at(y)]);
+      const double b = score(bounds_.gain[at(y)], bounds_.high[at(y)]);
       if (a > sure && b > sure) sure = std::min(a, b);
     });
     Choice best;
     for_each_eligible([&](std::int32_t y) {
-      if (score(y, bounds(y).low) < sure && score(y, bounds(y).high) < sure) return;
+      const double g = bounds_.gain[at(y)];
+      if (score(g, bounds_.low[at(y)]) < sure && score(g, bounds_.high[at(y)]) < sure) return;
       const double change = exact_change(y);
-      take_better(best, {y, gain(y), change, score(y, change)});
+      take_better(best, {y, change, score(g, change)});
     });
     return best;
   }
 
   Choice best_penalised() {
     const OCSParameters& p = model_.parameters.ocs;
-    return highest([&](std::int32_t y, double change) {
-      return p.w_merit * gain(y) + p.w_relationship * change;
-    });
+    return highest(
+        [&](double gain, double change) { return p.w_merit * gain + p.w_relationship * change; });
   }
 
   Choice least_related() {
     const double now = predicted_->value();
-    return highest([&](std::int32_t, double change) { return -(change + now); });
+    return highest([&](double, double change) { return -(change + now); });
   }
 
   Choice best_gain() {
     Choice best;
-    for_each_eligible([&](std::int32_t y) { take_better(best, {y, gain(y), 0.0, gain(y)}); });
+    for_each_eligible([&](std::int32_t y) { take_better(best, {y, 0.0, gain(y)}); });
     return best;
   }
 
   Choice best_within_constraint() {
     Choice best;
     for_each_eligible([&](std::int32_t y) {
-      const Choice choice = {y, gain(y), 0.0, gain(y)};
+      const Choice choice = {y, 0.0, bounds_.gain[at(y)]};
       const bool better = best.candidate == 0 || choice.score > best.score;
       if (better && !exceeds_constraint(y)) take_better(best, choice);
     });
@@ -253,9 +257,8 @@ class DirectedMutation {
   }
 
   bool exceeds_constraint(std::int32_t y) {
-    const Bounds& now = predicted_->bounds();
-    if (bounds(y).low + now.low > goal_.constraint) return true;
-    if (bounds(y).high + now.high <= goal_.constraint) return false;
+    if (bounds_.low[at(y)] + predicted_->low() > goal_.constraint) return true;
+    if (bounds_.high[at(y)] + predicted_->high() <= goal_.constraint) return false;
     return exact_change(y) + predicted_->value() > goal_.constraint;
   }
 
@@ -285,7 +288,7 @@ class DirectedMutation {
   int sex_ = kMale;
   std::int64_t needed_ = 0;
   double a_x_ = 0.0;  // the sum of x
-  std::vector<Bounds> bounds_;
+  ReplacementBounds bounds_;
 };
 
 }  // namespace

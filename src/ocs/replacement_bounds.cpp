@@ -7,42 +7,49 @@ namespace {
 
 // What is the same for all y; the tables begin at the first candidate of the sex.
 struct Terms {
-  const double *apv2, *sum, *own, *with_x;
-  double apv2_x, a_x, own_x, error, d, genint;
+  const double *merit, *apv2, *sum, *own, *with_x;
+  double merit_x, apv2_x, own_x, a_x, error, d, k, genint;
 };
 
 QOB_VECTOR_CLONES
-void bound(const Terms& t, std::size_t n, Bounds* __restrict bounds) {
-  for (std::size_t k = 0; k < n; ++k) {
-    const double apv2 = t.apv2[k] - t.apv2_x;
-    const double squares = t.own[k] + t.own_x - 2.0 * t.with_x[k];
-    const double a_y = t.sum[k] * t.d;
-    bounds[k].low = relationship_change(t.d, apv2, a_y - t.error - t.a_x, squares, t.genint);
-    bounds[k].high = relationship_change(t.d, apv2, a_y + t.error - t.a_x, squares, t.genint);
+void bound(const Terms& terms, std::size_t n, double* __restrict gain, double* __restrict low,
+           double* __restrict high) {
+  const Terms t = terms;
+  for (std::size_t y = 0; y < n; ++y) {
+    const double apv2 = t.apv2[y] - t.apv2_x;
+    const double squares = t.own[y] + t.own_x - 2.0 * t.with_x[y];
+    const double a_y = t.sum[y] * t.d;
+    gain[y] = merit_gain(t.d, t.merit[y] - t.merit_x, t.k);
+    low[y] = relationship_change(t.d, apv2, a_y - t.error - t.a_x, squares, t.genint);
+    high[y] = relationship_change(t.d, apv2, a_y + t.error - t.a_x, squares, t.genint);
   }
 }
 
 }  // namespace
 
-void bound_relationship_changes(const Model& model, int sex, double d, std::int32_t x, double a_x,
-                                const double* row_x, std::vector<Bounds>& bounds) {
+void bound_replacements(const Model& model, int sex, double d, std::int32_t x, double a_x,
+                        const double* row_x, ReplacementBounds& bounds) {
   const Candidates& candidates = model.candidates;
+  const Goal& goal = model.goal;
   const RelationshipSums& sums = model.sums[sex - 1];
   const std::int32_t first = candidates.first(sex);
   const auto n = static_cast<std::size_t>(candidates.last(sex) - first + 1);
-  bounds.resize(n);
+  for (auto* table : {&bounds.gain, &bounds.low, &bounds.high}) table->resize(n);
   const double* own = model.rows.own();
-  const Terms terms = {&model.goal.apv2(first),
-                       sums.data() + first,
-                       own + first,
-                       row_x + first,
-                       model.goal.apv2(x),
-                       a_x,
-                       own[x],
-                       sums.error(),
-                       d,
-                       model.goal.last_genint};
-  bound(terms, n, bounds.data());
+  const Terms terms = {.merit = &candidates.merit(first),
+                       .apv2 = &goal.apv2(first),
+                       .sum = sums.data() + first,
+                       .own = own + first,
+                       .with_x = row_x + first,
+                       .merit_x = candidates.merit(x),
+                       .apv2_x = goal.apv2(x),
+                       .own_x = own[x],
+                       .a_x = a_x,
+                       .error = sums.error(),
+                       .d = d,
+                       .k = goal.k_factor[sex - 1],
+                       .genint = goal.last_genint};
+  bound(terms, n, bounds.gain.data(), bounds.low.data(), bounds.high.data());
 }
 
 }  // namespace qob

@@ -1,5 +1,5 @@
-// The change of the average relationship when a candidate takes one mating of another, and bounds
-// of it for all candidates of a sex at once.
+// What changes when a candidate takes one mating of another, for all candidates of a sex at once:
+// the gain of scaled merit, and bounds of the change of the average relationship.
 #pragma once
 
 #include <cstdint>
@@ -9,25 +9,29 @@
 
 namespace qob {
 
-// A number lies between the two. One that is not a number bounds nothing.
-struct Bounds {
-  double low = 0.0;
-  double high = 0.0;
-};
+// The gain of merit, scaled by k, when a mating of contribution d passes to a parent that is better
+// by `merit`.
+inline double merit_gain(double d, double merit, double k) { return merit * d / k; }
 
-// The change for y in the place of x: d is the contribution of a mating, apv2, a and squares are
+// The change of the average relationship when y takes a mating of x, with
 //
-//   apv2(y) - apv2(x),   A(y) - A(x),   cnrm(y,y) + cnrm(x,x) - 2 cnrm(y,x)
+//   apv2 = apv2(y) - apv2(x),  a = A(y) - A(x),  squares = cnrm(y,y) + cnrm(x,x) - 2 cnrm(y,x)
 //
-// with A(y) the sum of contribution(j) cnrm(y,j) over the parents j. It never falls when a rises,
-// neither do its rounded operations.
+// and A(y) the sum of contribution(j) cnrm(y,j) over the parents j. It does not fall when A(y)
+// rises, nor does any of its rounded operations.
 inline double relationship_change(double d, double apv2, double a, double squares, double genint) {
   return (d * apv2 + 2.0 * d * a + d * d * squares) / (genint * genint);
 }
 
-// Sets bounds[y - first(sex)] for each candidate y of the sex, from sums that follow the mateset.
-// row_x: relationships of x by candidate; a_x: A(x).
-void bound_relationship_changes(const Model& model, int sex, double d, std::int32_t x, double a_x,
-                                const double* row_x, std::vector<Bounds>& bounds);
+// By candidate y - first(sex). A bound that is not a number bounds nothing.
+struct ReplacementBounds {
+  std::vector<double> gain;       // exactly
+  std::vector<double> low, high;  // the change of relationship lies between them
+};
+
+// x: the candidate that loses a mating of contribution d, row_x: its relationships by candidate,
+// a_x: A(x). model.sums of the sex must follow the mateset.
+void bound_replacements(const Model& model, int sex, double d, std::int32_t x, double a_x,
+                        const double* row_x, ReplacementBounds& bounds);
 
 }  // namespace qob
