@@ -25,7 +25,7 @@ void RelationshipRows::prepare(const Relationship& relationship, const Candidate
     own_[static_cast<std::size_t>(k)] = nrmelement(relationship, row, row);
   }
   place_of_.assign(n + 1, -1);
-  most_places_ = static_cast<std::size_t>(kMostBytes) / (sizeof(double) * (n + 1));
+  most_places_ = most_bytes_ / (sizeof(double) * (n + 1));
 }
 
 // Memory for the row of `candidate`, nullptr when there is none left within the bound.

@@ -17,10 +17,12 @@ class RelationshipRows {
  public:
   // Most rows that one reading takes: the elements of a few rows lie close in the triangle.
   static constexpr std::size_t kBlock = 8;
-  // Most bytes of kept rows: all rows of 8,000 candidates.
-  static constexpr std::int64_t kMostBytes = std::int64_t{1} << 29;
+  // Most bytes of kept rows by default: all rows of 8,000 candidates.
+  static constexpr std::size_t kMostBytes = std::size_t{1} << 29;
 
   enum class Keep { kRows, kNothing };
+
+  explicit RelationshipRows(std::size_t most_bytes = kMostBytes) : most_bytes_(most_bytes) {}
 
   // Sets row[b] to the relationships of candidate wanted[b] (at most kBlock of them, none twice, 0
   // stops the run): row[b][k] is that with candidate k = 1..ncands. Valid until the next call. The
@@ -54,6 +56,7 @@ class RelationshipRows {
   std::vector<std::int32_t> place_of_;  // by candidate: place of its row, -1 = none
   std::vector<Place> places_;
   std::vector<double> scratch_;  // kBlock rows that are not kept
+  std::size_t most_bytes_;
   std::size_t most_places_ = 0;
   std::size_t hand_ = 0;  // the place that is looked at next for an old row
   std::int64_t calls_ = 0;

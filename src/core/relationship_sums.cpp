@@ -29,24 +29,32 @@ void add_block(double* __restrict sum, const double* const* row, const double* d
 
 void RelationshipSums::follow(const Relationship& relationship, const Candidates& candidates,
                               RelationshipRows& rows, int sex, std::span<const std::int32_t> uses) {
-  const auto n = static_cast<std::size_t>(candidates.ncands);
-  const bool begun = uses_.size() == n + 1 && rows_added_ <= kMostRows;
-  std::vector<std::int32_t> changed, used;
-  for (std::size_t j = 1; j <= n; ++j) {
-    if (uses[j] != 0) used.push_back(static_cast<std::int32_t>(j));
-    if (begun && uses[j] != uses_[j]) changed.push_back(static_cast<std::int32_t>(j));
+  const auto n = static_cast<std::size_t>(candidates.ncands) + 1;
+  if (uses_.size() != n) {
+    uses_.assign(n, 0);
+    rows_added_ = kMostRows + 1;
+    used_.resize(n);
+    changed_.resize(n);
   }
-  if (!begun || changed.size() > used.size()) {
-    sum_.assign(n + 1, 0.0);
-    uses_.assign(n + 1, 0);
+  std::size_t used = 0, changed = 0;
+  for (std::size_t j = 1; j < n; ++j) {
+    used_[used] = changed_[changed] = static_cast<std::int32_t>(j);
+    used += uses[j] != 0;
+    changed += uses[j] != uses_[j];
+  }
+  if (rows_added_ > kMostRows || changed > used) {
+    sum_.assign(n, 0.0);
+    uses_.assign(n, 0);
     rows_added_ = 0;
     changed = used;
+    std::swap(changed_, used_);
   }
-  add_rows(relationship, candidates, rows, sex, changed, uses);
+  add_rows(relationship, candidates, rows, sex, {changed_.data(), changed}, uses);
   // Each row that was added rounds a product and a sum, of at most 4 n times the greatest
   // relationship; the sum in its proper order rounds two operations and a contribution for each
   // parent. Twice that.
-  const auto roundings = static_cast<double>(8 * rows_added_ + 8 * std::ssize(used) + 64);
+  const auto roundings =
+      static_cast<double>(8 * rows_added_ + 8 * static_cast<std::int64_t>(used) + 64);
   error_ = roundings * std::numeric_limits<double>::epsilon() * rows.largest();
 }
 

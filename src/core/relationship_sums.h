@@ -33,7 +33,8 @@ class RelationshipSums {
 
   std::vector<double> sum_;
   std::vector<std::int32_t> uses_;
-  std::int64_t rows_added_ = 0;  // since the sums began at 0
+  std::vector<std::int32_t> used_, changed_;  // work tables
+  std::int64_t rows_added_ = 0;               // since the sums began at 0
   double error_ = 0.0;
 };
 

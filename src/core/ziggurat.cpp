@@ -14,14 +14,6 @@ void Random::zigset(std::int32_t seed) {
   }
 }
 
-std::int32_t Random::shr3() {
-  const std::uint32_t jz = jsr_;
-  jsr_ ^= jsr_ << 13;
-  jsr_ ^= jsr_ >> 17;
-  jsr_ ^= jsr_ << 5;
-  return static_cast<std::int32_t>(jz + jsr_);
-}
-
 std::int64_t Random::ceiling_of_draw(std::int64_t n) {
   const double product = uni() * static_cast<double>(n);
   const auto truncated = static_cast<std::int64_t>(product);

@@ -12,7 +12,13 @@ class Random {
   void zigset(std::int32_t seed);
 
   // The next integer, any of the 2^32 values.
-  std::int32_t shr3();
+  std::int32_t shr3() {
+    const std::uint32_t jz = jsr_;
+    jsr_ ^= jsr_ << 13;
+    jsr_ ^= jsr_ >> 17;
+    jsr_ ^= jsr_ << 5;
+    return static_cast<std::int32_t>(jz + jsr_);
+  }
 
   // The next real, uniform in the open interval (0, 1).
   double uni() { return 0.5 + shr3() * 2.328306e-10; }

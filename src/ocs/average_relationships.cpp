@@ -12,7 +12,7 @@ namespace {
 // Sums that are advanced side by side: one alone would wait for each addition.
 constexpr std::size_t kSideBySide = 4;
 // Terms of a set that are collected before they are added, at least.
-constexpr std::size_t kEnough = 256;
+constexpr std::size_t kEnough = 512;
 
 using Sets = std::span<const Contributions* const>;
 
@@ -36,21 +36,38 @@ void add_in_order(const std::array<const double*, kSideBySide>& terms, std::size
   sum[0] = s0, sum[1] = s1, sum[2] = s2, sum[3] = s3;
 }
 
-// The candidates that any of the sets uses.
-std::vector<std::int32_t> union_of(Sets sets, std::int32_t ncands) {
-  std::vector<char> used(static_cast<std::size_t>(ncands) + 1, 0);
-  for (const Contributions* set : sets) {
-    for (const std::int32_t i : set->candidate) used[static_cast<std::size_t>(i)] = 1;
+// The candidates that any of the sets uses, ascending, and the sets that use each.
+struct Users {
+  Users(Sets sets, std::int32_t ncands) : first(static_cast<std::size_t>(ncands) + 2, 0) {
+    for (const Contributions* set : sets) {
+      for (const std::int32_t i : set->candidate) ++first[static_cast<std::size_t>(i) + 1];
+    }
+    candidate.resize(first.size());
+    std::size_t count = 0;
+    for (std::size_t i = 0; i + 1 < first.size(); ++i) {
+      candidate[count] = static_cast<std::int32_t>(i);
+      count += first[i + 1] > 0;
+      first[i + 1] += first[i];
+    }
+    candidate.resize(count);
+    set_of.resize(static_cast<std::size_t>(first.back()));
+    std::vector<std::int32_t> next = first;
+    for (std::size_t l = 0; l < sets.size(); ++l) {
+      for (const std::int32_t i : sets[l]->candidate) {
+        set_of[static_cast<std::size_t>(next[static_cast<std::size_t>(i)]++)] = l;
+      }
+    }
   }
-  std::vector<std::int32_t> all(used.size());
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < used.size(); ++i) {
-    all[count] = static_cast<std::int32_t>(i);
-    count += static_cast<std::size_t>(used[i]);
+
+  std::span<const std::size_t> of(std::int32_t i) const {
+    const auto at = static_cast<std::size_t>(i);
+    return {set_of.data() + first[at], set_of.data() + first[at + 1]};
   }
-  all.resize(count);
-  return all;
-}
+
+  std::vector<std::int32_t> candidate;
+  std::vector<std::int32_t> first;  // candidate i's sets: set_of[first[i]] .. [first[i+1] - 1]
+  std::vector<std::size_t> set_of;
+};
 
 class QuadraticForms {
  public:
@@ -63,13 +80,12 @@ class QuadraticForms {
     memory_.reset(new double[capacity_ * kContributionSets]);
   }
 
-  // Candidates come in ascending order, row[k] is the relationship with candidate k.
-  void add_candidate(std::int32_t i, const double* row) {
-    for (std::size_t l = 0; l < count_; ++l) {
-      Form& form = forms_[l];
-      if (form.next == form.set->candidate.size() || form.set->candidate[form.next] != i) continue;
-      collect(form, i, row, terms_of(l));
-      enough_ = enough_ || form.terms >= kEnough;
+  // Candidates come in ascending order, each with the sets that use it; row[k] is its relationship
+  // with candidate k.
+  void add_candidate(std::int32_t i, std::span<const std::size_t> users, const double* row) {
+    for (const std::size_t l : users) {
+      collect(forms_[l], i, row, terms_of(l));
+      enough_ = enough_ || forms_[l].terms >= kEnough;
     }
     if (enough_) add_terms();
   }
@@ -152,7 +168,8 @@ class Fetcher {
 void average_relationships(const Model& model, Sets sets, RelationshipRows& rows,
                            RelationshipRows::Keep keep, double* result) {
   constexpr std::size_t kBlock = RelationshipRows::kBlock;
-  const std::vector<std::int32_t> all = union_of(sets, model.candidates.ncands);
+  const Users users(sets, model.candidates.ncands);
+  const std::vector<std::int32_t>& all = users.candidate;
   QuadraticForms forms(model.goal, sets);
   Fetcher fetcher(all);
   for (std::size_t at = 0; at < all.size(); at += kBlock) {
@@ -162,7 +179,7 @@ void average_relationships(const Model& model, Sets sets, RelationshipRows& rows
     fetcher.fetch_from(all[at], row[0]);
     for (std::size_t b = 0; b < n; ++b) {
       if (b + 1 < n) fetcher.fetch_from(all[at + b + 1], row[b + 1]);
-      forms.add_candidate(all[at + b], row[b]);
+      forms.add_candidate(all[at + b], users.of(all[at + b]), row[b]);
     }
   }
   for (std::size_t l = 0; l < sets.size(); ++l) result[l] = forms.result(l);

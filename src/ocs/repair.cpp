@@ -48,6 +48,7 @@ class Repair {
   }
 
   bool males_in_whole_units() const {
+    if (unit_ == 1) return true;
     for (std::int32_t m = 1; m <= candidates_.nmcands; ++m) {
       if (matings_(m) % unit_ != 0) return false;
     }

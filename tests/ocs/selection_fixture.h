@@ -51,6 +51,7 @@ class SelectionTest : public ModelTest {
     c.ncands = static_cast<int>(limits.size());
     c.nfcands = c.ncands - c.nmcands;
     for (auto* t : {&c.cands, &c.max_matings, &model.relationship.nrm_id}) t->assign(c.ncands, 0);
+    for (RelationshipSums& sums : model.sums) sums = {};
     for (auto* t : {&c.merit, &model.goal.apv2}) t->assign(c.ncands, 0.0);
     c.age.assign(c.ncands, 1);
     model.relationship.nrm.assign(c.ncands * (c.ncands + 1) / 2, 0.0);
@@ -63,8 +64,9 @@ class SelectionTest : public ModelTest {
     model.parameters.ocs.limitmalematings = unit;
     model.random.zigset(seed);
   }
-  // i >= j.
+  // i >= j. What was derived from the matrix as it was is forgotten.
   void relate(int i, int j, double value) {
+    model.rows = RelationshipRows{};
     model.relationship.nrm(i * (i - 1) / 2 + j) = herd[{i, j}] = herd[{j, i}] = value;
   }
   // Fills relationships, merits and the goal with drawn numbers.

@@ -1,0 +1,144 @@
+// The evaluation and the directed mutation of a mateset in their plainest form, one relationship at
+// a time in the order of the sums: the judge of the fast forms, bit for bit, and their yardstick.
+#pragma once
+
+#include <cmath>
+
+#include "ocs/qobocs.h"
+
+namespace qob::plain {
+
+inline double average_relationship(const Model& model, const Table<double>& c, double threshold) {
+  const Candidates& candidates = model.candidates;
+  const Goal& goal = model.goal;
+  const auto a = [&](int i, int k) { return cnrm(model.relationship, candidates, i, k); };
+  double sum = goal.vpapv;
+  for (int i = 1; i <= candidates.ncands; ++i) {
+    if (c(i) < threshold) continue;
+    sum += a(i, i) * (c(i) * c(i)) + goal.apv2(i) * c(i);
+    for (int k = i + 1; k <= candidates.ncands; ++k) {
+      if (c(k) >= threshold) sum += 2.0 * c(i) * c(k) * a(k, i);
+    }
+  }
+  return sum / (goal.last_genint * goal.last_genint);
+}
+
+inline void evaluation(Model& model, Mateset mateset, ValueRecord& value) {
+  const Candidates& candidates = model.candidates;
+  const Goal& goal = model.goal;
+  const auto n = mateset.nmatings();
+  const double h = 1.0 / static_cast<double>(2 * n);
+  Allowances matings = mating_limits(candidates);
+  Table<double> c(candidates.ncands, 0.0);
+  value = {};
+  for (std::int64_t j = 1; j <= n; ++j) {
+    for (int sex = kMale; sex <= kFemale; ++sex) {
+      const int i = mateset(j, sex);
+      --matings(i);
+      c(i) += 1.0;
+      value.age += static_cast<double>(candidates.age(i));
+      value.merit += candidates.merit(i);
+      value.scaled_merit += candidates.merit(i) / goal.k_factor[sex - 1];
+    }
+    value.inbreeding +=
+        0.5 * cnrm(model.relationship, candidates, mateset.male(j), mateset.female(j));
+  }
+  for (double& share : c) share *= h;
+  value.age *= h;
+  value.inbreeding /= static_cast<double>(single(n));
+  value.scaled_merit = value.scaled_merit * h - goal.expmerit;
+  value.merit *= h;
+  value.relationship = plain::average_relationship(model, c, 1.0 / static_cast<double>(3 * n));
+  value.rate = (value.relationship - goal.last_rel) * goal.last_genint / (2.0 - goal.last_rel);
+  value.legal = true;
+  for (int i = 1; i <= candidates.ncands; ++i) {
+    const auto used = candidates.max_matings(i) - matings(i);
+    if (matings(i) < 0) value.legal = false;
+    if (candidates.is_male(i) && used % model.parameters.ocs.limitmalematings != 0)
+      value.legal = false;
+  }
+  compute_fitness(model, value);
+}
+
+class DirectedMutation {
+ public:
+  DirectedMutation(Model& model, Mateset mateset)
+      : model_(model), mateset_(mateset), matings_(remaining_matings(model.candidates, mateset)) {}
+
+  void run() {
+    const double probability = model_.parameters.algorithm.directed_mutation_probability;
+    if (probability < kTiny) return;
+    const std::int64_t rows[] = {male_slots(model_), mateset_.nmatings()};
+    for (int sex = kMale; sex <= kFemale; ++sex) {
+      for (std::int64_t j = 1; j <= rows[sex - 1]; ++j) {
+        if (probability > model_.random.uni()) replace(j, sex);
+      }
+    }
+    ValueRecord value;
+    plain::evaluation(model_, mateset_, value);
+  }
+
+ private:
+  double a(int i, int k) const { return cnrm(model_.relationship, model_.candidates, i, k); }
+
+  double relationship_to_parents(int y) const {
+    double sum = 0.0;
+    for (int j = 1; j <= model_.candidates.ncands; ++j) {
+      if (contribution_(j) >= kTiny) sum += contribution_(j) * a(y, j);
+    }
+    return sum;
+  }
+
+  void replace(std::int64_t j, int sex) {
+    const Candidates& candidates = model_.candidates;
+    const Goal& goal = model_.goal;
+    const OCSParameters& p = model_.parameters.ocs;
+    const bool constraint = p.optimise == "constraint";
+    if (constraint && !evaluated_) plain::evaluation(model_, mateset_, value_);
+    evaluated_ = true;
+    const double d = 1.0 / static_cast<double>(2 * mateset_.nmatings());
+    contribution_.assign(candidates.ncands, 0.0);
+    for (std::int64_t e = 1; e <= 2 * mateset_.nmatings(); ++e) ++contribution_(mateset_.entry(e));
+    for (double& c : contribution_) c *= d;
+    const int x = mateset_(j, sex);
+    const std::int64_t needed = sex == kMale ? p.limitmalematings : 1;
+    const double a_x = relationship_to_parents(x);
+    const bool too_related = constraint && value_.relationship > goal.constraint;
+    int best = 0;
+    double best_score = 0.0, best_gain = 0.0, best_change = 0.0;
+    for (int y = candidates.first(sex); y <= candidates.last(sex); ++y) {
+      if (matings_(y) < needed) continue;
+      const double change =
+          (d * (goal.apv2(y) - goal.apv2(x)) + 2.0 * d * (relationship_to_parents(y) - a_x) +
+           d * d * (a(y, y) + a(x, x) - 2.0 * a(y, x))) /
+          (goal.last_genint * goal.last_genint);
+      const double gain = (candidates.merit(y) - candidates.merit(x)) * d / goal.k_factor[sex - 1];
+      const double predicted = change + value_.relationship;
+      if (constraint && !too_related && predicted > goal.constraint) continue;
+      const double score = p.optimise == "penalty" ? p.w_merit * gain + p.w_relationship * change
+                                                   : (too_related ? -predicted : gain);
+      if (std::isnan(score) || (best != 0 && !(score > best_score))) continue;
+      best = y, best_score = score, best_gain = gain, best_change = change;
+    }
+    if (best == 0) return;
+    if (sex == kMale) fill_slot(mateset_, j, male_slots(model_), best);
+    if (sex == kFemale) mateset_.female(j) = best;
+    matings_(x) += needed;
+    matings_(best) -= needed;
+    value_.scaled_merit += best_gain;
+    value_.relationship = best_change + value_.relationship;
+  }
+
+  Model& model_;
+  Mateset mateset_;
+  Allowances matings_;
+  Table<double> contribution_;
+  ValueRecord value_;
+  bool evaluated_ = false;
+};
+
+inline void directed_mutation(Model& model, Mateset mateset) {
+  DirectedMutation(model, mateset).run();
+}
+
+}  // namespace qob::plain
