@@ -6,6 +6,10 @@
 namespace qob {
 namespace {
 
+// How many rows further down are asked for early: each lies on a page of its own. With it the walk
+// takes 0.7 of the time.
+constexpr std::int64_t kAhead = 16;
+
 // Row r of the packed triangle: its element c is [c].
 const double* row_of(const double* nrm, std::int64_t r) { return nrm + r * (r - 1) / 2 - 1; }
 
@@ -55,23 +59,22 @@ void CandidateRows::fill_columns(const std::array<std::int32_t, kLanes>& row, st
   std::array<const double*, kLanes> from;
   for (std::size_t l = 0; l < kLanes; ++l) from[l] = row_of(nrm_, row[l]);
   for (std::int64_t k = 1; k <= before; ++k) {
-    auto* to = reinterpret_cast<double*>(&column(places_(k).candidate));
     const std::int64_t c = places_(k).row;
+    Column& to = column(places_(k).candidate);
     for (std::size_t l = 0; l < kLanes; ++l) to[l] = from[l][c];
   }
   for (std::int64_t k = before + 1; k <= done_; ++k) {
     Column& to = column(places_(k).candidate);
     for (std::size_t l = 0; l < kLanes; ++l) to[l] = nrm_[ute(row[l], places_(k).row) - 1];
   }
-  const bool adjacent = row[kLanes - 1] - row[0] == kLanes - 1;
   for (std::int64_t k = done_ + 1; k <= places_.size(); ++k) {
-    Column& to = column(places_(k).candidate);
+    const double* ahead = row_of(nrm_, places_(std::min(k + kAhead, places_.size())).row);
+    for (std::size_t l = 0; l < kLanes; l += 8) __builtin_prefetch(ahead + row[l]);
     const double* below = row_of(nrm_, places_(k).row);
-    const double* ahead = row_of(nrm_, places_(std::min(k + 16, places_.size())).row) + row[0];
-    for (std::size_t l = 0; l < kLanes; l += 8) __builtin_prefetch(ahead + l);
-    if (adjacent) {
+    Column& to = column(places_(k).candidate);
+    if (row[kLanes - 1] - row[0] == kLanes - 1) {
       std::memcpy(&to, below + row[0], sizeof to);
-    } else {
+    } else {  // rows without a candidate lie between
       for (std::size_t l = 0; l < kLanes; ++l) to[l] = below[row[l]];
     }
   }

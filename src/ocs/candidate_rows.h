@@ -19,7 +19,7 @@ namespace qob {
 class CandidateRows {
  public:
   // 16 fill a cache line or two of each row below; 8 took 1.15 and 32 took 1.3 times as long.
-  static constexpr std::size_t kLanes = 32;
+  static constexpr std::size_t kLanes = 16;
   using Column = Lanes<double, kLanes>;
 
   // Asks for memory for kLanes * ncands elements.
