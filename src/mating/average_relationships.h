@@ -10,6 +10,7 @@ namespace qob {
 // counted once a mating.
 struct Averages {
   double males = 0.0, females = 0.0, males_sel = 0.0, females_sel = 0.0;
+  bool operator==(const Averages&) const = default;
 };
 
 // By candidate. Sums run by ascending candidate, and over the rows of the mateset in their order.
