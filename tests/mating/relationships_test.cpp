@@ -7,8 +7,7 @@
 namespace qob::test {
 // Every third row of the matrix is a male's while there are any; row `vacant` has no candidate.
 TEST_F(SelectionTest, RelationshipsOfAllCandidatesAreThoseOfThePlainForms) {
-  const int cases[][4] = {
-      {1, 1, 3, 3}, {1, 15, 17, 9}, {7, 10, 5, 9}, {16, 17, 33, 9}, {20, 45, 40, 2000000000}};
+  const int cases[][4] = {{1, 1, 3, 3}, {1, 15, 17, 9}, {7, 10, 5, 9}, {20, 45, 40, 2000000000}};
   for (const auto& [males, females, vacant, largest] : cases) {
     Stream draw(static_cast<std::uint32_t>(males));
     set_candidates(std::vector<int>(males), std::vector<int>(females), 1);
@@ -24,12 +23,10 @@ TEST_F(SelectionTest, RelationshipsOfAllCandidatesAreThoseOfThePlainForms) {
     for (auto& [m, f] : rows) m = draw.ceiling(males), f = males + draw.ceiling(females);
     const auto fast = mean_relationships(model.relationship, c);
     const auto plain = plain::relationships_of(model.relationship, c);
-    for (int k = 0; k < 16; ++k) {
-      const SexMeans& means = k < 8 ? fast.plain : fast.weighted;
-      const auto& cell = k % 8 < 4 ? means.with_own : means.without_own;
-      const plain::Mean& judge = plain.sexes[k / 8][k / 4 % 2][k / 2 % 2][k % 2];
-      EXPECT_EQ(cell[k / 2 % 2][k % 2], judge.value()) << k;
-    }
+    const double(*cells[])[2] = {fast.plain.with_own, fast.plain.without_own,
+                                 fast.weighted.with_own, fast.weighted.without_own};
+    for (int k = 0; k < 16; ++k)
+      EXPECT_EQ(cells[k / 4][k / 2 % 2][k % 2], plain.sexes[k / 4][k / 2 % 2][k % 2].value()) << k;
     const Table<Averages> averages = average_relationships(model.relationship, c, mateset(rows));
     for (int i = 1; i <= c.ncands; ++i) {
       EXPECT_EQ(averages(i), plain::averages_of(model.relationship, c, mateset(rows), i)) << i;

@@ -9,7 +9,7 @@ struct Mean {
   double value() const { return divisor == 0.0 ? 0.0 : sum / divisor; }
 };
 struct Relationships {
-  Mean sexes[2][2][2][2];  // plain, weighted; with own, without; by sex of i; by sex of j
+  Mean sexes[4][2][2];  // with own, without; the same weighted; by sex of i; by sex of j
   Table<double> to_others[3];
 };
 inline Relationships relationships_of(const Relationship& relationship, const Candidates& c) {
@@ -22,8 +22,7 @@ inline Relationships relationships_of(const Relationship& relationship, const Ca
       const int s = c.is_male(j) ? 0 : 1;
       const double a = cnrm(relationship, c, i, j);
       const double w = 1.0 * c.max_matings(i) * c.max_matings(j);
-      for (int k = 0; k < (i == j ? 2 : 4); ++k)
-        result.sexes[k % 2][k / 2][r][s].add(a, k % 2 == 0 ? 1.0 : w);
+      for (int k = 0; k < 4; k += i == j ? 2 : 1) result.sexes[k][r][s].add(a, k < 2 ? 1.0 : w);
       if (i == j) continue;
       for (int k : {s, 2}) to_others[k].add(a, 1.0);
     }
