@@ -10,7 +10,7 @@ TEST_F(SelectionTest, RelationshipsOfAllCandidatesAreThoseOfThePlainForms) {
   const int cases[][4] = {{1, 1, 3, 3}, {1, 15, 17, 9}, {7, 10, 5, 9}, {20, 45, 40, 2000000000}};
   for (const auto& [males, females, vacant, largest] : cases) {
     Stream draw(static_cast<std::uint32_t>(males));
-    set_candidates(std::vector<int>(males), std::vector<int>(females), 1);
+    set_candidates(std::vector<int>(std::size_t(males)), std::vector<int>(std::size_t(females)), 1);
     Candidates& c = model.candidates;
     for (int i = 1, m = 0, f = males; i <= c.ncands; ++i) {
       c.cands(m < males && (i % 3 == 0 || f == c.ncands) ? ++m : ++f) = i;
