@@ -6,9 +6,9 @@
 namespace qob {
 namespace {
 
-// How many rows further down are asked for early: each lies on a page of its own. With it the walk
-// takes 0.7 of the time.
-constexpr std::int64_t kAhead = 16;
+// How many rows further down are asked for early, each being on another page: with 10,000 rows the
+// walk takes 2 times as long as one serial sum over the triangle, without it more than 4 times.
+constexpr std::int64_t kAhead = 48;
 
 // Row r of the packed triangle: its element c is [c].
 const double* row_of(const double* nrm, std::int64_t r) { return nrm + r * (r - 1) / 2 - 1; }
@@ -69,7 +69,7 @@ void CandidateRows::fill_columns(const std::array<std::int32_t, kLanes>& row, st
   }
   for (std::int64_t k = done_ + 1; k <= places_.size(); ++k) {
     const double* ahead = row_of(nrm_, places_(std::min(k + kAhead, places_.size())).row);
-    for (std::size_t l = 0; l < kLanes; l += 8) __builtin_prefetch(ahead + row[l]);
+    for (std::size_t l : {0, 8, 15}) __builtin_prefetch(ahead + row[l]);  // up to three lines
     const double* below = row_of(nrm_, places_(k).row);
     Column& to = column(places_(k).candidate);
     if (row[kLanes - 1] - row[0] == kLanes - 1) {

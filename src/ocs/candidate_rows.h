@@ -18,7 +18,7 @@ namespace qob {
 // share, so that those of a sex come in ascending order.
 class CandidateRows {
  public:
-  // 16 fill a cache line or two of each row below; 8 took 1.15 and 32 took 1.3 times as long.
+  // 16 take two or three cache lines of each row below; with 8 the walk takes half as long again.
   static constexpr std::size_t kLanes = 16;
   using Column = Lanes<double, kLanes>;
 
