@@ -69,7 +69,8 @@ void CandidateRows::fill_columns(const std::array<std::int32_t, kLanes>& row, st
   }
   for (std::int64_t k = done_ + 1; k <= places_.size(); ++k) {
     const double* ahead = row_of(nrm_, places_(std::min(k + kAhead, places_.size())).row);
-    for (std::size_t l : {0, 8, 15}) __builtin_prefetch(ahead + row[l]);  // up to three lines
+    for (const std::size_t l : {0U, 8U, 15U})
+      __builtin_prefetch(ahead + row[l]);  // up to three lines
     const double* below = row_of(nrm_, places_(k).row);
     Column& to = column(places_(k).candidate);
     if (row[kLanes - 1] - row[0] == kLanes - 1) {
