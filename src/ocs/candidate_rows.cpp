@@ -60,21 +60,21 @@ void CandidateRows::fill_columns(const std::array<std::int32_t, kLanes>& row, st
   for (std::size_t l = 0; l < kLanes; ++l) from[l] = row_of(nrm_, row[l]);
   for (std::int64_t k = 1; k <= before; ++k) {
     const std::int64_t c = places_(k).row;
-    Column& to = column(places_(k).candidate);
+    double* to = lanes(places_(k).candidate);
     for (std::size_t l = 0; l < kLanes; ++l) to[l] = from[l][c];
   }
   for (std::int64_t k = before + 1; k <= done_; ++k) {
-    Column& to = column(places_(k).candidate);
+    double* to = lanes(places_(k).candidate);
     for (std::size_t l = 0; l < kLanes; ++l) to[l] = nrm_[ute(row[l], places_(k).row) - 1];
   }
   for (std::int64_t k = done_ + 1; k <= places_.size(); ++k) {
     const double* ahead = row_of(nrm_, places_(std::min(k + kAhead, places_.size())).row);
-    for (const std::size_t l : {0U, 8U, 15U})
-      __builtin_prefetch(ahead + row[l]);  // up to three lines
+    // Three cache lines at most.
+    for (const std::size_t l : {0U, 8U, 15U}) __builtin_prefetch(ahead + row[l]);
     const double* below = row_of(nrm_, places_(k).row);
-    Column& to = column(places_(k).candidate);
+    double* to = lanes(places_(k).candidate);
     if (row[kLanes - 1] - row[0] == kLanes - 1) {
-      std::memcpy(&to, below + row[0], sizeof to);
+      std::memcpy(to, below + row[0], sizeof(Column));
     } else {  // rows without a candidate lie between
       for (std::size_t l = 0; l < kLanes; ++l) to[l] = below[row[l]];
     }

@@ -33,6 +33,8 @@ class CandidateRows {
   // The relationships with candidate j = 1..ncands; one after the other in memory.
   const Column& column(std::int64_t j) const { return columns_[static_cast<std::size_t>(j - 1)]; }
   Column& column(std::int64_t j) { return columns_[static_cast<std::size_t>(j - 1)]; }
+  // The lanes of column j as an array; a vector may be accessed by its elements' type.
+  double* lanes(std::int64_t j) { return reinterpret_cast<double*>(&column(j)); }
 
   // Adds the columns first..last to `sum`, in this order in each lane.
   void add_columns(std::int64_t first, std::int64_t last, Column& sum) const;

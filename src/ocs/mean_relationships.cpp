@@ -114,7 +114,7 @@ class Summation {
   // The columns as rows, so that one candidate's relationships lie together.
   void lay_out_by_candidate() {
     for (std::size_t j = 0; j < n_; ++j) {
-      const CandidateRows::Column& column = rows_.column(static_cast<std::int64_t>(j) + 1);
+      const double* column = rows_.lanes(static_cast<std::int64_t>(j) + 1);
       for (std::size_t l = 0; l < CandidateRows::kLanes; ++l) a_[l * n_ + j] = column[l];
     }
   }
@@ -130,7 +130,7 @@ class Summation {
   }
 
   void set_means_to_others() {
-    for (std::size_t l = 0; l < rows_.size(); ++l) rows_.column(rows_.candidate(l))[l] = 0.0;
+    for (std::size_t l = 0; l < rows_.size(); ++l) rows_.lanes(rows_.candidate(l))[l] = 0.0;
     const std::int32_t nmales = candidates_.nmcands;
     CandidateRows::Column sum[3] = {};
     rows_.add_columns(1, nmales, sum[0]);
