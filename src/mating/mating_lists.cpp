@@ -3,7 +3,7 @@
 #include <string>
 
 #include "core/sort.h"
-#include "mating/average_relationships.h"
+#include "mating/candidate_averages.h"
 
 namespace qob {
 namespace {
@@ -29,7 +29,7 @@ class Lists {
       : model_(model),
         candidates_(model.candidates),
         mateset_(model.search.best()),
-        averages_(average_relationships(model.relationship, candidates_, mateset_)) {
+        averages_(candidate_averages(model.relationship, candidates_, mateset_)) {
     const Pedigree& pedigree = model.pedigree;
     offspring_[0].assign(pedigree.maxid, 0);
     offspring_[1].assign(pedigree.maxid, 0);

@@ -27,7 +27,7 @@ TEST_F(SelectionTest, RelationshipsOfAllCandidatesAreThoseOfThePlainForms) {
                                  fast.weighted.with_own, fast.weighted.without_own};
     for (int k = 0; k < 16; ++k)
       EXPECT_EQ(cells[k / 4][k / 2 % 2][k % 2], plain.sexes[k / 4][k / 2 % 2][k % 2].value()) << k;
-    const Table<Averages> averages = average_relationships(model.relationship, c, mateset(rows));
+    const Table<Averages> averages = candidate_averages(model.relationship, c, mateset(rows));
     for (int i = 1; i <= c.ncands; ++i) {
       EXPECT_EQ(averages(i), plain::averages_of(model.relationship, c, mateset(rows), i)) << i;
       for (int s : {0, 1, 2}) EXPECT_EQ(fast.to_others[s](i), plain.to_others[s](i)) << i;

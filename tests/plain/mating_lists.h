@@ -1,6 +1,6 @@
 // The average relationships of a candidate, element by element: the judge of the fast form.
 #pragma once
-#include "mating/average_relationships.h"
+#include "mating/candidate_averages.h"
 namespace qob::plain {
 inline Averages averages_of(const Relationship& r, const Candidates& c, Mateset rows, int i) {
   Averages sum;

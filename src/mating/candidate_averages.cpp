@@ -1,11 +1,11 @@
-#include "mating/average_relationships.h"
+#include "mating/candidate_averages.h"
 
 #include "ocs/candidate_rows.h"
 
 namespace qob {
 
-Table<Averages> average_relationships(const Relationship& relationship,
-                                      const Candidates& candidates, Mateset mateset) {
+Table<Averages> candidate_averages(const Relationship& relationship, const Candidates& candidates,
+                                   Mateset mateset) {
   Table<Averages> averages(candidates.ncands);
   const std::int32_t nm = candidates.nmcands;
   const std::int64_t nmatings = mateset.nmatings();

@@ -15,7 +15,7 @@ struct Averages {
 };
 
 // By candidate. Sums run by ascending candidate, and over the rows of the mateset in their order.
-Table<Averages> average_relationships(const Relationship& relationship,
-                                      const Candidates& candidates, Mateset mateset);
+Table<Averages> candidate_averages(const Relationship& relationship, const Candidates& candidates,
+                                   Mateset mateset);
 
 }  // namespace qob
