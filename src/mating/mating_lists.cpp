@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/sort.h"
+#include "mating/candidate_averages.h"
 
 namespace qob {
 namespace {
@@ -22,15 +23,13 @@ Table<std::int32_t> rows_in_order(const Candidates& candidates, Mateset mateset)
   return row;
 }
 
-// Average relationships of candidate i to all candidates and to the selected ones, by sex.
-struct Averages {
-  double males = 0.0, females = 0.0, males_sel = 0.0, females_sel = 0.0;
-};
-
 class Lists {
  public:
   explicit Lists(Model& model)
-      : model_(model), candidates_(model.candidates), mateset_(model.search.best()) {
+      : model_(model),
+        candidates_(model.candidates),
+        mateset_(model.search.best()),
+        averages_(candidate_averages(model.relationship, candidates_, mateset_)) {
     const Pedigree& pedigree = model.pedigree;
     offspring_[0].assign(pedigree.maxid, 0);
     offspring_[1].assign(pedigree.maxid, 0);
@@ -47,7 +46,6 @@ class Lists {
   double relationship(std::int32_t a, std::int32_t b) const {
     return cnrm(model_.relationship, candidates_, a, b);
   }
-  Averages averages_of(std::int32_t i) const;
   // Offspring that candidate i has in the pedigree.
   std::int32_t previous_offspring(std::int32_t i) const {
     return offspring_[candidates_.is_male(i) ? 0 : 1](candidates_.cands(i));
@@ -60,22 +58,9 @@ class Lists {
   Model& model_;
   const Candidates& candidates_;
   Mateset mateset_;
+  Table<Averages> averages_;          // by candidate
   Table<std::int32_t> offspring_[2];  // by animal: as a sire, as a dam
 };
-
-Averages Lists::averages_of(std::int32_t i) const {
-  Averages sum;
-  for (std::int32_t j = 1; j <= candidates_.ncands; ++j) {
-    (candidates_.is_male(j) ? sum.males : sum.females) += relationship(i, j);
-  }
-  for (std::int64_t k = 1; k <= mateset_.nmatings(); ++k) {
-    sum.males_sel += relationship(i, mateset_.male(k));
-    sum.females_sel += relationship(i, mateset_.female(k));
-  }
-  const auto n = static_cast<double>(mateset_.nmatings());
-  return {sum.males / candidates_.nmcands, sum.females / candidates_.nfcands, sum.males_sel / n,
-          sum.females_sel / n};
-}
 
 void Lists::write_legend(Unit& unit) const {
   write(unit, "(A)", "Prev.offspr     : Number of offspring born in previous timesteps");
@@ -96,7 +81,7 @@ void Lists::write_mating(Unit& unit, std::int64_t line, std::int32_t sire, std::
 }
 
 void Lists::write_male(Unit& unit, std::int32_t i, std::int32_t matings) const {
-  const Averages a = averages_of(i);
+  const Averages& a = averages_(i);
   const std::string text = format_record("(A15)", candidates_.description(i).trimmed());
   write(unit, "(2I15,I16,4F16.4,1X,A20)", candidates_.old_id(i), matings, previous_offspring(i),
         a.males, a.females, a.males_sel, a.females_sel, text);
@@ -143,7 +128,7 @@ void Lists::write_candidates() {
   Table<std::int32_t> matings(candidates_.ncands, 0);
   for (std::int64_t p = 1; p <= 2 * mateset_.nmatings(); ++p) ++matings(mateset_.entry(p));
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
-    const Averages a = averages_of(i);
+    const Averages& a = averages_(i);
     write(unit, "(I15,I5,2I12,G12.3,4F16.4,1X,A20)", candidates_.old_id(i),
           candidates_.is_male(i) ? kMale : kFemale, matings(i), previous_offspring(i),
           candidates_.merit(i), a.males, a.females, a.males_sel, a.females_sel,

@@ -1,10 +1,10 @@
 #include "mating/maximum_avoidance.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
-#include <unordered_map>
 #include <utility>
+
+#include "mating/pair_count.h"
 
 namespace qob {
 namespace {
@@ -12,9 +12,13 @@ namespace {
 constexpr int kStall = 20;  // passes without change that end the search
 constexpr int kPassesPerMating = 100;
 constexpr double kRepeatedPair = 2.0;
+// A block's relationships are asked for this many blocks before it is improved: they lie all over
+// the matrix. Makes the search 2 to 3 times as fast for 10,000 candidates.
+constexpr std::int64_t kAhead = 8;
 
 using Square = std::array<std::array<double, 4>, 4>;
 using Assignment = std::array<std::size_t, 4>;  // the female of each male
+constexpr Assignment kIdentity = {0, 1, 2, 3};
 
 double total(const Square& table, const Assignment& females) {
   double sum = 0.0;
@@ -22,29 +26,46 @@ double total(const Square& table, const Assignment& females) {
   return sum;
 }
 
-// How many rows hold each pair.
-class PairCount {
- public:
-  void add(std::int32_t male, std::int32_t female, int rows) { count_[key(male, female)] += rows; }
-  int operator()(std::int32_t male, std::int32_t female) const {
-    const auto found = count_.find(key(male, female));
-    return found == count_.end() ? 0 : found->second;
+// The assignment of least cost; of equal ones the identity, else the first in lexicographic order.
+Assignment cheapest(const Square& cost) {
+  Assignment best = kIdentity;
+  double least = total(cost, best);
+  const auto consider = [&](double first_two, const Assignment& females) {
+    const double sum = first_two + cost[2][females[2]] + cost[3][females[3]];
+    if (sum < least) {
+      least = sum;
+      best = females;
+    }
+  };
+  for (std::size_t a = 0; a < 4; ++a) {
+    for (std::size_t b = 0; b < 4; ++b) {
+      if (a == b) continue;
+      const std::size_t c = a != 0 && b != 0 ? 0 : (a != 1 && b != 1 ? 1 : 2);
+      const std::size_t d = 6 - a - b - c;
+      const double first_two = cost[0][a] + cost[1][b];
+      consider(first_two, {a, b, c, d});
+      consider(first_two, {a, b, d, c});
+    }
   }
-
- private:
-  static std::uint64_t key(std::int32_t male, std::int32_t female) {
-    return static_cast<std::uint64_t>(male) << 32 | static_cast<std::uint32_t>(female);
-  }
-  std::unordered_map<std::uint64_t, int> count_;
-};
+  return best;
+}
 
 class MaximumAvoidance {
  public:
   explicit MaximumAvoidance(Model& model)
-      : model_(model), mateset_(model.search.best()), order_(mateset_.nmatings(), 0) {
+      : model_(model),
+        mateset_(model.search.best()),
+        order_(mateset_.nmatings(), 0),
+        male_row_(mateset_.nmatings(), 0),
+        female_row_(mateset_.nmatings(), 0),
+        pairs_(mateset_.nmatings()) {
     const std::int64_t n = mateset_.nmatings();
     fsum_ = static_cast<double>(n) * model.search.best_value.inbreeding;
-    for (std::int64_t j = 1; j <= n; ++j) pairs_.add(mateset_.male(j), mateset_.female(j), 1);
+    for (std::int64_t j = 1; j <= n; ++j) {
+      pairs_.add(mateset_.male(j), mateset_.female(j));
+      male_row_(j) = matrix_row(mateset_.male(j));
+      female_row_(j) = matrix_row(mateset_.female(j));
+    }
   }
 
   void run() {
@@ -65,14 +86,29 @@ class MaximumAvoidance {
   }
 
  private:
+  std::int32_t matrix_row(std::int32_t candidate) const {
+    return model_.relationship.nrm_id(model_.candidates.cands(candidate));
+  }
+
   // Returns whether a pairing changed.
   bool pass() {
     bool changed = false;
     if (mateset_.nmatings() >= 4) shuffle_rows();
-    for (std::int64_t b = 1; b <= mateset_.nmatings() / 4; ++b) {
+    const std::int64_t blocks = mateset_.nmatings() / 4;
+    for (std::int64_t b = 1; b <= blocks; ++b) {
+      if (b + kAhead <= blocks) prefetch(4 * (b + kAhead) - 3);
       changed = improve_block(4 * b - 3) || changed;
     }
     return changed;
+  }
+
+  void prefetch(std::int64_t first) const {
+    for (std::int64_t i = first; i < first + 4; ++i) {
+      for (std::int64_t k = first; k < first + 4; ++k) {
+        const std::int64_t place = ute(male_row_(order_(i)), female_row_(order_(k)));
+        __builtin_prefetch(model_.relationship.nrm.data() + place - 1);
+      }
+    }
   }
 
   void shuffle_rows() {
@@ -92,16 +128,7 @@ class MaximumAvoidance {
     Square coancestry;
     Square cost;
     fill_tables(row, coancestry, cost);
-    constexpr Assignment kIdentity = {0, 1, 2, 3};
-    Assignment best = kIdentity;
-    double least = total(cost, best);
-    for (Assignment females = kIdentity; std::next_permutation(females.begin(), females.end());) {
-      const double sum = total(cost, females);
-      if (sum < least) {
-        least = sum;
-        best = females;
-      }
-    }
+    const Assignment best = cheapest(cost);
     if (best == kIdentity) return false;
     fsum_ += total(coancestry, best) - total(coancestry, kIdentity);
     reassign(row, best);
@@ -114,7 +141,8 @@ class MaximumAvoidance {
       for (std::size_t k = 0; k < 4; ++k) {
         const std::int32_t male = mateset_.male(row[i]);
         const std::int32_t female = mateset_.female(row[k]);
-        coancestry[i][k] = 0.5 * cnrm(model_.relationship, model_.candidates, male, female);
+        coancestry[i][k] =
+            0.5 * nrmelement(model_.relationship, male_row_(row[i]), female_row_(row[k]));
         const int own_row = i == k ? 1 : 0;
         const bool repeated = avoid_repeats && pairs_(male, female) > own_row;
         cost[i][k] = repeated ? kRepeatedPair : coancestry[i][k];
@@ -127,15 +155,18 @@ class MaximumAvoidance {
     for (std::size_t i = 0; i < 4; ++i) females[i] = mateset_.female(row[best[i]]);
     for (std::size_t i = 0; i < 4; ++i) {
       const std::int32_t male = mateset_.male(row[i]);
-      pairs_.add(male, mateset_.female(row[i]), -1);
-      pairs_.add(male, females[i], 1);
+      pairs_.remove(male, mateset_.female(row[i]));
+      pairs_.add(male, females[i]);
       mateset_.female(row[i]) = females[i];
+      female_row_(row[i]) = matrix_row(females[i]);
     }
   }
 
   Model& model_;
   Mateset mateset_;
   Table<std::int64_t> order_;
+  Table<std::int32_t> male_row_;    // by mating: the male's row in the relationship matrix
+  Table<std::int32_t> female_row_;  // and the female's
   PairCount pairs_;
   double fsum_ = 0.0;
 };

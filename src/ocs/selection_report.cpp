@@ -1,62 +1,13 @@
 // The summary of the data used for the selection: merit, inbreeding and relationships of the
-// candidates. All statistics are made in one pass over the relationships, row by row.
+// candidates.
 #include <cmath>
 #include <string>
 
+#include "ocs/mean_relationships.h"
 #include "ocs/qobocs.h"
 
 namespace qob {
 namespace {
-
-// A sum and what it is divided by; the mean of nothing is 0.
-struct Mean {
-  double sum = 0.0;
-  double divisor = 0.0;
-  double value() const { return divisor == 0.0 ? 0.0 : sum / divisor; }
-};
-
-// Mean relationships between candidates of sexes r (row) and s: [r - 1][s - 1].
-struct RelationshipTable {
-  Mean with_own[2][2];
-  Mean without_own[2][2];
-};
-
-struct Relationships {
-  RelationshipTable plain;
-  RelationshipTable weighted;  // by max_matings
-  // Mean relationship of candidate i to the males (0), females (1) and all (2) other than itself.
-  Table<double> to_others[3];
-};
-
-Relationships relationships_of(const Model& model) {
-  const Candidates& candidates = model.candidates;
-  const std::int32_t n = candidates.ncands;
-  Relationships result;
-  for (Table<double>& table : result.to_others) table.assign(n, 0.0);
-  for (std::int32_t i = 1; i <= n; ++i) {
-    const int r = candidates.is_male(i) ? 0 : 1;
-    Mean to_others[3];
-    for (std::int32_t j = 1; j <= n; ++j) {
-      const int s = candidates.is_male(j) ? 0 : 1;
-      const double a = cnrm(model.relationship, candidates, i, j);
-      const double w = static_cast<double>(candidates.max_matings(i)) *
-                       static_cast<double>(candidates.max_matings(j));
-      const auto add = [&](Mean& mean, double weight) {
-        mean.sum += weight * a;
-        mean.divisor += weight;
-      };
-      add(result.plain.with_own[r][s], 1.0);
-      add(result.weighted.with_own[r][s], w);
-      if (i == j) continue;
-      add(result.plain.without_own[r][s], 1.0);
-      add(result.weighted.without_own[r][s], w);
-      add(to_others[s], 1.0);
-      add(to_others[2], 1.0);
-    }
-    for (int s = 0; s < 3; ++s) result.to_others[s](i) = to_others[s].value();
-  }
-  return result;
-}
 
 // Statistics over the candidates first..last.
 struct Range {
@@ -111,17 +62,16 @@ void write_sexes(Model& model) {
   }
 }
 
-void write_table(Unit& summary, const RelationshipTable& table) {
+void write_table(Unit& summary, const SexMeans& means) {
   write(summary, "(10X,A22,4X,A22)", "_______Incl. own_______", "______Excl. own_______");
   write(summary, "(10X,2A11,4X,2A11)", "Males", "Females", "Males", "Females");
   for (int r = 0; r < 2; ++r) {
-    write(summary, "(A10,2F11.6,4X,2F11.6)", r == 0 ? "Males" : "Females",
-          table.with_own[r][0].value(), table.with_own[r][1].value(),
-          table.without_own[r][0].value(), table.without_own[r][1].value());
+    write(summary, "(A10,2F11.6,4X,2F11.6)", r == 0 ? "Males" : "Females", means.with_own[r][0],
+          means.with_own[r][1], means.without_own[r][0], means.without_own[r][1]);
   }
 }
 
-void write_spreads(Model& model, const Relationships& relationships) {
+void write_spreads(Model& model, const MeanRelationships& relationships) {
   Unit& summary = model.units.summary;
   const Candidates& candidates = model.candidates;
   const Table<double>* to = relationships.to_others;
@@ -159,14 +109,13 @@ double relationship_at_random(const Model& model) {
   return average_relationship(model, c, 0.0);
 }
 
-void write_expectations(Model& model, const Relationships& relationships) {
+void write_expectations(Model& model, const MeanRelationships& relationships) {
   Unit& summary = model.units.summary;
   const Candidates& candidates = model.candidates;
   const Goal& goal = model.goal;
   write(summary, "(/,A30)", " Expected under random mating :");
   write(summary, "(A32,G12.6)", " Mean merit :", 0.5 * (goal.mean_merit[0] + goal.mean_merit[1]));
-  write(summary, "(A32,F12.6)",
-        " Inbreeding :", 0.5 * relationships.weighted.with_own[0][1].value());
+  write(summary, "(A32,F12.6)", " Inbreeding :", 0.5 * relationships.weighted.with_own[0][1]);
   write(summary, "(A32,F12.6)", " Avg. relationship(generation) :", relationship_at_random(model));
   write(summary, "(/,A30,I6)", " Observed last time step :", candidates.birth_time - 1);
   write(summary, "(A32,G12.6)", " N animals :", candidates.nlast);
@@ -181,7 +130,7 @@ void write_expectations(Model& model, const Relationships& relationships) {
 
 void report_selection_data(Model& model) {
   Unit& summary = model.units.summary;
-  const Relationships relationships = relationships_of(model);
+  const MeanRelationships relationships = mean_relationships(model.relationship, model.candidates);
   write_sexes(model);
   write(summary, "(/,10X,A31)", " Average Relationships");
   write(summary, "(12X,A)", "Incl. own includes relationship to itself (1+inbreeding coefficient)");

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "mating/maximum_avoidance.h"
+#include "mating/pair_count.h"
 #include "mating/qobmate.h"
 #include "ocs/selection_fixture.h"
 
@@ -30,17 +31,7 @@ class MatingTest : public SelectionTest {
     for (const auto& [male, female] : rows) sum += 0.5 * rel(male, female);
     return sum / static_cast<double>(rows.size());
   }
-  // The sum of the coancestries, and 2.0 for each pair of `block` that stands in another row.
-  double cost(const Rows& rows, const std::array<std::size_t, 4>& block) {
-    double sum = 0.0;
-    for (const std::size_t j : block) {
-      const bool repeated = std::count(rows.begin(), rows.end(), rows[j]) > 1;
-      const bool avoid = repeated && !model.parameters.mating.repeatedmatings;
-      sum += avoid ? 2.0 : 0.5 * rel(rows[j].first, rows[j].second);
-    }
-    return sum;
-  }
-  // Whether another pairing of some four rows would cost less.
+  // Whether another pairing of some four rows would be less inbred.
   bool can_improve(const Rows& rows) {
     std::vector<bool> chosen(rows.size(), false);
     std::fill(chosen.end() - 4, chosen.end(), true);
@@ -52,7 +43,7 @@ class MatingTest : public SelectionTest {
       while (std::next_permutation(p.begin(), p.end())) {
         Rows other = rows;
         for (std::size_t b = 0; b < 4; ++b) other[block[b]].second = rows[block[p[b]]].second;
-        if (cost(other, block) < cost(rows, block) - 1e-9) return true;
+        if (inbreeding(other) < inbreeding(rows) - 1e-9) return true;
       }
     } while (std::next_permutation(chosen.begin(), chosen.end()));
     return false;
@@ -75,6 +66,19 @@ TEST_F(MatingTest, MaximumAvoidanceLeavesNoBlockOfFourToImprove) {
     for (std::size_t j = 0; j < rows.size(); ++j) EXPECT_EQ(after[j].first, rows[j].first);
     const auto same_female = [](const auto& a, const auto& b) { return a.second == b.second; };
     EXPECT_TRUE(std::is_permutation(after.begin(), after.end(), rows.begin(), same_female));
+  }
+}
+
+TEST_F(MatingTest, PairsAreCountedWhileRowsChange) {
+  Rows rows(20, {1, 1});
+  PairCount count(20);
+  for (const auto& [male, female] : rows) count.add(male, female);
+  Stream draw(1);
+  for (std::size_t step = 0; step < 5000; ++step) {
+    auto& [male, female] = rows[step % 20];
+    count.remove(male, female);
+    count.add(male = draw.ceiling(9), female = draw.ceiling(9));
+    for (const auto& r : rows) ASSERT_EQ(count(r.first, r.second), std::ranges::count(rows, r));
   }
 }
 
