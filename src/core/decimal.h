@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace qob {
 
@@ -44,11 +45,52 @@ inline std::uint64_t scaled(double magnitude, int decimals) {
   return up ? result + 1 : result;
 }
 
+// A magnitude as number * 10^(exponent - digits), where `number` has so many digits.
+struct Significant {
+  std::uint64_t number;  // kNotScaled: not applicable
+  int exponent;
+};
+
+// Rounds a magnitude below 1 to 1 <= digits <= 15 significant digits. Where the product misjudges
+// on which side of a power of ten the magnitude lies, it rounds to that power from either side: so
+// many digits cannot tell a double from its neighbours.
+inline Significant significant(double magnitude, int digits) {
+  if (!(magnitude < 1) || digits > 15) return {kNotScaled, 0};
+  int exponent = 0;
+  double power = 1;  // 10 to the power -exponent
+  for (; magnitude * power < 0.1 && digits - exponent < kMostDecimals; power *= 10) --exponent;
+  const std::uint64_t number = scaled(magnitude, digits - exponent);
+  const std::uint64_t one = kPowersOfTen[static_cast<std::size_t>(digits)];
+  if (number < one / 10) return {kNotScaled, 0};
+  return number < one ? Significant{number, exponent} : Significant{one / 10, exponent + 1};
+}
+
+inline constexpr auto kDigitPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t k = 0; k < 100; ++k) {
+    pairs[2 * k] = static_cast<char>('0' + k / 10);
+    pairs[2 * k + 1] = static_cast<char>('0' + k % 10);
+  }
+  return pairs;
+}();
+
 // Writes the last `count` digits of `number`, zeros in front if it has fewer, so that they end
 // before `end`. Returns the first of them and leaves in `number` what is in front of them.
 inline char* digits_before(char* end, std::uint64_t& number, int count) {
-  for (; count > 0; --count, number /= 10) *--end = static_cast<char>('0' + number % 10);
+  for (; count > 1; count -= 2, number /= 100) {
+    std::memcpy(end -= 2, &kDigitPairs[static_cast<std::size_t>(number % 100) * 2], 2);
+  }
+  if (count == 1) {
+    *--end = static_cast<char>('0' + number % 10);
+    number /= 10;
+  }
   return end;
+}
+
+// Writes all digits of `number`, none for 0, so that they end before `end`. Returns the first.
+inline char* digits_before(char* end, std::uint64_t number) {
+  while (number >= 10) end = digits_before(end, number, 2);
+  return number > 0 ? digits_before(end, number, 1) : end;
 }
 
 }  // namespace qob

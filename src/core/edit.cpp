@@ -13,8 +13,6 @@ namespace qob {
 namespace {
 
 constexpr int kExponentColumns = 4;
-// So many digits cannot tell a double from its neighbours.
-constexpr int kSureDigits = 15;
 
 std::size_t columns(int width) { return static_cast<std::size_t>(width); }
 
@@ -66,21 +64,9 @@ Scientific any_scientific(double magnitude, int digits) {
   return {text, magnitude == 0 ? 0 : exponent + 1};
 }
 
-// Magnitudes below 1 by integers. Where the product misjudges on which side of a power of ten a
-// magnitude lies, it rounds to that power from either side.
 Scientific scientific(double magnitude, int digits) {
-  int exponent = 0;
-  double power = 1;  // 10 to the power -exponent
-  for (; magnitude * power < 0.1 && digits - exponent < kMostDecimals; power *= 10) --exponent;
-  std::uint64_t number = magnitude < 1 ? scaled(magnitude, digits - exponent) : kNotScaled;
-  const std::uint64_t one = kPowersOfTen[std::min<std::size_t>(columns(digits), kMostDecimals)];
-  if (digits > kSureDigits || number < one / 10 || number > one) {
-    return any_scientific(magnitude, digits);
-  }
-  if (number == one) {
-    number /= 10;
-    ++exponent;
-  }
+  auto [number, exponent] = significant(magnitude, digits);
+  if (number == kNotScaled) return any_scientific(magnitude, digits);
   std::string text(columns(digits) + 1, '.');
   digits_before(text.data() + text.size(), number, digits);
   return {text, exponent};
@@ -92,7 +78,7 @@ void edit_multiple(std::string& out, std::uint64_t number, int decimals, bool ne
   char* const end = text + sizeof text;
   char* begin = digits_before(end, number, decimals);
   *--begin = '.';
-  while (number > 0) begin = digits_before(begin, number, 1);
+  begin = digits_before(begin, number);
   if (decimals == 0 && *begin == '.') *--begin = '0';
   right_align(out, {begin, static_cast<std::size_t>(end - begin)}, negative, width);
 }
@@ -105,7 +91,7 @@ void edit_integer(std::string& out, std::int64_t value, int width, int least_dig
   char digits[20];
   char* const end = digits + sizeof digits;
   char* begin = digits_before(end, rest, std::min(least_digits, 1));
-  while (rest > 0) begin = digits_before(begin, rest, 1);
+  begin = digits_before(begin, rest);
   const std::string_view text(begin, static_cast<std::size_t>(end - begin));
   if (text.size() >= columns(least_digits)) return right_align(out, text, value < 0, width);
   const std::string filled = std::string(columns(least_digits) - text.size(), '0').append(text);
