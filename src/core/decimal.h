@@ -58,10 +58,11 @@ inline Significant significant(double magnitude, int digits) {
   if (!(magnitude < 1) || digits > 15) return {kNotScaled, 0};
   int exponent = 0;
   double power = 1;  // 10 to the power -exponent
-  for (; magnitude * power < 0.1 && digits - exponent < kMostDecimals; power *= 10) --exponent;
+  for (; magnitude * power < 0.1; power *= 10) {
+    if (digits - --exponent > kMostDecimals) return {kNotScaled, 0};
+  }
   const std::uint64_t number = scaled(magnitude, digits - exponent);
   const std::uint64_t one = kPowersOfTen[static_cast<std::size_t>(digits)];
-  if (number < one / 10) return {kNotScaled, 0};
   return number < one ? Significant{number, exponent} : Significant{one / 10, exponent + 1};
 }
 
