@@ -1,5 +1,5 @@
 // A relationship as the relationship file shows it: the format G12.6 without its blanks, for
-// 1e-8 <= a < 10 by integers. Twice as fast as the general form (g++ 12, E form and fixed form).
+// 1e-8 <= a < 10 by integers. Four times as fast as the general form and its trimming (g++ 12).
 #pragma once
 
 #include <cstddef>

@@ -5,9 +5,10 @@
 //
 // The path of a key is given by its bits, from bit 1 upwards and round again after bit 31 to
 // bit 0, so no path is longer than 32 links, whatever the identifiers. The root takes as many of
-// them in one step as there are identifiers to tell apart: below its table a path has two links in
-// the mean where a root of two links leaves twenty, for a million identifiers in any order (three
-// to five times as fast). Nodes live in one arena.
+// them in one step as there are identifiers to tell apart, so that a path has about two links and
+// not twenty: for a million identifiers three to four times as fast as a root of two links (g++ 12,
+// in sequence or shuffled, inserted or looked up), for 4 to 16 bytes more each. Nodes live in one
+// arena.
 #pragma once
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 // be (quotes, repeat counts, empty places, faults), is refused and left to the lexer, so that odd
 // input has one definition: where a value is taken, the lexer would take the same one.
 //
-// Ten values of a record take a seventh of the lexer's time (g++ 12).
+// Five times as fast as the lexer on records of eight values and on relationships (g++ 12).
 #pragma once
 
 #include <cstddef>
