@@ -28,9 +28,8 @@ TEST(IdTree, NumbersFollowTheOrderOfFirstAppearance) {
     }
   }
   for (const auto& [id, number] : expected) {
-    for (const std::int32_t guess : {0, number, number + 1, -1}) {
+    for (const auto guess : {0, number, number + 1, -1})
       ASSERT_EQ(tree.find(id, guess).number, number);
-    }
   }
   EXPECT_FALSE(tree.find(51).in_tree);
 }

@@ -93,24 +93,25 @@ TEST(ReadList, TakesPlainValuesAsTheLexerWould) {
   for (int n = 0; n < 200000; ++n) {
     std::string line = rng() % 4 == 0 ? any(gaps) : "";
     for (auto k = rng() % 6; k > 0; --k) {
-      std::string number = std::to_string(static_cast<std::int32_t>(rng()) >> rng() % 32);
+      const std::int64_t up_to_57_bits = static_cast<std::int64_t>(rng()) * (1 << 26) - (1LL << 57);
+      std::string number = std::to_string(up_to_57_bits >> rng() % 57);
       if (rng() % 2 == 0) number.insert(number.size() - rng() % number.size(), ".");
       line += (rng() % 3 == 0 ? any(words) : number) + any(gaps);
     }
     std::int32_t i[3] = {}, j[3] = {};
     double x[3] = {};
     Text<4> text[3] = {".", ".", "."};
-    const int status = read_list(line, i[0], j[0], x[0], text[0]);
+    const int status = read_list(line, x[0], i[0], j[0], text[0]);
     RecordReader lexer(line);
-    static_cast<void>(lexer.read(i[1]) && lexer.read(j[1]) && lexer.read(x[1]) &&
+    static_cast<void>(lexer.read(x[1]) && lexer.read(i[1]) && lexer.read(j[1]) &&
                       lexer.read(text[1]));
     ASSERT_TRUE(status == lexer.status() && i[0] == i[1] && j[0] == j[1] && text[0] == text[1] &&
                 std::memcmp(&x[0], &x[1], sizeof x[0]) == 0)
         << line;
     PlainValues values(line);
-    plain += values.read(i[2]) && values.read(j[2]) && values.read(x[2]) && values.read(text[2]);
+    plain += values.read(x[2]) && values.read(i[2]) && values.read(j[2]) && values.read(text[2]);
   }
-  EXPECT_GT(plain, 2000);
+  EXPECT_GT(plain, 1000);
 }
 
 }  // namespace
