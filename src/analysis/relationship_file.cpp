@@ -1,11 +1,15 @@
 #include "analysis/relationship_file.h"
 
+#include <charconv>
+
+#include "analysis/relationship_text.h"
 #include "core/lexer.h"
 
 namespace qob {
 namespace {
 
-constexpr std::size_t kLineWidth = 120;  // what follows is not looked at
+constexpr std::size_t kLineWidth = 120;    // what follows is not looked at
+constexpr std::size_t kIntegerWidth = 11;  // of 32 bits with sign
 constexpr std::int64_t kProgressStep = 1'000'000;
 constexpr const char* kReadError = "ERROR in reading external relationship file";
 
@@ -16,9 +20,15 @@ RelationshipWriter::RelationshipWriter(Model& model) : model_(model) {
 }
 
 void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
-  const std::string value = format_record("(G12.6)", a);
-  file_.write_line(" " + std::to_string(id1) + " " + std::to_string(id2) + " " +
-                   std::string(adjustl_trim(value)));
+  char line[2 * kIntegerWidth + kRelationshipWidth + 3];
+  char* at = line;
+  for (const std::int32_t id : {id1, id2}) {
+    *at++ = ' ';
+    at = std::to_chars(at, at + kIntegerWidth, id).ptr;
+  }
+  *at++ = ' ';
+  at = put_relationship(at, a);
+  file_.write_line({line, static_cast<std::size_t>(at - line)});
   ++records_;
 }
 
@@ -51,9 +61,11 @@ bool RelationshipReader::next(Record& record) {
   if (records_ % kProgressStep == 0) {
     write_list(model_.units.out, "Finished ", records_, " records");
   }
-  record.i = number_of(id_[0], line);
-  record.j = number_of(id_[1], line);
+  // Files go through the pairs of an animal one after another.
+  record.i = number_of(id_[0], number_[0], line);
+  record.j = number_of(id_[1], number_[1] + 1, line);
   record.a = a_;
+  number_ = {record.i, record.j};
   return true;
 }
 
@@ -65,9 +77,10 @@ void RelationshipReader::stop_at_unreadable(std::int64_t line, int status) {
 }
 
 // Numbers beyond the animals' belong to identifiers that only a request for contributions named.
-std::int32_t RelationshipReader::number_of(std::int32_t id, std::string_view line) {
+std::int32_t RelationshipReader::number_of(std::int32_t id, std::int32_t guess,
+                                           std::string_view line) {
   if (id == 0) handle_error(model_, format_list("ERROR Reading id 0 from Relationship file"));
-  const IdTree::Found animal = model_.ids.find(id);
+  const IdTree::Found animal = model_.ids.find(id, guess);
   if (animal.in_tree && animal.number <= model_.pedigree.maxid) return animal.number;
   Unit& out = model_.units.out;
   write_list(out, "Record : ", line);

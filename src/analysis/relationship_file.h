@@ -8,7 +8,7 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 #include "core/qobtypestools.h"
 
@@ -54,12 +54,13 @@ class RelationshipReader {
 
  private:
   [[noreturn]] void stop_at_unreadable(std::int64_t line, int status);
-  std::int32_t number_of(std::int32_t id, std::string_view line);
+  std::int32_t number_of(std::int32_t id, std::int32_t guess, std::string_view line);
 
   Model& model_;
   Reading reading_;
   InputFile file_;
   std::array<std::int32_t, 2> id_ = {0, 0};
+  std::array<std::int32_t, 2> number_ = {0, 0};  // of the animals of the line before
   double a_ = 0.0;
   std::int64_t records_ = 0;
 };

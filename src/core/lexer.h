@@ -4,7 +4,8 @@
 //   7 , 1.5D0 'a text' ,, 3*0 /       values, a null value (,,), a repeated value, the end (/)
 //   &Group key = 7, other = T / ! ...  in groups also names and comments, over many lines
 //
-// The lexer knows the items, its users the order they may come in. Number parsing is here alone.
+// The lexer knows the items, its users the order they may come in. Number parsing is here alone,
+// but for the plain forms that `read_list` takes before it asks the lexer.
 #pragma once
 
 #include <concepts>
@@ -15,6 +16,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/plain_values.h"
 #include "core/text.h"
 #include "core/unit.h"
 
@@ -131,6 +133,9 @@ class RecordReader {
 // a repeated value for variables of different types); variables before that have new values.
 template <class... Variables>
 int read_list(std::string_view line, Variables&... variables) {
+  PlainValues plain(line);
+  if ((plain.read(variables) && ...)) return 0;
+  if (plain.at_end()) return kEndOfFile;
   RecordReader reader(line);
   static_cast<void>((reader.read(variables) && ...));
   return reader.status();

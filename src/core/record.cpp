@@ -1,7 +1,6 @@
 #include "core/record.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "core/edit.h"
 
@@ -31,6 +30,8 @@ void edit(std::string& out, const Descriptor& step, const Item& item) {
 // moves ahead of the characters (skipped columns) or back among them.
 class Record {
  public:
+  explicit Record(std::string& text) : text_(text), line_(text.size()), place_(line_) {}
+
   void move_to(std::size_t column) { place_ = line_ + column; }
   void skip(std::size_t columns) { place_ += columns; }
   void end_line() {
@@ -40,43 +41,49 @@ class Record {
   // Lets `append` add a field at the place; the field covers what stood there.
   template <class Append>
   void put(Append append) {
-    std::string covered;
-    if (place_ < text_.size()) covered = text_.substr(place_);
+    if (place_ < text_.size()) return cover(append);
     text_.resize(place_, ' ');
+    append(text_);
+    place_ = text_.size();
+  }
+
+ private:
+  template <class Append>
+  void cover(Append append) {
+    const std::string covered = text_.substr(place_);
+    text_.resize(place_);
     append(text_);
     const std::size_t size = text_.size() - place_;
     if (covered.size() > size) text_.append(covered, size);
     place_ += size;
   }
-  std::string take() { return std::move(text_); }
 
- private:
-  std::string text_;
-  std::size_t line_ = 0;  // start of the last line
-  std::size_t place_ = 0;
+  std::string& text_;
+  std::size_t line_;  // start of the last line
+  std::size_t place_;
 };
 
 }  // namespace
 
-std::string format_items(std::string_view format, std::span<const Item> items) {
-  Record record;
+void append_items(std::string& out, std::string_view format, std::span<const Item> items) {
+  Record record(out);
   FormatReader reader(format);
   auto item = items.begin();
   for (;;) {
     const Descriptor step = reader.next();
     const auto width = static_cast<std::size_t>(step.width);
     if (step.takes_item()) {
-      if (item == items.end()) return record.take();
-      record.put([&](std::string& out) { edit(out, step, *item); });
+      if (item == items.end()) return;
+      record.put([&](std::string& text) { edit(text, step, *item); });
       ++item;
     } else if (step.code == 'X') {
       record.skip(width);
     } else if (step.code == 'T') {
       record.move_to(width - 1);
     } else if (step.code == '"') {
-      record.put([&](std::string& out) { out.append(step.literal); });
+      record.put([&](std::string& text) { text.append(step.literal); });
     } else {
-      if (step.code != '/' && item == items.end()) return record.take();
+      if (step.code != '/' && item == items.end()) return;
       if (step.code == ')') reader.revert();
       record.end_line();
     }

@@ -60,7 +60,9 @@ struct Descriptor {
   int digits = 0;  // behind the point of the descriptor
   std::string_view literal = {};
 
-  constexpr bool takes_item() const { return std::string_view("IFEGA").find(code) < 5; }
+  constexpr bool takes_item() const {
+    return code == 'I' || code == 'F' || code == 'E' || code == 'G' || code == 'A';
+  }
   constexpr bool takes(ItemKind kind) const {
     if (code == 'G') return kind != ItemKind::kNone;
     if (code == 'I') return kind == ItemKind::kInteger;
@@ -124,7 +126,10 @@ class FormatReader {
     const char c = format_[at_];
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   }
-  constexpr bool at_digit() { return peek() >= '0' && peek() <= '9'; }
+  constexpr bool at_digit() {
+    const char c = peek();
+    return c >= '0' && c <= '9';
+  }
   constexpr bool accept(char wanted) {
     if (peek() != wanted) return false;
     ++at_;
@@ -261,9 +266,10 @@ class FormatFor {
 template <class... Items>
 using Format = FormatFor<std::type_identity_t<Items>...>;
 
-// Carries out `format`, which `check_format` has found good for these items. Lines are joined by
-// line feeds; columns that are only skipped are blank, and not written at the end of a line.
-std::string format_items(std::string_view format, std::span<const Item> items);
+// Carries out `format`, which `check_format` has found good for these items, and appends the
+// record to `out`. Lines are joined by line feeds; columns that are only skipped are blank, and not
+// written at the end of a line.
+void append_items(std::string& out, std::string_view format, std::span<const Item> items);
 // A line without a format: a blank, then texts as they are, integers right-aligned in 12 columns
 // (more if they need them), reals as a blank and their shortest form.
 std::string format_list_items(std::span<const Item> items);
@@ -271,7 +277,9 @@ std::string format_list_items(std::span<const Item> items);
 // A record, which may hold several lines, without the last line end.
 template <class... Items>
 std::string format_record(Format<Items...> format, const Items&... items) {
-  return format_items(format.text(), std::array<Item, sizeof...(Items)>{Item(items)...});
+  std::string record;
+  append_items(record, format.text(), std::array<Item, sizeof...(Items)>{Item(items)...});
+  return record;
 }
 
 // The same without a format.
@@ -283,7 +291,8 @@ std::string format_list(const Items&... items) {
 // Writes a record to `unit`.
 template <class... Items>
 void write(Unit& unit, Format<Items...> format, const Items&... items) {
-  unit.write_line(format_record<Items...>(format, items...));
+  append_items(unit.new_line(), format.text(), std::array<Item, sizeof...(Items)>{Item(items)...});
+  unit.end_line();
 }
 
 // Writes a record to `first` and then to `second`.

@@ -38,22 +38,28 @@ void Unit::open_standard_output() {
 }
 
 void Unit::write_line(std::string_view line) {
+  new_line().append(line);
+  end_line();
+}
+
+void Unit::end_line() {
+  line_.push_back('\n');
   if (memory_ != nullptr) {
-    memory_->append(line).push_back('\n');
-    return;
+    memory_->append(line_);
+  } else if (file_ != nullptr) {
+    put(line_);
   }
-  if (file_ == nullptr) return;
+}
+
+// The system's own lock on a file costs more than the copy, and one thread alone writes.
+void Unit::put(std::string_view lines) {
   std::FILE* file = file_.get();
-  const std::size_t size = line.size() + 1;
-  if (pending_ + size > kBufferSize) {
+  if (pending_ + lines.size() > kBufferSize) {
     if (std::fflush(file) != 0) fail_writing(errno);
     pending_ = 0;
   }
-  if (std::fwrite(line.data(), 1, line.size(), file) != line.size() ||
-      std::fputc('\n', file) == EOF) {
-    fail_writing(errno);
-  }
-  pending_ += size;
+  if (::fwrite_unlocked(lines.data(), 1, lines.size(), file) != lines.size()) fail_writing(errno);
+  pending_ += lines.size();
   if (flush_ == Flush::kEachLine) {
     if (std::fflush(file) != 0) fail_writing(errno);
     pending_ = 0;

@@ -40,6 +40,12 @@ class Unit {
   // Writes `line` and a line end; `line` may hold line feeds of its own. Does nothing on a unit
   // that is not open.
   void write_line(std::string_view line);
+  // The same for a line that is made in place: an empty text to append to, and its end.
+  std::string& new_line() {
+    line_.clear();
+    return line_;
+  }
+  void end_line();
 
   // Returns 0, or the system's error number when the last lines could not be written.
   int close();
@@ -50,12 +56,14 @@ class Unit {
       if (file != nullptr && file != stdout) std::fclose(file);
     }
   };
+  void put(std::string_view lines);
   [[noreturn]] void fail_writing(int status) const;
 
   int number_;
   std::string path_;
   std::unique_ptr<std::FILE, CloseFile> file_;
   std::string* memory_ = nullptr;
+  std::string line_;  // in the making
   Flush flush_ = Flush::kByBuffer;
   std::size_t pending_ = 0;  // bytes in the buffer
 };

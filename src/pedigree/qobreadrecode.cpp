@@ -115,14 +115,15 @@ Record read_record(Reader& reader, std::int32_t r) {
   const int read = reader.next_line(line);
   if (read != 0) stop_at_unreadable(reader, "", read);
   Record v;
-  int status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv);
+  int status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv, v.txt);
+  if (status == kEndOfFile) {  // before the text, which may be missing, or before a number
+    status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv);
+  }
   if (status == kEndOfFile) {
     Units& units = reader.model.units;
     both_list(units.out, units.log, "Warning : Record ", r, " is not complete");
     write_list(units.log, "Record : ", line);
     reader.faults = true;
-  } else if (status == 0) {
-    status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv, v.txt);
   }
   if (status == kMalformed) stop_at_unreadable(reader, line, status);
   return v;
@@ -152,7 +153,8 @@ void enter_parent(Reader& reader, int k, std::int32_t i, std::int32_t r) {
   Model& model = reader.model;
   const std::int32_t id = pedigree.oldped(i, k + 1);
   if (id == 0) return;
-  const IdTree::Found parent = model.ids.find(id);
+  const std::int32_t guess = i > 1 ? pedigree.newped(k, i - 1) : 0;  // full sibs follow one another
+  const IdTree::Found parent = model.ids.find(id, guess);
   const std::int32_t p = parent.number;
   // A parent that follows its offspring was not recorded when its offspring was numbered.
   if (!parent.in_tree || p >= i) {
@@ -184,11 +186,12 @@ void read_values(Reader& reader) {
   });
   const int status = reader.file.rewind();
   if (status != 0) stop_at_unreadable(reader, "", status);
+  std::int32_t i = 0;
   for (std::int32_t r = 1; r <= pedigree.nobs; ++r) {
     const Record record = read_record(reader, r);
-    const IdTree::Found animal = reader.model.ids.find(record.id[0]);
-    if (animal.number == 0) stop_at_unreadable(reader, "", kMalformed);  // the file has changed
-    const std::int32_t i = animal.number;
+    // Animals are numbered in the order of their records, but for inserted parents.
+    i = reader.model.ids.find(record.id[0], i + 1).number;
+    if (i == 0) stop_at_unreadable(reader, "", kMalformed);  // the file has changed
     for (int k = 0; k < 3; ++k) pedigree.oldped(i, k + 1) = record.id[static_cast<std::size_t>(k)];
     pedigree.sex(i) = record.sex;
     pedigree.btime(i) = record.btime;

@@ -1,10 +1,31 @@
 #include <algorithm>
+#include <cmath>
+#include <random>
 
 #include "analysis/qobrelshipmatrix.h"
+#include "analysis/relationship_text.h"
 #include "support/program.h"
 
 namespace qob::test {
 namespace {
+
+// Ties and powers of ten, and values next to them.
+TEST(RelationshipText, IsTheGeneralForm) {
+  std::mt19937_64 rng(2);
+  for (int n = 0; n < 300000; ++n) {
+    double a = std::ldexp(static_cast<double>(rng() % 8192), -static_cast<int>(rng() % 40));
+    if (n % 3 > 0) {
+      const double power = std::pow(10.0, static_cast<int>(rng() % 12) - 10);
+      const std::uint64_t halves = n % 3 == 1 ? rng() % 41 + 1'999'980 : rng() % 2'000'000;
+      a = std::nextafter(power * static_cast<double>(halves) / 2e6, n % 2 == 0 ? 0.0 : 99.0);
+    }
+    if (n % 1000 == 0) a = -a;
+    char text[kRelationshipWidth];
+    const auto size = static_cast<std::size_t>(put_relationship(text, a) - text);
+    const std::string field = format_record("(G12.6)", a);
+    ASSERT_EQ(std::string_view(text, size), adjustl_trim(field)) << n;
+  }
+}
 
 class RelationshipFile : public ModelTest {
  protected:

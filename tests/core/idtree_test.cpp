@@ -27,7 +27,10 @@ TEST(IdTree, NumbersFollowTheOrderOfFirstAppearance) {
       ASSERT_EQ(counter, next - 1 + is_new);
     }
   }
-  for (const auto& [id, number] : expected) ASSERT_EQ(tree.find(id).number, number);
+  for (const auto& [id, number] : expected) {
+    for (const auto guess : {0, number, number + 1, -1})
+      ASSERT_EQ(tree.find(id, guess).number, number);
+  }
   EXPECT_FALSE(tree.find(51).in_tree);
 }
 

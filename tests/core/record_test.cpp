@@ -2,14 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <deque>
 #include <fstream>
 #include <iomanip>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "core/edit.h"
 #include "core/text.h"
 
 namespace qob {
@@ -49,10 +53,33 @@ TEST(Record, FollowsTheTableOfCases) {
     std::vector<ItemKind> kinds;
     for (const Item& item : items) kinds.push_back(item.kind);
     ASSERT_EQ(check_format(format, kinds), FormatFault::kNone) << line;
-    EXPECT_EQ(format_items(format, items), expected) << line;
+    std::string record;
+    append_items(record, format, items);
+    EXPECT_EQ(record, expected) << line;
     ++count;
   }
   EXPECT_EQ(count, 39);
+}
+
+// Multiples and neighbours of powers of ten and binary fractions, many of them ties.
+TEST(Record, DigitsAreThoseOfTheExactBinaryValue) {
+  std::mt19937_64 rng(3);
+  for (int n = 0; n < 200000; ++n) {
+    const int decimals = static_cast<int>(rng() % 21);
+    const double power = std::pow(10.0, static_cast<int>(rng() % 40) - 22);
+    const double fraction = std::ldexp(static_cast<double>(rng() >> rng() % 64), -(n % 120));
+    const double x = n % 3 == 0   ? fraction
+                     : n % 3 == 1 ? std::nextafter(power, n % 2 == 0 ? 0.0 : 1e99)
+                                  : static_cast<double>(rng() % 2000) * power;
+    char printed[80];
+    std::string fixed, exponent;
+    std::snprintf(printed, sizeof printed, "%#60.*f", decimals, x);
+    edit_fixed(fixed, x, 60, decimals);
+    ASSERT_EQ(fixed, printed);
+    std::snprintf(printed, sizeof printed, "%.*e", decimals % 15, x);
+    edit_exponent(exponent, x, 60, decimals % 15 + 1);
+    ASSERT_EQ(std::strtod(exponent.c_str(), nullptr), std::strtod(printed, nullptr)) << exponent;
+  }
 }
 
 TEST(Record, AFormatAtFaultIsFoundWhileCompiling) {
