@@ -5,6 +5,7 @@
 
 #include "analysis/cohorts.h"
 #include "analysis/contributions.h"
+#include "analysis/animal_statistics.h"
 #include "analysis/inbreeding.h"
 #include "analysis/pedigree_products.h"
 
