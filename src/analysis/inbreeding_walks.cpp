@@ -11,99 +11,139 @@ namespace qob {
 namespace {
 
 using Ids = std::vector<std::int32_t>;
-constexpr std::size_t kLanes = 8;
-using Row = Lanes<double, kLanes>;
+using Vector = Lanes<double, 8>;
+constexpr std::size_t kVectors = 2;
+constexpr std::size_t kLanes = kVectors * 8;
+constexpr std::size_t kCouples = 8 * kLanes;  // that share a route
 
-// Visits the members of `set` and their ancestors, from `top` down, adding up acc; the rows and
-// the set are left empty. A share goes half to each parent; which of them first does not matter.
-QOB_VECTOR_CLONES void walk(const Table2<std::int32_t>& newped, const Table<double>& d,
-                            std::int32_t top, DescendingSet& set, Table<Row, 0>& l, Row& acc) {
+struct alignas(sizeof(Vector)) Row {
+  Vector part[kVectors];
+  double& operator[](std::size_t lane) { return reinterpret_cast<double*>(part)[lane]; }
+};
+
+// An ancestor: the rows that hold its shares and take those of its parents, 0 = unknown, and its
+// Mendelian sampling variance.
+struct Step {
+  std::int32_t row, sire, dam;
+  double d;
+};
+
+// Adds up L^2 d in acc. Leaves all rows but row 0 at 0. Which parent is first does not matter.
+QOB_VECTOR_CLONES void walk(const std::vector<Step>& route, std::vector<Row>& rows, Row& acc) {
   Row sum = acc;
-  set.descend(top, [&](std::int32_t j) {
-    const Row share = l(j);
-    const Row half = 0.5 * share;
-    const std::int32_t sire = newped(1, j);
-    const std::int32_t dam = newped(2, j);
-    l(sire) += half;
-    l(dam) += half;
-    set.insert(sire);
-    set.insert(dam);
-    sum += share * share * d(j);
-    l(j) = Row{};
-  });
+  Row* const row = rows.data();
+  for (const Step& step : route) {
+    for (std::size_t g = 0; g < kVectors; ++g) {
+      const Vector share = row[step.row].part[g];
+      const Vector half = 0.5 * share;
+      row[step.row].part[g] = Vector{};
+      row[step.sire].part[g] += half;
+      row[step.dam].part[g] += half;
+      sum.part[g] += share * share * step.d;
+    }
+  }
   acc = sum;
-  set.clear(top);
 }
+
+struct Couple {
+  std::int32_t sire, dam;                      // as parents
+  Ids::const_iterator first_child, past_child;  // their offspring
+};
 
 class Walks {
  public:
   explicit Walks(InbreedingWork& work)
-      : work_(work),
-        d_(work.parents.count(), 0.0),
-        l_(std::int64_t{work.parents.count()} + 1, Row{}),
-        set_(work.parents.count()) {}
-
-  // The coefficients of `animals`, sorted by sire and dam, who are no ancestors of one another.
-  void compute(const Ids& animals) {
-    for (auto first = animals.begin(); first != animals.end();) {
-      first = compute_batch(first, animals.end());
-    }
-  }
+      : work_(work), ancestry_(work.parents.newped), d_(work.parents.count(), 0.0) {}
 
   // Enters a parent whose parents' coefficients are known.
   void enter(std::int32_t parent) {
     d_(parent) = variance(work_.parents.newped(1, parent), work_.parents.newped(2, parent));
   }
 
- private:
-  using At = Ids::const_iterator;
+  // The coefficients of animals of one level, sorted by sire and dam, from `first` to `past`. All
+  // their ancestors have been entered.
+  void compute(Ids::const_iterator first, Ids::const_iterator past) {
+    std::vector<Couple> couples;
+    while (first != past) {
+      const auto other = std::find_if(first, past, [&](std::int32_t i) {
+        return work_.newped(1, i) != work_.newped(1, *first) ||
+               work_.newped(2, i) != work_.newped(2, *first);
+      });
+      couples.push_back({work_.parent(1, *first), work_.parent(2, *first), first, other});
+      first = other;
+      if (couples.size() < kCouples && first != past) continue;
+      lay_out_route(couples);
+      for (std::size_t at = 0; at < couples.size(); at += kLanes) {
+        walk_with(&couples[at], std::min(kLanes, couples.size() - at));
+      }
+      couples.clear();
+    }
+  }
 
+ private:
   double variance(std::int32_t sire, std::int32_t dam) const {
     return 0.5 - 0.25 * (work_.parent_f(sire) + work_.parent_f(dam));
   }
 
-  // Takes couples until the lanes are full. Full sibs share a lane.
-  At compute_batch(At first, At end) {
-    std::size_t lane = 0;
-    std::int32_t top = 0;
+  void lay_out_route(const std::vector<Couple>& couples) {
+    for (const Couple& couple : couples) {
+      ancestry_.add(couple.sire);
+      ancestry_.add(couple.dam);
+    }
+    ancestry_.close();
+    row_of_.assign(std::int64_t{ancestry_.size()} + 1, 0);
+    free_.clear();
+    rows_ = 0;
+    for (const Couple& couple : couples) {
+      for (const std::int32_t parent : {couple.sire, couple.dam}) take_row(ancestry_.number(parent));
+    }
+    route_.clear();
+    for (std::int32_t k = ancestry_.size(); k >= 1; --k) {
+      const auto [sire, dam] = ancestry_.parents()(k);
+      const std::int32_t sire_row = take_row(sire);
+      route_.push_back({row_of_(k), sire_row, take_row(dam), d_(ancestry_.animal(k))});
+      free_.push_back(row_of_(k));
+    }
+    row_.assign(static_cast<std::size_t>(rows_) + 1, Row{});
+  }
+
+  // The row of an ancestor, its first time a free one.
+  std::int32_t take_row(std::int32_t number) {
+    std::int32_t& row = row_of_(number);
+    if (row > 0 || number == 0) return row;
+    if (free_.empty()) return row = ++rows_;
+    row = free_.back();
+    free_.pop_back();
+    return row;
+  }
+
+  void walk_with(const Couple* couple, std::size_t count) {
     Row acc{};
-    At past = first;
-    for (; past != end; ++past) {
-      if (past != first && !full_sibs(past[-1], *past)) ++lane;
-      if (lane == kLanes) break;
-      if (past == first || !full_sibs(past[-1], *past)) {
-        acc[lane] = start(*past, lane);
-        top = std::max({top, work_.parent(1, *past), work_.parent(2, *past)});
-      }
+    for (std::size_t lane = 0; lane < count; ++lane) {
+      const auto [sire, dam, first_child, past_child] = couple[lane];
+      for (const std::int32_t parent : {sire, dam}) row(parent)[lane] += 0.5;
+      acc[lane] = -1.0 + variance(sire, dam);
     }
-    walk(work_.parents.newped, d_, top, set_, l_, acc);
-    lane = 0;
-    for (At at = first; at != past; ++at) {
-      if (at != first && !full_sibs(at[-1], *at)) ++lane;
-      work_.set(*at, acc[lane]);
+    walk(route_, row_, acc);
+    for (std::size_t lane = 0; lane < count; ++lane) {
+      const Couple& c = couple[lane];
+      std::for_each(c.first_child, c.past_child, [&](std::int32_t i) { work_.set(i, acc[lane]); });
     }
-    return past;
   }
 
-  bool full_sibs(std::int32_t i, std::int32_t j) const {
-    return work_.newped(1, i) == work_.newped(1, j) && work_.newped(2, i) == work_.newped(2, j);
-  }
-
-  // Gives animal i's halves to its parents; returns what it adds itself, -1 included.
-  double start(std::int32_t i, std::size_t lane) {
-    const std::int32_t sire = work_.parent(1, i);
-    const std::int32_t dam = work_.parent(2, i);
-    for (const std::int32_t parent : {sire, dam}) {
-      l_(parent)[lane] += 0.5;
-      set_.insert(parent);
-    }
-    return -1.0 + variance(sire, dam);
+  // Where a member of a couple has its shares at the start of a walk.
+  Row& row(std::int32_t parent) {
+    return row_[static_cast<std::size_t>(row_of_(ancestry_.number(parent)))];
   }
 
   InbreedingWork& work_;
-  Table<double> d_;   // Mendelian sampling variance, by parent
-  Table<Row, 0> l_;   // the couples' shares, by parent; 0 takes those of unknown parents
-  DescendingSet set_;
+  Ancestry ancestry_;
+  Table<double> d_;  // Mendelian sampling variance, by parent
+  std::vector<Step> route_;
+  std::vector<Row> row_;           // row 0 takes the shares of unknown parents
+  Table<std::int32_t, 0> row_of_;  // by number
+  Ids free_;
+  std::int32_t rows_ = 0;
 };
 
 }  // namespace
@@ -115,24 +155,26 @@ void inbreeding_by_walks(InbreedingWork& work, std::int32_t from,
     if (work.level(i) > from && work.both_parents_known(i)) animals.push_back(i);
   }
   if (animals.empty()) return;
-  Ids parents(static_cast<std::size_t>(work.parents.count()));
-  for (std::int32_t p = 1; p <= work.parents.count(); ++p) parents[static_cast<std::size_t>(p - 1)] = p;
+  std::sort(animals.begin(), animals.end(), [&](std::int32_t a, std::int32_t b) {
+    return std::tuple(work.level(a), work.newped(1, a), work.newped(2, a)) <
+           std::tuple(work.level(b), work.newped(1, b), work.newped(2, b));
+  });
   const auto level_of_parent = [&](std::int32_t p) { return work.level(work.parents.animal(p)); };
+  Ids parents;
+  for (std::int32_t p = 1; p <= work.parents.count(); ++p) parents.push_back(p);
   std::sort(parents.begin(), parents.end(), [&](std::int32_t a, std::int32_t b) {
     return level_of_parent(a) < level_of_parent(b);
   });
-  std::sort(animals.begin(), animals.end(), [&](std::int32_t a, std::int32_t b) {
-    return std::tuple(work.level(a), work.newped(1, a), work.newped(2, a), a) <
-           std::tuple(work.level(b), work.newped(1, b), work.newped(2, b), b);
-  });
   Walks walks(work);
   auto parent = parents.begin();
-  for (auto first = animals.begin(); first != animals.end();) {
+  for (auto first = animals.cbegin(); first != animals.cend();) {
     const std::int32_t level = work.level(*first);
-    while (parent != parents.end() && level_of_parent(*parent) < level) walks.enter(*parent++);
-    const auto past = std::find_if(first, animals.end(),
+    for (; parent != parents.end() && level_of_parent(*parent) < level; ++parent) {
+      walks.enter(*parent);
+    }
+    const auto past = std::find_if(first, animals.cend(),
                                    [&](std::int32_t i) { return work.level(i) > level; });
-    walks.compute({first, past});
+    walks.compute(first, past);
     finished(level);
     first = past;
   }

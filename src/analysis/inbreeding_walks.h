@@ -1,8 +1,10 @@
 // Inbreeding by walks through the ancestors, for animals with many levels of them.
 //
-// Eight couples share one walk from the youngest of all their ancestors to the oldest, each in a
+// Sixteen couples share one walk from the youngest of all their ancestors to the oldest, each in a
 // lane of its own: F = sum of L(j)^2 d(j), less 1, in the order of a single walk, to which an
-// ancestor that is none of a lane's adds 0. Plain over fast, measured: @RDEEP
+// ancestor that is none of a lane's adds 0. The route of a walk is laid out once for many walks.
+// Its rows of shares are used again as soon as an ancestor has been left, so that they stay in the
+// cache: 2,300 rows for 64,000 ancestors in 40 generations. Plain over fast, measured: @RDEEP
 #pragma once
 
 #include <functional>
