@@ -80,7 +80,9 @@ class Ancestry {
   // Of animal `k`, which is among them; 0 for 0.
   std::int32_t number(std::int32_t animal) const { return number_(animal); }
   // By number.
-  std::int32_t animal(std::int32_t k) const { return animal_[static_cast<std::size_t>(size() - k)]; }
+  std::int32_t animal(std::int32_t k) const {
+    return animal_[static_cast<std::size_t>(size() - k)];
+  }
   const Table<Parents, 0>& parents() const { return parents_; }
 
  private:

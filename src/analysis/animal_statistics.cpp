@@ -2,22 +2,31 @@
 
 #include <algorithm>
 
+#include "analysis/parents.h"
 #include "core/qobtypestools.h"
 
 namespace qob {
 namespace {
 
-// pci(k, i): the share of animal i's ancestors k generations back that are known. Rows beyond the
+// pci(k, p): the share of parent p's ancestors k generations back that are known. Rows beyond the
 // longest line of ancestors would hold zeros alone and are left out.
 class Completeness {
  public:
   Completeness(const Table2<std::int32_t>& newped, std::int32_t pci_ngen)
-      : newped_(newped), ngen_(pci_ngen), rows_(std::min(pci_ngen, longest_line(newped))) {
-    pci_.assign(std::max(rows_, 1), newped.columns(), 0.0);
-    for (std::int64_t i = 1; i <= newped.columns(); ++i) {
-      for (int k = 1; k <= 2; ++k) {
-        if (newped(k, i) > 0) add_parent(i, newped(k, i));
+      : newped_(newped), parents_(pedigree_of_parents(newped)) {
+    const std::int32_t rows = std::min(pci_ngen, longest_line());
+    Table2<double> pci(std::max(rows, 1), parents_.count(), 0.0);
+    mean_.assign(std::int64_t{parents_.count()} + 1, 0.0);
+    for (std::int32_t p = 1; p <= parents_.count(); ++p) {
+      for (int which = 1; which <= 2; ++which) {
+        const std::int32_t parent = parents_.newped(which, p);
+        if (parent == 0) continue;
+        pci(1, p) += 0.5;
+        for (std::int32_t k = 2; k <= rows; ++k) pci(k, p) += 0.5 * pci(k - 1, parent);
       }
+      double sum = 0.0;
+      for (std::int32_t k = 1; k <= rows; ++k) sum += pci(k, p);
+      mean_(p) = 1.0 / pci_ngen * sum;
     }
   }
 
@@ -25,40 +34,25 @@ class Completeness {
     const std::int32_t sire = newped_(1, i);
     const std::int32_t dam = newped_(2, i);
     if (sire == 0 || dam == 0) return 0.0;
-    const double cs = mean(sire);
-    const double cd = mean(dam);
+    const double cs = mean_(parents_.number(sire));
+    const double cd = mean_(parents_.number(dam));
     return cs * cd > kTiny ? 2.0 * cs * cd / (cs + cd) : 0.0;
   }
 
  private:
-  static std::int32_t longest_line(const Table2<std::int32_t>& newped) {
-    Table<std::int32_t, 0> depth(newped.columns() + 1, 0);
+  std::int32_t longest_line() const {
+    Table<std::int32_t, 0> depth(std::int64_t{parents_.count()} + 1, -1);
     std::int32_t longest = 0;
-    for (std::int64_t i = 1; i <= newped.columns(); ++i) {
-      const std::int32_t sire = newped(1, i);
-      const std::int32_t dam = newped(2, i);
-      if (sire == 0 && dam == 0) continue;
-      depth(i) = std::max(depth(sire), depth(dam)) + 1;
-      longest = std::max(longest, depth(i));
+    for (std::int32_t p = 1; p <= parents_.count(); ++p) {
+      depth(p) = std::max(depth(parents_.newped(1, p)), depth(parents_.newped(2, p))) + 1;
+      longest = std::max(longest, depth(p));
     }
     return longest;
   }
 
-  void add_parent(std::int64_t i, std::int32_t parent) {
-    pci_(1, i) += 0.5;
-    for (std::int32_t k = 2; k <= rows_; ++k) pci_(k, i) += 0.5 * pci_(k - 1, parent);
-  }
-
-  double mean(std::int32_t i) const {
-    double sum = 0.0;
-    for (std::int32_t k = 1; k <= rows_; ++k) sum += pci_(k, i);
-    return 1.0 / ngen_ * sum;
-  }
-
   const Table2<std::int32_t>& newped_;
-  std::int32_t ngen_;
-  std::int32_t rows_;
-  Table2<double> pci_;
+  ParentPedigree parents_;
+  Table<double, 0> mean_;  // over the generations, by parent
 };
 
 }  // namespace

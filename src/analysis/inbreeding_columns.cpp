@@ -28,7 +28,8 @@ class Columns {
       if (first_(p) < first_(p + 1) && (own == level || own == level + 1)) columns.push_back(p);
     }
     for (auto batch = columns.begin(); batch != columns.end();) {
-      const auto end = batch + std::min<std::ptrdiff_t>(ProductLanes::kLanes, columns.end() - batch);
+      const auto end =
+          batch + std::min<std::ptrdiff_t>(ProductLanes::kLanes, columns.end() - batch);
       compute_batch({batch, end});
       batch = end;
     }

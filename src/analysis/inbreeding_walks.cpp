@@ -46,7 +46,7 @@ QOB_VECTOR_CLONES void walk(const std::vector<Step>& route, std::vector<Row>& ro
 }
 
 struct Couple {
-  std::int32_t sire, dam;                      // as parents
+  std::int32_t sire, dam;                       // as parents
   Ids::const_iterator first_child, past_child;  // their offspring
 };
 
@@ -95,7 +95,8 @@ class Walks {
     free_.clear();
     rows_ = 0;
     for (const Couple& couple : couples) {
-      for (const std::int32_t parent : {couple.sire, couple.dam}) take_row(ancestry_.number(parent));
+      for (const std::int32_t parent : {couple.sire, couple.dam})
+        take_row(ancestry_.number(parent));
     }
     route_.clear();
     for (std::int32_t k = ancestry_.size(); k >= 1; --k) {
@@ -172,8 +173,8 @@ void inbreeding_by_walks(InbreedingWork& work, std::int32_t from,
     for (; parent != parents.end() && level_of_parent(*parent) < level; ++parent) {
       walks.enter(*parent);
     }
-    const auto past = std::find_if(first, animals.cend(),
-                                   [&](std::int32_t i) { return work.level(i) > level; });
+    const auto past =
+        std::find_if(first, animals.cend(), [&](std::int32_t i) { return work.level(i) > level; });
     walks.compute(first, past);
     finished(level);
     first = past;

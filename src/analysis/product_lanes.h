@@ -50,9 +50,9 @@ class ProductLanes {
  private:
   double passed_on_above_;
   const Ancestry* ancestry_ = nullptr;
-  DescendingSet set_;        // the rows in use
-  Table<double, 0> variance_;   // Mendelian sampling variance, by number
-  Table<Row, 0> row_;        // row 0 takes what goes to unknown parents
+  DescendingSet set_;          // the rows in use
+  Table<double, 0> variance_;  // Mendelian sampling variance, by number
+  Table<Row, 0> row_;          // row 0 takes what goes to unknown parents
 };
 
 }  // namespace qob
