@@ -26,13 +26,10 @@ inline Table<double, 0> inbreeding_coefficients(const Table2<std::int32_t>& newp
     const std::int32_t sire = newped(1, i), dam = newped(2, i);
     d(i) = 0.5 - 0.25 * (f(sire) + f(dam));
     if (sire == 0 || dam == 0) continue;
-    if (i > 1 && sire == newped(1, i - 1) && dam == newped(2, i - 1)) {
-      f(i) = f(i - 1);
-      continue;
-    }
-    double acc = -1.0;
-    l(i) = 1.0;
-    for (std::int32_t j = i; j != 0; j = std::exchange(link(j), 0)) {
+    const bool full_sib = i > 1 && sire == newped(1, i - 1) && dam == newped(2, i - 1);
+    double acc = full_sib ? f(i - 1) : -1.0;
+    l(i) = full_sib ? 0.0 : 1.0;
+    for (std::int32_t j = full_sib ? 0 : i; j != 0; j = std::exchange(link(j), 0)) {
       const double h = 0.5 * l(j);
       pass(j, std::max(newped(1, j), newped(2, j)), h);
       pass(j, std::min(newped(1, j), newped(2, j)), h);

@@ -16,9 +16,7 @@ void relationships(const Table2<std::int32_t>& newped, const Table<double, 0>& f
     cx.fill(0.0);
     cx(i) = 1.0;
     ak(newped, f, cx, i);
-    for (std::int32_t j = 1; j <= i; ++j) {
-      if (mark(j) != 0) keep(i, j, cx(j));
-    }
+    for (std::int32_t j = 1; j <= i; ++j) mark(j) != 0 ? keep(i, j, cx(j)) : void();
   }
 }
 
