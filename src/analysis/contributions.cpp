@@ -1,8 +1,9 @@
 #include "analysis/contributions.h"
 
 #include <algorithm>
-#include <limits>
+#include <numeric>
 #include <string>
+#include <vector>
 
 #include "analysis/pedigree_products.h"
 
@@ -16,6 +17,19 @@ struct GroupVectors {
   Table<double> r;
   Table<double> c;
 };
+
+// The animals with the largest contributions, kLargest of them if there are so many, in animal
+// order; of equals the first.
+std::vector<std::int32_t> largest_of(const Table<double>& c) {
+  std::vector<std::int32_t> animals(static_cast<std::size_t>(c.size()));
+  std::iota(animals.begin(), animals.end(), 1);
+  const auto count = std::min<std::ptrdiff_t>(c.size(), kLargest);
+  std::partial_sort(animals.begin(), animals.begin() + count, animals.end(),
+                    [&](auto i, auto j) { return c(i) != c(j) ? c(i) > c(j) : i < j; });
+  animals.resize(static_cast<std::size_t>(count));
+  std::sort(animals.begin(), animals.end());
+  return animals;
+}
 
 class Contributions {
  public:
@@ -103,16 +117,11 @@ void Contributions::list_founders(const GroupVectors& v) {
 }
 
 void Contributions::list_largest(GroupVectors& v) {
-  const std::int32_t count = std::min(pedigree_.maxid, kLargest);
-  for (std::int32_t line = 1; line <= count; ++line) {
-    std::int32_t k = 1;
-    double largest = -std::numeric_limits<double>::infinity();
-    for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
-      if (v.c(i) > largest) {
-        largest = v.c(i);
-        k = i;
-      }
-    }
+  const std::vector<std::int32_t> largest = largest_of(v.c);
+  for (std::size_t line = 0; line < largest.size(); ++line) {
+    // The first of equals; an entry that has been listed counts as 0 from then on.
+    const std::int32_t k = *std::max_element(largest.begin(), largest.end(),
+                                             [&](auto i, auto j) { return v.c(i) < v.c(j); });
     write(maxgc_, "(2I12,I8,2F10.6,1X,A)", pedigree_.oldped(k, 1), cohorts_.btime(group_),
           cohorts_.n(group_), v.r(k), v.c(k), pedigree_.txt(k));
     v.c(k) = 0.0;

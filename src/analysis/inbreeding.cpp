@@ -1,150 +1,54 @@
 #include "analysis/inbreeding.h"
 
 #include <algorithm>
+#include <limits>
 
-#include "core/qobtypestools.h"
+#include "analysis/inbreeding_columns.h"
+#include "analysis/inbreeding_walks.h"
+#include "core/record.h"
 
 namespace qob {
 namespace {
 
-// The ancestors of one animal at a time, as a list linked from higher to lower numbers:
-//
-//   i -> 7 -> 5 -> 2        link(i) = 7, link(7) = 5, link(5) = 2, link(2) = 0
-//
-// l and link are 0 between animals, so that they need no clearing.
-class AncestorWalk {
- public:
-  explicit AncestorWalk(const Table2<std::int32_t>& newped)
-      : newped_(newped), l_(newped.columns(), 0.0), link_(newped.columns(), 0) {}
+Table<std::int32_t, 0> levels(const Table2<std::int32_t>& newped) {
+  Table<std::int32_t, 0> level(newped.columns() + 1, -1);
+  for (std::int64_t i = 1; i <= newped.columns(); ++i) {
+    level(i) = std::max(level(newped(1, i)), level(newped(2, i))) + 1;
+  }
+  return level;
+}
 
-  // F of animal i, whose parents are both known. d: Mendelian sampling variances.
-  double inbreeding(std::int32_t i, const Table<double>& d) {
-    double acc = -1.0;
-    l_(i) = 1.0;
-    for (std::int32_t j = i; j != 0;) {
-      const double h = 0.5 * l_(j);
-      const std::int32_t sire = newped_(1, j);
-      const std::int32_t dam = newped_(2, j);
-      pass(j, std::max(sire, dam), h);
-      pass(j, std::min(sire, dam), h);
-      acc += l_(j) * l_(j) * d(j);
-      l_(j) = 0.0;
-      j = std::exchange(link_(j), 0);
+// Reports every 1000 animals, in animal order.
+class Progress {
+ public:
+  Progress(const InbreedingWork& work, Unit& out) : work_(work), out_(out) {}
+
+  // The animals up to this level, and those with an unknown parent, have their coefficients.
+  void finished(std::int32_t level) {
+    for (; next_ < work_.level.size(); ++next_) {
+      if (work_.level(next_) > level && work_.both_parents_known(next_)) return;
+      if (next_ % 1000 == 0) write_list(out_, "Finished ", next_, " animals");
     }
-    return acc;
   }
 
  private:
-  // Adds h to the share of j's parent p, 0 = unknown, and puts p on the list.
-  void pass(std::int32_t j, std::int32_t p, double h) {
-    if (p == 0) return;
-    std::int32_t at = j;
-    while (link_(at) > p) at = link_(at);
-    if (link_(at) != p) {
-      link_(p) = link_(at);
-      link_(at) = p;
-    }
-    l_(p) += h;
-  }
-
-  const Table2<std::int32_t>& newped_;
-  Table<double> l_;
-  Table<std::int32_t> link_;
-};
-
-// pci(k, i): the share of animal i's ancestors k generations back that are known. Rows beyond the
-// longest line of ancestors would hold zeros alone and are left out.
-class Completeness {
- public:
-  Completeness(const Table2<std::int32_t>& newped, std::int32_t pci_ngen)
-      : newped_(newped), ngen_(pci_ngen), rows_(std::min(pci_ngen, longest_line(newped))) {
-    pci_.assign(std::max(rows_, 1), newped.columns(), 0.0);
-    for (std::int64_t i = 1; i <= newped.columns(); ++i) {
-      for (int k = 1; k <= 2; ++k) {
-        if (newped(k, i) > 0) add_parent(i, newped(k, i));
-      }
-    }
-  }
-
-  double index(std::int64_t i) const {
-    const std::int32_t sire = newped_(1, i);
-    const std::int32_t dam = newped_(2, i);
-    if (sire == 0 || dam == 0) return 0.0;
-    const double cs = mean(sire);
-    const double cd = mean(dam);
-    return cs * cd > kTiny ? 2.0 * cs * cd / (cs + cd) : 0.0;
-  }
-
- private:
-  static std::int32_t longest_line(const Table2<std::int32_t>& newped) {
-    Table<std::int32_t, 0> depth(newped.columns() + 1, 0);
-    std::int32_t longest = 0;
-    for (std::int64_t i = 1; i <= newped.columns(); ++i) {
-      const std::int32_t sire = newped(1, i);
-      const std::int32_t dam = newped(2, i);
-      if (sire == 0 && dam == 0) continue;
-      depth(i) = std::max(depth(sire), depth(dam)) + 1;
-      longest = std::max(longest, depth(i));
-    }
-    return longest;
-  }
-
-  void add_parent(std::int64_t i, std::int32_t parent) {
-    pci_(1, i) += 0.5;
-    for (std::int32_t k = 2; k <= rows_; ++k) pci_(k, i) += 0.5 * pci_(k - 1, parent);
-  }
-
-  double mean(std::int32_t i) const {
-    double sum = 0.0;
-    for (std::int32_t k = 1; k <= rows_; ++k) sum += pci_(k, i);
-    return 1.0 / ngen_ * sum;
-  }
-
-  const Table2<std::int32_t>& newped_;
-  std::int32_t ngen_;
-  std::int32_t rows_;
-  Table2<double> pci_;
+  const InbreedingWork& work_;
+  Unit& out_;
+  std::int32_t next_ = 1;
 };
 
 }  // namespace
 
 void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0>& f, Unit& out) {
-  const auto maxid = static_cast<std::int32_t>(newped.columns());
-  f.assign(std::int64_t{maxid} + 1, 0.0);
+  f.assign(newped.columns() + 1, 0.0);
   f(0) = -1.0;  // gives a founder d = 1, and d = 0.75 - 0.25 F(p) with one known parent p
-  Table<double> d(maxid, 0.0);
-  AncestorWalk walk(newped);
-  for (std::int32_t i = 1; i <= maxid; ++i) {
-    const std::int32_t sire = newped(1, i);
-    const std::int32_t dam = newped(2, i);
-    d(i) = 0.5 - 0.25 * (f(sire) + f(dam));
-    if (sire > 0 && dam > 0) {
-      const bool full_sib = i > 1 && sire == newped(1, i - 1) && dam == newped(2, i - 1);
-      f(i) = full_sib ? f(i - 1) : walk.inbreeding(i, d);
-    }
-    if (i % 1000 == 0) write_list(out, "Finished ", i, " animals");
-  }
-}
-
-AnimalStatistics animal_statistics(const Table2<std::int32_t>& newped,
-                                   const Table<std::int32_t>& btime, std::int32_t pci_ngen) {
-  const std::int64_t maxid = newped.columns();
-  AnimalStatistics animals;
-  animals.gen.assign(maxid + 1, 0.0);
-  animals.genint.assign(maxid, 0.0);
-  animals.pcin.assign(maxid, 0.0);
-  const Completeness completeness(newped, pci_ngen);
-  for (std::int64_t i = 1; i <= maxid; ++i) {
-    animals.gen(i) = 0.5 * (animals.gen(newped(1, i)) + animals.gen(newped(2, i))) + 1.0;
-    for (int k = 1; k <= 2; ++k) {
-      const std::int32_t parent = newped(k, i);
-      if (parent == 0 || btime(parent) <= kNoBirthTime) continue;
-      const float age = single(std::int64_t{btime(i)} - btime(parent));
-      animals.genint(i) += 0.5 * static_cast<double>(age);
-    }
-    animals.pcin(i) = completeness.index(i);
-  }
-  return animals;
+  InbreedingWork work{newped, f, pedigree_of_parents(newped), levels(newped), {}};
+  work.parent_f.assign(std::int64_t{work.parents.count()} + 1, 0.0);
+  work.parent_f(0) = -1.0;
+  Progress progress(work, out);
+  const auto finished = [&](std::int32_t level) { progress.finished(level); };
+  inbreeding_by_columns(work, finished);
+  inbreeding_by_walks(work, kExactLevel, finished);
 }
 
 }  // namespace qob

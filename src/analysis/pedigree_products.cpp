@@ -16,17 +16,6 @@ void pass_to_parents(const Table2<std::int32_t>& newped, Table<double>& x, std::
   if (dam > 0) x(dam) += half;
 }
 
-// The Mendelian sampling variance of animal i.
-double mendelian_factor(const Table2<std::int32_t>& newped, const Table<double, 0>& f,
-                        std::int64_t i) {
-  double factor = 1.0;
-  const std::int32_t sire = newped(1, i);
-  const std::int32_t dam = newped(2, i);
-  if (sire > 0) factor = factor - 0.25 * (1.0 + f(sire));
-  if (dam > 0) factor = factor - 0.25 * (1.0 + f(dam));
-  return factor;
-}
-
 void product(const Table2<std::int32_t>& newped, const Table<double, 0>& f, Table<double>& x,
              std::int64_t n, double passed_on_above) {
   for (std::int64_t i = n; i >= 1; --i) {

@@ -12,6 +12,17 @@
 
 namespace qob {
 
+// The Mendelian sampling variance of animal i: 1 less a quarter of 1 + F for each known parent.
+inline double mendelian_factor(const Table2<std::int32_t>& newped, const Table<double, 0>& f,
+                               std::int64_t i) {
+  double factor = 1.0;
+  const std::int32_t sire = newped(1, i);
+  const std::int32_t dam = newped(2, i);
+  if (sire > 0) factor = factor - 0.25 * (1.0 + f(sire));
+  if (dam > 0) factor = factor - 0.25 * (1.0 + f(dam));
+  return factor;
+}
+
 // newped: 2 x maxid, numbers of sire and dam, 0 = unknown; f: inbreeding coefficients from index
 // 0; x: by animal, changed in place.
 

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <string>
 
+#include "analysis/animal_statistics.h"
 #include "analysis/cohorts.h"
 #include "analysis/contributions.h"
+#include "analysis/group_coancestry.h"
 #include "analysis/inbreeding.h"
-#include "analysis/pedigree_products.h"
 
 namespace qob {
 namespace {
@@ -94,38 +95,6 @@ Table<GroupStatistics> statistics_by_group(const Pedigree& pedigree, const Cohor
   return groups;
 }
 
-// Average coancestry of a group's members, each with itself included: 1'A1 / 2N^2.
-double average_coancestry(const Pedigree& pedigree, const Cohorts& cohorts, std::int32_t group,
-                          Table<double>& x) {
-  const double n = cohorts.n(group);
-  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    x(i) = cohorts.cohort(i) == group ? 1.0 / n : 0.0;
-  }
-  ax(pedigree.newped, pedigree.f, x);
-  double sum = 0.0;
-  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    if (cohorts.cohort(i) == group) sum += x(i);
-  }
-  return sum / (2.0 * n);
-}
-
-// Inbreeding expected if the sires and dams of a group's members had been paired at random.
-double expected_inbreeding(const Pedigree& pedigree, const Cohorts& cohorts, std::int32_t group,
-                           Table<double>& x) {
-  const double n = cohorts.n(group);
-  Table<double> dam_count(pedigree.maxid, 0.0);
-  x.fill(0.0);
-  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    if (cohorts.cohort(i) != group) continue;
-    if (pedigree.sire(i) > 0) x(pedigree.sire(i)) += 1.0;
-    if (pedigree.dam(i) > 0) dam_count(pedigree.dam(i)) += 1.0;
-  }
-  ax(pedigree.newped, pedigree.f, x);
-  double sum = 0.0;
-  for (std::int32_t j = 1; j <= pedigree.maxid; ++j) sum += dam_count(j) * x(j);
-  return sum / (2.0 * n * n);
-}
-
 void write_head(Model& model) {
   Units& units = model.units;
   const std::string head = format_record(
@@ -151,16 +120,17 @@ void write_summary(Model& model, const Cohorts& cohorts, const AnimalStatistics&
   Units& units = model.units;
   write_head(model);
   const Table<GroupStatistics> groups = statistics_by_group(pedigree, cohorts, animals);
-  Table<double> x(pedigree.maxid, 0.0);
+  const Table<GroupCoancestry> coancestry =
+      group_coancestries(pedigree.newped, pedigree.f, cohorts);
   std::int32_t inbred = 0;
   for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
     const GroupStatistics& s = groups(g);
     const double avg_f = s.sum_f / s.n;
-    const double avg_coa = average_coancestry(pedigree, cohorts, g, x);
-    const double exp_f = expected_inbreeding(pedigree, cohorts, g, x);
+    const double exp_f = coancestry(g).expected;
     const double alpha = 1.0 - (1.0 - avg_f) / (1.0 - exp_f);
     both(units.log, units.summary, "(3I8, 4X, 6F8.4,2F8.2)", cohorts.btime(g), s.n, s.inbred, avg_f,
-         s.max_f, avg_coa, exp_f, alpha, s.sum_pcin / s.n, s.sum_gen / s.n, s.mean_genint());
+         s.max_f, coancestry(g).average, exp_f, alpha, s.sum_pcin / s.n, s.sum_gen / s.n,
+         s.mean_genint());
     inbred += s.inbred;
   }
   double sum_f = 0.0;

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 #include <string>
 
-#include "analysis/pedigree_products.h"
-#include "analysis/relationship_file.h"
 #include "analysis/relationships_from_file.h"
+#include "analysis/relationships_from_pedigree.h"
 #include "core/selection.h"
 
 namespace qob {
@@ -78,8 +76,8 @@ std::int32_t mark_animals(Model& model, std::int32_t next, Table<char>& mark) {
   return static_cast<std::int32_t>(std::count(mark.begin(), mark.end(), 1));
 }
 
-// Allocates the matrix and a work column, all 0.
-void allocate_matrix(Model& model, Table<double>& cx) {
+// Allocates the matrix, all 0.
+void allocate_matrix(Model& model) {
   Units& units = model.units;
   Relationship& relationship = model.relationship;
   const std::int64_t n = relationship.nnrm;
@@ -91,82 +89,11 @@ void allocate_matrix(Model& model, Table<double>& cx) {
     handle_error(model, format_list("Dimension of NRM too large. Program aborted. Candidates :", n,
                                     " at most :", kLargestMatrix));
   }
-  const bool enough = memory_suffices([&] {
-    relationship.nrm.assign(elements, 0.0);
-    cx.assign(model.pedigree.maxid, 0.0);
-  });
-  if (enough) return;
+  if (memory_suffices([&] { relationship.nrm.assign(elements, 0.0); })) return;
   write_list(units.out, "Allocating memory for Relationship file");
   write_list(units.out, "Allocation failed ");
   write_list(units.out, "Size of real array NRM to be allocated :", elements);
   handle_error(model, format_list("ERROR in allocating memory NRM in subroutine Relationship"));
-}
-
-// Computes the matrix column by column, each column the product of A with a unit vector. Columns
-// of animals that are marked but no candidates are only needed for the file.
-class MatrixFromPedigree {
- public:
-  MatrixFromPedigree(Model& model, const Table<char>& mark, Table<double>& cx)
-      : model_(model), mark_(mark), cx_(cx) {
-    if (option_text(model.parameters.relationship.gfile) == "_null_") return;
-    file_.emplace(model);
-    write_list(model.units.log, "Computing full pedigree for the previous ",
-               model.relationship.maxage, " periods");
-  }
-
-  void compute() {
-    const Pedigree& pedigree = model_.pedigree;
-    for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-      if (mark_(i) == 0) continue;
-      if (file_ || model_.relationship.nrm_id(i) > 0) compute_column(i);
-      ++finished_;
-      if (finished_ % 1000 == 0)
-        write_list(model_.units.out, "Finished ", finished_, " individuals");
-    }
-    if (file_) close_file();
-  }
-
- private:
-  void compute_column(std::int32_t i) {
-    const Pedigree& pedigree = model_.pedigree;
-    Relationship& relationship = model_.relationship;
-    cx_.fill(0.0);
-    cx_(i) = 1.0;
-    ak(pedigree.newped, pedigree.f, cx_, i);
-    const std::int32_t row = relationship.nrm_id(i);
-    for (std::int32_t j = 1; j <= i; ++j) {
-      if (mark_(j) == 0) continue;
-      const std::int32_t column = relationship.nrm_id(j);
-      if (row > 0 && column > 0) relationship.nrm(ute(row, column)) = cx_(j);
-      if (file_ && cx_(j) > kTiny) {
-        file_->write(pedigree.oldped(i, 1), pedigree.oldped(j, 1), cx_(j));
-      }
-    }
-  }
-
-  void close_file() {
-    Unit& log = model_.units.log;
-    file_->close();
-    write(log, "(/,2A)",
-          "Relationship matrix written to file :", model_.parameters.relationship.gfile.trimmed());
-    write(log, "(A,I10)", "Number of animals included          :", finished_);
-    write(log, "(A,I10)", "Number of records written to file   :", file_->records());
-  }
-
-  Model& model_;
-  const Table<char>& mark_;
-  Table<double>& cx_;
-  std::optional<RelationshipWriter> file_;
-  std::int32_t finished_ = 0;
-};
-
-void compute_from_pedigree(Model& model, const Table<char>& mark, Table<double>& cx) {
-  Units& units = model.units;
-  write_list(units.out);
-  write_list(units.log);
-  both_list(units.out, units.log, "Computing Numerator Relationship Matrix for ",
-            model.relationship.nnrm, " individuals");
-  MatrixFromPedigree(model, mark, cx).compute();
 }
 
 }  // namespace
@@ -194,11 +121,10 @@ void setup_nrm(Model& model) {
   write(log, "(/,A,I8)",
         "Candidates in Numerator Relationship Matrix stored in memeory:", relationship.nnrm);
   write(log, "(/,A,I8)", "Individuals in Numerator Relationship Matrix required for OCS:", marked);
-  Table<double> cx;
-  allocate_matrix(model, cx);
+  allocate_matrix(model);
   relationship.pedsource = option_text(model.parameters.relationship.source) == "pedigree";
   if (relationship.pedsource) {
-    compute_from_pedigree(model, mark, cx);
+    compute_relationships(model, mark);
   } else {
     read_relationships(model);
   }

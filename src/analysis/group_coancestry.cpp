@@ -1,0 +1,107 @@
+#include "analysis/group_coancestry.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "analysis/product_lanes.h"
+
+namespace qob {
+namespace {
+
+using Ids = std::vector<std::int32_t>;
+
+class GroupProducts {
+ public:
+  GroupProducts(const Table2<std::int32_t>& newped, const Table<double, 0>& f,
+                const Cohorts& cohorts)
+      : newped_(newped), f_(f), members_(cohorts.count()), ancestry_(newped) {
+    for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
+      members_(g).reserve(static_cast<std::size_t>(cohorts.n(g)));
+    }
+    for (std::int32_t i = 1; i <= newped.columns(); ++i) members_(cohorts.cohort(i)).push_back(i);
+  }
+
+  // Fills the results of groups first..past-1, one for each lane.
+  void compute(std::int32_t first, std::int32_t past, Table<GroupCoancestry>& results) {
+    for (std::int32_t g = first; g < past; ++g) {
+      for (const std::int32_t i : members_(g)) ancestry_.add(i);
+    }
+    ancestry_.close();
+    product_.start(ancestry_, newped_, f_);
+    for (std::int32_t g = first; g < past; ++g) add_members(members_(g), g - first);
+    product_.multiply(ancestry_.size());
+    for (std::int32_t g = first; g < past; ++g) {
+      results(g).average = average_coancestry(members_(g), g - first);
+    }
+    std::int32_t last = 1;
+    for (std::int32_t g = first; g < past; ++g) {
+      last = std::max(last, add_sires(members_(g), g - first));
+    }
+    product_.multiply(last);
+    for (std::int32_t g = first; g < past; ++g) {
+      results(g).expected = expected_inbreeding(members_(g), g - first);
+    }
+  }
+
+ private:
+  std::int32_t sire(std::int32_t i) const { return ancestry_.number(newped_(1, i)); }
+  std::int32_t dam(std::int32_t i) const { return ancestry_.number(newped_(2, i)); }
+
+  void add_members(const Ids& members, int lane) {
+    const double n = static_cast<double>(members.size());
+    for (const std::int32_t i : members) product_.add(ancestry_.number(i), lane, 1.0 / n);
+  }
+
+  // Counts each member at its sire. Returns the largest number of a parent.
+  std::int32_t add_sires(const Ids& members, int lane) {
+    std::int32_t last = 0;
+    for (const std::int32_t i : members) {
+      if (sire(i) > 0) product_.add(sire(i), lane, 1.0);
+      last = std::max({last, sire(i), dam(i)});
+    }
+    return last;
+  }
+
+  double average_coancestry(const Ids& members, int lane) const {
+    const double n = static_cast<double>(members.size());
+    double sum = 0.0;
+    for (const std::int32_t i : members) sum += product_(ancestry_.number(i), lane);
+    return sum / (2.0 * n);
+  }
+
+  double expected_inbreeding(const Ids& members, int lane) {
+    const double n = static_cast<double>(members.size());
+    Ids dams;
+    for (const std::int32_t i : members) {
+      if (dam(i) > 0) dams.push_back(dam(i));
+    }
+    std::sort(dams.begin(), dams.end());
+    double sum = 0.0;
+    for (auto at = dams.begin(); at != dams.end();) {
+      const auto other = std::upper_bound(at, dams.end(), *at);
+      sum += static_cast<double>(other - at) * product_(*at, lane);
+      at = other;
+    }
+    return sum / (2.0 * n * n);
+  }
+
+  const Table2<std::int32_t>& newped_;
+  const Table<double, 0>& f_;
+  Table<Ids> members_;  // by group
+  Ancestry ancestry_;
+  ProductLanes product_{0.0};
+};
+
+}  // namespace
+
+Table<GroupCoancestry> group_coancestries(const Table2<std::int32_t>& newped,
+                                          const Table<double, 0>& f, const Cohorts& cohorts) {
+  Table<GroupCoancestry> results(cohorts.count());
+  GroupProducts products(newped, f, cohorts);
+  for (std::int32_t g = 1; g <= cohorts.count(); g += ProductLanes::kLanes) {
+    products.compute(g, std::min(g + ProductLanes::kLanes, cohorts.count() + 1), results);
+  }
+  return results;
+}
+
+}  // namespace qob
