@@ -7,7 +7,8 @@
 namespace qob {
 
 // N values of type T, as one operand of the usual arithmetic; N * sizeof(T) is a power of two.
-// Pass it by reference or keep it local: how it is passed by value depends on the processor.
+// Pass it by reference or keep it local: how it is passed by value depends on the processor. In a
+// table wrap it in a struct with `alignas`: template arguments lose the alignment.
 template <class T, std::size_t N>
 struct LanesOf {
   typedef T type __attribute__((vector_size(N * sizeof(T))));

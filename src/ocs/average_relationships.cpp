@@ -142,10 +142,12 @@ class QuadraticForms {
 };
 
 // Fetches what the sets want of the next row while the terms of one are made: the few elements of a
-// row lie too far apart to be foreseen. Rows begin at a multiple of kLine candidates.
+// row lie too far apart to be foreseen. Rows begin at a multiple of kLine candidates. Rows that the
+// cache holds from generation to generation need no fetching.
 class Fetcher {
  public:
-  explicit Fetcher(const std::vector<std::int32_t>& all) {
+  Fetcher(const std::vector<std::int32_t>& all, std::int32_t ncands) {
+    if (all.size() * static_cast<std::size_t>(ncands) < kHeld) return;
     for (const std::int32_t i : all) {
       const std::int32_t begin = i / kLine * kLine;
       if (lines_.empty() || lines_.back() != begin) lines_.push_back(begin);
@@ -153,12 +155,13 @@ class Fetcher {
   }
 
   void fetch_from(std::int32_t i, const double* row) {
-    while (lines_[first_] + kLine <= i) ++first_;
+    while (first_ < lines_.size() && lines_[first_] + kLine <= i) ++first_;
     for (std::size_t l = first_; l < lines_.size(); ++l) __builtin_prefetch(row + lines_[l]);
   }
 
  private:
   static constexpr std::int32_t kLine = 64 / sizeof(double);
+  static constexpr std::size_t kHeld = 1 << 20;  // elements
   std::vector<std::int32_t> lines_;  // the first candidate of each line of the cache
   std::size_t first_ = 0;
 };
@@ -171,7 +174,7 @@ void average_relationships(const Model& model, Sets sets, RelationshipRows& rows
   const Users users(sets, model.candidates.ncands);
   const std::vector<std::int32_t>& all = users.candidate;
   QuadraticForms forms(model.goal, sets);
-  Fetcher fetcher(all);
+  Fetcher fetcher(all, model.candidates.ncands);
   for (std::size_t at = 0; at < all.size(); at += kBlock) {
     const std::size_t n = std::min(kBlock, all.size() - at);
     std::array<const double*, kBlock> row;

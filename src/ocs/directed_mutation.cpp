@@ -113,7 +113,6 @@ class DirectedMutation {
         matings_(remaining_matings(candidates_, mateset)),
         uses_(static_cast<std::size_t>(candidates_.ncands) + 1, 0) {
     for (std::int64_t p = 1; p <= 2 * mateset_.nmatings(); ++p) ++uses(mateset_.entry(p));
-    list_used();
   }
 
   // Looks for a replacement of the male of slot j, or the female of row j.
@@ -132,10 +131,13 @@ class DirectedMutation {
   std::int32_t& uses(std::int32_t i) { return uses_[static_cast<std::size_t>(i)]; }
 
   void list_used() {
-    used_.clear();
-    for (std::int32_t j = 1; j <= candidates_.ncands; ++j) {
-      if (static_cast<double>(uses(j)) * d_ >= kTiny) used_.push_back(j);
+    used_.resize(uses_.size());
+    std::size_t n = 0;
+    for (std::size_t j = 1; j < uses_.size(); ++j) {
+      used_[n] = static_cast<std::int32_t>(j);
+      n += static_cast<double>(uses_[j]) * d_ >= kTiny;
     }
+    used_.resize(n);
   }
 
   // The sum over all used candidates of their contribution times their relationship with y.
@@ -154,6 +156,7 @@ class DirectedMutation {
     x_ = x;
     sex_ = sex;
     needed_ = needed;
+    list_used();
     a_x_ = relationship_to_used(x);
     if (criterion_ == Criterion::kMerit) return best_gain();
     follow(sex);
@@ -270,7 +273,6 @@ class DirectedMutation {
       ++uses(y);
       mateset_(row, sex) = y;
     }
-    list_used();
   }
 
   Model& model_;
