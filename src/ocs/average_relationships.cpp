@@ -162,7 +162,7 @@ class Fetcher {
  private:
   static constexpr std::int32_t kLine = 64 / sizeof(double);
   static constexpr std::size_t kHeld = 1 << 20;  // elements
-  std::vector<std::int32_t> lines_;  // the first candidate of each line of the cache
+  std::vector<std::int32_t> lines_;              // the first candidate of each line of the cache
   std::size_t first_ = 0;
 };
 
