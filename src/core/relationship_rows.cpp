@@ -12,6 +12,15 @@ constexpr std::int64_t kOld = 20000;
 
 constexpr std::size_t kLine = 64;  // bytes that the cache fetches together
 
+// Bytes that a new row leaves to the rest of the program, which cannot do without.
+constexpr std::size_t kReserve = std::size_t{1} << 24;
+
+bool memory_is_plenty() {
+  void* reserve = std::malloc(kReserve);
+  std::free(reserve);
+  return reserve != nullptr;
+}
+
 }  // namespace
 
 void RelationshipRows::prepare(const Relationship& relationship, const Candidates& candidates) {
@@ -33,7 +42,7 @@ double* RelationshipRows::new_row(std::int32_t candidate) {
   std::size_t at = places_.size();
   if (at < most_places_) {
     const std::size_t bytes = (id_.size() * sizeof(double) + kLine - 1) / kLine * kLine;
-    Row row(static_cast<double*>(std::aligned_alloc(kLine, bytes)));
+    Row row(memory_is_plenty() ? static_cast<double*>(std::aligned_alloc(kLine, bytes)) : nullptr);
     if (row == nullptr) {
       most_places_ = at;
     } else {

@@ -1,6 +1,7 @@
 // Rows of the relationship matrix in candidate order, contiguous, beside the packed triangle: half
 // of a candidate's relationships lie scattered over the triangle. Rows are made when they are first
-// wanted and kept within a bound of memory, those lately used before others.
+// wanted and kept within a bound of memory, those lately used before others, as long as there is
+// plenty of it.
 #pragma once
 
 #include <cstdint>

@@ -12,6 +12,8 @@ namespace {
 // After so many rows the sums begin anew: their error grows with each.
 constexpr std::int64_t kMostRows = 100000;
 
+constexpr double kHuge = 1e290;
+
 // sum += delta[0] * row[0] + ... , from first to last. A block of rows costs one pass over the
 // sums.
 QOB_VECTOR_CLONES
@@ -53,9 +55,14 @@ void RelationshipSums::follow(const Relationship& relationship, const Candidates
   // Each row that was added rounds a product and a sum, of at most 4 n times the greatest
   // relationship; the sum in its proper order rounds two operations and a contribution for each
   // parent. Twice that.
+  const double largest = rows.largest();
   const auto roundings =
       static_cast<double>(8 * rows_added_ + 8 * static_cast<std::int64_t>(used) + 64);
-  error_ = roundings * std::numeric_limits<double>::epsilon() * rows.largest();
+  error_ = roundings * std::numeric_limits<double>::epsilon() * largest;
+  // Sums of uses may overflow where sums of contributions do not; products may underflow.
+  if (largest > kHuge || (largest > 0.0 && largest < 1.0 / kHuge)) {
+    error_ = std::numeric_limits<double>::infinity();
+  }
 }
 
 void RelationshipSums::add_rows(const Relationship& relationship, const Candidates& candidates,

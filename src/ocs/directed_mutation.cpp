@@ -293,6 +293,15 @@ class DirectedMutation {
   ReplacementBounds bounds_;
 };
 
+// The value of the mateset is needed by nobody. But an empty entry stops the run, and an illegal
+// mateset may be reported.
+bool evaluation_may_be_seen(const Model& model, Mateset mateset, Criterion criterion) {
+  for (std::int64_t p = 1; p <= 2 * mateset.nmatings(); ++p) {
+    if (mateset.entry(p) == 0) return true;
+  }
+  return criterion == Criterion::kPenalty && !is_legal(model, mateset);
+}
+
 }  // namespace
 
 void directed_mutation(Model& model, Mateset mateset) {
@@ -309,8 +318,7 @@ void directed_mutation(Model& model, Mateset mateset) {
   const std::int64_t slots = male_slots(model);
   for (std::int64_t j = 1; j <= slots; ++j) replace_at(j, kMale);
   for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) replace_at(j, kFemale);
-  // The value is needed by nobody: what may be seen is that an illegal mateset is reported.
-  if (criterion != Criterion::kPenalty || is_legal(model, mateset)) return;
+  if (!evaluation_may_be_seen(model, mateset, criterion)) return;
   ValueRecord value;
   evaluation(model, mateset, value);
 }

@@ -92,6 +92,8 @@ void ocs(Model& model) {
   search_best(model);
   report_best_mateset(model);
   goal.apv2.release();
+  model.rows = RelationshipRows{};
+  for (RelationshipSums& sums : model.sums) sums = {};
   write_list(units.out);
   write_list(units.out, "Optimal contribution selection finished");
 }

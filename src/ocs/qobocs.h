@@ -49,7 +49,8 @@ void check_required_relationships(Model& model);
 // Fills all fields of `value`.
 void evaluation(Model& model, Mateset mateset, ValueRecord& value);
 
-// Whether no candidate is used beyond its mating limit and every male in whole mating units.
+// Whether no candidate is used beyond its mating limit and every male in whole mating units. The
+// mateset has no empty entry.
 bool is_legal(const Model& model, Mateset mateset);
 
 // Evaluates matesets one after another as `evaluation` does, but sums up the relationships of

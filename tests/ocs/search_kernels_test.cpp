@@ -10,7 +10,7 @@ namespace {
 class SearchKernels : public SelectionTest {
  protected:
   // A herd of many ties: relationships and merits take few values, every third herd has negative
-  // relationships, every fourth no ties.
+  // relationships, every fourth no ties, some have relationships that no herd has.
   void draw_herd(int problem) {
     data = Stream(static_cast<std::uint32_t>(problem));
     std::vector<int> limits[2];
@@ -22,13 +22,14 @@ class SearchKernels : public SelectionTest {
     set_candidates(limits[0], limits[1], unit * (1 + data.ceiling(8)), unit, problem);
     draw_data(data);
     Candidates& c = model.candidates;
+    const double scale = problem % 11 == 0 ? 2e307 : problem % 11 == 1 ? 1e-322 : 1.0;
     const double steps = problem % 4 == 0 ? 1e9 : 4.0;
     for (int i = 1; i <= c.ncands; ++i) {
       c.merit(i) = std::round(c.merit(i) * steps) / steps;
       model.goal.apv2(i) = std::round(model.goal.apv2(i) * steps) / steps;
       for (int j = 1; j <= i; ++j) {
         const double a = data.uni() - (problem % 3 == 0 ? 0.5 : 0.0);
-        relate(i, j, (i == j) + std::round(a * steps) / steps);
+        relate(i, j, scale * ((i == j) + std::round(a * steps) / steps));
       }
     }
     model.rows = RelationshipRows(problem % 2 == 0 ? 4000 : 1 << 20);
