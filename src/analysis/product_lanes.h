@@ -1,7 +1,11 @@
 // The relationship matrix times eight vectors at once, through the pedigree.
 //
 // Each lane of a row belongs to one vector and goes through the operations of `ax` or `ak` in
-// their order, so that every product has the bits that it has alone.
+// their order, so that every product has the bits that it has alone. Plain over fast, measured for
+// the relationship matrix of 10,000 candidates (plain: their columns alone, over all animals):
+//
+//   of 100,000 animals, 30 years      34
+//   of 1,000,000 animals, 40 years    98
 #pragma once
 
 #include <cstdint>

@@ -17,8 +17,8 @@ class RelationshipRows {
  public:
   // Most rows that one reading takes: the elements of a few rows lie close in the triangle.
   static constexpr std::size_t kBlock = 8;
-  // Most bytes of kept rows by default: all rows of 8,000 candidates.
-  static constexpr std::size_t kMostBytes = std::size_t{1} << 29;
+  // Most bytes of kept rows by default: all rows of 11,500 candidates.
+  static constexpr std::size_t kMostBytes = std::size_t{1} << 30;
 
   enum class Keep { kRows, kNothing };
 
