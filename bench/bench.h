@@ -6,6 +6,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -15,21 +16,32 @@ namespace qob::bench {
 
 using Body = std::function<void(benchmark::State&)>;
 
-// Measures `body` as row "kernel, size" of the table, in the column of `form`. What takes many
-// seconds is measured `once`; a size that begins with "full" only when it is asked for.
-enum class Repeat { kBestOfSeveral, kOnce };
-void add(const std::string& kernel, const std::string& size, const std::string& form, Body body,
-         Repeat repeat = Repeat::kBestOfSeveral);
+// How often a form is measured: several times; once, as it takes many seconds; or once and only
+// when it is asked for, as it takes many minutes.
+enum class Repeat { kSeveral, kOnce, kOnDemand };
 
-// Times `work` and takes down the memory that it needed beyond what was held before.
-void measure(benchmark::State& state, const std::function<void()>& work);
+// Adds the measure of a form to the row "kernel, size" of the table.
+void add_plain(const std::string& kernel, const std::string& size, Body body,
+               Repeat repeat = Repeat::kSeveral);
+void add_fast(const std::string& kernel, const std::string& size, Body body,
+              Repeat repeat = Repeat::kSeveral);
 
-// A model that has read NAME.dat of the working directory, inbreeding coefficients included. The
-// one asked for last is kept.
+// Times `work`, which handles so many items, and takes down the memory that it needed beyond what
+// was held before.
+void measure(benchmark::State& state, std::int64_t items, const std::function<void()>& work);
+
+// A model that has read NAME.dat and NAME.prm of the working directory, inbreeding coefficients
+// included. The one asked for last is kept.
 Model& herd(const std::string& name);
+// The same, ready for the search.
+Model& selection(const std::string& name);
 
 // The files' contents; each adds its kernels.
+void add_text_kernels();
 void add_data_file();
 void add_relationship_file();
+void add_pedigree_kernels();
+void add_candidate_kernels();
+void add_search_kernels();
 
 }  // namespace qob::bench

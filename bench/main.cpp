@@ -1,8 +1,9 @@
 // Measures the kernels, each in its plain and its fast form, and prints one row for each kernel and
-// size: the best time of either form (of this process's processor time), their ratio, how many
-// items the fast form handles in a second, and the memory that either needs.
+// size: the best processor time of either form, their ratio, how many items the fast form handles
+// in a second, and the memory that either needs.
 //
-// Takes the flags of Google Benchmark, --benchmark_filter=REGEX above all.
+// Takes the flags of Google Benchmark. --benchmark_filter=. also takes the forms that need many
+// minutes.
 #include <algorithm>
 #include <cstdio>
 #include <map>
@@ -19,6 +20,11 @@ struct Figures {
   double peak = 0.0;          // bytes
 };
 
+struct Row {
+  std::string kernel, size;
+  std::map<std::string, Figures> forms{};  // plain, fast
+};
+
 std::string shown(const char* format, double value) {
   char text[32] = "-";
   if (value > 0.0) std::snprintf(text, sizeof text, format, value);
@@ -32,54 +38,49 @@ class Table : public benchmark::BenchmarkReporter {
 
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration) continue;
-      if (run.error_occurred) {
-        std::fprintf(stderr, "%s: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
-        continue;
-      }
-      take(run);
+      if (run.run_type == Run::RT_Iteration) take(run);
     }
-    std::fprintf(stderr, ".");
+    std::fputc('.', stderr);
   }
 
   void Finalize() override {
-    std::printf("\n%-34s %-12s %10s %10s %8s %9s %10s %10s\n", "kernel", "size", "plain ms",
-                "fast ms", "ratio", "Mitems/s", "plain MB", "fast MB");
-    for (const auto& [kernel, size] : rows_) {
-      const Figures& plain = figures_[kernel + size + "plain"];
-      const Figures& fast = figures_[kernel + size + "fast"];
-      const double ratio = fast.milliseconds > 0.0 ? plain.milliseconds / fast.milliseconds : 0.0;
-      std::printf(
-          "%-34s %-12s %10s %10s %8s %9s %10s %10s\n", kernel.c_str(), size.c_str(),
-          shown("%.3f", plain.milliseconds).c_str(), shown("%.3f", fast.milliseconds).c_str(),
-          shown("%.1f", ratio).c_str(), shown("%.2f", fast.items * 1e-6).c_str(),
-          shown("%.1f", plain.peak * 0x1p-20).c_str(), shown("%.1f", fast.peak * 0x1p-20).c_str());
-    }
+    std::fputc('\n', stderr);
+    std::printf("%-36s %-22s %10s %10s %7s %8s %9s %9s\n", "kernel", "size", "plain ms", "fast ms",
+                "ratio", "Mitem/s", "plain MB", "fast MB");
+    for (Row& row : rows_) print(row);
   }
 
  private:
   void take(const Run& run) {
     const std::string& name = run.run_name.function_name;  // kernel/size/form
-    const std::size_t slash = name.find('/'), last = name.rfind('/');
-    const std::string kernel = name.substr(0, slash);
-    const std::string size = name.substr(slash + 1, last - slash - 1);
-    const std::pair<std::string, std::string> row = {kernel, size};
-    if (std::find(rows_.begin(), rows_.end(), row) == rows_.end()) rows_.push_back(row);
-    Figures& best = figures_[kernel + size + name.substr(last + 1)];
+    const std::size_t first = name.find('/');
+    const std::size_t second = name.find('/', first + 1);
+    const std::string kernel = name.substr(0, first);
+    const std::string size = name.substr(first + 1, second - first - 1);
+    const auto same = [&](const Row& row) { return row.kernel == kernel && row.size == size; };
+    auto row = std::find_if(rows_.begin(), rows_.end(), same);
+    if (row == rows_.end()) row = rows_.insert(row, Row{kernel, size});
+    Figures& best = row->forms[name.substr(second + 1, name.find('/', second + 1) - second - 1)];
     const double milliseconds = run.GetAdjustedCPUTime();
-    const auto counter = [&](const char* key) {
-      const auto found = run.counters.find(key);
-      return found == run.counters.end() ? 0.0 : found->second.value;
-    };
     if (best.milliseconds == 0.0 || milliseconds < best.milliseconds) {
       best.milliseconds = milliseconds;
-      best.items = counter("items_per_second");
+      best.items = run.counters.at("items_per_second");
     }
-    best.peak = std::max(best.peak, counter("peak"));
+    best.peak = std::max<double>(best.peak, run.counters.at("peak"));
   }
 
-  std::vector<std::pair<std::string, std::string>> rows_;  // kernel and size, as they came
-  std::map<std::string, Figures> figures_;
+  static void print(Row& row) {
+    const Figures& plain = row.forms["plain"];
+    const Figures& fast = row.forms["fast"];
+    const double ratio = fast.milliseconds > 0.0 ? plain.milliseconds / fast.milliseconds : 0.0;
+    std::printf("%-36s %-22s %10s %10s %7s %8s %9s %9s\n", row.kernel.c_str(), row.size.c_str(),
+                shown("%.3f", plain.milliseconds).c_str(), shown("%.3f", fast.milliseconds).c_str(),
+                shown("%.1f", ratio).c_str(), shown("%.2f", fast.items * 1e-6).c_str(),
+                shown("%.1f", plain.peak * 0x1p-20).c_str(),
+                shown("%.1f", fast.peak * 0x1p-20).c_str());
+  }
+
+  std::vector<Row> rows_;  // as they came
 };
 
 }  // namespace
@@ -87,13 +88,17 @@ class Table : public benchmark::BenchmarkReporter {
 int main(int argc, char** argv) {
   std::vector<char*> arguments(argv, argv + argc);
   std::string defaults[] = {"--benchmark_repetitions=3", "--benchmark_min_time=0.1",
-                            "--benchmark_filter=-/full"};
+                            "--benchmark_filter=-on demand"};
   for (std::string& flag : defaults) arguments.insert(arguments.begin() + 1, flag.data());
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
+  qob::bench::add_text_kernels();
   qob::bench::add_data_file();
   qob::bench::add_relationship_file();
+  qob::bench::add_pedigree_kernels();
+  qob::bench::add_candidate_kernels();
+  qob::bench::add_search_kernels();
   Table table;
   benchmark::RunSpecifiedBenchmarks(&table);
 }

@@ -30,15 +30,14 @@ void run(benchmark::State& state, void (*work)(Model&)) {
   Model model;
   model.parameters.relationship.gfile = "pairs.rel";
   for (std::int32_t i = 1; i <= kAnimals; ++i) model.ids.build_tree(i, model.pedigree.maxid);
-  measure(state, [&] { work(model); });
-  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * kPairs);
+  measure(state, kPairs, [&] { work(model); });
 }
 
 }  // namespace
 
 void add_relationship_file() {
-  add("relationship file, written", "12M", "fast", [](auto& state) { run(state, write_all); });
-  add("relationship file, read", "12M", "fast", [](auto& state) { run(state, read_all); });
+  add_fast("relationship file, written", "12M", [](auto& state) { run(state, write_all); });
+  add_fast("relationship file, read", "12M", [](auto& state) { run(state, read_all); });
 }
 
 }  // namespace qob::bench

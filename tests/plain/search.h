@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cmath>
+#include <vector>
 
 #include "ocs/qobocs.h"
 
@@ -12,13 +13,14 @@ inline double average_relationship(const Model& model, const Table<double>& c, d
   const Candidates& candidates = model.candidates;
   const Goal& goal = model.goal;
   const auto a = [&](int i, int k) { return cnrm(model.relationship, candidates, i, k); };
-  double sum = goal.vpapv;
+  std::vector<int> parents;
   for (int i = 1; i <= candidates.ncands; ++i) {
-    if (c(i) < threshold) continue;
-    sum += a(i, i) * (c(i) * c(i)) + goal.apv2(i) * c(i);
-    for (int k = i + 1; k <= candidates.ncands; ++k) {
-      if (c(k) >= threshold) sum += 2.0 * c(i) * c(k) * a(k, i);
-    }
+    if (c(i) >= threshold) parents.push_back(i);
+  }
+  double sum = goal.vpapv;
+  for (auto i = parents.begin(); i != parents.end(); ++i) {
+    sum += a(*i, *i) * (c(*i) * c(*i)) + goal.apv2(*i) * c(*i);
+    for (auto k = i + 1; k != parents.end(); ++k) sum += 2.0 * c(*i) * c(*k) * a(*k, *i);
   }
   return sum / (goal.last_genint * goal.last_genint);
 }
@@ -83,9 +85,7 @@ class DirectedMutation {
 
   double relationship_to_parents(int y) const {
     double sum = 0.0;
-    for (int j = 1; j <= model_.candidates.ncands; ++j) {
-      if (contribution_(j) >= kTiny) sum += contribution_(j) * a(y, j);
-    }
+    for (const int j : parents_) sum += contribution_(j) * a(y, j);
     return sum;
   }
 
@@ -99,7 +99,11 @@ class DirectedMutation {
     const double d = 1.0 / static_cast<double>(2 * mateset_.nmatings());
     contribution_.assign(candidates.ncands, 0.0);
     for (std::int64_t e = 1; e <= 2 * mateset_.nmatings(); ++e) ++contribution_(mateset_.entry(e));
-    for (double& c : contribution_) c *= d;
+    parents_.clear();
+    for (int i = 1; i <= candidates.ncands; ++i) {
+      contribution_(i) *= d;
+      if (contribution_(i) >= kTiny) parents_.push_back(i);
+    }
     const int x = mateset_(j, sex);
     const std::int64_t needed = sex == kMale ? p.limitmalematings : 1;
     const double a_x = relationship_to_parents(x);
@@ -133,6 +137,7 @@ class DirectedMutation {
   Mateset mateset_;
   Allowances matings_;
   Table<double> contribution_;
+  std::vector<int> parents_;
   ValueRecord value_;
   bool evaluated_ = false;
 };

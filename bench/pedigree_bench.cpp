@@ -1,0 +1,113 @@
+// Inbreeding, coancestry of birth-time groups, and the relationship matrix.
+#include "analysis/group_coancestry.h"
+#include "analysis/inbreeding.h"
+#include "analysis/relationships_from_pedigree.h"
+#include "bench.h"
+#include "plain/inbreeding.h"
+#include "plain/pedigree_products.h"
+#include "plain/relationship_matrix.h"
+
+namespace qob::bench {
+namespace {
+
+void inbreeding(const std::string& name, const std::string& size, Repeat plain) {
+  add_plain(
+      "inbreeding", size,
+      [=](benchmark::State& state) {
+        const Pedigree& pedigree = herd(name).pedigree;
+        measure(state, pedigree.maxid,
+                [&] { benchmark::DoNotOptimize(plain::inbreeding_coefficients(pedigree.newped)); });
+      },
+      plain);
+  add_fast("inbreeding", size, [=](benchmark::State& state) {
+    Model& model = herd(name);
+    Table<double, 0> f;
+    measure(state, model.pedigree.maxid,
+            [&] { inbreeding_coefficients(model.pedigree.newped, f, model.units.out); });
+  });
+}
+
+void coancestry(const std::string& name, const std::string& size, Repeat plain) {
+  add_plain(
+      "coancestry of birth-time groups", size,
+      [=](benchmark::State& state) {
+        const Pedigree& pedigree = herd(name).pedigree;
+        const Cohorts cohorts = group_by_birth_time(pedigree.btime);
+        measure(state, cohorts.count(), [&] {
+          for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
+            benchmark::DoNotOptimize(
+                plain::group_coancestry(pedigree.newped, pedigree.f, cohorts, g));
+          }
+        });
+      },
+      plain);
+  add_fast("coancestry of birth-time groups", size, [=](benchmark::State& state) {
+    const Pedigree& pedigree = herd(name).pedigree;
+    const Cohorts cohorts = group_by_birth_time(pedigree.btime);
+    measure(state, cohorts.count(), [&] {
+      benchmark::DoNotOptimize(group_coancestries(pedigree.newped, pedigree.f, cohorts));
+    });
+  });
+}
+
+// Gives each candidate a row of a matrix of 0, and marks the candidates and, unless `years` is 0,
+// the animals born in so many last years with their parents.
+Table<char> mark_animals(Model& model, std::int32_t years) {
+  const Pedigree& pedigree = model.pedigree;
+  Relationship& relationship = model.relationship;
+  const std::int32_t last = pedigree.btime(pedigree.maxid);
+  Table<char> mark(pedigree.maxid, 0);
+  relationship.nrm_id.assign(pedigree.maxid, 0);
+  std::int64_t rows = 0;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (pedigree.matings(i) > 0) relationship.nrm_id(i) = static_cast<std::int32_t>(++rows);
+    if (pedigree.matings(i) > 0 || pedigree.btime(i) > last - years) mark(i) = 1;
+    if (pedigree.btime(i) <= last - years) continue;
+    if (pedigree.sire(i) > 0) mark(pedigree.sire(i)) = 1;
+    if (pedigree.dam(i) > 0) mark(pedigree.dam(i)) = 1;
+  }
+  relationship.nnrm = static_cast<std::int32_t>(rows);
+  relationship.nrm.assign(rows * (rows + 1) / 2, 0.0);
+  return mark;
+}
+
+void matrix(const std::string& name, const std::string& size, Repeat plain) {
+  const auto plain_form = [=](std::int32_t years) {
+    return [=](benchmark::State& state) {
+      Model& model = herd(name);
+      Relationship& relationship = model.relationship;
+      const Table<char> mark = mark_animals(model, years);
+      const auto keep = [&](std::int32_t i, std::int32_t j, double a) {
+        const std::int32_t row = relationship.nrm_id(i), column = relationship.nrm_id(j);
+        if (row > 0 && column > 0) relationship.nrm(ute(row, column)) = a;
+      };
+      measure(state, relationship.nrm.size(),
+              [&] { plain::relationships(model.pedigree.newped, model.pedigree.f, mark, keep); });
+    };
+  };
+  const auto fast_form = [=](benchmark::State& state) {
+    Model& model = herd(name);
+    const Table<char> mark = mark_animals(model, 0);
+    measure(state, model.relationship.nrm.size(), [&] { compute_relationships(model, mark); });
+  };
+  add_plain("relationship matrix, all marked", size, plain_form(6), plain);
+  add_fast("relationship matrix, all marked", size, fast_form);
+  add_plain("relationship matrix", size, plain_form(0), plain);
+  add_fast("relationship matrix", size, fast_form);
+}
+
+}  // namespace
+
+void add_pedigree_kernels() {
+  inbreeding("p100k", "100k, 30 years", Repeat::kSeveral);
+  inbreeding("g100k", "100k, 30 generations", Repeat::kOnce);
+  inbreeding("p1m", "1M, 40 years", Repeat::kOnDemand);
+  inbreeding("g1m", "1M, 40 generations", Repeat::kOnDemand);
+  coancestry("p1m", "1M, 40 groups", Repeat::kOnce);
+  coancestry("groups1000", "1M, 1000 groups", Repeat::kOnce);
+  matrix("p100k", "1k of 100k", Repeat::kSeveral);
+  matrix("p100k10k", "10k of 100k", Repeat::kOnce);
+  matrix("p1m", "10k of 1M", Repeat::kOnDemand);
+}
+
+}  // namespace qob::bench
