@@ -1,8 +1,8 @@
 // The average relationship of the next generation for several sets of contributions at once. The
 // terms of a set must be added one after another; with several sums side by side no addition has to
-// wait for the one before, and a row of relationships is fetched once for all sets. Plain over fast,
-// measured for offspring of a search: 5 for 500 matings of 5,000 candidates, where the memory is the
-// limit, 2 for 100 of 1,000.
+// wait for the one before, and a row of relationships is fetched once for all sets. Plain over
+// fast, measured for offspring of a search: 5 for 500 matings of 5,000 candidates, where the memory
+// is the limit, 2 for 100 of 1,000.
 #pragma once
 
 #include <cstdint>
