@@ -16,7 +16,7 @@ constexpr std::size_t kLine = 64;  // bytes that the cache fetches together
 constexpr std::size_t kReserve = std::size_t{1} << 24;
 
 bool memory_is_plenty() {
-  void* reserve = std::malloc(kReserve);
+  void* volatile reserve = std::malloc(kReserve);  // else compilers leave both calls out
   std::free(reserve);
   return reserve != nullptr;
 }

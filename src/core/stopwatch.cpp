@@ -63,10 +63,11 @@ std::array<float, kClocks> Stopwatch::Clocks::read() {
   const auto wall = std::chrono::steady_clock::now();
   if (Seconds(wall - read_) > kSoon) {
     float user, sys;
-    cpu_second(cpu_, user, sys);
+    cpu_second(read_cpu_, user, sys);
     read_ = wall;
   }
-  return {cpu_ + Seconds(wall - read_).count(), 0.0F, 0.0F, Seconds(wall - first_).count()};
+  cpu_ = std::max(cpu_, read_cpu_ + Seconds(wall - read_).count());  // never goes back
+  return {cpu_, 0.0F, 0.0F, Seconds(wall - first_).count()};
 }
 
 // An operation and what its warnings say was left undone.

@@ -108,7 +108,8 @@ class Stopwatch {
    private:
     std::chrono::steady_clock::time_point first_ = std::chrono::steady_clock::now();
     std::chrono::steady_clock::time_point read_ = {};  // when the process's time was read
-    float cpu_ = 0.0F;                                 // and what it was
+    float read_cpu_ = 0.0F;                            // and what it was
+    float cpu_ = 0.0F;                                 // what was last given as it
   };
   bool set_unit(Unit*& unit, Unit* requested, std::string_view outcome);
   bool set_default_clocks(const Names& names);

@@ -237,9 +237,30 @@ class DirectedMutation {
         [&](double gain, double change) { return p.w_merit * gain + p.w_relationship * change; });
   }
 
+  // The predicted relationship itself is only needed when the changes are too close to each other.
   Choice least_related() {
+    if (const std::int32_t y = clearly_least_related(); y != 0) return {y, exact_change(y), 0.0};
     const double now = predicted_->value();
     return highest([&](double, double change) { return -(change + now); });
+  }
+
+  // The candidate whose change is below all others' by more than sums with the predicted
+  // relationship may be rounded; 0 if there is none.
+  std::int32_t clearly_least_related() {
+    double sure = std::numeric_limits<double>::infinity();
+    for_each_eligible([&](std::int32_t y) {
+      if (bounds_.low[at(y)] <= bounds_.high[at(y)]) sure = std::min(sure, bounds_.high[at(y)]);
+    });
+    const double now = std::max(std::abs(predicted_->low()), std::abs(predicted_->high()));
+    const double rounding = 4.0 * std::numeric_limits<double>::epsilon() * (now + std::abs(sure));
+    std::int32_t least = 0;
+    int close = 0;
+    for_each_eligible([&](std::int32_t y) {
+      if (bounds_.low[at(y)] > sure + rounding) return;
+      least = y;
+      ++close;
+    });
+    return close == 1 && std::isfinite(sure + rounding) ? least : 0;
   }
 
   Choice best_gain() {

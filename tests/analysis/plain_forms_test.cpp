@@ -17,7 +17,7 @@ bool same_bits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; 
 
 class PlainForms : public ModelTest {
  protected:
-  int draw(unsigned n) { return test::draw(rng_, n); }
+  int draw(int n) { return test::draw(rng_, n); }
   // Calls judge(newped, f) on pedigrees of every shape.
   void for_each_pedigree(auto judge) {
     for (int k = 0; k < 30; ++k) {
@@ -64,13 +64,14 @@ TEST_F(PlainForms, ProductsWithSeveralVectors) {
         const int k = 1 + draw(last);
         const double value = std::ldexp(draw(2001) - 1000, -10 * draw(4) - 8);
         x[entry % 8](ancestry.animal(k)) += value;
-        product.add(k, entry % 8, value);
+        product.add(k, static_cast<int>(entry % 8), value);
       }
       product.multiply(last);
       for (unsigned lane = 0; lane < 8; ++lane) {
         above > 0.0 ? ak(newped, f, x[lane], newped.columns()) : ax(newped, f, x[lane]);
         for (int k = 1; k <= last; ++k) {
-          ASSERT_TRUE(same_bits(product(k, lane), x[lane](ancestry.animal(k)))) << k;
+          ASSERT_TRUE(same_bits(product(k, static_cast<int>(lane)), x[lane](ancestry.animal(k))))
+              << k;
         }
       }
     }

@@ -6,6 +6,7 @@
 #include "mating/pair_count.h"
 #include "mating/qobmate.h"
 #include "ocs/selection_fixture.h"
+#include "plain/maximum_avoidance.h"
 
 namespace qob::test {
 namespace {
@@ -66,6 +67,36 @@ TEST_F(MatingTest, MaximumAvoidanceLeavesNoBlockOfFourToImprove) {
     for (std::size_t j = 0; j < rows.size(); ++j) EXPECT_EQ(after[j].first, rows[j].first);
     const auto same_female = [](const auto& a, const auto& b) { return a.second == b.second; };
     EXPECT_TRUE(std::is_permutation(after.begin(), after.end(), rows.begin(), same_female));
+  }
+}
+
+// Relationships with all their bits, many ties, pairs that repeat.
+TEST_F(MatingTest, MaximumAvoidanceMakesTheChoicesOfThePlainForm) {
+  for (int seed = 1; seed <= 60; ++seed) {
+    Stream data(static_cast<std::uint32_t>(seed));
+    const int males = 1 + data.ceiling(12), females = 1 + data.ceiling(30);
+    set_candidates(std::vector<int>(static_cast<std::size_t>(males), 9),
+                   std::vector<int>(static_cast<std::size_t>(females), 9), 4, 1, seed);
+    const double steps = seed % 2 == 0 ? 1e9 : 3.0;
+    for (int i = 1; i <= males + females; ++i) {
+      for (int j = 1; j <= i; ++j)
+        relate(i, j, std::round((data.uni() - 0.2) * steps) / (0.7 * steps));
+    }
+    Rows rows;
+    for (int j = data.ceiling(60); j > 0; --j)
+      rows.emplace_back(data.ceiling(males), males + data.ceiling(females));
+    model.parameters.mating.repeatedmatings = seed % 3 == 0;
+    const Random before = model.random;
+    pair(rows);
+    plain::maximum_avoidance(model);
+    const Rows expected = paired();
+    const double f = model.search.best_value.inbreeding, draw = model.random.uni();
+    model.random = before;
+    pair(rows);
+    maximum_avoidance(model);
+    ASSERT_EQ(paired(), expected) << seed;
+    EXPECT_EQ(model.search.best_value.inbreeding, f);
+    EXPECT_EQ(model.random.uni(), draw);
   }
 }
 

@@ -8,7 +8,9 @@
 
 namespace qob::test {
 
-inline int draw(std::mt19937& rng, unsigned n) { return static_cast<int>(rng() % n); }
+inline int draw(std::mt19937& rng, int n) {
+  return static_cast<int>(rng() % static_cast<unsigned>(n));
+}
 
 // Generations of `size` animals and a last one of `last`; parents come from the `back` animals
 // before the generation, sires from the first `sires` of them. The others are chances in per cent.
