@@ -75,7 +75,8 @@ class Table : public benchmark::BenchmarkReporter {
     const double ratio = fast.milliseconds > 0.0 ? plain.milliseconds / fast.milliseconds : 0.0;
     std::printf("%-36s %-22s %10s %10s %7s %8s %9s %9s\n", row.kernel.c_str(), row.size.c_str(),
                 shown("%.3f", plain.milliseconds).c_str(), shown("%.3f", fast.milliseconds).c_str(),
-                shown("%.1f", ratio).c_str(), shown("%.2f", fast.items * 1e-6).c_str(),
+                shown("%.1f", ratio).c_str(),
+                shown("%.2f", fast.items >= 1e4 ? fast.items * 1e-6 : 0.0).c_str(),
                 shown("%.1f", plain.peak * 0x1p-20).c_str(),
                 shown("%.1f", fast.peak * 0x1p-20).c_str());
   }
