@@ -10,6 +10,9 @@ namespace {
 // A row that was not wanted in so many readings may give its place to another.
 constexpr std::int64_t kOld = 20000;
 
+// A row costs as much as the elements that so many evaluations want of it.
+constexpr std::uint8_t kOftenWanted = 6;
+
 constexpr std::size_t kLine = 64;  // bytes that the cache fetches together
 
 // Bytes that a new row leaves to the rest of the program, which cannot do without.
@@ -34,7 +37,15 @@ void RelationshipRows::prepare(const Relationship& relationship, const Candidate
     own_[static_cast<std::size_t>(k)] = nrmelement(relationship, row, row);
   }
   place_of_.assign(n + 1, -1);
+  times_wanted_.assign(n + 1, 0);
   most_places_ = most_bytes_ / (sizeof(double) * (n + 1));
+}
+
+bool RelationshipRows::is_worth_making(std::int32_t candidate, Keep keep) {
+  if (keep != Keep::kOften) return true;
+  std::uint8_t& times = times_wanted_[static_cast<std::size_t>(candidate)];
+  if (times < kOftenWanted) ++times;
+  return times == kOftenWanted;
 }
 
 // Memory for the row of `candidate`, nullptr when there is none left within the bound.
@@ -92,7 +103,10 @@ void RelationshipRows::read(const Relationship& relationship, const Candidates& 
   }
   for (std::size_t b = 0; b < wanted.size(); ++b) {
     if (place_of_[static_cast<std::size_t>(wanted[b])] >= 0) continue;
-    double* memory = keep == Keep::kRows ? new_row(wanted[b]) : nullptr;
+    row[b] = nullptr;
+    if (!is_worth_making(wanted[b], keep)) continue;
+    double* memory = keep != Keep::kNothing ? new_row(wanted[b]) : nullptr;
+    if (memory == nullptr && keep == Keep::kOften) continue;
     if (memory == nullptr) {
       if (scratch_.empty()) scratch_.resize(kBlock * id_.size());
       memory = scratch_.data() + b * id_.size();

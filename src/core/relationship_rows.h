@@ -21,7 +21,11 @@ class RelationshipRows {
   // Most bytes of kept rows by default: all rows of 11,500 candidates.
   static constexpr std::size_t kMostBytes = std::size_t{1} << 30;
 
-  enum class Keep { kRows, kNothing };
+  enum class Keep {
+    kRows,     // new rows are kept if there is room
+    kOften,    // rows that have been wanted often are made and kept; others are nullptr
+    kNothing,  // new rows are good for one reading
+  };
 
   explicit RelationshipRows(std::size_t most_bytes = kMostBytes) : most_bytes_(most_bytes) {}
 
@@ -31,6 +35,11 @@ class RelationshipRows {
   void read(const Relationship& relationship, const Candidates& candidates,
             std::span<const std::int32_t> wanted, Keep keep, const double** row);
 
+  // The relationship of candidates i and k, after a first reading.
+  double element(const Relationship& relationship, std::int32_t i, std::int32_t k) const {
+    return nrmelement(relationship, id_[static_cast<std::size_t>(i)],
+                      id_[static_cast<std::size_t>(k)]);
+  }
   // The relationship of each candidate k = 1..ncands with itself, at [k], after a first reading.
   const double* own() const { return own_.data(); }
   // The greatest absolute value in any row read so far.
@@ -48,13 +57,15 @@ class RelationshipRows {
   };
 
   void prepare(const Relationship& relationship, const Candidates& candidates);
+  bool is_worth_making(std::int32_t candidate, Keep keep);
   double* new_row(std::int32_t candidate);
   void fill(const Relationship& relationship, std::span<const std::int32_t> wanted,
             std::span<double* const> rows);
 
   std::vector<std::int32_t> id_;  // by candidate: its row in the triangle
   std::vector<double> own_;
-  std::vector<std::int32_t> place_of_;  // by candidate: place of its row, -1 = none
+  std::vector<std::int32_t> place_of_;      // by candidate: place of its row, -1 = none
+  std::vector<std::uint8_t> times_wanted_;  // by candidate, kOften only
   std::vector<Place> places_;
   std::vector<double> scratch_;  // kBlock rows that are not kept
   std::size_t most_bytes_;

@@ -71,8 +71,9 @@ struct Users {
 
 class QuadraticForms {
  public:
-  QuadraticForms(const Goal& goal, Sets sets) : goal_(goal) {
-    sum_.fill(goal.vpapv);
+  QuadraticForms(const Model& model, Sets sets, const RelationshipRows& rows)
+      : goal_(model.goal), relationship_(model.relationship), rows_(rows) {
+    sum_.fill(goal_.vpapv);
     for (const Contributions* set : sets) {
       forms_[count_++].set = set;
       capacity_ = std::max(capacity_, kEnough + set->candidate.size());
@@ -81,7 +82,7 @@ class QuadraticForms {
   }
 
   // Candidates come in ascending order, each with the sets that use it; row[k] is its relationship
-  // with candidate k.
+  // with candidate k. Without a row the elements are fetched one by one.
   void add_candidate(std::int32_t i, std::span<const std::size_t> users, const double* row) {
     for (const std::size_t l : users) {
       collect(forms_[l], i, row, terms_of(l));
@@ -109,8 +110,15 @@ class QuadraticForms {
     const double* c = form.set->c.data() + form.next;
     const double own = c[-1];
     terms += form.terms;
-    *terms = row[i] * (own * own) + goal_.apv2(i) * own;
-    products(row, form.set->candidate.data() + form.next, later, 2.0 * own, c, terms + 1);
+    *terms = rows_.own()[i] * (own * own) + goal_.apv2(i) * own;
+    const std::int32_t* candidate = form.set->candidate.data() + form.next;
+    if (row != nullptr) {
+      products(row, candidate, later, 2.0 * own, c, terms + 1);
+    } else {
+      for (std::size_t t = 0; t < later; ++t) {
+        terms[1 + t] = 2.0 * own * c[t] * rows_.element(relationship_, candidate[t], i);
+      }
+    }
     form.terms += 1 + later;
   }
 
@@ -133,6 +141,8 @@ class QuadraticForms {
   }
 
   const Goal& goal_;
+  const Relationship& relationship_;
+  const RelationshipRows& rows_;
   std::array<Form, kContributionSets> forms_;
   std::array<double, kContributionSets> sum_;
   std::size_t count_ = 0;
@@ -155,6 +165,7 @@ class Fetcher {
   }
 
   void fetch_from(std::int32_t i, const double* row) {
+    if (row == nullptr) return;
     while (first_ < lines_.size() && lines_[first_] + kLine <= i) ++first_;
     for (std::size_t l = first_; l < lines_.size(); ++l) __builtin_prefetch(row + lines_[l]);
   }
@@ -173,7 +184,7 @@ void average_relationships(const Model& model, Sets sets, RelationshipRows& rows
   constexpr std::size_t kBlock = RelationshipRows::kBlock;
   const Users users(sets, model.candidates.ncands);
   const std::vector<std::int32_t>& all = users.candidate;
-  QuadraticForms forms(model.goal, sets);
+  QuadraticForms forms(model, sets, rows);
   Fetcher fetcher(all, model.candidates.ncands);
   for (std::size_t at = 0; at < all.size(); at += kBlock) {
     const std::size_t n = std::min(kBlock, all.size() - at);

@@ -102,7 +102,7 @@ void Evaluations::finish_pending() {
   std::array<const Contributions*, kContributionSets> sets;
   std::array<double, kContributionSets> relationship;
   for (std::size_t l = 0; l < count_; ++l) sets[l] = &pending_[l].contributions;
-  average_relationships(model_, {sets.data(), count_}, model_.rows, RelationshipRows::Keep::kRows,
+  average_relationships(model_, {sets.data(), count_}, model_.rows, RelationshipRows::Keep::kOften,
                         relationship.data());
   for (std::size_t l = 0; l < count_; ++l) {
     ValueRecord& value = *pending_[l].value;
