@@ -33,7 +33,7 @@ void bound_replacements(const Model& model, int sex, double d, std::int32_t x, d
   const Goal& goal = model.goal;
   const RelationshipSums& sums = model.sums[sex - 1];
   const std::int32_t first = candidates.first(sex);
-  const auto n = static_cast<std::size_t>(candidates.last(sex) - first + 1);
+  const auto n = static_cast<std::size_t>(std::int64_t{candidates.last(sex)} - first + 1);
   for (auto* table : {&bounds.gain, &bounds.low, &bounds.high}) table->resize(n);
   const double* own = model.rows.own();
   const Terms terms = {.merit = &candidates.merit(first),
