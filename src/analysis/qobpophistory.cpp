@@ -102,7 +102,7 @@ void write_head(Model& model) {
       completeness_name(model.parameters.history.pci_ngen), "Gencoef", "GenInt");
   units.log.write_line(head);
   openresultsfile(model, model.parameters.data.resultsdirectory,
-                  model.parameters.files.fsummaryfile, units.summary);
+                  model.parameters.files.fsummaryfile, units.summary, OutputFile::Show::kEachLine);
   write_list(units.summary, "# avg.F   : Average inbreeding coefficient");
   write_list(units.summary, "# max.F   : largest inbreeding coefficient");
   write_list(units.summary, "# avg.coa : Average coancestry incl. self");

@@ -35,7 +35,7 @@ void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
 void RelationshipWriter::close() { closeresultsfile(model_, file_); }
 
 RelationshipReader::RelationshipReader(Model& model, Reading reading)
-    : model_(model), reading_(reading) {
+    : model_(model), reading_(reading), file_(kLineWidth) {
   const std::string path(adjustl_trim(model.parameters.relationship.gfile));
   if (reading == Reading::kMatrix && !InputFile::exists(path)) {
     handle_error(model, format_list("ERROR Relationship File not found : ", path));
@@ -52,7 +52,6 @@ bool RelationshipReader::next(Record& record) {
   if (status == kEndOfFile) return false;
   if (status != 0) stop_at_unreadable(records_ + 1, status);
   ++records_;
-  line = line.substr(0, kLineWidth);
   status = read_list(line, id_[0], id_[1], a_);
   if (status == kMalformed) {
     write_list(model_.units.out, "Record read ", line);

@@ -13,7 +13,9 @@ constexpr std::string_view kNameCharacters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
 
 bool is_one_of(char c, std::string_view set) { return set.find(c) != std::string_view::npos; }
-bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool has_control(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), is_control);
+}
 bool is_separator(char c) { return is_blank(c) || c == ',' || c == '/'; }
 
 // Takes the sign that std::from_chars does not know. False: another sign follows.
@@ -141,7 +143,8 @@ std::string_view Lexer::take_word() {
 // A word is a name when "=" follows, if need be on a later line.
 Token Lexer::finish_word(Token token) {
   token.text = take_word();
-  if (!in_groups()) return token;
+  if (has_control(token.text)) token.kind = Token::Kind::kBad;
+  if (!in_groups() || token.kind == Token::Kind::kBad) return token;
   text_ = token.text;
   token.text = text_;
   if (skip_blanks() && line_[at_] == '=') {
@@ -167,7 +170,9 @@ Token Lexer::finish_quoted(Token token) {
   at_ = std::min(at_, line_.size());
   token.quoted = true;
   token.text = text_;
-  if (!at_item_end() || (in_groups() && !closed)) token.kind = Token::Kind::kBad;
+  if (!at_item_end() || (in_groups() && !closed) || has_control(text_)) {
+    token.kind = Token::Kind::kBad;
+  }
   return token;
 }
 

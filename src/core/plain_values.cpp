@@ -17,7 +17,6 @@ constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
 constexpr std::ptrdiff_t kMostDigits = 19;  // that 64 bits hold, whatever they are
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 }  // namespace
 
@@ -120,7 +119,7 @@ std::string_view PlainValues::word() {
   const char* at = at_;
   if (at == end_ || *at == '\'' || *at == '"') return {};
   for (; !is_value_end(at); ++at) {
-    if (*at == '*') return {};
+    if (*at == '*' || is_control(*at)) return {};
   }
   const std::string_view text(at_, static_cast<std::size_t>(at - at_));
   if (!text.empty()) go_behind(at);

@@ -1,16 +1,37 @@
 #include "core/qobtypestools.h"
 
-#include <cstdlib>
+#include <algorithm>
+#include <cerrno>
 #include <ctime>
 #include <filesystem>
 #include <system_error>
 
+#include "core/shell.h"
+
 namespace qob {
 namespace {
 
-void run_in_shell(std::string_view command) {
-  // Nothing depends on the outcome: the files moved or copied need not exist.
-  if (std::system(std::string(command).c_str()) != 0) return;
+// Whether `path` is one of these files, under whatever name.
+bool is_one_of(const std::string& path, const std::vector<std::string>& files) {
+  return std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+    std::error_code missing;
+    return path == file || std::filesystem::equivalent(path, file, missing);
+  });
+}
+
+// Moves the files of a folder with this ending aside, but for a folder that holds an input file of
+// that ending. A command that its buffer would cut would name another file.
+void move_aside(const Model& model, const std::string& folder, const std::string& ending) {
+  constexpr std::size_t kBufferWidth = 160;
+  const std::string command = "mv " + folder + "/*" + ending + " " + folder + "/*.prev";
+  if (command.size() > kBufferWidth) return;
+  for (const std::string& input : model.files.inputs) {
+    const std::filesystem::path path(input);
+    const auto inside = path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
+    if (path.extension() == ending && is_one_of(inside, {folder + "/"})) return;
+  }
+  const std::string word = shell_word(folder);
+  run_in_shell("mv " + word + "/*" + ending + " " + word + "/*.prev");
 }
 
 }  // namespace
@@ -26,21 +47,24 @@ void handle_error(Model& model, std::string_view message, std::optional<int> val
   stop(" Program terminated. Check file qob.log");
 }
 
-void refuse_input_file(Model& model, const std::string& path) {
-  const Parameters& p = model.parameters;
-  for (const std::string_view input :
-       {adjustl_trim(p.data.datafile), p.files.qobparmfile.trimmed()}) {
-    std::error_code missing;
-    if (std::filesystem::equivalent(path, input, missing)) {
-      handle_error(model, format_list("ERROR in opening file ", path, " : it is an input file"));
-    }
+void claim_output(Model& model, const std::string& path) {
+  const bool input = is_one_of(path, model.files.inputs);
+  if (input || is_one_of(path, model.files.outputs)) {
+    handle_error(model, format_list("ERROR in opening file ", path,
+                                    input ? " : it is an input file"
+                                          : " : this run writes another file of that name"));
   }
+  model.files.outputs.push_back(path);
 }
 
-void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit) {
+void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit,
+                     OutputFile::Show show) {
   const std::string path = std::string(adjustl_trim(prefix)) + std::string(adjustl_trim(name));
-  refuse_input_file(model, path);
-  const int status = unit.open_write(path);
+  claim_output(model, path);
+  const int status = unit.open_write(path, show);
+  if (status == EWOULDBLOCK) {
+    handle_error(model, format_list("ERROR in opening file ", path, " : another run writes it"));
+  }
   if (status != 0) handle_error(model, format_list("ERROR in opening file ", path), status);
 }
 
@@ -54,18 +78,16 @@ void closeresultsfile(Model& model, Unit& unit) {
 void renameoldresultfiles(Model& model, std::string_view prefix) {
   const std::string p(adjustl_trim(prefix));
   write_list(model.units.out);
-  run_in_shell(Text<160>("rm " + p + "\\*.txt.prev ").view());
-  run_in_shell(Text<160>("mv " + p + "/*.txt " + p + "/*.prev").view());
-  run_in_shell(Text<160>("mv " + p + "/*.log " + p + "/*.prev").view());
+  run_in_shell("rm " + shell_word(p) + "\\*.txt.prev ");
+  move_aside(model, p, ".txt");
+  move_aside(model, p, ".log");
   write_list(model.units.out);
 }
 
 void copylogfile(Model& model, std::string_view prefix) {
-  const std::string_view logfile = model.parameters.files.logfile.trimmed();
+  const std::string logfile(model.parameters.files.logfile.trimmed());
   const std::string p(adjustl_trim(prefix));
-  if (p.empty()) return;
-  const Text<160> target(format_list(p + std::string(logfile)));
-  run_in_shell(Text<200>(format_list("cp -f ", logfile, " ", target)).view());
+  if (!p.empty()) run_in_shell(" cp -f " + logfile + "  " + shell_word(p + logfile));
 }
 
 void print_time(Model& model, std::string_view text) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/idtree.h"
 #include "core/parameters.h"
@@ -54,6 +55,12 @@ struct Units {
   Unit cnv2{14};     // the convergence of the population, likewise
 };
 
+// Files by name, so that none is written over. Inputs are known before the first output is opened.
+struct Files {
+  std::vector<std::string> inputs;
+  std::vector<std::string> outputs;  // of this run so far
+};
+
 struct Watches {
   Stopwatch stopwatch;
   Watch total, init, history, pedigree, ocs, mating;
@@ -74,6 +81,7 @@ struct Model {
   Random random;
   Watches watches;
   Units units;
+  Files files;
   int progstatus = 1;  // 0: the remaining optional phases are skipped
 };
 
@@ -82,15 +90,17 @@ struct Model {
 [[noreturn]] void handle_error(Model& model, std::string_view message,
                                std::optional<int> value = std::nullopt);
 
-// Stops the run if `path`, about to be written, is the data file or the parameter file.
-void refuse_input_file(Model& model, const std::string& path);
+// Takes `path` up among the outputs. An input file or an earlier output of that name stops the run.
+void claim_output(Model& model, const std::string& path);
 
 // Opens the result file `name` behind the results prefix, from its start. A failure stops the run.
-void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit);
+void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit,
+                     OutputFile::Show show = OutputFile::Show::kWhenComplete);
 // Closes it. A failure stops the run.
 void closeresultsfile(Model& model, Unit& unit);
 
 // Moves the result files of an earlier run aside, through the shell, whose outcome is ignored.
+// Input files stay where they are.
 void renameoldresultfiles(Model& model, std::string_view prefix);
 // Copies the log to the results prefix, through the shell; nothing when the prefix is blank.
 void copylogfile(Model& model, std::string_view prefix);

@@ -8,6 +8,14 @@
 
 namespace qob {
 
+// What separates values.
+inline bool is_blank(char c) { return c == ' ' || c == '\t'; }
+
+// What no text holds: a NUL, an escape, a line end of another system within a line, ...
+inline bool is_control(char c) {
+  return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f';
+}
+
 // `text` without its trailing blanks.
 inline std::string_view trim(std::string_view text) {
   const auto last = text.find_last_not_of(' ');

@@ -1,8 +1,11 @@
 #include "driver/run.h"
 
+#include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
@@ -28,6 +31,7 @@ void take_argument(Model& model, const char* argument) {
     handle_error(model, format_list("ERROR: Invalid command argument (filename)"), -1);
   }
   write_list(out, "Command line argument read : ", name);
+  model.files.inputs.emplace_back(name.trimmed());
 }
 
 void create_watches(Watches& w) {
@@ -58,7 +62,12 @@ void write_banner(Unit& unit, std::string_view version) {
 void open_log(Model& model) {
   Units& units = model.units;
   const std::string path(model.parameters.files.logfile.trimmed());
-  if (units.log.open_write(path, Unit::Flush::kEachLine) != 0) {
+  claim_output(model, path);
+  const int status = units.log.open_write(path, OutputFile::Show::kEachLine);
+  if (status != 0) {
+    write_list(
+        units.out, path, " : ",
+        status == EWOULDBLOCK ? "another run in this folder writes it" : std::strerror(status));
     stop("ERROR in opening log file qob.log ");
   }
   write_banner(units.out, std::string(33, ' ') + "QOB v3.0          build 16.05.29");
@@ -78,6 +87,25 @@ void open_parameter_file(Model& model) {
   }
 }
 
+// Takes up the files that the run is going to read, and the copy of the log that it will write.
+void take_up_files(Model& model) {
+  const Parameters& p = model.parameters;
+  model.files.inputs.emplace_back(adjustl_trim(p.data.datafile));
+  RelationshipMatrix relationship;  // faults are told when its turn comes
+  NamelistFile file;
+  const bool read = file.open(std::string(p.files.qobparmfile.trimmed())) == 0 &&
+                    file.read(group_of(relationship)) == 0;
+  if (read && option_text(relationship.source) != "pedigree") {
+    model.files.inputs.emplace_back(adjustl_trim(relationship.gfile));
+  }
+  const std::string prefix(adjustl_trim(p.data.resultsdirectory));
+  const std::string copy = prefix + std::string(p.files.logfile.trimmed());
+  std::error_code missing;
+  if (!std::filesystem::equivalent(copy, p.files.logfile.trimmed(), missing)) {
+    claim_output(model, copy);
+  }
+}
+
 void read_data_parameters(Model& model) {
   const Group group = group_of(model.parameters.data);
   const int status = model.parameter_file.read(group);
@@ -91,6 +119,7 @@ void read_data_parameters(Model& model) {
   write_list(log, "Parameters for reading data");
   echo(log, group);
   write_list(log, kLogRule);
+  take_up_files(model);
 }
 
 // Reads a group wherever it stands in the file.

@@ -94,8 +94,8 @@ void open_convergence_files(Model& model) {
   Units& units = model.units;
   const FileNames& files = model.parameters.files;
   const Text<80>& prefix = model.parameters.data.resultsdirectory;
-  openresultsfile(model, prefix, files.cnv1_file, units.cnv1);
-  openresultsfile(model, prefix, files.cnv2_file, units.cnv2);
+  openresultsfile(model, prefix, files.cnv1_file, units.cnv1, OutputFile::Show::kEachLine);
+  openresultsfile(model, prefix, files.cnv2_file, units.cnv2, OutputFile::Show::kEachLine);
   both(units.log, units.cnv2, "(A10,A11,4A14)", "Generation", "Best", "Median", "Worst", "Mean",
        "Std");
   write(units.cnv1, "(A10,4A14,A10)", "Generation", "Evaluation", "Merit", "Avg.rel", "dF",

@@ -15,15 +15,8 @@ struct Reader {
 
   Model& model;
   Pedigree& pedigree;
-  InputFile file;
+  InputFile file{kLineWidth};
   bool faults = false;  // of the pass under way
-
-  // The next line, cut to its width. Returns the status of the read.
-  int next_line(std::string_view& line) {
-    const int status = file.next_line(line);
-    line = line.substr(0, kLineWidth);
-    return status;
-  }
 
   void first_fault(std::string_view title) {
     if (!faults) write_list(model.units.log, title);
@@ -78,7 +71,7 @@ void number_animals(Reader& reader) {
   std::array<std::int32_t, 3> before = {-1, -1, -1};  // of the record before
   std::string_view line;
   int status;
-  while ((status = reader.next_line(line)) == 0) {
+  while ((status = reader.file.next_line(line)) == 0) {
     const int read = read_list(line, id[0], id[1], id[2]);
     if (read == kEndOfFile) return;
     ++pedigree.nobs;
@@ -112,7 +105,7 @@ struct Record {
 
 Record read_record(Reader& reader, std::int32_t r) {
   std::string_view line;
-  const int read = reader.next_line(line);
+  const int read = reader.file.next_line(line);
   if (read != 0) stop_at_unreadable(reader, "", read);
   Record v;
   int status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv, v.txt);
@@ -191,7 +184,8 @@ void read_values(Reader& reader) {
     const Record record = read_record(reader, r);
     // Animals are numbered in the order of their records, but for inserted parents.
     i = reader.model.ids.find(record.id[0], i + 1).number;
-    if (i == 0) stop_at_unreadable(reader, "", kMalformed);  // the file has changed
+    const bool changed = i == 0 || pedigree.oldped(i, 1) != 0;  // since the first pass
+    if (changed) stop_at_unreadable(reader, "", kMalformed);
     for (int k = 0; k < 3; ++k) pedigree.oldped(i, k + 1) = record.id[static_cast<std::size_t>(k)];
     pedigree.sex(i) = record.sex;
     pedigree.btime(i) = record.btime;
@@ -217,8 +211,8 @@ void write_recoded_ids(Model& model) {
 void openfilerecodedids(Model& model, Unit& unit) {
   const Text<80>& name = model.parameters.data.recodefile;
   const std::string path(adjustl_trim(name));
-  refuse_input_file(model, path);
-  const int status = unit.open_write(path);
+  claim_output(model, path);
+  const int status = unit.open_write(path, OutputFile::Show::kWhenComplete);
   if (status != 0) {
     handle_error(model, format_list("ERROR Could not open file for recoded ID's", name), status);
   }

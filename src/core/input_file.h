@@ -1,0 +1,50 @@
+// A text file that is read line by line, as often as wanted.
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace qob {
+
+// Status of a read that met the end of the file, and of one that met a malformed value. Every
+// other status that is not 0 is the system's error number.
+inline constexpr int kEndOfFile = -1;
+inline constexpr int kMalformed = 5010;
+
+// Takes memory for one buffer and for what is wanted of one line, however long it is. A byte order
+// mark at the start is passed over.
+class InputFile {
+ public:
+  // Of each line only the first `width` characters are handed out.
+  explicit InputFile(std::size_t width = std::numeric_limits<std::size_t>::max()) : width_(width) {}
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile() { close(); }
+
+  static bool exists(const std::string& path);
+
+  // Opens `path` for reading. Returns 0 or the system's error number; EISDIR for a directory and
+  // ESPIPE for anything else that is no plain file and so could not be read twice.
+  int open(const std::string& path);
+  // Goes back to the first line. Returns 0 or the system's error number.
+  int rewind();
+  // Sets `line` to the next line without its line end, valid until the next call. Returns 0,
+  // kEndOfFile, or the system's error number. A last line without line end counts as a line, and
+  // carriage returns before the line end belong to the line end.
+  int next_line(std::string_view& line);
+  void close();
+
+ private:
+  int fill();
+  int start();
+
+  std::size_t width_;
+  int descriptor_ = -1;
+  std::string buffer_;
+  std::size_t begin_ = 0;  // first byte not yet handed out
+  std::size_t end_ = 0;    // one past the last byte read
+};
+
+}  // namespace qob

@@ -1,0 +1,53 @@
+// A text file that is written in whole lines, whatever ends the program: lines leave it whole, and
+// a file that is written in one go appears only when it is complete.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace qob {
+
+class OutputFile {
+ public:
+  // When what was written can be seen under the file's name.
+  enum class Show {
+    kEachLine,      // each line at once: for what grows through the run
+    kWhenComplete,  // all of it when the file is closed, until then it is empty
+  };
+
+  OutputFile() = default;
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile() { leave(); }
+
+  // Opens `path` for writing from its start. Returns 0 or the system's error number, EWOULDBLOCK
+  // when another program or another part of this one is writing the file. What is no plain file of
+  // one name (a device, a pipe, a link) is written in place, by the buffer.
+  int open(const std::string& path, Show show);
+  // Takes the open file `descriptor`, whose name in messages is `path`; each line goes out at once.
+  void take(int descriptor, std::string_view path);
+
+  bool is_open() const { return descriptor_ >= 0; }
+  const std::string& path() const { return path_; }
+
+  // Writes lines, which end in a line end. Returns 0, or the system's error number when these or
+  // earlier ones could not be written; what is in the file then still ends with a whole line.
+  int write(std::string_view lines);
+  // Returns 0, or the system's error number when the last lines could not be written.
+  int close();
+
+ private:
+  void open_unnamed();
+  int flush();
+  int appear();
+  void leave();
+
+  std::string path_;
+  int descriptor_ = -1;  // the file under its name, locked against other writers
+  int unnamed_ = -1;     // a file in the same folder that takes its place when complete
+  Show show_ = Show::kEachLine;
+  std::string buffer_;
+};
+
+}  // namespace qob
