@@ -16,10 +16,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-bool InputFile::exists(const std::string& path) {
-  struct stat information;
-  return ::stat(path.c_str(), &information) == 0;
-}
+bool InputFile::exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
 int InputFile::open(const std::string& path) {
   close();

@@ -135,12 +135,12 @@ class FormatReader {
     ++at_;
     return true;
   }
-  // The number that must stand here and be at least `least`.
+  // The number that must stand here and be at least `least`; it has four digits at most.
   constexpr int number(int least) {
-    if (!at_digit()) valid_ = false;
     int value = 0;
-    for (; at_digit(); ++at_) value = value * 10 + (format_[at_] - '0');
-    if (value < least) valid_ = false;
+    int digits = 0;
+    for (; at_digit() && digits < 4; ++digits, ++at_) value = value * 10 + (format_[at_] - '0');
+    if (digits == 0 || at_digit() || value < least) valid_ = false;
     return value;
   }
 

@@ -95,7 +95,7 @@ TEST(Record, AFormatAtFaultIsFoundWhileCompiling) {
   expect(FormatFault::kWrongFormat, " ;I3;(I3;I3);();(I3,());(I3,,A);(I3,);(,I3);(I3 A);(I3))");
   expect(FormatFault::kWrongFormat, "(I);(I0);(0I3);(A0);(F8);(E8.0);(G8);(B8);(-1X);(X2);(I3)x");
   expect(FormatFault::kWrongFormat, "(T);(TR);(T0);(3T5);(2'x');('x);(\"x');('x' 'y');('x'I3)");
-  expect(FormatFault::kWrongFormat, "((((((((((I3))))))))))");
+  expect(FormatFault::kWrongFormat, "((((((((((I3))))))))));(I10000);(2A66666666666)");
   expect(FormatFault::kTakesNoItems, "(X);('x',/);(I3,(/));(I3,F5.1,2(X,'x'))");
   expect(FormatFault::kWrongItemType, "(2I3,A);(I3,2A);(F5.1);(I3,A);(I3,E9.2);(I3,(F5.1))");
   static_assert(check_format("(I3,F5.1,A)", kItems) == FormatFault::kNone);
