@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <system_error>
@@ -70,9 +71,9 @@ void openresultsfile(Model& model, std::string_view prefix, std::string_view nam
 
 void closeresultsfile(Model& model, Unit& unit) {
   const int status = unit.close();
-  if (status != 0) {
-    handle_error(model, format_list("ERROR in closing unit ", unit.number()), status);
-  }
+  if (status == 0) return;
+  both_list(model.units.out, model.units.log, unit.path(), " : ", std::strerror(status));
+  handle_error(model, format_list("ERROR in closing unit ", unit.number()), status);
 }
 
 void renameoldresultfiles(Model& model, std::string_view prefix) {

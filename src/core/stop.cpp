@@ -7,7 +7,6 @@ namespace qob {
 namespace {
 
 void exit_with(std::string_view text, int status) {
-  std::fflush(stdout);
   std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
   std::exit(status);
 }

@@ -20,6 +20,8 @@ class Unit {
 
   int number() const { return number_; }
   bool is_open() const { return memory_ != nullptr || file_.is_open(); }
+  // The name of the file that was opened last.
+  const std::string& path() const { return file_.path(); }
 
   // Opens `path` for writing from its start. Returns 0 or the system's error number (EWOULDBLOCK:
   // another run is writing it).

@@ -210,5 +210,36 @@ TEST(ParameterFaults, AFaultyAlgorithmGroupIsShownAsFarAsItWasRead) {
             std::string::npos);
 }
 
+// The first words of a script, for those of transcripts.txt.
+const std::string kWords =
+    "export PATH=$(dirname " QOB_PROGRAM
+    "):$PATH LC_ALL=C; exec 2>&1 < /dev/null\n"
+    "run() { qob qob.prm > out.txt 2> err.txt; echo $? \"$(tail -n 1 err.txt)\"; }\n"
+    "with() { FROM=$1 TO=$2 awk '{ i = index($0, ENVIRON[\"FROM\"]) } i { $0 = substr($0, 1, i - 1) "
+    "ENVIRON[\"TO\"] substr($0, i + length(ENVIRON[\"FROM\"])) } 1' qob.prm > x; mv x qob.prm; }\n"
+    "halves() { for f in ./*; do test -s \"$f\" && test -n \"$(tail -c 1 \"$f\")\" && echo $f; done; }\n";
+
+TEST(WholeRun, FollowsTheTranscripts) {
+  std::ifstream transcripts(kSource + "/tests/driver/transcripts.txt");
+  int count = 0;
+  for (std::string line, script, shown; std::getline(transcripts, line) || !script.empty();) {
+    if (transcripts && line.starts_with("$ ")) {
+      script += line.substr(2) + "\n";
+    } else if (transcripts && !line.empty()) {
+      if (!line.starts_with("# ")) shown += line + "\n";
+    } else if (!script.empty()) {
+      const TemporaryFolder folder;
+      folder.write("herd.dat", kHerd);
+      folder.write("qob.prm", kParameters);
+      const std::string file = folder.write("../" + folder.name() + ".sh", kWords + script);
+      std::system(("cd " + (folder / "") + " && sh " + file + " > " + file + ".txt").c_str());
+      EXPECT_EQ(read_file(file + ".txt"), shown) << script;
+      fs::remove(file), fs::remove(file + ".txt");
+      script.clear(), shown.clear(), ++count;
+    }
+  }
+  EXPECT_EQ(count, 10);
+}
+
 }  // namespace
 }  // namespace qob::test

@@ -32,6 +32,7 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
   ~TemporaryFolder() { std::filesystem::remove_all(path_); }
 
+  std::string name() const { return std::filesystem::path(path_).filename(); }
   std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
   std::string write(std::string_view name, std::string_view contents) const {
     std::ofstream(*this / name, std::ios::binary) << contents;
