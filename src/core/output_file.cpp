@@ -36,9 +36,9 @@ std::string name_of(int descriptor) { return "/proc/self/fd/" + std::to_string(d
 
 // Takes the last `count` bytes out of a file again, unless it is others' too or a device.
 void take_back(int descriptor, std::size_t count) {
-  const off_t end = ::lseek(descriptor, 0, SEEK_CUR);
-  if (descriptor == STDOUT_FILENO || end < static_cast<off_t>(count)) return;
-  static_cast<void>(::ftruncate(descriptor, end - static_cast<off_t>(count)) == 0);
+  const off_t end = ::lseek(descriptor, 0, SEEK_CUR) - static_cast<off_t>(count);
+  if (descriptor == STDOUT_FILENO || end < 0 || ::ftruncate(descriptor, end) != 0) return;
+  ::lseek(descriptor, end, SEEK_SET);
 }
 
 std::string folder_of(const std::string& path) {
