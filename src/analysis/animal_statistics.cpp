@@ -1,6 +1,6 @@
 #include "analysis/animal_statistics.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "analysis/parents.h"
 #include "core/qobtypestools.h"
@@ -8,26 +8,30 @@
 namespace qob {
 namespace {
 
-// pci(k, p): the share of parent p's ancestors k generations back that are known. Rows beyond the
-// longest line of ancestors would hold zeros alone and are left out.
+// The share of a parent's ancestors k generations back that are known, as the mean over k.
 class Completeness {
  public:
   Completeness(const Table2<std::int32_t>& newped, std::int32_t pci_ngen)
       : newped_(newped), parents_(pedigree_of_parents(newped)) {
-    const std::int32_t rows = std::min(pci_ngen, longest_line());
-    Table2<double> pci(std::max(rows, 1), parents_.count(), 0.0);
-    mean_.assign(std::int64_t{parents_.count()} + 1, 0.0);
-    for (std::int32_t p = 1; p <= parents_.count(); ++p) {
-      for (int which = 1; which <= 2; ++which) {
-        const std::int32_t parent = parents_.newped(which, p);
-        if (parent == 0) continue;
-        pci(1, p) += 0.5;
-        for (std::int32_t k = 2; k <= rows; ++k) pci(k, p) += 0.5 * pci(k - 1, parent);
+    const std::int32_t n = parents_.count();
+    mean_.assign(std::int64_t{n} + 1, 0.0);
+    Table<double, 0> before(std::int64_t{n} + 1, 1.0);  // one generation less far back
+    Table<double, 0> known = before;
+    bool any = true;  // beyond the longest line of ancestors none is known
+    for (std::int32_t k = 1; k <= pci_ngen && any; ++k) {
+      any = false;
+      for (std::int32_t p = 1; p <= n; ++p) {
+        known(p) = 0.0;
+        for (int which = 1; which <= 2; ++which) {
+          const std::int32_t parent = parents_.newped(which, p);
+          if (parent > 0) known(p) += 0.5 * before(parent);
+        }
+        mean_(p) += known(p);
+        any = any || known(p) > 0.0;
       }
-      double sum = 0.0;
-      for (std::int32_t k = 1; k <= rows; ++k) sum += pci(k, p);
-      mean_(p) = 1.0 / pci_ngen * sum;
+      std::swap(before, known);
     }
+    for (double& mean : mean_) mean *= 1.0 / pci_ngen;
   }
 
   double index(std::int64_t i) const {
@@ -40,19 +44,9 @@ class Completeness {
   }
 
  private:
-  std::int32_t longest_line() const {
-    Table<std::int32_t, 0> depth(std::int64_t{parents_.count()} + 1, -1);
-    std::int32_t longest = 0;
-    for (std::int32_t p = 1; p <= parents_.count(); ++p) {
-      depth(p) = std::max(depth(parents_.newped(1, p)), depth(parents_.newped(2, p))) + 1;
-      longest = std::max(longest, depth(p));
-    }
-    return longest;
-  }
-
   const Table2<std::int32_t>& newped_;
   ParentPedigree parents_;
-  Table<double, 0> mean_;  // over the generations, by parent
+  Table<double, 0> mean_;  // by parent
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "analysis/cohorts.h"
 
-#include <unordered_map>
+#include <map>
 #include <vector>
 
 namespace qob {
@@ -13,7 +13,7 @@ std::int32_t Cohorts::find(std::int32_t birth_time) const {
 }
 
 Cohorts group_by_birth_time(const Table<std::int32_t>& btime) {
-  std::unordered_map<std::int32_t, std::int32_t> number;
+  std::map<std::int32_t, std::int32_t> number;  // no choice of times makes a look-up long
   std::vector<std::int32_t> times;
   Cohorts cohorts;
   cohorts.cohort.assign(btime.size(), 0);

@@ -1,8 +1,12 @@
 // The optimisation from start to end.
+#include <cmath>
+
 #include "ocs/qobocs.h"
 
 namespace qob {
 namespace {
+
+constexpr double kLargestWeight = 1.0e100;  // sums of weighted terms stay finite
 
 void set_weights(OCSParameters& p) {
   p.optimise = option_text(p.optimise);
@@ -26,22 +30,25 @@ void set_probabilities(const OCSParameters& ocs, AlgorithmParameters& p) {
   if (p.directed_mutation_probability < 0.0) p.directed_mutation_probability = by_default;
 }
 
+void require(Model& model, bool kept, std::string_view message) {
+  if (!kept) handle_error(model, format_list(message), 0);
+}
+
 void check(Model& model) {
   const OCSParameters& ocs = model.parameters.ocs;
   const AlgorithmParameters& p = model.parameters.algorithm;
-  const std::int32_t unit = ocs.limitmalematings;
-  const auto require = [&](bool kept, std::string_view message) {
-    if (!kept) handle_error(model, format_list(message), 0);
-  };
   require(
-      unit == 0 || ocs.nmatings % unit == 0,
+      model, ocs.limitmalematings == 0 || ocs.nmatings % ocs.limitmalematings == 0,
       "ERROR: NMatings cannot be divided by LimitMaleMatings. MOD(NMatings,LimitMaleMatings)/=0 ");
-  require(unit >= 1 && unit <= ocs.nmatings,
-          "ERROR: LimitMaleMatings should be 1 <= LimitMaleMatings <= NMatings");
-  require(p.popsize >= 1, "ERROR: PopSize should be at least 1");
+  check_male_limit(model);
+  require(model,
+          std::abs(ocs.w_merit) <= kLargestWeight && std::abs(ocs.w_relationship) <= kLargestWeight,
+          "ERROR: W_Merit and W_Relationship should lie between -1E100 and 1E100");
+  require(model, p.popsize >= 1, "ERROR: PopSize should be at least 1");
   if (p.generations < 0) return;
-  require(p.popsize >= 2, "ERROR: PopSize should be at least 2 when Generations is 0 or more");
-  require(p.n_offspring >= 1 && p.n_offspring <= p.popsize,
+  require(model, p.popsize >= 2,
+          "ERROR: PopSize should be at least 2 when Generations is 0 or more");
+  require(model, p.n_offspring >= 1 && p.n_offspring <= p.popsize,
           "ERROR: N_Offspring should be 1 <= N_Offspring <= PopSize");
 }
 
@@ -66,6 +73,12 @@ void search_best(Model& model) {
 }
 
 }  // namespace
+
+void check_male_limit(Model& model) {
+  const OCSParameters& ocs = model.parameters.ocs;
+  require(model, ocs.limitmalematings >= 1 && ocs.limitmalematings <= ocs.nmatings,
+          "ERROR: LimitMaleMatings should be 1 <= LimitMaleMatings <= NMatings");
+}
 
 void initialize_qob(Model& model) {
   model.random.zigset(model.parameters.algorithm.seed_rng);

@@ -20,6 +20,8 @@ void ocs(Model& model);
 // Seeds the random numbers, completes the search parameters, echoes them to the log and to
 // standard output and checks them. A fault stops the run.
 void initialize_qob(Model& model);
+// Stops the run unless 1 <= limitmalematings <= nmatings.
+void check_male_limit(Model& model);
 
 // Fills model.candidates and model.goal (but for expmerit and constraint). Writes the age tables.
 // Lowers `nmatings`, with a warning, to what the candidates' mating limits allow.

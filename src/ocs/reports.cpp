@@ -62,6 +62,9 @@ void report_warnings(Model& model) {
     say("WARNING :   Check parameters");
     handle_error(model, format_list("WARNING : A legal solution was NOT found, check parameters"));
   }
+  if (!std::isfinite(best.fitness)) {
+    handle_error(model, format_list("ERROR: Evaluation value is not finite, check relationships"));
+  }
   if (best.rate > model.parameters.ocs.dfconstraint) {
     say(kRule);
     say("WARNING : A solution fulfilling the constraint on rate of inbreeding could not be found");

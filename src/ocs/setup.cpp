@@ -89,6 +89,7 @@ void check_capacity(Model& model) {
     write_list(log, " Female matings available : ", females);
     p.nmatings = static_cast<std::int32_t>(std::min(males, females));
     write_list(log, " Matings selected         : ", p.nmatings);
+    check_male_limit(model);
   }
   for (std::int32_t i = 1; i <= candidates.nmcands; ++i) {
     if (candidates.max_matings(i) >= p.limitmalematings) return;
@@ -120,6 +121,10 @@ void scale_merit(Model& model, int sex) {
   const double mean = sum / static_cast<double>(single(capacity));
   const double divisor = n > 1.0 ? (n - 1.0) * total / n : 1.0;
   const double variance = (sum_of_squares - mean * mean * total) / divisor;
+  if (!std::isfinite(variance)) {
+    handle_error(model,
+                 format_list("ERROR in data : EBVs are too large, from ", *least, " to ", *most));
+  }
   const double deviation = std::sqrt(std::max(variance, 0.0));
   model.goal.mean_merit[sex - 1] = mean;
   model.goal.k_factor[sex - 1] = *least == *most || deviation < kTiny ? 1.0 : deviation;
