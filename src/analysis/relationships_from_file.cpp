@@ -1,5 +1,7 @@
 #include "analysis/relationships_from_file.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "analysis/cohorts.h"
@@ -10,6 +12,9 @@ namespace {
 
 constexpr std::string_view kRule =
     "------------------------------------------------------------------";
+
+// Relationships from markers may go beyond the 2 that a pedigree can give, but not far.
+constexpr double kLargestExpected = 5.0;
 
 // One line of the summary.
 struct GroupRelationships {
@@ -25,6 +30,7 @@ struct FileContents {
   Table<char> read;           // per animal: its diagonal record was read
   std::int64_t records = 0;   // lines
   std::int64_t elements = 0;  // records of two candidates
+  double largest = 0.0;       // absolute relationship
 };
 
 void write_head(Unit& summary) {
@@ -45,6 +51,7 @@ void enter(Model& model, const Cohorts& cohorts, const RelationshipReader::Recor
            FileContents& contents) {
   Relationship& relationship = model.relationship;
   const auto& [i, j, a] = record;
+  contents.largest = std::max(contents.largest, std::abs(a));
   GroupRelationships& group = contents.groups(cohorts.cohort(i));
   if (i == j) {
     model.pedigree.f(i) = a - 1.0;
@@ -108,6 +115,9 @@ void report_elements(Model& model, const FileContents& contents) {
   write_list(log, "Read ", contents.elements, " elements of relationship matrix for candidates");
   const float percent = size == 0 ? 0.0F : 100.0F * single(contents.elements) / single(size);
   write(log, "(A7,F5.1,A17)", " ", percent, "% of all elements");
+  if (contents.largest <= kLargestExpected) return;
+  both_list(log, model.units.out, "WARNING: Largest relationship in file : ", contents.largest,
+            " , in per cent? Fully inbred animals have 2.0 with themselves");
 }
 
 void drop_missing_candidates(Model& model, const FileContents& contents) {

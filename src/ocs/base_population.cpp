@@ -133,7 +133,7 @@ void fill_by_merit(const Candidates& candidates, Mateset solution, int sex) {
   std::int64_t row = 1;
   for (std::int32_t rank = last; rank >= first; --rank) {
     const std::int32_t i = index(rank);
-    for (std::int32_t k = 1; k <= candidates.max_matings(i); ++k) {
+    for (std::int64_t k = 1; k <= candidates.max_matings(i); ++k) {
       if (row > solution.nmatings()) return;
       solution(row++, sex) = i;
     }

@@ -198,7 +198,7 @@ TEST(ParameterFaults, EachEndsTheRunWithItsMessage) {
     EXPECT_TRUE(read_file(folder / "qob.log").ends_with("\n" + message + "\n"));
     EXPECT_TRUE(result.err.ends_with(" Program terminated. Check file qob.log\n"));
   }
-  EXPECT_EQ(tried, 28);
+  EXPECT_EQ(tried, 30);
 }
 
 TEST(ParameterFaults, AFaultyAlgorithmGroupIsShownAsFarAsItWasRead) {
@@ -238,7 +238,7 @@ TEST(WholeRun, FollowsTheTranscripts) {
       script.clear(), shown.clear(), ++count;
     }
   }
-  EXPECT_EQ(count, 10);
+  EXPECT_EQ(count, 11);
 }
 
 }  // namespace
