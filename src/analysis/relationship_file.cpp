@@ -40,7 +40,8 @@ RelationshipReader::RelationshipReader(Model& model, Reading reading)
   if (reading == Reading::kMatrix && !InputFile::exists(path)) {
     handle_error(model, format_list("ERROR Relationship File not found : ", path));
   }
-  const int status = file_.open(path);
+  int status = file_.open(path);
+  if (status == 0) status = model.files.relationships.open(path);
   if (status != 0) {
     handle_error(model, format_list("ERROR Could not open relationship file ", path), status);
   }
@@ -54,7 +55,7 @@ bool RelationshipReader::next(Record& record) {
   ++records_;
   status = read_list(line, id_[0], id_[1], a_);
   if (status == kMalformed) {
-    write_list(model_.units.out, "Record read ", line);
+    write_list(model_.units.out, "Record read ", printable(line));
     stop_at_unreadable(records_, status);
   }
   if (records_ % kProgressStep == 0) {
@@ -82,7 +83,7 @@ std::int32_t RelationshipReader::number_of(std::int32_t id, std::int32_t guess,
   const IdTree::Found animal = model_.ids.find(id, guess);
   if (animal.in_tree && animal.number <= model_.pedigree.maxid) return animal.number;
   Unit& out = model_.units.out;
-  write_list(out, "Record : ", line);
+  write_list(out, "Record : ", printable(line));
   write_list(out, "Record ", records_, " : ", id_[0], id_[1], a_);
   handle_error(model_, format_list("ERROR Individual ", id, " not found in pedigree"));
 }

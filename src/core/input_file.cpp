@@ -1,6 +1,7 @@
 #include "core/input_file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,10 +24,16 @@ int InputFile::open(const std::string& path) {
   // Without waiting for the other end of a pipe.
   descriptor_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor_ < 0) return errno;
-  struct stat information;
+  struct stat information = {};
+  int status = 0;
   if (::fstat(descriptor_, &information) != 0 || !S_ISREG(information.st_mode)) {
+    status = S_ISDIR(information.st_mode) ? EISDIR : ESPIPE;
+  } else if (::flock(descriptor_, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+    status = EWOULDBLOCK;
+  }
+  if (status != 0) {
     close();
-    return S_ISDIR(information.st_mode) ? EISDIR : ESPIPE;
+    return status;
   }
   buffer_.resize(kBufferSize);
   return start();

@@ -25,8 +25,9 @@ class InputFile {
 
   static bool exists(const std::string& path);
 
-  // Opens `path` for reading. Returns 0 or the system's error number; EISDIR for a directory and
-  // ESPIPE for anything else that is no plain file and so could not be read twice.
+  // Opens `path` for reading. Returns 0 or the system's error number; EISDIR for a directory,
+  // ESPIPE for anything else that is no plain file and so could not be read twice, EWOULDBLOCK for
+  // a file that another run writes. While it is open no run can write it.
   int open(const std::string& path);
   // Goes back to the first line. Returns 0 or the system's error number.
   int rewind();

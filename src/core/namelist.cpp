@@ -42,6 +42,11 @@ std::string literal(std::string_view value) {
   return out + '"';
 }
 
+int NamelistFile::next_line(std::string_view& line) {
+  const int status = file_.next_line(line);
+  return status == 0 && line.size() == kLongestLine ? kMalformed : status;
+}
+
 int NamelistFile::open(const std::string& path) {
   lexer_.restart();
   return file_.open(path);

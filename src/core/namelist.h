@@ -51,7 +51,7 @@ struct Group {
 
 class NamelistFile {
  public:
-  NamelistFile() : lexer_([this](std::string_view& line) { return file_.next_line(line); }) {}
+  NamelistFile() : lexer_([this](std::string_view& line) { return next_line(line); }) {}
 
   // Returns 0 or the system's error number, as does `rewind`.
   int open(const std::string& path);
@@ -67,7 +67,12 @@ class NamelistFile {
   int read(const Group& group);
 
  private:
-  InputFile file_;
+  // A line that is longer is malformed.
+  static constexpr std::size_t kLongestLine = 1U << 20U;
+
+  int next_line(std::string_view& line);
+
+  InputFile file_{kLongestLine};
   Lexer lexer_;
 };
 

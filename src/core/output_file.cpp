@@ -46,41 +46,63 @@ std::string folder_of(const std::string& path) {
   return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
-bool is_plain(const std::string& path, struct stat& information) {
-  return ::lstat(path.c_str(), &information) == 0 && S_ISREG(information.st_mode) &&
-         information.st_nlink == 1;
+bool is_regular(int descriptor) {
+  struct stat information;
+  return ::fstat(descriptor, &information) == 0 && S_ISREG(information.st_mode);
+}
+
+// Opens a file for writing where it stands. Returns its descriptor, or less the error number.
+int open_locked(const std::string& path, int flags) {
+  // A pipe that nobody reads is refused instead of waited for.
+  const int file = ::open(path.c_str(), flags | O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
+  if (file < 0) return -errno;
+  if (is_regular(file) && ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+    ::close(file);
+    return -EWOULDBLOCK;
+  }
+  return file;
+}
+
+// A file without name beside the one at `path`, which it can replace; -1 if there cannot be one.
+int open_unnamed(const std::string& path) {
+  struct stat old;
+  if (::lstat(path.c_str(), &old) != 0 || !S_ISREG(old.st_mode) || old.st_nlink != 1) return -1;
+  const int file = ::open(folder_of(path).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+  if (file < 0) return -1;  // not every file system can
+  struct stat made;
+  if (::fstat(file, &made) == 0 && made.st_uid == old.st_uid && made.st_gid == old.st_gid &&
+      ::fchmod(file, old.st_mode & 07777U) == 0 && ::access(name_of(file).c_str(), F_OK) == 0) {
+    return file;
+  }
+  ::close(file);
+  return -1;
 }
 
 }  // namespace
 
-int OutputFile::open(const std::string& path, Show show) {
-  leave();
-  path_ = path;
-  show_ = show;
-  buffer_.reserve(kBufferSize);
-  // A pipe that nobody reads is refused instead of waited for.
-  descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
-  if (descriptor_ < 0) return errno;
-  if (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-    leave();
-    return EWOULDBLOCK;
-  }
-  ::fcntl(descriptor_, F_SETFL, 0);
-  static_cast<void>(::ftruncate(descriptor_, 0) == 0);  // a device cannot be
-  if (show == Show::kWhenComplete) open_unnamed();
-  return 0;
+int OutputFile::probe(const std::string& path) {
+  const int file = open_locked(path, 0);
+  if (file >= 0) ::close(file);
+  return file >= 0 || file == -ENOENT ? 0 : -file;
 }
 
-void OutputFile::open_unnamed() {
-  struct stat information;
-  if (!is_plain(path_, information)) return;
-  unnamed_ = ::open(folder_of(path_).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
-  if (unnamed_ < 0) return;  // not every file system can
-  if (::access(name_of(unnamed_).c_str(), F_OK) != 0 ||
-      ::fchmod(unnamed_, information.st_mode & 07777U) != 0) {
-    ::close(unnamed_);
-    unnamed_ = -1;
+int OutputFile::open(const std::string& path, Show show) {
+  leave();
+  const int file = open_locked(path, O_CREAT);
+  if (file < 0) return -file;
+  descriptor_ = file;
+  path_ = path;
+  show_ = show;
+  is_plain_ = is_regular(file);
+  ::fcntl(file, F_SETFL, 0);
+  if (is_plain_ && ::ftruncate(file, 0) != 0) {
+    const int status = errno;
+    leave();
+    return status;
   }
+  buffer_.reserve(kBufferSize);
+  if (show == Show::kWhenComplete) unnamed_ = open_unnamed(path);
+  return 0;
 }
 
 void OutputFile::take(int descriptor, std::string_view path) {
@@ -88,6 +110,7 @@ void OutputFile::take(int descriptor, std::string_view path) {
   descriptor_ = descriptor;
   path_ = path;
   show_ = Show::kEachLine;
+  is_plain_ = is_regular(descriptor);
 }
 
 int OutputFile::write(std::string_view lines) {
@@ -101,21 +124,25 @@ int OutputFile::write(std::string_view lines) {
 
 int OutputFile::flush() {
   const int target = unnamed_ >= 0 ? unnamed_ : descriptor_;
+  if (!is_plain_) return write_out(target);
   const SignalsWait until_written;
+  return write_out(target);
+}
+
+int OutputFile::write_out(int target) {
   std::string_view left = buffer_;
-  while (!left.empty()) {
+  int status = 0;
+  while (!left.empty() && status == 0) {
     const ssize_t count = ::write(target, left.data(), left.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) {
-      const int status = errno;
+    if (count >= 0) {
+      left.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      status = errno;
       take_back(target, buffer_.size() - left.size());
-      buffer_.clear();
-      return status;
     }
-    left.remove_prefix(static_cast<std::size_t>(count));
   }
   buffer_.clear();
-  return 0;
+  return status;
 }
 
 // Gives the complete file its name.

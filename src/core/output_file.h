@@ -1,5 +1,6 @@
-// A text file that is written in whole lines, whatever ends the program: lines leave it whole, and
-// a file that is written in one go appears only when it is complete.
+// A text file that is written in whole lines: a file that is written in one go appears only when it
+// is complete, other lines are not cut by a signal. (But for KILL, which can come between the two
+// writes that the system makes of a line across the end of a page.)
 #pragma once
 
 #include <cstddef>
@@ -22,9 +23,11 @@ class OutputFile {
   ~OutputFile() { leave(); }
 
   // Opens `path` for writing from its start. Returns 0 or the system's error number, EWOULDBLOCK
-  // when another program or another part of this one is writing the file. What is no plain file of
-  // one name (a device, a pipe, a link) is written in place, by the buffer.
+  // when another run reads or writes the file. What is no plain file of one name and of this user
+  // (a device, a pipe, a link) is written in place, by the buffer.
   int open(const std::string& path, Show show);
+  // What `open` would return, but for a file that there is not: 0. Changes nothing.
+  static int probe(const std::string& path);
   // Takes the open file `descriptor`, whose name in messages is `path`; each line goes out at once.
   void take(int descriptor, std::string_view path);
 
@@ -38,8 +41,8 @@ class OutputFile {
   int close();
 
  private:
-  void open_unnamed();
   int flush();
+  int write_out(int target);
   int appear();
   void leave();
 
@@ -47,6 +50,7 @@ class OutputFile {
   int descriptor_ = -1;  // the file under its name, locked against other writers
   int unnamed_ = -1;     // a file in the same folder that takes its place when complete
   Show show_ = Show::kEachLine;
+  bool is_plain_ = false;  // no pipe or device, which may keep a write waiting
   std::string buffer_;
 };
 

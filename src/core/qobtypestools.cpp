@@ -12,24 +12,43 @@
 namespace qob {
 namespace {
 
-// Whether `path` is one of these files, under whatever name.
-bool is_one_of(const std::string& path, const std::vector<std::string>& files) {
-  return std::any_of(files.begin(), files.end(), [&](const std::string& file) {
-    std::error_code missing;
-    return path == file || std::filesystem::equivalent(path, file, missing);
-  });
+namespace fs = std::filesystem;
+
+// Whether two names are, or would be, those of one file.
+bool same_file(const std::string& a, const std::string& b) {
+  std::error_code fault;
+  if (a == b || fs::equivalent(a, b, fault)) return true;
+  const fs::path first = fs::weakly_canonical(fs::absolute(a, fault), fault);
+  return !fault && first == fs::weakly_canonical(fs::absolute(b, fault), fault) && !fault;
 }
 
-// Moves the files of a folder with this ending aside, but for a folder that holds an input file of
-// that ending. A command that its buffer would cut would name another file.
+bool is_one_of(const std::string& path, const std::vector<std::string>& files) {
+  return std::any_of(files.begin(), files.end(),
+                     [&](const std::string& file) { return same_file(path, file); });
+}
+
+// Whether the file stands in the folder and has this ending, under its own name or that of the file
+// that it is a link to.
+bool stands_in(const std::string& folder, const std::string& ending, const fs::path& file) {
+  std::error_code missing;
+  for (const fs::path& path : {file, fs::weakly_canonical(fs::absolute(file, missing), missing)}) {
+    const fs::path inside = path.has_parent_path() ? path.parent_path() : ".";
+    if (path.extension() == ending && fs::equivalent(inside, folder, missing)) return true;
+  }
+  return false;
+}
+
+// Moves the files of a folder with this ending aside, unless one of them is in use: an input file,
+// the log, the recoded identifiers. A command that its buffer would cut would name another file.
 void move_aside(const Model& model, const std::string& folder, const std::string& ending) {
   constexpr std::size_t kBufferWidth = 160;
   const std::string command = "mv " + folder + "/*" + ending + " " + folder + "/*.prev";
   if (command.size() > kBufferWidth) return;
-  for (const std::string& input : model.files.inputs) {
-    const std::filesystem::path path(input);
-    const auto inside = path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
-    if (path.extension() == ending && is_one_of(inside, {folder + "/"})) return;
+  std::vector<std::string> used = model.files.inputs;
+  used.emplace_back(model.parameters.files.logfile.trimmed());
+  used.emplace_back(adjustl_trim(model.parameters.data.recodefile));
+  for (const std::string& file : used) {
+    if (stands_in(as_shell_reads(folder + "/"), ending, file)) return;
   }
   const std::string word = shell_word(folder);
   run_in_shell("mv " + word + "/*" + ending + " " + word + "/*.prev");
@@ -49,23 +68,32 @@ void handle_error(Model& model, std::string_view message, std::optional<int> val
 }
 
 void claim_output(Model& model, const std::string& path) {
-  const bool input = is_one_of(path, model.files.inputs);
-  if (input || is_one_of(path, model.files.outputs)) {
-    handle_error(model, format_list("ERROR in opening file ", path,
-                                    input ? " : it is an input file"
-                                          : " : this run writes another file of that name"));
+  const char* fault = nullptr;
+  std::error_code missing;
+  if (is_one_of(path, model.files.inputs)) {
+    fault = " : it is an input file";
+  } else if (is_one_of(path, model.files.outputs)) {
+    fault = " : this run writes another file of that name";
+  } else if (fs::is_regular_file(path, missing) &&
+             is_one_of(path, {"/proc/self/fd/1", "/proc/self/fd/2"})) {
+    fault = " : standard output goes there";
   }
+  if (fault != nullptr) handle_error(model, format_list("ERROR in opening file ", path, fault));
   model.files.outputs.push_back(path);
+}
+
+void refuse_locked(Model& model, const std::string& path) {
+  if (OutputFile::probe(path) == EWOULDBLOCK) {
+    handle_error(model, format_list("ERROR in opening file ", path, " : another run uses it"));
+  }
 }
 
 void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit,
                      OutputFile::Show show) {
   const std::string path = std::string(adjustl_trim(prefix)) + std::string(adjustl_trim(name));
   claim_output(model, path);
+  refuse_locked(model, path);
   const int status = unit.open_write(path, show);
-  if (status == EWOULDBLOCK) {
-    handle_error(model, format_list("ERROR in opening file ", path, " : another run writes it"));
-  }
   if (status != 0) handle_error(model, format_list("ERROR in opening file ", path), status);
 }
 
@@ -85,10 +113,24 @@ void renameoldresultfiles(Model& model, std::string_view prefix) {
   write_list(model.units.out);
 }
 
+std::string copy_of_log(const Model& model, std::string_view prefix) {
+  return std::string(adjustl_trim(prefix)) + std::string(model.parameters.files.logfile.trimmed());
+}
+
 void copylogfile(Model& model, std::string_view prefix) {
-  const std::string logfile(model.parameters.files.logfile.trimmed());
-  const std::string p(adjustl_trim(prefix));
-  if (!p.empty()) run_in_shell(" cp -f " + logfile + "  " + shell_word(p + logfile));
+  if (adjustl_trim(prefix).empty()) return;
+  const std::string log(model.parameters.files.logfile.trimmed());
+  const std::string copy = copy_of_log(model, prefix);
+  const std::string file = as_shell_reads(copy);
+  if (same_file(file, log)) return;
+  // Another run's log is not written over; `cp` would wait for a pipe's reader, or go into a
+  // folder.
+  const int status = OutputFile::probe(file);
+  const bool refused = status == EWOULDBLOCK || status == ENXIO || status == EISDIR;
+  if (!refused && run_in_shell(" cp -f " + log + "  " + shell_word(copy))) return;
+  std::error_code missing;
+  if (!refused) fs::remove(file, missing);  // better none than half of it
+  write_list(model.units.out, "WARNING: The log could not be copied to ", file);
 }
 
 void print_time(Model& model, std::string_view text) {

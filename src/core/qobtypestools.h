@@ -59,6 +59,7 @@ struct Units {
 struct Files {
   std::vector<std::string> inputs;
   std::vector<std::string> outputs;  // of this run so far
+  InputFile relationships;           // open while the file may be read, so that no run writes it
 };
 
 struct Watches {
@@ -90,8 +91,11 @@ struct Model {
 [[noreturn]] void handle_error(Model& model, std::string_view message,
                                std::optional<int> value = std::nullopt);
 
-// Takes `path` up among the outputs. An input file or an earlier output of that name stops the run.
+// Takes `path` up among the outputs. Stops the run if an input file, an earlier output or standard
+// output has that name.
 void claim_output(Model& model, const std::string& path);
+// Stops the run if another one uses the file.
+void refuse_locked(Model& model, const std::string& path);
 
 // Opens the result file `name` behind the results prefix, from its start. A failure stops the run.
 void openresultsfile(Model& model, std::string_view prefix, std::string_view name, Unit& unit,
@@ -100,9 +104,11 @@ void openresultsfile(Model& model, std::string_view prefix, std::string_view nam
 void closeresultsfile(Model& model, Unit& unit);
 
 // Moves the result files of an earlier run aside, through the shell, whose outcome is ignored.
-// Input files stay where they are.
+// Files in use stay where they are.
 void renameoldresultfiles(Model& model, std::string_view prefix);
-// Copies the log to the results prefix, through the shell; nothing when the prefix is blank.
+// The name of the log's copy.
+std::string copy_of_log(const Model& model, std::string_view prefix);
+// Copies the log to it, through the shell; nothing when the prefix is blank. A failure is told.
 void copylogfile(Model& model, std::string_view prefix);
 
 // Writes `text` with the local date and time to standard output and the log.

@@ -1,5 +1,8 @@
 #include "core/shell.h"
 
+#include <sys/wait.h>
+
+#include <csignal>
 #include <cstdlib>
 
 namespace qob {
@@ -8,11 +11,15 @@ namespace {
 constexpr std::string_view kPlain =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-/\\+@:,=";
 
+bool is_plain(std::string_view path) {
+  return path.find_first_not_of(kPlain) == std::string_view::npos;
+}
+
 }  // namespace
 
 std::string shell_word(std::string_view path) {
   std::string word = path.starts_with('-') ? "./" : "";
-  if (path.find_first_not_of(kPlain) == std::string_view::npos) return word.append(path);
+  if (is_plain(path)) return word.append(path);
   word += '\'';
   for (const char c : path) {
     if (c == '\'') {
@@ -24,8 +31,24 @@ std::string shell_word(std::string_view path) {
   return word += '\'';
 }
 
-void run_in_shell(const std::string& command) {
-  if (std::system(command.c_str()) != 0) return;
+std::string as_shell_reads(std::string_view path) {
+  std::string file;
+  for (std::size_t k = 0; k < path.size(); ++k) {
+    if (is_plain(path) && path[k] == '\\' && ++k == path.size()) break;
+    file += path[k];
+  }
+  return file;
+}
+
+// A signal from the terminal reaches the command alone; it is meant for the program as well.
+bool run_in_shell(const std::string& command) {
+  const int status = std::system(command.c_str());
+  for (const int signal : {SIGINT, SIGQUIT}) {
+    const bool ended =
+        WIFSIGNALED(status) ? WTERMSIG(status) == signal : WEXITSTATUS(status) == 128 + signal;
+    if (ended) std::raise(signal);
+  }
+  return status == 0;
 }
 
 }  // namespace qob

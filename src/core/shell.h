@@ -11,7 +11,10 @@ namespace qob {
 // leading hyphen, which would begin an option.
 std::string shell_word(std::string_view path);
 
-// Runs the command and waits for its end. Nothing depends on its outcome.
-void run_in_shell(const std::string& command);
+// The file that the shell takes `shell_word(path)` for.
+std::string as_shell_reads(std::string_view path);
+
+// Runs the command and waits for its end. False: it failed.
+bool run_in_shell(const std::string& command);
 
 }  // namespace qob

@@ -16,6 +16,15 @@ inline bool is_control(char c) {
   return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f';
 }
 
+// `text` as it may be shown on a terminal.
+inline std::string printable(std::string_view text) {
+  std::string out(text);
+  for (char& c : out) {
+    if (is_control(c)) c = '?';
+  }
+  return out;
+}
+
 // `text` without its trailing blanks.
 inline std::string_view trim(std::string_view text) {
   const auto last = text.find_last_not_of(' ');

@@ -16,7 +16,9 @@ namespace {
 // A standard stream that is closed would be a file of the run, with its messages among the results.
 void hold_standard_streams() {
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-    if (::fcntl(stream, F_GETFD) == -1 && ::open("/dev/null", O_RDWR) != stream) std::_Exit(1);
+    if (::fcntl(stream, F_GETFD) == -1 && ::open("/dev/null", O_RDWR) != stream) {
+      std::_Exit(qob::kFailure);
+    }
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
+#include "core/shell.h"
 #include "mating/qobmate.h"
 #include "ocs/qobocs.h"
 #include "pedigree/qobreadrecode.h"
@@ -30,7 +31,7 @@ void take_argument(Model& model, const char* argument) {
   if (std::strlen(argument) > kLongestFileName) {
     handle_error(model, format_list("ERROR: Invalid command argument (filename)"), -1);
   }
-  write_list(out, "Command line argument read : ", name);
+  write_list(out, "Command line argument read : ", printable(name));
   model.files.inputs.emplace_back(name.trimmed());
 }
 
@@ -67,7 +68,7 @@ void open_log(Model& model) {
   if (status != 0) {
     write_list(
         units.out, path, " : ",
-        status == EWOULDBLOCK ? "another run in this folder writes it" : std::strerror(status));
+        status == EWOULDBLOCK ? "another run in this folder uses it" : std::strerror(status));
     stop("ERROR in opening log file qob.log ");
   }
   write_banner(units.out, std::string(33, ' ') + "QOB v3.0          build 16.05.29");
@@ -95,15 +96,17 @@ void take_up_files(Model& model) {
   NamelistFile file;
   const bool read = file.open(std::string(p.files.qobparmfile.trimmed())) == 0 &&
                     file.read(group_of(relationship)) == 0;
-  if (read && option_text(relationship.source) != "pedigree") {
+  if (!read || option_text(relationship.source) != "pedigree") {
     model.files.inputs.emplace_back(adjustl_trim(relationship.gfile));
   }
   const std::string prefix(adjustl_trim(p.data.resultsdirectory));
-  const std::string copy = prefix + std::string(p.files.logfile.trimmed());
+  const std::string copy = as_shell_reads(copy_of_log(model, prefix));
   std::error_code missing;
   if (!std::filesystem::equivalent(copy, p.files.logfile.trimmed(), missing)) {
     claim_output(model, copy);
   }
+  // Before anything behind the prefix changes.
+  refuse_locked(model, prefix + std::string(p.files.fsummaryfile.trimmed()));
 }
 
 void read_data_parameters(Model& model) {
@@ -173,9 +176,7 @@ void write_timing(Model& model) {
 
 void close_files(Model& model) {
   Units& units = model.units;
-  for (Unit* unit : {&units.summary, &units.cnv1, &units.cnv2, &units.log}) {
-    closeresultsfile(model, *unit);
-  }
+  for (Unit* unit : {&units.summary, &units.cnv1, &units.cnv2}) closeresultsfile(model, *unit);
 }
 
 Model* running = nullptr;
@@ -208,7 +209,8 @@ void carry_out(Model& model, const char* argument) {
 
   write_timing(model);
   close_files(model);
-  copylogfile(model, prefix);
+  copylogfile(model, prefix);  // complete and still locked
+  closeresultsfile(model, log);
   stop("QOB ended successfully", kSuccess);
 }
 

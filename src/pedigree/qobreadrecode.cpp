@@ -99,7 +99,7 @@ struct Record {
 [[noreturn]] void stop_at_unreadable(Reader& reader, std::string_view line, int status) {
   Model& model = reader.model;
   write_list(model.units.log, "ERROR");
-  write_list(model.units.log, "Record: ", line);
+  write_list(model.units.log, "Record: ", printable(line));
   handle_error(model, format_list("ERROR in Read statement in Subroutine ReadRecode"), status);
 }
 
@@ -115,7 +115,7 @@ Record read_record(Reader& reader, std::int32_t r) {
   if (status == kEndOfFile) {
     Units& units = reader.model.units;
     both_list(units.out, units.log, "Warning : Record ", r, " is not complete");
-    write_list(units.log, "Record : ", line);
+    write_list(units.log, "Record : ", printable(line));
     reader.faults = true;
   }
   if (status == kMalformed) stop_at_unreadable(reader, line, status);
@@ -193,6 +193,9 @@ void read_values(Reader& reader) {
     pedigree.ebv(i) = record.ebv;
     pedigree.txt(i) = record.txt;
     for (int k = 1; k <= 2; ++k) enter_parent(reader, k, i, r);
+  }
+  for (i = 1; i <= n; ++i) {
+    if (pedigree.oldped(i, 1) == 0) stop_at_unreadable(reader, "", kMalformed);
   }
 }
 

@@ -97,7 +97,7 @@ TEST_F(PlainForms, RelationshipMatrix) {
     for (const std::string& gfile : {std::string("_null_"), folder / "written.rel"}) {
       model.parameters.relationship.gfile = gfile;
       r.nrm.assign(std::int64_t{r.nnrm} * (r.nnrm + 1) / 2, -1.0);
-      model.files = {};
+      model.files.outputs.clear();
       compute_relationships(model, mark);
       plain::relationships(newped, f, mark, [&](int i, int j, double a) {
         if (r.nrm_id(i) == 0 || r.nrm_id(j) == 0) return;

@@ -136,7 +136,7 @@ TEST_F(SearchTest, EverySearchEndsAtTheOptimumAndNeverLosesTheBest) {
     p.crossover_probability = 0.3;
     p.mutate_probability = p.directed_mutation_probability = 1.0 / 16;
     model.search = Search();
-    model.files = {};
+    model.files.outputs.clear();
     base_population(model);
     double before = -1.0e300;
     for (std::int32_t g = 0; g <= 120; ++g) {
