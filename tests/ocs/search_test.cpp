@@ -137,6 +137,7 @@ TEST_F(SearchTest, EverySearchEndsAtTheOptimumAndNeverLosesTheBest) {
     p.mutate_probability = p.directed_mutation_probability = 1.0 / 16;
     model.search = Search();
     model.files.outputs.clear();
+    EXPECT_EQ(model.units.cnv1.close() + model.units.cnv2.close(), 0);
     base_population(model);
     double before = -1.0e300;
     for (std::int32_t g = 0; g <= 120; ++g) {
