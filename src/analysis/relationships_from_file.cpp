@@ -116,8 +116,8 @@ void report_elements(Model& model, const FileContents& contents) {
   const float percent = size == 0 ? 0.0F : 100.0F * single(contents.elements) / single(size);
   write(log, "(A7,F5.1,A17)", " ", percent, "% of all elements");
   if (contents.largest <= kLargestExpected) return;
-  both_list(log, model.units.out, "WARNING: Largest relationship in file : ", contents.largest,
-            " , in per cent? Fully inbred animals have 2.0 with themselves");
+  write_list(model.units.err, "WARNING: Largest relationship in file : ", contents.largest,
+             " , in per cent? Fully inbred animals have 2.0 with themselves");
 }
 
 void drop_missing_candidates(Model& model, const FileContents& contents) {

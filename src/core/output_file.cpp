@@ -5,8 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 namespace qob {
@@ -31,8 +34,17 @@ class SignalsWait {
   sigset_t before_;
 };
 
-// The name under which the system shows a file that is open.
-std::string name_of(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
+// The name under which the system shows a file that is open. Asks for no memory.
+class NameOf {
+ public:
+  explicit NameOf(int descriptor) {
+    std::snprintf(name_.data(), name_.size(), "/proc/self/fd/%d", descriptor);
+  }
+  const char* c_str() const { return name_.data(); }
+
+ private:
+  std::array<char, 32> name_;
+};
 
 // Takes the last `count` bytes out of a file again, unless it is others' too or a device.
 void take_back(int descriptor, std::size_t count) {
@@ -71,7 +83,7 @@ int open_unnamed(const std::string& path) {
   if (file < 0) return -1;  // not every file system can
   struct stat made;
   if (::fstat(file, &made) == 0 && made.st_uid == old.st_uid && made.st_gid == old.st_gid &&
-      ::fchmod(file, old.st_mode & 07777U) == 0 && ::access(name_of(file).c_str(), F_OK) == 0) {
+      ::fchmod(file, old.st_mode & 07777U) == 0 && ::access(NameOf(file).c_str(), F_OK) == 0) {
     return file;
   }
   ::close(file);
@@ -90,6 +102,8 @@ int OutputFile::open(const std::string& path, Show show) {
   leave();
   const int file = open_locked(path, O_CREAT);
   if (file < 0) return -file;
+  [[maybe_unused]] static const int at_end = std::atexit(close_all);
+  opened_before_ = std::exchange(last_opened, this);
   descriptor_ = file;
   path_ = path;
   show_ = show;
@@ -150,7 +164,7 @@ int OutputFile::appear() {
   const SignalsWait until_done;
   if (::unlink(path_.c_str()) != 0 && errno != ENOENT) return errno;
   const int status =
-      ::linkat(AT_FDCWD, name_of(unnamed_).c_str(), AT_FDCWD, path_.c_str(), AT_SYMLINK_FOLLOW);
+      ::linkat(AT_FDCWD, NameOf(unnamed_).c_str(), AT_FDCWD, path_.c_str(), AT_SYMLINK_FOLLOW);
   return status == 0 ? 0 : errno;
 }
 
@@ -164,8 +178,18 @@ int OutputFile::close() {
   return status;
 }
 
+// At the end of a program that stops early: what was written is kept.
+void OutputFile::close_all() {
+  while (last_opened != nullptr) last_opened->close();
+}
+
 // Without what is still in the buffer. Standard streams stay open.
 void OutputFile::leave() {
+  for (OutputFile** link = &last_opened; *link != nullptr; link = &(*link)->opened_before_) {
+    if (*link != this) continue;
+    *link = opened_before_;
+    break;
+  }
   for (int* descriptor : {&unnamed_, &descriptor_}) {
     const int file = std::exchange(*descriptor, -1);
     if (file > STDERR_FILENO) ::close(file);

@@ -1,6 +1,6 @@
 // A text file that is written in whole lines: a file that is written in one go appears only when it
-// is complete, other lines are not cut by a signal. (But for KILL, which can come between the two
-// writes that the system makes of a line across the end of a page.)
+// is complete or the program stops by itself, other lines are not cut by a signal. (But for KILL,
+// which can come between the two writes that the system makes of a line across the end of a page.)
 #pragma once
 
 #include <cstddef>
@@ -45,7 +45,10 @@ class OutputFile {
   int write_out(int target);
   int appear();
   void leave();
+  static void close_all();
 
+  inline static OutputFile* last_opened = nullptr;  // of those open() opened, for the program's end
+  OutputFile* opened_before_ = nullptr;
   std::string path_;
   int descriptor_ = -1;  // the file under its name, locked against other writers
   int unnamed_ = -1;     // a file in the same folder that takes its place when complete

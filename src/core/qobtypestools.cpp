@@ -1,5 +1,7 @@
 #include "core/qobtypestools.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -57,13 +59,12 @@ void move_aside(const Model& model, const std::string& folder, const std::string
 }  // namespace
 
 void handle_error(Model& model, std::string_view message, std::optional<int> value) {
-  Unit& log = model.units.log;
-  Unit& out = model.units.out;
-  if (value) {
-    both(log, out, "(2A,I5)", trim(message), " Value of error: ", *value);
-  } else {
-    both(log, out, "(A)", trim(message));
-  }
+  const std::string line =
+      value ? format_record("(2A,I5)", trim(message), " Value of error: ", *value)
+            : std::string(trim(message));
+  model.units.log.write_line(line);
+  model.units.out.write_line(line);
+  if (::isatty(STDOUT_FILENO) == 0) model.units.err.write_line(line);
   stop(" Program terminated. Check file qob.log");
 }
 
@@ -100,7 +101,7 @@ void openresultsfile(Model& model, std::string_view prefix, std::string_view nam
 void closeresultsfile(Model& model, Unit& unit) {
   const int status = unit.close();
   if (status == 0) return;
-  both_list(model.units.out, model.units.log, unit.path(), " : ", std::strerror(status));
+  write_list(model.units.err, unit.path(), " : ", std::strerror(status));
   handle_error(model, format_list("ERROR in closing unit ", unit.number()), status);
 }
 
@@ -130,7 +131,7 @@ void copylogfile(Model& model, std::string_view prefix) {
   if (!refused && run_in_shell(" cp -f " + log + "  " + shell_word(copy))) return;
   std::error_code missing;
   if (!refused) fs::remove(file, missing);  // better none than half of it
-  write_list(model.units.out, "WARNING: The log could not be copied to ", file);
+  write_list(model.units.err, "WARNING: The log could not be copied to ", file);
 }
 
 void print_time(Model& model, std::string_view text) {

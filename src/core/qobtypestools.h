@@ -49,6 +49,7 @@ struct Pedigree {
 
 struct Units {
   Unit out{6};       // standard output
+  Unit err{0};       // standard error: what ends the run, and what the log has no place for
   Unit log{11};      // the log
   Unit summary{12};  // the population-history summary, open from the history to the end
   Unit cnv1{13};     // the best solution by generation, open from generation 0 to the end
@@ -87,7 +88,7 @@ struct Model {
 };
 
 // Writes the message, and the value that a failed operation gave, to the log and to standard
-// output, and stops the run with status 1.
+// output (to standard error, too, unless a person sees both), and stops the run with status 1.
 [[noreturn]] void handle_error(Model& model, std::string_view message,
                                std::optional<int> value = std::nullopt);
 

@@ -22,6 +22,8 @@ int Unit::open_write(const std::string& path, OutputFile::Show show) {
 
 void Unit::open_standard_output() { file_.take(STDOUT_FILENO, "standard output"); }
 
+void Unit::open_standard_error() { file_.take(STDERR_FILENO, "standard error"); }
+
 void Unit::write_line(std::string_view line) {
   new_line().append(line);
   end_line();

@@ -26,8 +26,9 @@ class Unit {
   // Opens `path` for writing from its start. Returns 0 or the system's error number (EWOULDBLOCK:
   // another run is writing it).
   int open_write(const std::string& path, OutputFile::Show show);
-  // Lines go to standard output.
+  // Lines go to standard output, or to standard error.
   void open_standard_output();
+  void open_standard_error();
   // Lines are collected in `memory`, each ended by a line feed.
   void open_memory(std::string* memory) { memory_ = memory; }
 

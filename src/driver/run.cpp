@@ -67,7 +67,7 @@ void open_log(Model& model) {
   const int status = units.log.open_write(path, OutputFile::Show::kEachLine);
   if (status != 0) {
     write_list(
-        units.out, path, " : ",
+        units.err, path, " : ",
         status == EWOULDBLOCK ? "another run in this folder uses it" : std::strerror(status));
     stop("ERROR in opening log file qob.log ");
   }
@@ -186,6 +186,7 @@ void carry_out(Model& model, const char* argument) {
   Watches& w = model.watches;
   const Text<80>& prefix = model.parameters.data.resultsdirectory;
   model.units.out.open_standard_output();
+  model.units.err.open_standard_error();
   write_list(model.units.out, "QOB initialising");
   take_argument(model, argument);
   create_watches(w);
