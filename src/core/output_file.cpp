@@ -172,8 +172,10 @@ int OutputFile::close() {
   if (!is_open()) return 0;
   int status = flush();
   if (status == 0 && unnamed_ >= 0) status = appear();
-  const int file = unnamed_ >= 0 ? std::exchange(unnamed_, -1) : std::exchange(descriptor_, -1);
-  if (::close(file) != 0 && status == 0) status = errno;
+  int& written = unnamed_ >= 0 ? unnamed_ : descriptor_;
+  if (written > STDERR_FILENO && ::close(std::exchange(written, -1)) != 0 && status == 0) {
+    status = errno;
+  }
   leave();
   return status;
 }
