@@ -111,7 +111,7 @@ TEST(ParameterFaults, EachEndsTheRunWithItsMessage) {
 // The first words of a script, for those of transcripts.txt.
 const std::string kWords =
     "export PATH=$(dirname " QOB_PROGRAM
-    "):$PATH LC_ALL=C; exec 2>&1 < /dev/null\n"
+    "):$PATH LC_ALL=C; exec 2>&1 < /dev/null; ulimit -c 0\n"
     "run() { qob qob.prm > out.txt 2> err.txt; echo $? \"$(tail -n 1 err.txt)\"; }\n"
     "with() { FROM=$1 TO=$2 awk '{ i = index($0, ENVIRON[\"FROM\"]) } i { $0 = substr($0, 1, i - 1) "
     "ENVIRON[\"TO\"] substr($0, i + length(ENVIRON[\"FROM\"])) } 1' qob.prm > x; mv x qob.prm; }\n"
