@@ -50,14 +50,15 @@ class Contributions {
   void list_founders(const GroupVectors& v);
   void list_largest(GroupVectors& v);
   void answer_pair(std::int32_t ancestor, std::int32_t descendant);
-  void answer_group(std::int32_t ancestor, std::int32_t group);
+  void answer_group(std::int32_t ancestor);
+  bool take_named_group();
   void ignore_request();
   std::string_view gcfile() const { return model_.parameters.files.gcfile.trimmed(); }
 
   Model& model_;
   const Pedigree& pedigree_;
   const Cohorts& cohorts_;
-  std::int32_t group_;  // the group last reported, at first the last group
+  std::int32_t group_;  // that the last request named, at first the last group
   Unit gc_{16};
   Unit maxgc_{17};
 };
@@ -156,13 +157,19 @@ void Contributions::answer_request(bool first) {
   if (ancestor > 0 && descendant > 0) {
     answer_pair(ancestor, descendant);
   } else if (ancestor > 0) {
-    const std::int32_t group = request.group == 0 ? 0 : cohorts_.find(request.group);
-    group == 0 ? ignore_request() : answer_group(ancestor, group);
+    take_named_group() ? answer_group(ancestor) : ignore_request();
   } else if (request.group != 0 || first) {
-    const std::int32_t group = request.group == 0 ? 0 : cohorts_.find(request.group);
-    if (group != 0) group_ = group;
+    take_named_group();
     report_group();
   }
+}
+
+// Returns whether the request names a group that has members.
+bool Contributions::take_named_group() {
+  const std::int32_t born = model_.parameters.contrib.group;
+  const std::int32_t group = born == 0 ? 0 : cohorts_.find(born);
+  if (group != 0) group_ = group;
+  return group != 0;
 }
 
 // Sets both numbers, 0 for an identifier that is not given, the ancestor being the older animal.
@@ -210,13 +217,13 @@ void Contributions::answer_pair(std::int32_t ancestor, std::int32_t descendant) 
        ancestor_id, "  to descendant ", descendant_id, " written to file ", gcfile());
 }
 
-void Contributions::answer_group(std::int32_t ancestor, std::int32_t group) {
+void Contributions::answer_group(std::int32_t ancestor) {
   const std::int32_t ancestor_id = pedigree_.oldped(ancestor, 1);
-  const GroupVectors v = vectors_of(group);
-  write(gc_, "(I12,A12,I12,I8,2F10.6,1X,A)", ancestor_id, "0", cohorts_.btime(group),
-        cohorts_.n(group), v.r(ancestor), v.c(ancestor), pedigree_.txt(ancestor));
+  const GroupVectors v = vectors_of(group_);
+  write(gc_, "(I12,A12,I12,I8,2F10.6,1X,A)", ancestor_id, "0", cohorts_.btime(group_),
+        cohorts_.n(group_), v.r(ancestor), v.c(ancestor), pedigree_.txt(ancestor));
   both(model_.units.summary, model_.units.out, "(/,A,I8,A,I8,2A)", "Contribution of Ancestor",
-       ancestor_id, " to group ", cohorts_.btime(group), " written to file ", gcfile());
+       ancestor_id, " to group ", cohorts_.btime(group_), " written to file ", gcfile());
 }
 
 void Contributions::ignore_request() {

@@ -1,5 +1,6 @@
 // One generation of the search. Reads the parameters; writes model.search and the convergence
 // files.
+#include <algorithm>
 #include <cmath>
 
 #include "core/sort.h"
@@ -48,7 +49,16 @@ std::int64_t draw_parent(Random& random, const Table<double>& cumulative, std::i
   return before;
 }
 
+// The offspring of a generation. Those beyond `places` find no place in the population: they are
+// made like the others, with their draws and messages, one over another.
 struct Offspring {
+  Offspring(std::int64_t count, std::int64_t popsize, std::int64_t nmatings)
+      : made(count), places(std::clamp<std::int64_t>(count, 0, popsize)), values(places + 1) {
+    matesets.assign(places + 1, nmatings);
+  }
+  std::int64_t place(std::int64_t o) const { return std::min(o, places + 1); }
+
+  std::int64_t made, places;
   MatesetTable matesets;
   Table<ValueRecord> values;
 };
@@ -59,8 +69,8 @@ void make_offspring(Model& model, const Table<std::int32_t>& index, Offspring& o
   std::int64_t parent1 = cumulative.size();
   std::int64_t parent2 = cumulative.size();
   Evaluations evaluations(model);
-  for (std::int64_t o = 1; o <= offspring.values.size(); ++o) {
-    const Mateset child = offspring.matesets(o);
+  for (std::int64_t o = 1; o <= offspring.made; ++o) {
+    const Mateset child = offspring.matesets(offspring.place(o));
     parent1 = draw_parent(model.random, cumulative, parent1);
     parent2 = draw_parent(model.random, cumulative, parent2);
     if (parent1 == parent2) {
@@ -71,7 +81,7 @@ void make_offspring(Model& model, const Table<std::int32_t>& index, Offspring& o
     mutate(model, child);
     directed_mutation(model, child);
     repair_mateset(model, child);
-    evaluations.add(child, offspring.values(o));
+    evaluations.add(child, offspring.values(offspring.place(o)));
   }
   evaluations.finish();
 }
@@ -79,12 +89,10 @@ void make_offspring(Model& model, const Table<std::int32_t>& index, Offspring& o
 // The offspring take the places of the solutions of lowest fitness, whatever their own.
 void replace_worst(Model& model, const Table<std::int32_t>& index) {
   Search& search = model.search;
-  Offspring offspring;
-  const std::int64_t count = model.parameters.algorithm.n_offspring;
-  offspring.matesets.assign(count, model.parameters.ocs.nmatings);
-  offspring.values.assign(count, ValueRecord{});
+  Offspring offspring(model.parameters.algorithm.n_offspring, index.size(),
+                      model.parameters.ocs.nmatings);
   make_offspring(model, index, offspring);
-  for (std::int64_t o = 1; o <= count; ++o) {
+  for (std::int64_t o = 1; o <= offspring.places; ++o) {
     search.pop(index(o)).copy_from(offspring.matesets(o));
     search.pop_value(index(o)) = offspring.values(o);
   }

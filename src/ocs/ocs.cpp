@@ -48,8 +48,6 @@ void check(Model& model) {
   if (p.generations < 0) return;
   require(model, p.popsize >= 2,
           "ERROR: PopSize should be at least 2 when Generations is 0 or more");
-  require(model, p.n_offspring >= 1 && p.n_offspring <= p.popsize,
-          "ERROR: N_Offspring should be 1 <= N_Offspring <= PopSize");
 }
 
 void search_best(Model& model) {

@@ -32,7 +32,7 @@ void check_required_relationships(Model& model) {
     ++missing(cohorts.cohort(animal));
     any_missing = true;
   }
-  write(summary, "(/,A)", "-------------- Summary of individuals not in file -----------------");
+  write_list(summary, "-------------- Summary of individuals not in file -----------------");
   write(summary, "(4A8)", "Group", "N.ped", "N.req", "N.miss");
   for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
     write(summary, "(3I8,I10)", cohorts.btime(g), cohorts.n(g), required(g), missing(g));

@@ -89,15 +89,16 @@ void check_capacity(Model& model) {
     write_list(log, " Female matings available : ", females);
     p.nmatings = static_cast<std::int32_t>(std::min(males, females));
     write_list(log, " Matings selected         : ", p.nmatings);
-    check_male_limit(model);
   }
-  for (std::int32_t i = 1; i <= candidates.nmcands; ++i) {
-    if (candidates.max_matings(i) >= p.limitmalematings) return;
+  const auto most = *std::max_element(candidates.max_matings.begin(),
+                                      candidates.max_matings.begin() + candidates.nmcands);
+  if (most < p.limitmalematings) {
+    handle_error(
+        model,
+        format_list(
+            "ERROR: Male candidates should have at least LimitMaleMatings matings in dataset"));
   }
-  handle_error(
-      model,
-      format_list(
-          "ERROR: Male candidates should have at least LimitMaleMatings matings in dataset"));
+  check_male_limit(model);  // again, as nmatings may be lower now
 }
 
 // Mean merit of a sex, each candidate weighted by its mating limit, and the standard deviation,

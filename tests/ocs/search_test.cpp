@@ -40,7 +40,6 @@ TEST_F(SearchTest, ParametersAreCheckedInOrder) {
   const std::string divided =
       "ERROR: NMatings cannot be divided by LimitMaleMatings. MOD(NMatings,LimitMaleMatings)/=0";
   const std::string range = "ERROR: LimitMaleMatings should be 1 <= LimitMaleMatings <= NMatings";
-  const std::string offspring = "ERROR: N_Offspring should be 1 <= N_Offspring <= PopSize";
   struct Case {
     std::int32_t nmatings, unit, popsize, n_offspring, generations;
     std::string message;  // none: accepted
@@ -51,9 +50,8 @@ TEST_F(SearchTest, ParametersAreCheckedInOrder) {
       {10, -3, 0, 0, 1, divided},
       {10, -5, 10, 1, 1, range},
       {0, 1, 10, 1, 1, range},
-      {10, 5, 2, 0, 0, offspring},
-      {10, 5, 2, 3, 0, offspring},
-      {10, 5, 2, 2, 0, ""},
+      {10, 5, 2, -1, 0, ""},
+      {10, 5, 2, 3, 0, ""},
       {10, 10, 1, 7, -1, ""},
       {10, 5, 0, 1, -1, "ERROR: PopSize should be at least 1"},
       {10, 5, 1, 1, 0, "ERROR: PopSize should be at least 2 when Generations is 0 or more"}};

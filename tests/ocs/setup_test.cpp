@@ -90,7 +90,7 @@ TEST_F(SetUpSelection, FaultsStopTheRun) {
 TEST_F(SetUpSelection, TheRelationshipFileMustHoldEveryCandidate) {
   const std::string diagonals = "103 103 1\n104 104 1\n106 106 1\n107 107 1\n109 109 1\n";
   const std::string head =
-      "\n-------------- Summary of individuals not in file -----------------\n"
+      " -------------- Summary of individuals not in file -----------------\n"
       "   Group   N.ped   N.req  N.miss\n       1       3       1         0\n"
       "       2       2       1         0\n       3       2       2         0\n";
   const auto read = [&](const std::string& contents) {
