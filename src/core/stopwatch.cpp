@@ -4,9 +4,9 @@
 #include <chrono>
 #include <cmath>
 
-#include "core/record.h"
+#include "core/format.h"
+#include "core/random.h"
 #include "core/stop.h"
-#include "core/ziggurat.h"
 
 namespace qob {
 namespace {
@@ -46,14 +46,14 @@ std::string time_text(std::string_view label, float seconds, std::string_view fo
   const std::int64_t m = total / 6000 % 60;
   const std::int64_t h = total / 360000;
   if (form == "sec") {
-    if (total >= 10000000) return format_record("(a6,f13.2)", label, seconds);
-    return format_record("(a6,f8.2)", label, seconds);
+    if (total >= 10000000) return formatted("(a6,f13.2)", label, seconds);
+    return formatted("(a6,f8.2)", label, seconds);
   }
   if (form == "hh:mm:ss") {
-    return format_record("(a6,i4,\":\",i2.2,\":\",i2.2,f3.2)", label, h, m, s, fraction);
+    return formatted("(a6,i4,\":\",i2.2,\":\",i2.2,f3.2)", label, h, m, s, fraction);
   }
-  const std::string hours = h > 0 ? format_record("(i4,a1)", h, ":") : std::string{};
-  return format_record("(a6,a5,i2,\":\",i2.2,f3.2)", label, hours, m, s, fraction);
+  const std::string hours = h > 0 ? formatted("(i4,a1)", h, ":") : std::string{};
+  return formatted("(a6,a5,i2,\":\",i2.2,f3.2)", label, hours, m, s, fraction);
 }
 
 }  // namespace

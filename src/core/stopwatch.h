@@ -131,20 +131,4 @@ class Stopwatch {
       Names{"cpu", "user", "sys", "wall"}, nullptr, nullptr, true, false, "sec"};
 };
 
-// Runs a watch from its construction to the end of its scope, so that no early return leaves the
-// watch running.
-class Timed {
- public:
-  Timed(Stopwatch& stopwatch, Watch& watch) : stopwatch_(stopwatch), watch_(watch) {
-    stopwatch_.start_watch(watch_);
-  }
-  Timed(const Timed&) = delete;
-  Timed& operator=(const Timed&) = delete;
-  ~Timed() { stopwatch_.stop_watch(watch_); }
-
- private:
-  Stopwatch& stopwatch_;
-  Watch& watch_;
-};
-
 }  // namespace qob

@@ -4,8 +4,9 @@
 #include <random>
 #include <vector>
 
+#include "core/random.h"
 #include "core/sort.h"
-#include "support/model_fixture.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "support/model_fixture.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 
