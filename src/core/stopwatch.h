@@ -6,7 +6,6 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <initializer_list>
 #include <optional>
@@ -16,6 +15,7 @@
 #include <vector>
 
 #include "core/unit.h"
+#include "system/clock.h"
 
 namespace qob {
 
@@ -106,10 +106,10 @@ class Stopwatch {
     std::array<float, kClocks> read();
 
    private:
-    std::chrono::steady_clock::time_point first_ = std::chrono::steady_clock::now();
-    std::chrono::steady_clock::time_point read_ = {};  // when the process's time was read
-    float read_cpu_ = 0.0F;                            // and what it was
-    float cpu_ = 0.0F;                                 // what was last given as it
+    double first_ = wall_seconds();
+    double read_ = -1.0;     // when the process's time was read
+    float read_cpu_ = 0.0F;  // and what it was
+    float cpu_ = 0.0F;       // what was last given as it
   };
   bool set_unit(Unit*& unit, Unit* requested, std::string_view outcome);
   bool set_default_clocks(const Names& names);

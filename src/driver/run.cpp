@@ -2,17 +2,17 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
-#include "core/shell.h"
 #include "mating/qobmate.h"
 #include "ocs/qobocs.h"
 #include "pedigree/qobreadrecode.h"
+#include "system/paths.h"
+#include "system/process.h"
+#include "system/shell.h"
 
 namespace qob {
 namespace {
@@ -66,9 +66,8 @@ void open_log(Model& model) {
   claim_output(model, path);
   const int status = units.log.open_write(path, OutputFile::Show::kEachLine);
   if (status != 0) {
-    write_list(
-        units.err, path, " : ",
-        status == EWOULDBLOCK ? "another run in this folder uses it" : std::strerror(status));
+    write_list(units.err, path, " : ",
+               status == EWOULDBLOCK ? "another run in this folder uses it" : error_text(status));
     stop("ERROR in opening log file qob.log ");
   }
   write_banner(units.out, std::string(33, ' ') + "QOB v3.0          build 16.05.29");
@@ -101,10 +100,7 @@ void take_up_files(Model& model) {
   }
   const std::string prefix(adjustl_trim(p.data.resultsdirectory));
   const std::string copy = as_shell_reads(copy_of_log(model, prefix));
-  std::error_code missing;
-  if (!std::filesystem::equivalent(copy, p.files.logfile.trimmed(), missing)) {
-    claim_output(model, copy);
-  }
+  if (!are_one_file(copy, std::string(p.files.logfile.trimmed()))) claim_output(model, copy);
   // Before anything behind the prefix changes.
   refuse_locked(model, prefix + std::string(p.files.fsummaryfile.trimmed()));
 }

@@ -4,6 +4,7 @@
 
 #include "analysis/qobrelshipmatrix.h"
 #include "analysis/relationship_text.h"
+#include "support/model_fixture.h"
 #include "support/program.h"
 
 namespace qob::test {
@@ -70,7 +71,7 @@ TEST_F(RelationshipFile, WrittenAndReadBackGivesTheMatrixToSixDigits) {
   const std::string gfile = "gfile='" + folder / "g.txt" + "'";
   set_up(herd, gfile);
   EXPECT_TRUE(has(log, "\nRelationship matrix written to file :" + folder / "g.txt" + "\n"));
-  const std::string file = read_file(folder / "g.txt");
+  const std::string file = folder.read("g.txt");
   const auto lines = std::count(file.begin(), file.end(), '\n');
   const std::string count = format_record("(A,I10)", "records written to file   :", lines);
   EXPECT_TRUE(has(log, count)) << log;

@@ -6,6 +6,7 @@
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
 #include "core/lexer.h"
+#include "support/model_fixture.h"
 #include "support/program.h"
 #include "support/random_pedigree.h"
 
@@ -201,7 +202,7 @@ TEST_F(SetupNrm, RequestedContributionsOfARealHerdAgreeWithTheRecursion) {
   pophistory(model);
   const Table2<double> a = dense(p.newped, Matrix::kRelationships);
   const Table2<double> t = dense(p.newped, Matrix::kGeneFlow);
-  std::istringstream lines(read_file(folder / "r_gencont.txt"));
+  std::istringstream lines(folder.read("r_gencont.txt"));
   int answered = 0;
   for (std::string line; std::getline(lines, line);) {
     std::int32_t id[2], group, n;

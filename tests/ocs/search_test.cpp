@@ -1,6 +1,4 @@
 // The search: its parameters, the base population, recombination and the way to the optimum.
-#include <filesystem>
-
 #include "ocs/selection_fixture.h"
 
 namespace qob::test {
@@ -8,11 +6,7 @@ namespace {
 
 class SearchTest : public SelectionTest {
  protected:
-  SearchTest() : before_(std::filesystem::current_path()) {
-    std::filesystem::current_path(folder / "");
-    model.parameters.data.resultsdirectory = "";
-  }
-  ~SearchTest() override { std::filesystem::current_path(before_); }
+  SearchTest() { model.parameters.data.resultsdirectory = ""; }
 
   // The best fitness of all legal matesets of four matings, three candidates of each sex.
   double optimum() {
@@ -31,9 +25,6 @@ class SearchTest : public SelectionTest {
     model.parameters.algorithm.popsize = popsize;
     model.parameters.algorithm.n_offspring = n_offspring;
   }
-
- private:
-  std::filesystem::path before_;
 };
 
 TEST_F(SearchTest, ParametersAreCheckedInOrder) {
@@ -86,8 +77,8 @@ TEST_F(SearchTest, FaultyOldSolutionsEndTheRun) {
     folder.write("_null_", contents);
     expect_stop(message, [&] { base_population(model); });
   }
-  std::filesystem::remove("_null_");
-  std::filesystem::create_directory("_null_");
+  memory_files().remove("_null_");
+  folder.write("_null_/file", "");
   expect_stop(" ERROR opening file with old solution _null_ Value of error:    21",
               [&] { base_population(model); });
 }

@@ -1,17 +1,16 @@
-// A Model whose units write to memory and whose stops can be caught.
+// A Model whose units write to memory, as does the system, and whose stops can be caught.
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "analysis/inbreeding.h"
 #include "core/qobtypestools.h"
 #include "pedigree/qobreadrecode.h"
+#include "system/memory/memory_files.h"
 
 namespace qob::test {
 
@@ -21,26 +20,24 @@ struct Stopped {
   int status;
 };
 
-// A folder of its own, removed at the end.
-class TemporaryFolder {
+// The files in memory, of which there are none at the start and at the end.
+class MemoryFolder {
  public:
-  TemporaryFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "qob_test_XXXXXX";
-    path_ = mkdtemp(pattern.data());
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  MemoryFolder() { memory_files().clear(); }
+  MemoryFolder(const MemoryFolder&) = delete;
+  MemoryFolder& operator=(const MemoryFolder&) = delete;
+  ~MemoryFolder() { memory_files().clear(); }
 
-  std::string name() const { return std::filesystem::path(path_).filename(); }
-  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
-  std::string write(std::string_view name, std::string_view contents) const {
-    std::ofstream(*this / name, std::ios::binary) << contents;
-    return *this / name;
+  std::string operator/(std::string_view name) const { return std::string(name); }
+  std::string write(const std::string& name, std::string contents) const {
+    memory_files().put(name, std::move(contents));
+    return name;
   }
-
- private:
-  std::string path_;
+  // Empty if there is no such file.
+  std::string read(const std::string& name) const {
+    const MemoryFiles::Contents contents = memory_files().get(name);
+    return contents != nullptr ? *contents : "";
+  }
 };
 
 class ModelTest : public ::testing::Test {
@@ -57,7 +54,7 @@ class ModelTest : public ::testing::Test {
 
   // Reads a data file with these lines: id sire dam sex birth_time max_matings ebv text.
   void read_animals(std::string_view table) {
-    model.parameters.data.datafile = folder.write("animals.dat", table);
+    model.parameters.data.datafile = folder.write("animals.dat", std::string(table));
     readrecode(model);
     inbreeding_coefficients(model.pedigree.newped, model.pedigree.f, model.units.out);
   }
@@ -69,7 +66,7 @@ class ModelTest : public ::testing::Test {
     EXPECT_TRUE(out.ends_with(message + "\n"));
   }
 
-  TemporaryFolder folder;
+  MemoryFolder folder;
   Model model;
   std::string out, log, summary;
 
