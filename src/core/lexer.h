@@ -16,9 +16,9 @@
 #include <string_view>
 #include <utility>
 
-#include "core/input_file.h"
 #include "core/plain_values.h"
 #include "core/text.h"
+#include "system/input_file.h"
 
 namespace qob {
 

@@ -9,12 +9,12 @@
 #include <string_view>
 #include <vector>
 
-#include "core/input_file.h"
 #include "core/namelist.h"
-#include "core/output_file.h"
 #include "core/parameters.h"
 #include "core/units.h"
 #include "core/watches.h"
+#include "system/input_file.h"
+#include "system/output_file.h"
 
 namespace qob {
 

@@ -1,18 +1,14 @@
 #include "core/stop.h"
 
-#include <cstdio>
 #include <cstdlib>
+
+#include "system/process.h"
 
 namespace qob {
 namespace {
 
-void exit_with(std::string_view text, int status) {
-  std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
-  std::exit(status);
-}
-
 StopHandler& installed_handler() {
-  static StopHandler handler = exit_with;
+  static StopHandler handler = end_process;
   return handler;
 }
 

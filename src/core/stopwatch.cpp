@@ -1,7 +1,6 @@
 #include "core/stopwatch.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 #include "core/format.h"
@@ -18,7 +17,7 @@ constexpr std::array<std::string_view, 3> kForms = {"sec", "hh:mm:ss", "[[hh:]mm
 
 // The process's time costs a call of the system, as much as a short operation of the search. Within
 // so many seconds of a reading it goes on like the wall clock: the process has one thread.
-constexpr std::chrono::duration<float> kSoon{20e-6F};
+constexpr double kSoon = 20e-6;
 
 // The place of `name` in the list, its size if it does not stand there.
 std::size_t index_of(std::span<const std::string_view> list, std::string_view name) {
@@ -51,15 +50,14 @@ std::string time_text(std::string_view label, float seconds, std::string_view fo
 }  // namespace
 
 std::array<float, kClocks> Stopwatch::Clocks::read() {
-  using Seconds = std::chrono::duration<float>;
-  const auto wall = std::chrono::steady_clock::now();
-  if (Seconds(wall - read_) > kSoon) {
+  const double wall = wall_seconds();
+  if (wall - read_ > kSoon) {
     float user, sys;
     cpu_second(read_cpu_, user, sys);
     read_ = wall;
   }
-  cpu_ = std::max(cpu_, read_cpu_ + Seconds(wall - read_).count());  // never goes back
-  return {cpu_, 0.0F, 0.0F, Seconds(wall - first_).count()};
+  cpu_ = std::max(cpu_, read_cpu_ + static_cast<float>(wall - read_));  // never goes back
+  return {cpu_, 0.0F, 0.0F, static_cast<float>(wall - first_)};
 }
 
 bool Stopwatch::option_stopwatch(const StopwatchOptions& options) {

@@ -7,7 +7,6 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
@@ -18,6 +17,7 @@
 #include <vector>
 
 #include "core/unit.h"
+#include "system/clock.h"
 
 namespace qob {
 
@@ -132,10 +132,10 @@ class Stopwatch {
     std::array<float, kClocks> read();
 
    private:
-    std::chrono::steady_clock::time_point first_ = std::chrono::steady_clock::now();
-    std::chrono::steady_clock::time_point read_ = {};  // when the process's time was read
-    float read_cpu_ = 0.0F;                            // and what it was
-    float cpu_ = 0.0F;                                 // what was last given as it
+    double first_ = wall_seconds();
+    double read_ = -1.0;     // when the process's time was read
+    float read_cpu_ = 0.0F;  // and what it was
+    float cpu_ = 0.0F;       // what was last given as it
   };
 
   bool apply(const Operation& operation, const WatchList& watches, const Names& clocks);

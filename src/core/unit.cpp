@@ -1,11 +1,9 @@
 #include "core/unit.h"
 
-#include <unistd.h>
-
-#include <cstring>
 #include <utility>
 
 #include "core/stop.h"
+#include "system/process.h"
 
 namespace qob {
 
@@ -13,9 +11,9 @@ int Unit::open_write(const std::string& path, OutputFile::Show show) {
   return file_.open(path, show);
 }
 
-void Unit::open_standard_output() { file_.take(STDOUT_FILENO, "standard output"); }
+void Unit::open_standard_output() { file_.take(StandardStream::kOutput, "standard output"); }
 
-void Unit::open_standard_error() { file_.take(STDERR_FILENO, "standard error"); }
+void Unit::open_standard_error() { file_.take(StandardStream::kError, "standard error"); }
 
 void Unit::write_line(std::string_view line) {
   new_line().append(line);
@@ -39,8 +37,7 @@ int Unit::close() {
 
 // Each unit tells a fault once: the writes that tell it may be refused too.
 void Unit::fail_writing(int status) {
-  const std::string message =
-      " ERROR in writing file " + file_.path() + " : " + std::strerror(status);
+  const std::string message = " ERROR in writing file " + file_.path() + " : " + error_text(status);
   for (Unit* unit : std::exchange(told_, {})) {
     if (unit != nullptr) unit->write_line(message);
   }

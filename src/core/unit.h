@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/output_file.h"
+#include "system/output_file.h"
 
 namespace qob {
 

@@ -1,9 +1,8 @@
 #include "core/units.h"
 
-#include <unistd.h>
-
 #include "core/stop.h"
 #include "core/text.h"
+#include "system/process.h"
 
 namespace qob {
 namespace {
@@ -18,7 +17,7 @@ void stop_with_message(Units& units, std::string_view message, std::optional<Err
                                  : std::string(message);
   units.log.write_line(line);
   units.out.write_line(line);
-  if (::isatty(STDOUT_FILENO) == 0) units.err.write_line(line);
+  if (!output_is_terminal()) units.err.write_line(line);
   stop(" Program terminated. Check file qob.log");
 }
 

@@ -1,9 +1,4 @@
 // The program: one argument, the parameter file.
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <cstdlib>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -13,17 +8,9 @@
 #include "core/stop.h"
 #include "driver/help.h"
 #include "driver/run.h"
+#include "system/process.h"
 
 namespace {
-
-// A standard stream that is closed would be a file of the run, with its messages among the results.
-void hold_standard_streams() {
-  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-    if (::fcntl(stream, F_GETFD) == -1 && ::open("/dev/null", O_RDWR) != stream) {
-      std::_Exit(qob::kFailure);
-    }
-  }
-}
 
 // What nothing has caught: no memory left, even to report it where it arose, or a defect.
 [[noreturn]] void tell_the_end() {
@@ -40,9 +27,7 @@ void hold_standard_streams() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  hold_standard_streams();
-  std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is a failed write, which has its message
-  std::signal(SIGXFSZ, SIG_IGN);  // and so is a file beyond the user's limit
+  qob::prepare_process();
   const std::string_view first = argc > 1 ? argv[1] : "";
   if (first == "--help") return qob::print_help();
   if (first == "--version") return qob::print_version();

@@ -2,19 +2,19 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
-#include "core/shell.h"
 #include "core/stop.h"
 #include "mating/qobmate.h"
 #include "ocs/qobocs.h"
 #include "pedigree/qobreadrecode.h"
+#include "system/paths.h"
+#include "system/process.h"
+#include "system/shell.h"
 
 namespace qob {
 namespace {
@@ -57,9 +57,8 @@ void open_log(Run& run) {
   claim_output(run, path);
   const int status = units.log.open_write(path, OutputFile::Show::kEachLine);
   if (status != 0) {
-    write_list(
-        units.err, path, " : ",
-        status == EWOULDBLOCK ? "another run in this folder uses it" : std::strerror(status));
+    write_list(units.err, path, " : ",
+               status == EWOULDBLOCK ? "another run in this folder uses it" : error_text(status));
     stop("ERROR in opening log file qob.log ");
   }
   write_banner(units.out, std::string(33, ' ') + "QOB v3.0          build 16.05.29");
@@ -90,10 +89,7 @@ void take_up_files(Run& run) {
   }
   const std::string prefix(adjustl_trim(p.data.resultsdirectory));
   const std::string copy = as_shell_reads(copy_of_log(p.files, prefix));
-  std::error_code missing;
-  if (!std::filesystem::equivalent(copy, p.files.logfile.trimmed(), missing)) {
-    claim_output(run, copy);
-  }
+  if (!are_one_file(copy, std::string(p.files.logfile.trimmed()))) claim_output(run, copy);
   // Before anything behind the prefix changes.
   refuse_locked(run, prefix + std::string(p.files.fsummaryfile.trimmed()));
 }

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "core/input_file.h"
 #include "core/lexer.h"
 #include "core/sort.h"
 #include "ocs/allowances.h"
 #include "ocs/repair.h"
+#include "system/input_file.h"
 
 namespace qob {
 namespace {

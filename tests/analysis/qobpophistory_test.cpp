@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "support/program.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -40,7 +40,7 @@ class PopHistory : public RunTest {
   }
   // A result file without its remarks and blank lines.
   std::string table(const char* name) const {
-    std::istringstream file(read_file(folder / name));
+    std::istringstream file(folder.read(name));
     std::string lines;
     for (std::string line; std::getline(file, line);) {
       if (!line.starts_with(" #") && !trim(line).empty()) lines += line + "\n";

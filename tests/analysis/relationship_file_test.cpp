@@ -5,6 +5,7 @@
 #include "analysis/kernels/relationship_text.h"
 #include "analysis/qobrelshipmatrix.h"
 #include "support/program.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -69,7 +70,7 @@ TEST_F(RelationshipFile, WrittenAndReadBackGivesTheMatrixToSixDigits) {
   const std::string gfile = "gfile='" + folder / "g.txt" + "'";
   set_up(herd, gfile);
   EXPECT_TRUE(has(log, "\nRelationship matrix written to file :" + folder / "g.txt" + "\n"));
-  const std::string file = read_file(folder / "g.txt");
+  const std::string file = folder.read("g.txt");
   const auto lines = std::count(file.begin(), file.end(), '\n');
   const std::string count = formatted("(A,I10)", "records written to file   :", lines);
   EXPECT_TRUE(has(log, count)) << log;

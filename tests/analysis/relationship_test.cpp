@@ -9,6 +9,7 @@
 #include "core/numbers.h"
 #include "support/program.h"
 #include "support/random_pedigree.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -202,7 +203,7 @@ TEST_F(SetupNrm, RequestedContributionsOfARealHerdAgreeWithTheRecursion) {
   pophistory(run, pedigree);
   const Table2<double> a = dense(p.newped, Matrix::kRelationships);
   const Table2<double> t = dense(p.newped, Matrix::kGeneFlow);
-  std::istringstream lines(read_file(folder / "r_gencont.txt"));
+  std::istringstream lines(folder.read("r_gencont.txt"));
   int answered = 0;
   for (std::string line; std::getline(lines, line);) {
     std::int32_t id[2], group, n;

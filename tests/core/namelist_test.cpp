@@ -3,11 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "system/memory/memory_files.h"
 
 namespace qob {
 namespace {
@@ -30,12 +31,10 @@ struct Demo {
   }
 };
 
-// A file in the tests' directory with these bytes.
+// A file with these bytes.
 std::string file_with(const std::string& bytes) {
-  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  const std::string path = testing::TempDir() + "qob_" + test->name() + ".txt";
-  std::ofstream(path, std::ios::binary) << bytes;
-  return path;
+  memory_files().put("demo.prm", bytes);
+  return "demo.prm";
 }
 
 // Status and values of one group after another up to the first that fails.

@@ -5,7 +5,7 @@
 using namespace qob;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::files["herd.dat"] = fuzz::text_of(data, size);
+  memory_files().put("herd.dat", std::string(fuzz::text_of(data, size)));
   for (const bool ignore : {false, true}) {
     fuzz::QuietModel model;
     model.parameters.data.ignoreparentalpedigreeerrors = ignore;

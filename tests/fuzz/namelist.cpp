@@ -20,16 +20,17 @@ void read_twice(auto values) {
   const Group group = group_of(values);
   NamelistFile file;
   if (file.open("qob.prm") != 0 || file.read(group) != 0) return;
-  fuzz::files["echo.prm"] = echo_of(group);
+  memory_files().put("echo.prm", echo_of(group));
   decltype(values) again;
   fuzz::require(file.open("echo.prm") == 0 && file.read(group_of(again)) == 0, "the echo reads");
-  fuzz::require(echo_of(group_of(again)) == fuzz::files["echo.prm"], "the echo keeps the values");
+  fuzz::require(echo_of(group_of(again)) == *memory_files().get("echo.prm"),
+                "the echo keeps the values");
 }
 
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::files["qob.prm"] = fuzz::text_of(data, size);
+  memory_files().put("qob.prm", std::string(fuzz::text_of(data, size)));
   read_twice(DataParameters{});
   read_twice(PopulationHistory{});
   read_twice(Contrib{});

@@ -9,8 +9,8 @@ using namespace qob;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::put_small_herd();
-  fuzz::files["qob.prm"] = "&RelationshipMatrix /";
-  fuzz::files["old.txt"] = fuzz::text_of(data, size);
+  memory_files().put("qob.prm", "&RelationshipMatrix /");
+  memory_files().put("old.txt", std::string(fuzz::text_of(data, size)));
   for (const std::int32_t unit : {1, 2}) {
     fuzz::QuietModel model;
     Parameters& p = model.parameters;

@@ -11,8 +11,8 @@ using namespace qob;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::put_small_herd();
-  fuzz::files["qob.prm"] = "&RelationshipMatrix source='file', gfile='g.rel' /";
-  fuzz::files["g.rel"] = fuzz::text_of(data, size);
+  memory_files().put("qob.prm", "&RelationshipMatrix source='file', gfile='g.rel' /");
+  memory_files().put("g.rel", std::string(fuzz::text_of(data, size)));
   fuzz::QuietModel model;
   model.parameters.ocs.nmatings = 4;
   readrecode(model);

@@ -29,7 +29,10 @@ bool is_short() {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view bytes = fuzz::text_of(data, size);
-  for (const char* name : {"qob.prm", "herd.dat", "g.rel"}) fuzz::files[name] = next_part(bytes);
+  memory_files().clear();
+  for (const char* name : {"qob.prm", "herd.dat", "g.rel"}) {
+    memory_files().put(name, next_part(bytes));
+  }
   if (!is_short()) return 0;
   Model model;
   fuzz::require(!fuzz::runs_through([&] { run(model, "qob.prm"); }), "every run ends by a stop");

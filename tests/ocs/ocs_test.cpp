@@ -3,7 +3,6 @@
 #include "mating/maximum_avoidance.h"
 #include "mating/qobmate.h"
 #include "ocs/selection_fixture.h"
-#include "support/program.h"
 
 namespace qob::test {
 namespace {
@@ -62,7 +61,7 @@ TEST_F(OcsReports, MatingListCountsTheLinesOfADam_WhoeverTheSire) {
   select(kSibs, 3);
   plan.best().copy_from(mateset({{2, 4}, {1, 3}, {1, 4}}));
   mating(run, selection, relationship, plan);
-  const std::string list = read_file(folder / "qob_MatingList.txt");
+  const std::string list = folder.read("qob_MatingList.txt");
   EXPECT_EQ(
       list.substr(list.find('\n') + 1),
       R"(           1           2       1       1       1    2.500      0.00000  0.50000    Ace             Bea            

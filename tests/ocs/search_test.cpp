@@ -1,6 +1,4 @@
 // The search: its parameters, the base population, recombination and the way to the optimum.
-#include <filesystem>
-
 #include "ocs/plan_report.h"
 #include "ocs/selection_fixture.h"
 
@@ -9,11 +7,7 @@ namespace {
 
 class SearchTest : public SelectionTest {
  protected:
-  SearchTest() : before_(std::filesystem::current_path()) {
-    std::filesystem::current_path(folder / "");
-    parameters.data.resultsdirectory = "";
-  }
-  ~SearchTest() override { std::filesystem::current_path(before_); }
+  SearchTest() { parameters.data.resultsdirectory = ""; }
 
   // The best fitness of all legal matesets of four matings, three candidates of each sex.
   double optimum() {
@@ -41,7 +35,6 @@ class SearchTest : public SelectionTest {
   }
 
  private:
-  std::filesystem::path before_;
   std::optional<Problem> problem_;
   std::optional<Search> search_;
 };
@@ -94,8 +87,8 @@ TEST_F(SearchTest, FaultyOldSolutionsEndTheRun) {
     folder.write("_null_", contents);
     expect_stop(message, [&] { begin(); });
   }
-  std::filesystem::remove("_null_");
-  std::filesystem::create_directory("_null_");
+  memory_files().remove("_null_");
+  folder.write("_null_/file", "");
   expect_stop(" ERROR opening file with old solution _null_ Value of error:    21",
               [&] { begin(); });
 }

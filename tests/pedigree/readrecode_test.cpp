@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "support/program.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -44,7 +44,7 @@ TEST_F(ReadRecode, AnimalsAreNumberedInOrderAndUnrecordedParentsInsertedWhereTha
   4 -5 99 98 =  1  3 : 2  2000 2  0.25 x              |
   5  4  7 98 =  2  3 : 2  2001 2  3.00 .              |
 )");
-  EXPECT_EQ(read_file(folder / "recoded.txt"),
+  EXPECT_EQ(folder.read("recoded.txt"),
             " -Old Id-  -New ID- \n        99         1\n         7         2\n"
             "        98         3\n        -5         4\n         4         5\n");
   const std::string read = expanded(

@@ -1,17 +1,39 @@
-// Runs of the program in a folder of their own.
+// Runs of the program in a folder of their own, in the real file system.
 #pragma once
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <string_view>
 
-#include "support/run_fixture.h"
-
 namespace qob::test {
+
+// A folder of its own, removed at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string pattern = std::filesystem::temp_directory_path() / "qob_test_XXXXXX";
+    path_ = mkdtemp(pattern.data());
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+
+  std::string name() const { return std::filesystem::path(path_).filename(); }
+  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
+  std::string write(std::string_view name, std::string_view contents) const {
+    std::ofstream(*this / name, std::ios::binary) << contents;
+    return *this / name;
+  }
+
+ private:
+  std::string path_;
+};
 
 inline std::string read_file(const std::string& path) {
   std::ifstream file(path, std::ios::binary);

@@ -1,18 +1,17 @@
-// A run whose units write to memory and whose stops can be caught.
+// A run whose units write to memory, as does the system, and whose stops can be caught.
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "analysis/inbreeding.h"
 #include "core/qobtypestools.h"
 #include "core/stop.h"
 #include "pedigree/qobreadrecode.h"
+#include "system/memory/memory_files.h"
 
 namespace qob::test {
 
@@ -22,26 +21,24 @@ struct Stopped {
   int status;
 };
 
-// A folder of its own, removed at the end.
-class TemporaryFolder {
+// The files in memory, of which there are none at the start and at the end.
+class MemoryFolder {
  public:
-  TemporaryFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "qob_test_XXXXXX";
-    path_ = mkdtemp(pattern.data());
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  MemoryFolder() { memory_files().clear(); }
+  MemoryFolder(const MemoryFolder&) = delete;
+  MemoryFolder& operator=(const MemoryFolder&) = delete;
+  ~MemoryFolder() { memory_files().clear(); }
 
-  std::string name() const { return std::filesystem::path(path_).filename(); }
-  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
-  std::string write(std::string_view name, std::string_view contents) const {
-    std::ofstream(*this / name, std::ios::binary) << contents;
-    return *this / name;
+  std::string operator/(std::string_view name) const { return std::string(name); }
+  std::string write(const std::string& name, std::string contents) const {
+    memory_files().put(name, std::move(contents));
+    return name;
   }
-
- private:
-  std::string path_;
+  // Empty if there is no such file.
+  std::string read(const std::string& name) const {
+    const MemoryFiles::Contents contents = memory_files().get(name);
+    return contents != nullptr ? *contents : "";
+  }
 };
 
 class RunTest : public ::testing::Test {
@@ -58,7 +55,7 @@ class RunTest : public ::testing::Test {
 
   // Reads a data file with these lines: id sire dam sex birth_time max_matings ebv text.
   void read_animals(std::string_view table) {
-    parameters.data.datafile = folder.write("animals.dat", table);
+    parameters.data.datafile = folder.write("animals.dat", std::string(table));
     pedigree = readrecode(run);
     inbreeding_coefficients(pedigree.newped, pedigree.f, units.out);
   }
@@ -72,10 +69,10 @@ class RunTest : public ::testing::Test {
 
   // Opens a parameter file with these groups.
   void open_parameters(std::string_view groups) {
-    ASSERT_EQ(run.parameter_file.open(folder.write("qob.prm", groups)), 0);
+    ASSERT_EQ(run.parameter_file.open(folder.write("qob.prm", std::string(groups))), 0);
   }
 
-  TemporaryFolder folder;
+  MemoryFolder folder;
   qob::Run run;
   Parameters& parameters = run.parameters;
   Units& units = run.journal.units;

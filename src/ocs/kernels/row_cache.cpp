@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "system/free_memory.h"
+
 namespace qob {
 namespace {
 
@@ -17,12 +19,6 @@ constexpr std::size_t kLine = 64;  // bytes that the cache fetches together
 
 // Bytes that a new row leaves to the rest of the program, which cannot do without.
 constexpr std::size_t kReserve = std::size_t{1} << 24;
-
-bool memory_is_plenty() {
-  void* volatile reserve = std::malloc(kReserve);  // else compilers leave both calls out
-  std::free(reserve);
-  return reserve != nullptr;
-}
 
 }  // namespace
 
@@ -54,7 +50,8 @@ double* RowCache::new_row(std::int32_t candidate) {
   std::size_t at = places_.size();
   if (at < most_places_) {
     const std::size_t bytes = (id_.size() * sizeof(double) + kLine - 1) / kLine * kLine;
-    Row row(memory_is_plenty() ? static_cast<double*>(std::aligned_alloc(kLine, bytes)) : nullptr);
+    Row row(has_free_memory(kReserve) ? static_cast<double*>(std::aligned_alloc(kLine, bytes))
+                                      : nullptr);
     if (row == nullptr) {
       most_places_ = at;
     } else {

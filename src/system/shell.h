@@ -1,4 +1,5 @@
-// Commands for the system's shell, in which a file name means itself and nothing else.
+// Commands for the system's shell, in which a file name means itself and nothing else. A system
+// without a shell runs none, but copies files.
 #pragma once
 
 #include <string>
@@ -14,7 +15,11 @@ std::string shell_word(std::string_view path);
 // The file that the shell takes `shell_word(path)` for.
 std::string as_shell_reads(std::string_view path);
 
-// Runs the command and waits for its end. False: it failed.
+// Runs the command and waits for its end. False: it failed, or there is no shell.
 bool run_in_shell(const std::string& command);
+
+// Copies the file `from` to what the shell takes `shell_word(to)` for, over a file that is there.
+// False: it failed, and no half of a copy is left.
+bool copy_in_shell(const std::string& from, const std::string& to);
 
 }  // namespace qob

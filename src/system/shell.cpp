@@ -1,9 +1,5 @@
-#include "core/shell.h"
-
-#include <sys/wait.h>
-
-#include <csignal>
-#include <cstdlib>
+// How names are written for the shell, whether there is one or not.
+#include "system/shell.h"
 
 namespace qob {
 namespace {
@@ -38,17 +34,6 @@ std::string as_shell_reads(std::string_view path) {
     file += path[k];
   }
   return file;
-}
-
-// A signal from the terminal reaches the command alone; it is meant for the program as well.
-bool run_in_shell(const std::string& command) {
-  const int status = std::system(command.c_str());
-  for (const int signal : {SIGINT, SIGQUIT}) {
-    const bool ended =
-        WIFSIGNALED(status) ? WTERMSIG(status) == signal : WEXITSTATUS(status) == 128 + signal;
-    if (ended) std::raise(signal);
-  }
-  return status == 0;
 }
 
 }  // namespace qob

@@ -1,9 +1,4 @@
-#include "core/input_file.h"
-
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "system/input_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -17,29 +12,18 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-bool InputFile::exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
-
 int InputFile::open(const std::string& path) {
   close();
-  // Without waiting for the other end of a pipe.
-  descriptor_ = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor_ < 0) return errno;
-  struct stat information = {};
-  int status = 0;
-  if (::fstat(descriptor_, &information) != 0 || !S_ISREG(information.st_mode)) {
-    status = S_ISDIR(information.st_mode) ? EISDIR : ESPIPE;
-  } else if (::flock(descriptor_, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-    status = EWOULDBLOCK;
-  }
-  if (status != 0) {
-    close();
-    return status;
-  }
+  const int status = open_source(path, source_);
+  if (status != 0) return status;
   buffer_.resize(kBufferSize);
   return start();
 }
 
-int InputFile::rewind() { return ::lseek(descriptor_, 0, SEEK_SET) < 0 ? errno : start(); }
+int InputFile::rewind() {
+  const int status = source_ != nullptr ? source_->rewind() : EBADF;
+  return status != 0 ? status : start();
+}
 
 // Returns 0 or the system's error number.
 int InputFile::start() {
@@ -54,16 +38,14 @@ int InputFile::start() {
 // Moves what is left to the front of the buffer and reads more behind it; of a line that fills the
 // buffer what is not wanted goes first. Returns 0, kEndOfFile or the system's error number.
 int InputFile::fill() {
+  if (source_ == nullptr) return EBADF;
   std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
   end_ -= begin_;
   begin_ = 0;
   if (end_ == buffer_.size() && end_ > width_) end_ = width_;
   if (end_ == buffer_.size()) buffer_.resize(2 * buffer_.size());
-  ssize_t count;
-  do {
-    count = ::read(descriptor_, buffer_.data() + end_, buffer_.size() - end_);
-  } while (count < 0 && errno == EINTR);
-  if (count < 0) return errno;
+  const std::ptrdiff_t count = source_->read(buffer_.data() + end_, buffer_.size() - end_);
+  if (count < 0) return static_cast<int>(-count);
   if (count == 0) return kEndOfFile;
   end_ += static_cast<std::size_t>(count);
   return 0;
@@ -92,11 +74,6 @@ int InputFile::next_line(std::string_view& line) {
   while (line.ends_with('\r')) line.remove_suffix(1);
   line = line.substr(0, width_);
   return 0;
-}
-
-void InputFile::close() {
-  if (descriptor_ >= 0) ::close(descriptor_);
-  descriptor_ = -1;
 }
 
 }  // namespace qob

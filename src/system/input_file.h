@@ -3,8 +3,12 @@
 
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "system/byte_files.h"
+#include "system/paths.h"
 
 namespace qob {
 
@@ -21,9 +25,8 @@ class InputFile {
   explicit InputFile(std::size_t width = std::numeric_limits<std::size_t>::max()) : width_(width) {}
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
-  ~InputFile() { close(); }
 
-  static bool exists(const std::string& path);
+  static bool exists(const std::string& path) { return path_exists(path); }
 
   // Opens `path` for reading. Returns 0 or the system's error number; EISDIR for a directory,
   // ESPIPE for anything else that is no plain file and so could not be read twice, EWOULDBLOCK for
@@ -35,14 +38,14 @@ class InputFile {
   // kEndOfFile, or the system's error number. A last line without line end counts as a line, and
   // carriage returns before the line end belong to the line end.
   int next_line(std::string_view& line);
-  void close();
+  void close() { source_.reset(); }
 
  private:
   int fill();
   int start();
 
   std::size_t width_;
-  int descriptor_ = -1;
+  std::unique_ptr<ByteSource> source_;  // none: not open
   std::string buffer_;
   std::size_t begin_ = 0;  // first byte not yet handed out
   std::size_t end_ = 0;    // one past the last byte read

@@ -3,19 +3,17 @@
 // which can come between the two writes that the system makes of a line across the end of a page.)
 #pragma once
 
-#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "system/byte_files.h"
 
 namespace qob {
 
 class OutputFile {
  public:
-  // When what was written can be seen under the file's name.
-  enum class Show {
-    kEachLine,      // each line at once: for what grows through the run
-    kWhenComplete,  // all of it when the file is closed, until then it is empty
-  };
+  using Show = qob::Show;
 
   OutputFile() = default;
   OutputFile(const OutputFile&) = delete;
@@ -27,11 +25,11 @@ class OutputFile {
   // (a device, a pipe, a link) is written in place, by the buffer.
   int open(const std::string& path, Show show);
   // What `open` would return, but for a file that there is not: 0. Changes nothing.
-  static int probe(const std::string& path);
-  // Takes the open file `descriptor`, whose name in messages is `path`; each line goes out at once.
-  void take(int descriptor, std::string_view path);
+  static int probe(const std::string& path) { return probe_sink(path); }
+  // Takes the stream, whose name in messages is `path`; each line goes out at once.
+  void take(StandardStream stream, std::string_view path);
 
-  bool is_open() const { return descriptor_ >= 0; }
+  bool is_open() const { return sink_ != nullptr; }
   const std::string& path() const { return path_; }
 
   // Writes lines, which end in a line end. Returns 0, or the system's error number when these or
@@ -42,18 +40,14 @@ class OutputFile {
 
  private:
   int flush();
-  int write_out(int target);
-  int appear();
   void leave();
   static void close_all();
 
   inline static OutputFile* last_opened = nullptr;  // of those open() opened, for the program's end
   OutputFile* opened_before_ = nullptr;
   std::string path_;
-  int descriptor_ = -1;  // the file under its name, locked against other writers
-  int unnamed_ = -1;     // a file in the same folder that takes its place when complete
+  std::unique_ptr<ByteSink> sink_;  // none: not open
   Show show_ = Show::kEachLine;
-  bool is_plain_ = false;  // no pipe or device, which may keep a write waiting
   std::string buffer_;
 };
 

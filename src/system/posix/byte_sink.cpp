@@ -1,5 +1,5 @@
-#include "core/output_file.h"
-
+// A file that appears when it is complete is written without a name, in the folder of the one that
+// it replaces, which stays there, empty and locked, until the other is given its name.
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -9,13 +9,12 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <utility>
+
+#include "system/byte_files.h"
 
 namespace qob {
 namespace {
-
-constexpr std::size_t kBufferSize = std::size_t{1} << 16;
 
 // Makes signals wait: one that ends the program would end a write between two pages of the file,
 // in the middle of a line.
@@ -90,77 +89,68 @@ int open_unnamed(const std::string& path) {
   return -1;
 }
 
-}  // namespace
+class FileSink : public ByteSink {
+ public:
+  explicit FileSink(int descriptor = -1)
+      : descriptor_(descriptor), is_plain_(is_regular(descriptor)) {}
+  FileSink(const FileSink&) = delete;
+  FileSink& operator=(const FileSink&) = delete;
+  ~FileSink() override {
+    for (const int file : {unnamed_, descriptor_}) {
+      if (file > STDERR_FILENO) ::close(file);
+    }
+  }
 
-int OutputFile::probe(const std::string& path) {
-  const int file = open_locked(path, 0);
-  if (file >= 0) ::close(file);
-  return file >= 0 || file == -ENOENT ? 0 : -file;
-}
+  int open(const std::string& path, Show show);
+  int write(std::string_view lines) override;
+  int finish() override;
 
-int OutputFile::open(const std::string& path, Show show) {
-  leave();
+ private:
+  int target() const { return unnamed_ >= 0 ? unnamed_ : descriptor_; }
+  int write_out(std::string_view lines);
+  int appear();
+
+  std::string path_;
+  int descriptor_;         // the file under its name, locked against other runs
+  int unnamed_ = -1;       // a file in the same folder that takes its place when complete
+  bool is_plain_ = false;  // no pipe or device, which may keep a write waiting
+};
+
+int FileSink::open(const std::string& path, Show show) {
+  path_ = path;
   const int file = open_locked(path, O_CREAT);
   if (file < 0) return -file;
-  [[maybe_unused]] static const int at_end = std::atexit(close_all);
-  opened_before_ = std::exchange(last_opened, this);
   descriptor_ = file;
-  path_ = path;
-  show_ = show;
   is_plain_ = is_regular(file);
   ::fcntl(file, F_SETFL, 0);
-  if (is_plain_ && ::ftruncate(file, 0) != 0) {
-    const int status = errno;
-    leave();
-    return status;
-  }
-  buffer_.reserve(kBufferSize);
+  if (is_plain_ && ::ftruncate(file, 0) != 0) return errno;
   if (show == Show::kWhenComplete) unnamed_ = open_unnamed(path);
   return 0;
 }
 
-void OutputFile::take(int descriptor, std::string_view path) {
-  leave();
-  descriptor_ = descriptor;
-  path_ = path;
-  show_ = Show::kEachLine;
-  is_plain_ = is_regular(descriptor);
-}
-
-int OutputFile::write(std::string_view lines) {
-  if (buffer_.size() + lines.size() > kBufferSize) {
-    const int status = flush();
-    if (status != 0) return status;
-  }
-  buffer_.append(lines);
-  return show_ == Show::kEachLine ? flush() : 0;
-}
-
-int OutputFile::flush() {
-  const int target = unnamed_ >= 0 ? unnamed_ : descriptor_;
-  if (!is_plain_) return write_out(target);
+int FileSink::write(std::string_view lines) {
+  if (!is_plain_) return write_out(lines);
   const SignalsWait until_written;
-  return write_out(target);
+  return write_out(lines);
 }
 
-int OutputFile::write_out(int target) {
-  std::string_view left = buffer_;
-  int status = 0;
-  while (!left.empty() && status == 0) {
-    const ssize_t count = ::write(target, left.data(), left.size());
+int FileSink::write_out(std::string_view lines) {
+  std::string_view left = lines;
+  while (!left.empty()) {
+    const ssize_t count = ::write(target(), left.data(), left.size());
     if (count >= 0) {
       left.remove_prefix(static_cast<std::size_t>(count));
     } else if (errno != EINTR) {
-      status = errno;
-      take_back(target, buffer_.size() - left.size());
+      const int status = errno;
+      take_back(target(), lines.size() - left.size());
+      return status;
     }
   }
-  buffer_.clear();
-  return status;
+  return 0;
 }
 
 // Gives the complete file its name.
-int OutputFile::appear() {
+int FileSink::appear() {
   const SignalsWait until_done;
   if (::unlink(path_.c_str()) != 0 && errno != ENOENT) return errno;
   const int status =
@@ -168,35 +158,33 @@ int OutputFile::appear() {
   return status == 0 ? 0 : errno;
 }
 
-int OutputFile::close() {
-  if (!is_open()) return 0;
-  int status = flush();
-  if (status == 0 && unnamed_ >= 0) status = appear();
+int FileSink::finish() {
+  int status = unnamed_ >= 0 ? appear() : 0;
   int& written = unnamed_ >= 0 ? unnamed_ : descriptor_;
   if (written > STDERR_FILENO && ::close(std::exchange(written, -1)) != 0 && status == 0) {
     status = errno;
   }
-  leave();
   return status;
 }
 
-// At the end of a program that stops early: what was written is kept.
-void OutputFile::close_all() {
-  while (last_opened != nullptr) last_opened->close();
+}  // namespace
+
+int open_sink(const std::string& path, Show show, std::unique_ptr<ByteSink>& sink) {
+  auto file = std::make_unique<FileSink>();
+  const int status = file->open(path, show);
+  if (status == 0) sink = std::move(file);
+  return status;
 }
 
-// Without what is still in the buffer. Standard streams stay open.
-void OutputFile::leave() {
-  for (OutputFile** link = &last_opened; *link != nullptr; link = &(*link)->opened_before_) {
-    if (*link != this) continue;
-    *link = opened_before_;
-    break;
-  }
-  for (int* descriptor : {&unnamed_, &descriptor_}) {
-    const int file = std::exchange(*descriptor, -1);
-    if (file > STDERR_FILENO) ::close(file);
-  }
-  buffer_.clear();
+int probe_sink(const std::string& path) {
+  const int file = open_locked(path, 0);
+  if (file >= 0) ::close(file);
+  return file >= 0 || file == -ENOENT ? 0 : -file;
+}
+
+std::unique_ptr<ByteSink> standard_sink(StandardStream stream) {
+  return std::make_unique<FileSink>(stream == StandardStream::kOutput ? STDOUT_FILENO
+                                                                      : STDERR_FILENO);
 }
 
 }  // namespace qob

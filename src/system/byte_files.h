@@ -1,0 +1,58 @@
+// Files as bytes, as a system gives them: what InputFile and OutputFile stand on, and all of them
+// that differs between systems.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace qob {
+
+// The bytes of a file that is read.
+class ByteSource {
+ public:
+  virtual ~ByteSource() = default;
+  // Reads up to `size` bytes. Returns how many, 0 at the end of the file, or less the system's
+  // error number.
+  virtual std::ptrdiff_t read(char* to, std::size_t size) = 0;
+  // Goes back to the first byte. Returns 0 or the system's error number.
+  virtual int rewind() = 0;
+};
+
+// Sets `source` to the file at `path`, which no run can write as long as the source is there.
+// Returns 0 or the system's error number; EISDIR for a directory, ESPIPE for anything else that is
+// no plain file, EWOULDBLOCK for a file that another run writes.
+int open_source(const std::string& path, std::unique_ptr<ByteSource>& source);
+
+// When what was written can be seen under the file's name.
+enum class Show {
+  kEachLine,      // each line at once: for what grows through the run
+  kWhenComplete,  // all of it when the file is closed, until then it is empty
+};
+
+// A file that is written. It is given up, without its name if it has none yet, when the sink goes.
+class ByteSink {
+ public:
+  virtual ~ByteSink() = default;
+  // Writes whole lines. Returns 0, or the system's error number; of lines that could not be written
+  // nothing stays in a plain file.
+  virtual int write(std::string_view lines) = 0;
+  // Shows the complete file under its name; nothing is written thereafter. Returns 0 or the
+  // system's error number.
+  virtual int finish() = 0;
+};
+
+// Sets `sink` to an empty file at `path`, which no other run can read or write as long as the sink
+// is there. Returns 0 or the system's error number, EWOULDBLOCK when another run uses the file.
+int open_sink(const std::string& path, Show show, std::unique_ptr<ByteSink>& sink);
+
+// What `open_sink` would return, but for a file that there is not: 0. Changes nothing.
+int probe_sink(const std::string& path);
+
+enum class StandardStream { kOutput, kError };
+
+// The stream, which stays open when the sink goes.
+std::unique_ptr<ByteSink> standard_sink(StandardStream stream);
+
+}  // namespace qob

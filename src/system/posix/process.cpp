@@ -1,0 +1,29 @@
+#include "system/process.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+namespace qob {
+
+void prepare_process() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+    if (::fcntl(stream, F_GETFD) == -1 && ::open("/dev/null", O_RDWR) != stream) {
+      std::_Exit(EXIT_FAILURE);
+    }
+  }
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void end_process(std::string_view text, int status) {
+  std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+  std::exit(status);
+}
+
+bool output_is_terminal() { return ::isatty(STDOUT_FILENO) != 0; }
+
+}  // namespace qob
