@@ -76,10 +76,6 @@ void edit_multiple(std::string& out, std::uint64_t number, int decimals, bool ne
   right_align(out, {begin, static_cast<std::size_t>(end - begin)}, negative, width);
 }
 
-const std::string& shorter(const std::string& fixed, const std::string& scientific) {
-  return fixed.size() <= scientific.size() ? fixed : scientific;
-}
-
 // Digits of a number without exponent, from the first to the last that is not zero.
 int significant_digits(std::string_view text) {
   constexpr std::string_view kNotZero = "123456789";
@@ -153,9 +149,14 @@ std::string shortest(double value) {
   const bool has_exponent = text.find('e') != std::string::npos;
   const double magnitude = std::fabs(value);
   if (!std::isfinite(value) || (has_exponent && magnitude < 1)) return text;
-  if (has_exponent) return shorter(fmt::format(FMT_COMPILE("{:.0f}"), value), text);
+  if (has_exponent) {
+    const std::string fixed = fmt::format(FMT_COMPILE("{:.0f}"), value);
+    return fixed.size() <= text.size() ? fixed : text;
+  }
   const int digits = significant_digits(text);
-  return shorter(text, fmt::format(FMT_COMPILE("{:.{}e}"), value, std::max(digits - 1, 0)));
+  const int with_exponent = (std::signbit(value) ? 1 : 0) + digits + (digits > 1 ? 5 : 4);
+  if (text.size() <= columns(with_exponent)) return text;
+  return fmt::format(FMT_COMPILE("{:.{}e}"), value, digits - 1);
 }
 
 }  // namespace qob
