@@ -41,10 +41,7 @@ class OutputFile {
  private:
   int flush();
   void leave();
-  static void close_all();
 
-  inline static OutputFile* last_opened = nullptr;  // of those open() opened, for the program's end
-  OutputFile* opened_before_ = nullptr;
   std::string path_;
   std::unique_ptr<ByteSink> sink_;  // none: not open
   Show show_ = Show::kEachLine;
