@@ -1,5 +1,11 @@
 // A run: its parameters, its files and where it tells what it does; and the tools that every phase
-// uses for its files. What the phases find out is theirs and is handed on from one to the next.
+// uses for its files.
+//
+// What the phases find out is theirs and is handed on from one to the next (see driver/run.cpp);
+// here is only what is so for any program that reads groups of parameters and writes reports: units
+// and formats (units, format), free-form input (lexer, namelist), watches, random numbers, tables.
+// What must hold: no file that is read, or that standard output goes to, is written over, and no
+// result replaces another; every fault ends the run with one message, by handle_error.
 #pragma once
 
 #include <string>

@@ -1,7 +1,8 @@
 // The bounds of directed mutation hold at their edges, and are no wider than they need be to be of
 // use.
-#include "core/numbers.h"
 #include "ocs/kernels/rounding.h"
+
+#include "core/numbers.h"
 #include "ocs/predicted_relationship.h"
 #include "ocs/selection_fixture.h"
 #include "plain/search.h"
