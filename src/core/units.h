@@ -19,6 +19,7 @@ struct Units {
   // refuses the log may well refuse what standard output goes to, and leave half a line there.
   Units() {
     out.tell_faults_to(&log, nullptr);
+    take_up(err);
     take_up(summary);
   }
   Units(const Units&) = delete;

@@ -5,8 +5,9 @@
 
 namespace qob {
 
-// The relationship watch is made twice: so because logs have always shown its phase as "Pedigree",
-// in the place that its first name has among the phases. The second making replaces the first.
+// The relationship watch is made twice and shows its second name: so because the names stand here
+// as the phases come, and logs know this phase by another name. The second making replaces the
+// first.
 void start_watches(Watches& w) {
   w.stopwatch.option_stopwatch({.default_clocks = Names{"cpu", "wall"}, .form = "hh:mm:ss"});
   w.stopwatch.create_watch({&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.mating},

@@ -20,8 +20,7 @@ Allowances mating_limits(const Candidates& candidates) {
 
 Allowances remaining_matings(const Candidates& candidates, Mateset mateset) {
   Allowances matings = mating_limits(candidates);
-  const Uses uses = uses_of(candidates, mateset);
-  for (std::int32_t i = 0; i <= candidates.ncands; ++i) matings(i) -= uses(i);
+  count_uses<std::int64_t>(mateset, matings, -1);
   return matings;
 }
 

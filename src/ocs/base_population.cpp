@@ -69,7 +69,8 @@ void report_legality(const Population& population, std::int32_t k, Unit& log) {
 }
 
 // Only the first random solution may be repaired, and it is always solution 1 that is: so because
-// without an old solution the two are the same; with one the repair goes to the old solution.
+// the two are one unless an old solution was read; then the old one is repaired, whose values
+// nobody has looked at, as long as the random one is illegal.
 void add_first_random_solution(const Selection& selection, std::int32_t k, Population& population,
                                Random& random, Evaluator& evaluator, Journal& journal) {
   const Mateset solution = population.pop(k);

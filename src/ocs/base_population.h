@@ -14,7 +14,7 @@
 namespace qob {
 
 // Fills the population, whose tables are made; the last solution is the one by merit. oldsol_file:
-// its matesets are named by candidate numbers; a fault of it stops the run.
+// its parents are named by their candidate numbers; a fault of it stops the run.
 void base_population(const Selection& selection, std::string_view oldsol_file,
                      Population& population, Random& random, Evaluator& evaluator,
                      Journal& journal);

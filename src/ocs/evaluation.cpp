@@ -118,9 +118,8 @@ void Evaluator::finish_pending() {
   count_ = 0;
 }
 
-// The demotion of an illegal mateset takes 0.9 of the best fitness, also of a negative one, which
-// makes it more than the best: so because fitness is only compared, and what is illegal can never
-// become the best.
+// An illegal mateset gets 0.9 of a negative best fitness as well, which ranks it above the best: so
+// because nothing but its legality keeps it from replacing the best, and the factor asks no sign.
 void Evaluator::compute_fitness(MatesetValue& value) {
   const Objective& objective = problem_.objective;
   Units& units = journal_.units;

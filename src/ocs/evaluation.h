@@ -4,16 +4,14 @@
 // n matings. What the search weighs follows from these contributions (Meuwissen 1997, J. Anim. Sci.
 // 75:934; overlapping generations: Grundy, Villanueva & Woolliams 2000, Anim. Sci. 70:373):
 //
-//   merit          c'EBV, and the same in standard deviations of each sex, less what use at random
-//   gives relationship   (y + c)'A(y + c) / L^2, y the contributions that earlier time steps have
-//   made and L
-//                  the generation interval: the average relationship of the coming generation
-//   rate           (relationship - last_rel) L / (2 - last_rel): the rate of inbreeding per
-//   generation
-//                  that this relationship, twice a coancestry, leads to
+//   merit:         c'EBV, and the same in standard deviations of each sex, less its expectation
+//   relationship:  (y + c)'A(y + c) / L^2, the average relationship of the coming generation
+//   rate:          (relationship - last_rel) L / (2 - last_rel), of inbreeding per generation
 //
-// and the fitness folds merit and relationship into one number as the objective says. Who is paired
-// with whom only enters the inbreeding of the offspring, half the relationship of each pair.
+// with A the relationships, y the contributions that earlier time steps have made and L the
+// generation interval. The fitness folds merit and relationship into one number, as the objective
+// says. Who is paired with whom only enters the inbreeding of the offspring, half the relationship
+// of each pair.
 #pragma once
 
 #include <array>

@@ -57,6 +57,7 @@ void check_male_limit(std::int32_t limitmalematings, std::int32_t nmatings, Unit
 }
 
 void initialize_qob(Run& run) {
+  const Timed timed(run.journal.watches, run.journal.watches.ocs);
   Units& units = run.journal.units;
   Parameters& p = run.parameters;
   set_weights(p.ocs);

@@ -92,6 +92,8 @@ void Search::make_offspring(Offspring& offspring) {
                       evaluator_, journal_);
     repair_mateset(selection, child, random_, journal_);
     evaluator_.add(child, offspring.values(offspring.place(o)));
+    if (o > offspring.places)
+      evaluator_.finish();  // its value is not to wait: the next has its place
   }
   evaluator_.finish();
 }
@@ -112,8 +114,9 @@ void Search::take_best(std::int64_t k) {
 }
 
 // Ranks the population and takes up a better best solution. Returns whether there was one.
-// Generation 0 takes the worst solution as its first best: so because every other then counts as an
-// improvement, also when none is legal and the worst stays.
+// Generation 0 takes the worst solution as its first best: so because then any legal one that is
+// better takes its place as an improvement, and where none is legal there is a best to report all
+// the same.
 bool Search::update_best() {
   rank_population(population_, ranking_);
   if (standing_.igeneration == 0) take_best(ranking_.index(1));

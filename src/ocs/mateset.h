@@ -64,11 +64,13 @@ class MatesetTable {
 // entries that are no candidate.
 using Uses = Table<std::int32_t, 0>;
 
-// Adds the entries of a mateset to `uses`, which has an element for every candidate.
-inline void count_uses(Mateset mateset, Uses& uses) {
+// Adds `step` for each entry of a mateset to its candidate's element of `table`, which has one for
+// every candidate.
+template <class Number>
+void count_uses(Mateset mateset, Table<Number, 0>& table, Number step = 1) {
   for (std::int64_t p = 1; p <= 2 * mateset.nmatings(); ++p) {
     const std::int32_t i = mateset.entry(p);
-    ++uses(i > 0 && i <= uses.last() ? i : 0);
+    table(i > 0 && i <= table.last() ? i : 0) += step;
   }
 }
 inline Uses uses_of(const Candidates& candidates, Mateset mateset) {

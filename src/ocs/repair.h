@@ -9,10 +9,10 @@
 namespace qob {
 
 // Makes the mateset legal as far as the draws allow: no female above max_matings, males in slots.
-// Over-used males are left alone unless a female is over-used: so because females alone call for
-// the repair; a mateset whose males alone are over-used stays in the population as an illegal one,
-// which can never become the best. Entries that are no candidates of their sex are reported; an
-// entry may stay empty (0) where no candidate has a mating left.
+// Over-used males are left alone unless a female is over-used: so because the search can live with
+// them. Such a mateset is illegal and never replaces the best, but what else it holds stays in the
+// population. Entries that are no candidates of their sex are reported; an entry may stay empty (0)
+// where no candidate has a mating left.
 void repair_mateset(const Selection& selection, Mateset mateset, Random& random, Journal& journal);
 
 }  // namespace qob

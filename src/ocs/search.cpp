@@ -20,6 +20,7 @@ Search::Search(const Problem& problem, const AlgorithmParameters& settings, Run&
 }
 
 void Search::make_population() {
+  const Timed timed(journal_.watches, journal_.watches.basepop);
   const std::int64_t popsize = settings_.popsize;
   const std::int64_t nmatings = problem_.selection.nmatings;
   const bool made = memory_suffices([&] {

@@ -161,8 +161,8 @@ void enter_parent(Reader& reader, int k, std::int32_t i, std::int32_t r) {
   const std::string fault =
       format_list(" Birth times inconsistent. Offspring :  ", pedigree.oldped(i, 1),
                   " parent : ", pedigree.oldped(p, 1), " at record ", r);
-  // The parent's birth time is printed as 0: so because logs have always shown there what stands in
-  // an entry of the pedigree that no animal has.
+  // The second number is not the parent's birth time but 0: so because it is looked up with the
+  // indices of the pedigree exchanged, where no entry is, and those who compare logs know it so.
   reader.units.out.write_line(fault);
   reader.units.log.write_line(fault + formatted("(2I12)", pedigree.btime(i), 0));
 }
