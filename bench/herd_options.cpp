@@ -1,11 +1,14 @@
 #include "herd_options.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 #include <variant>
 #include <vector>
+
+#include "core/lexer.h"
 
 namespace {
 
@@ -65,6 +68,13 @@ void print_help() {
   }
 }
 
+bool to_number(std::string_view text, double& value) { return qob::to_real(text, value) == 0; }
+bool to_number(std::string_view text, std::int64_t& value) {
+  const char* end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, value);
+  return error == std::errc() && rest == end;
+}
+
 // Sets the option from its text.
 struct Assign {
   const Option& option;
@@ -72,11 +82,9 @@ struct Assign {
 
   template <class T>
   void operator()(T* target) const {
-    const char* end = given.data() + given.size();
-    const auto [rest, error] = std::from_chars(given.data(), end, *target);
+    const bool is_number = to_number(given, *target);
     const auto value = static_cast<double>(*target);
-    if (error == std::errc() && rest == end && value >= option.least && value <= option.most)
-      return;
+    if (is_number && value >= option.least && value <= option.most) return;
     refuse("--" + std::string(option.name) + " takes a number from " + text(option.least) + " to " +
            text(option.most) + ", not " + std::string(given));
   }

@@ -1,9 +1,11 @@
 // The options of simulate_herd: what they are, what they are when not given, and what they may be.
 #pragma once
 
-#include <charconv>
+#include <concepts>
 #include <cstdint>
 #include <string>
+
+#include "core/edit.h"
 
 struct Options {
   std::string prefix;
@@ -30,10 +32,11 @@ std::int64_t male_candidates(const Options& o);
 // Ends the process with the message and status 1.
 [[noreturn]] void refuse(const std::string& message);
 
-template <class T>
+template <std::integral T>
 std::string text(T value) {
-  char digits[32];
-  return {digits, std::to_chars(digits, digits + sizeof digits, value).ptr};
+  return std::to_string(value);
 }
+
+inline std::string text(double value) { return qob::shortest(value); }
 
 inline const std::string& text(const std::string& value) { return value; }

@@ -7,7 +7,6 @@
 // give the same bytes on every machine: own reductions of a standard generator, no library
 // distribution.
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <fstream>
 #include <random>
@@ -199,14 +198,12 @@ void Herd::choose_candidates() {
 
 void Herd::append(std::string& lines, Number number, std::int64_t year) {
   const Animal& a = animals_[number];
-  char ebv[32];
-  const auto fixed = std::to_chars(ebv, ebv + sizeof ebv, a.ebv, std::chars_format::fixed, 4);
+  std::string ebv;
+  qob::edit_fixed(ebv, a.ebv, 24, 4);
   lines += text(identifiers_[number]) + ' ' + text(identifiers_[a.sire]) + ' ' +
            text(identifiers_[a.dam]) + (a.male ? " 1 " : " 2 ") + text(year) + ' ' +
-           text(a.matings) + ' ';
-  lines.append(ebv, fixed.ptr);
-  lines +=
-      " b" + text(year) + '-' + text(number - first_[static_cast<std::size_t>(year)] + 1) + '\n';
+           text(a.matings) + ebv.substr(ebv.rfind(' ')) + " b" + text(year) + '-' +
+           text(number - first_[static_cast<std::size_t>(year)] + 1) + '\n';
 }
 
 void Herd::write_data() {

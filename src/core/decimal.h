@@ -1,7 +1,7 @@
 // Decimal digits of a binary number by integer arithmetic: a number times a power of ten, rounded
-// once from its exact binary value, a tie to the even integer. These are the digits that
-// std::to_chars gives with a precision, for the magnitudes that reports are full of, five times as
-// fast (g++ 12, four to six digits); what lies outside is left to std::to_chars.
+// once from its exact binary value, a tie to the even integer. These are the digits that {fmt}
+// gives with a precision, for the magnitudes that reports are full of, several times as fast; what
+// lies outside is left to {fmt}.
 #pragma once
 
 #include <array>

@@ -1,10 +1,12 @@
 #include "core/edit.h"
 
+#include <fmt/compile.h>
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include "core/decimal.h"
@@ -47,20 +49,11 @@ struct Scientific {
 };
 
 Scientific any_scientific(double magnitude, int digits) {
-  std::string text(columns(digits) + 7, ' ');  // d.ddde+ddd
-  char* const begin = text.data();
-  const char* const end = std::to_chars(begin, begin + text.size(), magnitude,
-                                        std::chars_format::scientific, digits - 1)
-                              .ptr;
-  const char* const mark = std::find<const char*>(begin, end, 'e');
-  int exponent = 0;
-  std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
-  text.resize(static_cast<std::size_t>(mark - begin));
-  if (digits > 1) {
-    std::swap(text[0], text[1]);
-  } else {
-    text.insert(0, 1, '.');
-  }
+  std::string text = fmt::format(FMT_COMPILE("{:#.{}e}"), magnitude, digits - 1);  // d.ddde+ddd
+  const std::size_t mark = text.find('e');
+  const int exponent = std::atoi(text.c_str() + mark + 1);
+  text.resize(mark);
+  std::swap(text[0], text[1]);
   return {text, magnitude == 0 ? 0 : exponent + 1};
 }
 
@@ -81,6 +74,15 @@ void edit_multiple(std::string& out, std::uint64_t number, int decimals, bool ne
   begin = digits_before(begin, number);
   if (decimals == 0 && *begin == '.') *--begin = '0';
   right_align(out, {begin, static_cast<std::size_t>(end - begin)}, negative, width);
+}
+
+// Digits of a number without exponent, from the first to the last that is not zero.
+int significant_digits(std::string_view text) {
+  constexpr std::string_view kNotZero = "123456789";
+  const std::size_t first = text.find_first_of(kNotZero), last = text.find_last_of(kNotZero);
+  if (first == std::string_view::npos) return 1;
+  const std::size_t point = text.find('.');
+  return static_cast<int>(last - first + (first < point && point < last ? 0 : 1));
 }
 
 }  // namespace
@@ -104,14 +106,7 @@ void edit_fixed(std::string& out, double value, int width, int decimals) {
   const bool negative = std::signbit(value);
   const std::uint64_t number = scaled(magnitude, decimals);
   if (number != kNotScaled) return edit_multiple(out, number, decimals, negative, width);
-  // One character more than the field, for a leading zero that is dropped; what needs still more
-  // does not fit anyway.
-  std::string text(columns(width) + 1, ' ');
-  const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), magnitude,
-                                          std::chars_format::fixed, decimals);
-  if (error != std::errc{}) return overflow(out, width);
-  text.resize(static_cast<std::size_t>(end - text.data()));
-  if (decimals == 0) text.push_back('.');
+  std::string text = fmt::format(FMT_COMPILE("{:#.{}f}"), magnitude, decimals);
   if (decimals > 0 && text.front() == '0') text.erase(0, 1);
   right_align(out, text, negative, width);
 }
@@ -150,8 +145,18 @@ void edit_text(std::string& out, std::string_view text, int width) {
 }
 
 std::string shortest(double value) {
-  char buffer[32];
-  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
+  const std::string text = fmt::format(FMT_COMPILE("{}"), value);
+  const bool has_exponent = text.find('e') != std::string::npos;
+  const double magnitude = std::fabs(value);
+  if (!std::isfinite(value) || (has_exponent && magnitude < 1)) return text;
+  if (has_exponent) {
+    const std::string fixed = fmt::format(FMT_COMPILE("{:.0f}"), value);
+    return fixed.size() <= text.size() ? fixed : text;
+  }
+  const int digits = significant_digits(text);
+  const int with_exponent = (std::signbit(value) ? 1 : 0) + digits + (digits > 1 ? 5 : 4);
+  if (text.size() <= columns(with_exponent)) return text;
+  return fmt::format(FMT_COMPILE("{:.{}e}"), value, digits - 1);
 }
 
 }  // namespace qob

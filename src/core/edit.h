@@ -9,6 +9,9 @@
 
 namespace qob {
 
+// What a number of digits or decimals may be: {fmt} gives so many exactly, whatever the magnitude.
+inline constexpr int kLargestPrecision = 400;
+
 // Iw.m: right-aligned, with leading zeros up to `least_digits` digits.
 void edit_integer(std::string& out, std::int64_t value, int width, int least_digits = 1);
 

@@ -1,5 +1,7 @@
 #include "core/lexer.h"
 
+#include <fast_float/fast_float.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -18,26 +20,11 @@ bool has_control(std::string_view text) {
 }
 bool is_separator(char c) { return is_blank(c) || c == ',' || c == '/'; }
 
-// Takes the sign that std::from_chars does not know. False: another sign follows.
+// Takes the sign that from_chars does not know. False: another sign follows.
 bool drop_plus(std::string_view& text) {
   if (!text.starts_with('+')) return true;
   text.remove_prefix(1);
   return !text.starts_with('-');
-}
-
-// Whether a number outside the range of double, with its exponent behind an e, is too small for
-// it rather than too large: the order of its first digit that is not zero tells.
-bool is_tiny(std::string_view text) {
-  const auto mark = std::min(text.find_first_of("eE"), text.size());
-  const auto mantissa = text.substr(0, mark);
-  const auto point = std::min(mantissa.find('.'), mark);
-  const auto first = mantissa.find_first_of("123456789");
-  auto exponent = text.substr(std::min(mark + 1, text.size()));
-  if (exponent.starts_with('+')) exponent.remove_prefix(1);
-  std::int64_t order = 0;
-  const auto result = std::from_chars(exponent.data(), exponent.data() + exponent.size(), order);
-  if (result.ec == std::errc::result_out_of_range) return exponent.starts_with('-');
-  return order < static_cast<std::int64_t>(first) - static_cast<std::int64_t>(point);
 }
 
 }  // namespace
@@ -64,12 +51,10 @@ int to_real(std::string_view text, double& value) {
     text = with_e;
   }
   const char* end = text.data() + text.size();
-  double number;
-  const auto result = std::from_chars(text.data(), end, number);
-  if (result.ec == std::errc::invalid_argument || result.ptr != end) return kMalformed;
-  if (result.ec == std::errc::result_out_of_range) {
-    if (!is_tiny(text)) return kMalformed;
-    number = negative ? -0.0 : 0.0;
+  double number;  // infinite if too large, zero if too small
+  const auto result = fast_float::from_chars(text.data(), end, number);
+  if (result.ec == std::errc::invalid_argument || result.ptr != end || !std::isfinite(number)) {
+    return kMalformed;
   }
   value = number;
   return 0;

@@ -1,19 +1,12 @@
 #include "core/namelist.h"
 
 #include <algorithm>
-#include <charconv>
 
+#include "core/edit.h"
 #include "core/text.h"
 
 namespace qob {
 namespace {
-
-template <class Number>
-std::string shortest(Number value) {
-  char digits[32];
-  const auto result = std::to_chars(digits, digits + sizeof digits, value);
-  return {digits, result.ptr};
-}
 
 std::string uppercase(std::string_view text) {
   std::string out(text);
@@ -33,7 +26,7 @@ const Key* find_key(const Group& group, std::string_view name) {
 
 }  // namespace
 
-std::string literal(std::int32_t value) { return shortest(value); }
+std::string literal(std::int32_t value) { return std::to_string(value); }
 std::string literal(double value) { return shortest(value); }
 
 std::string literal(std::string_view value) {

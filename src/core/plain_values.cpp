@@ -1,7 +1,9 @@
 #include "core/plain_values.h"
 
+#include <fast_float/fast_float.h>
+
 #include <array>
-#include <charconv>
+#include <cmath>
 #include <limits>
 #include <system_error>
 
@@ -106,8 +108,10 @@ bool PlainValues::exponent(const char*& at, int& power) const {
 // Any real without letter or with an e.
 bool PlainValues::any_real(const Whole& text, double& value) {
   double magnitude;
-  const auto result = std::from_chars(text.behind, end_, magnitude);
-  if (result.ec != std::errc() || !is_value_end(result.ptr)) return false;
+  const auto result = fast_float::from_chars(text.behind, end_, magnitude);
+  if (result.ec != std::errc() || !is_value_end(result.ptr) || !std::isfinite(magnitude)) {
+    return false;
+  }
   value = text.negative ? -magnitude : magnitude;
   go_behind(result.ptr);
   return true;

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "core/edit.h"
 #include "core/unit.h"
 
 namespace qob {
@@ -176,7 +177,7 @@ class FormatReader {
     const bool integer = step_.code == 'I';
     const bool point = accept('.');
     step_.digits = point ? number(integer || step_.code == 'F' ? 0 : 1) : 1;
-    if (!integer && !point) valid_ = false;
+    if ((!integer && !point) || step_.digits > kLargestPrecision) valid_ = false;
   }
   // Reads a step that has no repeat count.
   constexpr void read_control() {

@@ -82,6 +82,15 @@ TEST(Record, DigitsAreThoseOfTheExactBinaryValue) {
   }
 }
 
+TEST(Record, TheShortestTextIsFixedUnlessAnExponentIsShorter) {
+  std::istringstream texts(
+      "0 -0 1 -2.5 0.001 0.0012 1e-04 0.000123 1.2e-05 10000 12345 1e+05 120000 1e+15 5e-324 "
+      "1.7976931348623157e+308 -1e+22 9007199254740992 123456789012345683968 nan inf -inf");
+  for (std::string text; texts >> text;) {
+    EXPECT_EQ(shortest(std::strtod(text.c_str(), nullptr)), text);
+  }
+}
+
 TEST(Record, AFormatAtFaultIsFoundWhileCompiling) {
   using enum ItemKind;
   static constexpr std::array kItems{kInteger, kReal, kText};
@@ -95,7 +104,7 @@ TEST(Record, AFormatAtFaultIsFoundWhileCompiling) {
   expect(FormatFault::kWrongFormat, " ;I3;(I3;I3);();(I3,());(I3,,A);(I3,);(,I3);(I3 A);(I3))");
   expect(FormatFault::kWrongFormat, "(I);(I0);(0I3);(A0);(F8);(E8.0);(G8);(B8);(-1X);(X2);(I3)x");
   expect(FormatFault::kWrongFormat, "(T);(TR);(T0);(3T5);(2'x');('x);(\"x');('x' 'y');('x'I3)");
-  expect(FormatFault::kWrongFormat, "((((((((((I3))))))))));(I10000);(2A66666666666)");
+  expect(FormatFault::kWrongFormat, "((((((((((I3))))))))));(I10000);(F900.401);(2A66666666666)");
   expect(FormatFault::kTakesNoItems, "(X);('x',/);(I3,(/));(I3,F5.1,2(X,'x'))");
   expect(FormatFault::kWrongItemType, "(2I3,A);(I3,2A);(F5.1);(I3,A);(I3,E9.2);(I3,(F5.1))");
   static_assert(check_format("(I3,F5.1,A)", kItems) == FormatFault::kNone);

@@ -109,7 +109,8 @@ TEST_F(MatingTest, PairsAreCountedWhileRowsChange) {
     auto& [male, female] = rows[step % 20];
     count.remove(male, female);
     count.add(male = draw.ceiling(9), female = draw.ceiling(9));
-    for (const auto& r : rows) ASSERT_EQ(count(r.first, r.second), std::ranges::count(rows, r));
+    for (const auto& r : rows)
+      ASSERT_EQ(count(r.first, r.second), std::count(rows.begin(), rows.end(), r));
   }
 }
 
