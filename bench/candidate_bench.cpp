@@ -1,8 +1,8 @@
 // What is computed from the relationships of all candidates.
 #include "bench.h"
-#include "mating/candidate_averages.h"
+#include "mating/list_columns.h"
 #include "mating/maximum_avoidance.h"
-#include "ocs/mean_relationships.h"
+#include "ocs/kernels/means_by_sex.h"
 #include "ocs/qobocs.h"
 #include "plain/mating_lists.h"
 #include "plain/selection_report.h"
@@ -37,7 +37,7 @@ void all_candidates(const std::string& name, const std::string& size) {
         benchmark::DoNotOptimize(plain::relationships_of(model.relationship, model.candidates));
       }));
   add_fast("candidates' mean relationships", size, on(name, [](Model& model) {
-             benchmark::DoNotOptimize(mean_relationships(model.relationship, model.candidates));
+             benchmark::DoNotOptimize(means_by_sex(model.relationship, model.candidates));
            }));
   add_plain("relationships in the lists", size, on(name, [](Model& model) {
               for (std::int32_t i = 1; i <= model.candidates.ncands; ++i) {
@@ -47,7 +47,7 @@ void all_candidates(const std::string& name, const std::string& size) {
             }));
   add_fast("relationships in the lists", size, on(name, [](Model& model) {
              benchmark::DoNotOptimize(
-                 candidate_averages(model.relationship, model.candidates, model.search.best()));
+                 list_columns(model.relationship, model.candidates, model.search.best()));
            }));
 }
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/relationship_text.h"
+#include "analysis/kernels/relationship_text.h"
 #include "bench.h"
 #include "core/edit.h"
 #include "core/lexer.h"
@@ -74,7 +74,7 @@ void add_text_kernels() {
   const auto shares = [] { return numbers(1.0); };
   const std::string text = "relationship to text";
   add_plain(text, "1M", over(shares, [](double a) {
-              const std::string field = format_record("(G12.6)", a);
+              const std::string field = formatted("(G12.6)", a);
               benchmark::DoNotOptimize(adjustl_trim(field));
             }));
   add_fast(text, "1M", over(shares, [](double a) {

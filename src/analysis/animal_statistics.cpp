@@ -2,8 +2,9 @@
 
 #include <utility>
 
-#include "analysis/parents.h"
-#include "core/qobtypestools.h"
+#include "analysis/kernels/parent_pedigree.h"
+#include "core/numbers.h"
+#include "pedigree/pedigree.h"
 
 namespace qob {
 namespace {
@@ -63,7 +64,7 @@ AnimalStatistics animal_statistics(const Table2<std::int32_t>& newped,
     animals.gen(i) = 0.5 * (animals.gen(newped(1, i)) + animals.gen(newped(2, i))) + 1.0;
     for (int k = 1; k <= 2; ++k) {
       const std::int32_t parent = newped(k, i);
-      if (parent == 0 || btime(parent) <= kNoBirthTime) continue;
+      if (parent == 0 || !birth_time_is_known(btime(parent))) continue;
       const float age = single(std::int64_t{btime(i)} - btime(parent));
       animals.genint(i) += 0.5 * static_cast<double>(age);
     }

@@ -16,7 +16,7 @@ struct AnimalStatistics {
 
 // Generation coefficients, parents' ages and completeness over pci_ngen generations of ancestors
 // (MacCluer et al. 1983, J. Hered. 74:394): the harmonic mean of the two parents' completeness.
-// btime: by animal; a parent born at kNoBirthTime has no age.
+// btime: by animal; a parent whose birth time is not known has no age.
 AnimalStatistics animal_statistics(const Table2<std::int32_t>& newped,
                                    const Table<std::int32_t>& btime, std::int32_t pci_ngen);
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/pedigree_products.h"
+#include "core/numbers.h"
 
 namespace qob {
 namespace {
@@ -31,10 +32,14 @@ std::vector<std::int32_t> largest_of(const Table<double>& c) {
   return animals;
 }
 
-class Contributions {
+class ContributionReport {
  public:
-  Contributions(Model& model, const Cohorts& cohorts)
-      : model_(model), pedigree_(model.pedigree), cohorts_(cohorts), group_(cohorts.count()) {}
+  ContributionReport(Run& run, Pedigree& pedigree, const Cohorts& cohorts)
+      : run_(run),
+        units_(run.journal.units),
+        pedigree_(pedigree),
+        cohorts_(cohorts),
+        group_(cohorts.count()) {}
 
   void open();
   void report_group();
@@ -50,23 +55,25 @@ class Contributions {
   void list_founders(const GroupVectors& v);
   void list_largest(GroupVectors& v);
   void answer_pair(std::int32_t ancestor, std::int32_t descendant);
-  void answer_group(std::int32_t ancestor, std::int32_t group);
+  void answer_group(std::int32_t ancestor);
+  bool take_named_group();
   void ignore_request();
-  std::string_view gcfile() const { return model_.parameters.files.gcfile.trimmed(); }
+  std::string_view gcfile() const { return run_.parameters.files.gcfile.trimmed(); }
 
-  Model& model_;
-  const Pedigree& pedigree_;
+  Run& run_;
+  Units& units_;
+  Pedigree& pedigree_;  // its identifiers grow by what requests name
   const Cohorts& cohorts_;
-  std::int32_t group_;  // the group last reported, at first the last group
+  std::int32_t group_;  // that the last request named, at first the last group
   Unit gc_{16};
   Unit maxgc_{17};
 };
 
-void Contributions::open() {
-  const Text<80>& prefix = model_.parameters.data.resultsdirectory;
-  openresultsfile(model_, prefix, gcfile(), gc_);
-  openresultsfile(model_, prefix, model_.parameters.files.maxgcfile, maxgc_);
-  write_list(model_.units.log, "Computing additive relationships and genetic contributions");
+void ContributionReport::open() {
+  const Text<80>& prefix = run_.parameters.data.resultsdirectory;
+  openresultsfile(run_, prefix, gcfile(), gc_);
+  openresultsfile(run_, prefix, run_.parameters.files.maxgcfile, maxgc_);
+  write_list(units_.log, "Computing additive relationships and genetic contributions");
   write_list(gc_, "# Add.rel  : Additive genetic relationship ");
   write_list(gc_, "# Gen.cont : Genetic contribution ");
   write(gc_, "(3A12,A8,2A10)", "Ancestor", "Descendant", "Group", "N.Group", "Add.rel", "Gen.cont");
@@ -76,13 +83,13 @@ void Contributions::open() {
   write(maxgc_, "(2A12,A8,2A10)", "Ancestor", " Group", "N.Group", "Add.rel", "Gen.cont");
 }
 
-void Contributions::close() {
-  write_list(model_.units.log, "Genetic contributions written to file ", gcfile());
-  closeresultsfile(model_, gc_);
-  closeresultsfile(model_, maxgc_);
+void ContributionReport::close() {
+  write_list(units_.log, "Genetic contributions written to file ", gcfile());
+  closeresultsfile(units_, gc_);
+  closeresultsfile(units_, maxgc_);
 }
 
-GroupVectors Contributions::vectors_of(std::int32_t group) const {
+GroupVectors ContributionReport::vectors_of(std::int32_t group) const {
   const float share = 1.0F / single(cohorts_.n(group));
   GroupVectors v;
   v.r.assign(pedigree_.maxid, 0.0);
@@ -95,18 +102,18 @@ GroupVectors Contributions::vectors_of(std::int32_t group) const {
   return v;
 }
 
-void Contributions::report_group() {
+void ContributionReport::report_group() {
   GroupVectors v = vectors_of(group_);
   list_founders(v);
   write_list(gc_);
-  write(model_.units.summary, "(/,2A)", "Contribution of founders to timestep written to file ",
+  write(units_.summary, "(/,2A)", "Contribution of founders to timestep written to file ",
         gcfile());
-  write(model_.units.out, "(/,2A)", "Contribution of founders to last timestep written to file ",
+  write(units_.out, "(/,2A)", "Contribution of founders to last timestep written to file ",
         gcfile());
   list_largest(v);
 }
 
-void Contributions::list_founders(const GroupVectors& v) {
+void ContributionReport::list_founders(const GroupVectors& v) {
   for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
     const int known = (pedigree_.oldped(i, 2) != 0) + (pedigree_.oldped(i, 3) != 0);
     if (known == 2) continue;
@@ -116,7 +123,7 @@ void Contributions::list_founders(const GroupVectors& v) {
   }
 }
 
-void Contributions::list_largest(GroupVectors& v) {
+void ContributionReport::list_largest(GroupVectors& v) {
   const std::vector<std::int32_t> largest = largest_of(v.c);
   for (std::size_t line = 0; line < largest.size(); ++line) {
     // The first of equals; an entry that has been listed counts as 0 from then on.
@@ -128,17 +135,17 @@ void Contributions::list_largest(GroupVectors& v) {
   }
 }
 
-bool Contributions::read_request() {
-  Contrib& request = model_.parameters.contrib;
+bool ContributionReport::read_request() {
+  Contrib& request = run_.parameters.contrib;
   request = Contrib{};
   const Group group = group_of(request);
-  int status = model_.parameter_file.find(group);
+  int status = run_.parameter_file.find(group);
   if (status == kEndOfFile) return false;
-  if (status == 0) status = model_.parameter_file.read_items(group);
+  if (status == 0) status = run_.parameter_file.read_items(group);
   if (status != 0) {
-    handle_error(model_, format_list("Error in reading parameter file, namelist Contrib"), status);
+    handle_error(units_, ErrorValue{status}, "Error in reading parameter file, namelist Contrib");
   }
-  Unit& log = model_.units.log;
+  Unit& log = units_.log;
   write_list(log);
   write_list(log, std::string(71, '-'));
   write_list(log, "Contrib Parameters read :");
@@ -148,31 +155,37 @@ bool Contributions::read_request() {
   return true;
 }
 
-void Contributions::answer_request(bool first) {
-  const Contrib& request = model_.parameters.contrib;
+void ContributionReport::answer_request(bool first) {
+  const Contrib& request = run_.parameters.contrib;
   std::int32_t ancestor = 0;
   std::int32_t descendant = 0;
   if (!find_animals(ancestor, descendant)) return;
   if (ancestor > 0 && descendant > 0) {
     answer_pair(ancestor, descendant);
   } else if (ancestor > 0) {
-    const std::int32_t group = request.group == 0 ? 0 : cohorts_.find(request.group);
-    group == 0 ? ignore_request() : answer_group(ancestor, group);
+    take_named_group() ? answer_group(ancestor) : ignore_request();
   } else if (request.group != 0 || first) {
-    const std::int32_t group = request.group == 0 ? 0 : cohorts_.find(request.group);
-    if (group != 0) group_ = group;
+    take_named_group();
     report_group();
   }
 }
 
+// Returns whether the request names a group that has members.
+bool ContributionReport::take_named_group() {
+  const std::int32_t born = run_.parameters.contrib.group;
+  const std::int32_t group = born == 0 ? 0 : cohorts_.find(born);
+  if (group != 0) group_ = group;
+  return group != 0;
+}
+
 // Sets both numbers, 0 for an identifier that is not given, the ancestor being the older animal.
 // Returns false, with a message, when the request cannot be answered.
-bool Contributions::find_animals(std::int32_t& ancestor, std::int32_t& descendant) {
-  const Contrib& request = model_.parameters.contrib;
+bool ContributionReport::find_animals(std::int32_t& ancestor, std::int32_t& descendant) {
+  const Contrib& request = run_.parameters.contrib;
   if (!find(request.ancestor, ancestor) || !find(request.descendant, descendant)) return false;
   if (ancestor > 0 && descendant > 0 && ancestor > descendant) std::swap(ancestor, descendant);
   if (std::max(ancestor, descendant) > pedigree_.maxid) {
-    write_list(model_.units.log, " ERROR in namelist Contrib. ID too large");
+    write_list(units_.log, " ERROR in namelist Contrib. ID too large");
     return false;
   }
   return true;
@@ -180,24 +193,24 @@ bool Contributions::find_animals(std::int32_t& ancestor, std::int32_t& descendan
 
 // An unknown identifier stays in the tree with a number beyond every animal's, so that asking for
 // it again finds a number that is too large.
-bool Contributions::find(std::int32_t id, std::int32_t& number) {
+bool ContributionReport::find(std::int32_t id, std::int32_t& number) {
   if (id == 0) return true;
   std::int32_t counter = pedigree_.maxid;
   IdTree::Found found;
-  allocate(model_, "Error in allocating memory for tree",
-           [&] { found = model_.ids.build_tree(id, counter); });
+  allocate(units_, "Error in allocating memory for tree",
+           [&] { found = pedigree_.ids.build_tree(id, counter); });
   number = found.number;
   if (found.in_tree) return true;
-  Unit& log = model_.units.log;
+  Unit& log = units_.log;
   write_list(log, " ERROR in namelist Contrib. Animal not in pedigree : ", id);
   write_list(log, " Request ignored");
   return false;
 }
 
-void Contributions::answer_pair(std::int32_t ancestor, std::int32_t descendant) {
+void ContributionReport::answer_pair(std::int32_t ancestor, std::int32_t descendant) {
   const std::int32_t ancestor_id = pedigree_.oldped(ancestor, 1);
   const std::int32_t descendant_id = pedigree_.oldped(descendant, 1);
-  write_list(model_.units.out, "GC from ancestor :", ancestor_id);
+  write_list(units_.out, "GC from ancestor :", ancestor_id);
   Table<double> x(pedigree_.maxid, 0.0);
   Table<double> y(pedigree_.maxid, 0.0);
   x(ancestor) = 1.0;
@@ -206,30 +219,30 @@ void Contributions::answer_pair(std::int32_t ancestor, std::int32_t descendant) 
   gen_cont(pedigree_.newped, y);
   write(gc_, "(2I12,A12,A8,2F10.6,1X,2A)", ancestor_id, descendant_id, "0", "0", x(descendant),
         y(ancestor), pedigree_.txt(ancestor), pedigree_.txt(descendant));
-  both(model_.units.summary, model_.units.out, "(/,A,I8,A,I8,2A)", "Contribution of Ancestor",
-       ancestor_id, "  to descendant ", descendant_id, " written to file ", gcfile());
+  both(units_.summary, units_.out, "(/,A,I8,A,I8,2A)", "Contribution of Ancestor", ancestor_id,
+       "  to descendant ", descendant_id, " written to file ", gcfile());
 }
 
-void Contributions::answer_group(std::int32_t ancestor, std::int32_t group) {
+void ContributionReport::answer_group(std::int32_t ancestor) {
   const std::int32_t ancestor_id = pedigree_.oldped(ancestor, 1);
-  const GroupVectors v = vectors_of(group);
-  write(gc_, "(I12,A12,I12,I8,2F10.6,1X,A)", ancestor_id, "0", cohorts_.btime(group),
-        cohorts_.n(group), v.r(ancestor), v.c(ancestor), pedigree_.txt(ancestor));
-  both(model_.units.summary, model_.units.out, "(/,A,I8,A,I8,2A)", "Contribution of Ancestor",
-       ancestor_id, " to group ", cohorts_.btime(group), " written to file ", gcfile());
+  const GroupVectors v = vectors_of(group_);
+  write(gc_, "(I12,A12,I12,I8,2F10.6,1X,A)", ancestor_id, "0", cohorts_.btime(group_),
+        cohorts_.n(group_), v.r(ancestor), v.c(ancestor), pedigree_.txt(ancestor));
+  both(units_.summary, units_.out, "(/,A,I8,A,I8,2A)", "Contribution of Ancestor", ancestor_id,
+       " to group ", cohorts_.btime(group_), " written to file ", gcfile());
 }
 
-void Contributions::ignore_request() {
-  const Contrib& request = model_.parameters.contrib;
-  both_list(model_.units.out, model_.units.log, " Ancestor=", request.ancestor,
+void ContributionReport::ignore_request() {
+  const Contrib& request = run_.parameters.contrib;
+  both_list(units_.out, units_.log, " Ancestor=", request.ancestor,
             " Descendant=", request.descendant, " Group=", request.group,
             " Namelist Contrib ignored");
 }
 
 }  // namespace
 
-void contributions(Model& model, const Cohorts& cohorts) {
-  Contributions work(model, cohorts);
+void contributions(Run& run, Pedigree& pedigree, const Cohorts& cohorts) {
+  ContributionReport work(run, pedigree, cohorts);
   work.open();
   work.report_group();
   for (bool first = true; work.read_request(); first = false) work.answer_request(first);

@@ -4,12 +4,14 @@
 
 #include "analysis/cohorts.h"
 #include "core/qobtypestools.h"
+#include "pedigree/pedigree.h"
 
 namespace qob {
 
 // Writes `gcfile` and `maxgcfile`. Reads the Contrib groups from where the parameter file stands
-// to its end; a request that does not fit the data is reported and skipped. Needs model.pedigree
-// with f, and the summary file open.
-void contributions(Model& model, const Cohorts& cohorts);
+// to its end; a request that does not fit the data is reported and skipped. Needs the inbreeding
+// coefficients, and the summary file open. An identifier that only a request names is entered among
+// the pedigree's, with a number beyond the animals'.
+void contributions(Run& run, Pedigree& pedigree, const Cohorts& cohorts);
 
 }  // namespace qob

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "analysis/product_lanes.h"
+#include "analysis/kernels/product_lanes.h"
 
 namespace qob {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 
-#include "analysis/inbreeding_columns.h"
-#include "analysis/inbreeding_walks.h"
-#include "core/record.h"
+#include "analysis/kernels/inbreeding_columns.h"
+#include "analysis/kernels/inbreeding_walks.h"
+#include "core/format.h"
 
 namespace qob {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "core/selection.h"
+#include "core/numbers.h"
 
 namespace qob {
 namespace {

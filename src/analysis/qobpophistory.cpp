@@ -12,23 +12,21 @@
 namespace qob {
 namespace {
 
-void read_parameters(Model& model) {
-  PopulationHistory& history = model.parameters.history;
+void read_parameters(Run& run) {
+  PopulationHistory& history = run.parameters.history;
+  Units& units = run.journal.units;
   const Group group = group_of(history);
-  const int status = model.parameter_file.read(group);
+  const int status = run.parameter_file.read(group);
   if (status != 0) {
-    handle_error(model,
-                 format_list("ERROR in reading QOB Parameter file, Namelist PopulationHistory"),
-                 status);
+    handle_error(units, ErrorValue{status},
+                 "ERROR in reading QOB Parameter file, Namelist PopulationHistory");
   }
   if (history.pci_ngen < 1) {
     handle_error(
-        model,
-        format_list(
-            "ERROR in reading QOB Parameter file, Namelist PopulationHistory : pci_ngen should be at least 1"),
-        kMalformed);
+        units, ErrorValue{kMalformed},
+        "ERROR in reading QOB Parameter file, Namelist PopulationHistory : pci_ngen should be at least 1");
   }
-  Unit& log = model.units.log;
+  Unit& log = units.log;
   write_list(log, std::string(71, '-'));
   write_list(log, "Calculating Population history  ");
   write_list(log, std::string(71, '-'));
@@ -39,26 +37,25 @@ void read_parameters(Model& model) {
 
 // " PCI" and the number of generations.
 std::string completeness_name(std::int32_t pci_ngen) {
-  return " PCI" + std::string(adjustl_trim(format_record("(I3)", pci_ngen)));
+  return " PCI" + std::string(adjustl_trim(formatted("(I3)", pci_ngen)));
 }
 
-void write_coefficients(Model& model, const AnimalStatistics& animals) {
-  const Pedigree& pedigree = model.pedigree;
+void write_coefficients(Run& run, const Pedigree& pedigree, const AnimalStatistics& animals) {
+  Units& units = run.journal.units;
   Unit file(18);
-  openresultsfile(model, model.parameters.data.resultsdirectory, model.parameters.files.fcoefffile,
-                  file);
+  openresultsfile(run, run.parameters.data.resultsdirectory, run.parameters.files.fcoefffile, file);
   write_list(file, "# F    : Inbreeding coefficient");
   write_list(file, "# GEN  : Generation coefficient");
   write_list(file, "# PECn : Pedigree Completeness index in n generations");
   write(file, "(3A12,A4,4A8)", "Animal", "Sire", "Dam", "Sex", "Group", "F", "GEN",
-        completeness_name(model.parameters.history.pci_ngen));
+        completeness_name(run.parameters.history.pci_ngen));
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
     write(file, "(3I12,I4,I8,3F8.4)", pedigree.oldped(i, 1), pedigree.oldped(i, 2),
           pedigree.oldped(i, 3), pedigree.sex(i), pedigree.btime(i), pedigree.f(i), animals.gen(i),
           animals.pcin(i));
   }
-  closeresultsfile(model, file);
-  write_list(model.units.log, "Written indidvidual inbreeding coefficients to results file");
+  closeresultsfile(units, file);
+  write_list(units.log, "Written indidvidual inbreeding coefficients to results file");
 }
 
 // One line of the summary.
@@ -95,14 +92,14 @@ Table<GroupStatistics> statistics_by_group(const Pedigree& pedigree, const Cohor
   return groups;
 }
 
-void write_head(Model& model) {
-  Units& units = model.units;
-  const std::string head = format_record(
-      "(2A8,A9,3X,8A8)", "Group", "N", "N.inbred", "avg.F", "max.F", "avg.coa", "exp.F", "alpha",
-      completeness_name(model.parameters.history.pci_ngen), "Gencoef", "GenInt");
+void write_head(Run& run) {
+  Units& units = run.journal.units;
+  const std::string head =
+      formatted("(2A8,A9,3X,8A8)", "Group", "N", "N.inbred", "avg.F", "max.F", "avg.coa", "exp.F",
+                "alpha", completeness_name(run.parameters.history.pci_ngen), "Gencoef", "GenInt");
   units.log.write_line(head);
-  openresultsfile(model, model.parameters.data.resultsdirectory,
-                  model.parameters.files.fsummaryfile, units.summary, OutputFile::Show::kEachLine);
+  openresultsfile(run, run.parameters.data.resultsdirectory, run.parameters.files.fsummaryfile,
+                  units.summary, OutputFile::Show::kEachLine);
   write_list(units.summary, "# avg.F   : Average inbreeding coefficient");
   write_list(units.summary, "# max.F   : largest inbreeding coefficient");
   write_list(units.summary, "# avg.coa : Average coancestry incl. self");
@@ -115,10 +112,8 @@ void write_head(Model& model) {
   units.summary.write_line(head);
 }
 
-void write_summary(Model& model, const Cohorts& cohorts, const AnimalStatistics& animals) {
-  const Pedigree& pedigree = model.pedigree;
-  Units& units = model.units;
-  write_head(model);
+void write_summary(Units& units, const Pedigree& pedigree, const Cohorts& cohorts,
+                   const AnimalStatistics& animals) {
   const Table<GroupStatistics> groups = statistics_by_group(pedigree, cohorts, animals);
   const Table<GroupCoancestry> coancestry =
       group_coancestries(pedigree.newped, pedigree.f, cohorts);
@@ -147,26 +142,27 @@ void write_summary(Model& model, const Cohorts& cohorts, const AnimalStatistics&
 
 }  // namespace
 
-void pophistory(Model& model) {
-  Pedigree& pedigree = model.pedigree;
-  Units& units = model.units;
-  read_parameters(model);
+void pophistory(Run& run, Pedigree& pedigree) {
+  const TimedPhase timed(run.journal, run.journal.watches.history);
+  Units& units = run.journal.units;
+  read_parameters(run);
   write_list(units.out, " Starts calculating inbreeding coefficients");
   AnimalStatistics animals;
-  allocate(model, "Error in allocating memory in SubRoutine PopHistory", [&] {
+  allocate(units, "Error in allocating memory in SubRoutine PopHistory", [&] {
     inbreeding_coefficients(pedigree.newped, pedigree.f, units.out);
-    animals = animal_statistics(pedigree.newped, pedigree.btime, model.parameters.history.pci_ngen);
+    animals = animal_statistics(pedigree.newped, pedigree.btime, run.parameters.history.pci_ngen);
   });
   write_list(units.out, "Computed inbreeding for : ", pedigree.maxid);
   write_list(units.log, "Finished computing inbreeding coefficient");
-  write_coefficients(model, animals);
+  write_coefficients(run, pedigree, animals);
   Cohorts cohorts;
-  allocate(model, "Error in allocating memory in SubRoutine PopHistory", [&] {
+  allocate(units, "Error in allocating memory in SubRoutine PopHistory", [&] {
     cohorts = group_by_birth_time(pedigree.btime);
-    write_summary(model, cohorts, animals);
+    write_head(run);
+    write_summary(units, pedigree, cohorts, animals);
   });
-  allocate(model, "Error in allocating memory in SubRoutine PopHistory (2)",
-           [&] { contributions(model, cohorts); });
+  allocate(units, "Error in allocating memory in SubRoutine PopHistory (2)",
+           [&] { contributions(run, pedigree, cohorts); });
 }
 
 }  // namespace qob

@@ -6,21 +6,15 @@
 
 #include "analysis/relationships_from_file.h"
 #include "analysis/relationships_from_pedigree.h"
-#include "core/selection.h"
+#include "core/numbers.h"
 
 namespace qob {
 namespace {
 
-constexpr const char* kReadError = "ERROR in reading QOB Parameter file, ";
-
-void read_parameters(Model& model) {
-  const Group group = group_of(model.parameters.relationship);
-  int status = model.parameter_file.rewind();
-  if (status == 0) status = model.parameter_file.read(group);
-  if (status != 0) {
-    handle_error(model, format_list(kReadError, "Namelist RelationshipMatrix"), status);
-  }
-  Unit& log = model.units.log;
+void read_parameters(Run& run) {
+  const Group group = group_of(run.parameters.relationship);
+  read_group(run, group);
+  Unit& log = run.journal.units.log;
   write_list(log, std::string(71, '-'));
   write_list(log, "Computing/Reading Relationship Matrix  ");
   write_list(log, std::string(71, '-'));
@@ -31,7 +25,7 @@ void read_parameters(Model& model) {
 
 // The age at time `now` of a parent, 1 when it is unknown.
 std::int64_t age_of_parent(const Pedigree& pedigree, std::int32_t parent, std::int64_t now) {
-  if (parent == 0 || pedigree.btime(parent) < -9998) return 1;
+  if (parent == 0 || !birth_time_is_known(pedigree.btime(parent))) return 1;
   return now - pedigree.btime(parent);
 }
 
@@ -39,7 +33,7 @@ std::int64_t age_of_parent(const Pedigree& pedigree, std::int32_t parent, std::i
 std::int64_t cohorts_to_include(const Pedigree& pedigree, std::int64_t next) {
   std::int64_t oldest = std::numeric_limits<std::int32_t>::max();
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    if (pedigree.matings(i) > 0 && pedigree.btime(i) > kNoBirthTime) {
+    if (pedigree.matings(i) > 0 && birth_time_is_known(pedigree.btime(i))) {
       oldest = std::min(oldest, std::int64_t{pedigree.btime(i)});
     }
   }
@@ -54,15 +48,14 @@ std::int64_t cohorts_to_include(const Pedigree& pedigree, std::int64_t next) {
 
 // Marks the animals that matter for the selection, the candidates and all animals up to maxage
 // with their parents, and numbers the candidates' rows. Returns the number of marked animals.
-std::int32_t mark_animals(Model& model, std::int32_t next, Table<char>& mark) {
-  const Pedigree& pedigree = model.pedigree;
-  Relationship& relationship = model.relationship;
+std::int32_t mark_animals(Units& units, const Pedigree& pedigree, std::int32_t next,
+                          Relationship& relationship, Table<char>& mark) {
   for (std::int32_t i = pedigree.maxid; i >= 1; --i) {
     if (pedigree.matings(i) > 0) mark(i) = 1;
     const std::int64_t age = std::int64_t{next} - pedigree.btime(i);
     if (age < 1) {
-      handle_error(model, format_list("ERROR in data : Illegal birth_time in record :", i, age,
-                                      next, pedigree.btime(i)));
+      handle_error(units, "ERROR in data : Illegal birth_time in record :", i, age, next,
+                   pedigree.btime(i));
     }
     if (age > relationship.maxage) continue;
     mark(i) = 1;
@@ -77,57 +70,57 @@ std::int32_t mark_animals(Model& model, std::int32_t next, Table<char>& mark) {
 }
 
 // Allocates the matrix, all 0.
-void allocate_matrix(Model& model) {
-  Units& units = model.units;
-  Relationship& relationship = model.relationship;
+void allocate_matrix(Units& units, Relationship& relationship) {
   const std::int64_t n = relationship.nnrm;
   const std::int64_t elements = n * (n + 1) / 2;
   const float gigabytes = single(elements) * 8.0F * 9.313226e-10F;
   write_list(units.out, "Allocating memory for relationship matrix with ", elements, " elements");
   write(units.out, "(A,F8.2)", "App. memory required for NRM (Gb):", gigabytes);
   if (n > kLargestMatrix) {
-    handle_error(model, format_list("Dimension of NRM too large. Program aborted. Candidates :", n,
-                                    " at most :", kLargestMatrix));
+    handle_error(units, "Dimension of NRM too large. Program aborted. Candidates :", n,
+                 " at most :", kLargestMatrix);
   }
   if (memory_suffices([&] { relationship.nrm.assign(elements, 0.0); })) return;
   write_list(units.out, "Allocating memory for Relationship file");
   write_list(units.out, "Allocation failed ");
   write_list(units.out, "Size of real array NRM to be allocated :", elements);
-  handle_error(model, format_list("ERROR in allocating memory NRM in subroutine Relationship"));
+  handle_error(units, "ERROR in allocating memory NRM in subroutine Relationship");
 }
 
 }  // namespace
 
-void setup_nrm(Model& model) {
-  const Pedigree& pedigree = model.pedigree;
-  Relationship& relationship = model.relationship;
-  Unit& log = model.units.log;
-  read_parameters(model);
-  const std::int32_t timesteps = model.parameters.relationship.timesteps;
-  if (timesteps < 0) {
+std::optional<Relationship> setup_nrm(Run& run, Pedigree& pedigree) {
+  const TimedPhase timed(run.journal, run.journal.watches.pedigree);
+  Units& units = run.journal.units;
+  Unit& log = units.log;
+  read_parameters(run);
+  const RelationshipMatrix& parameters = run.parameters.relationship;
+  if (parameters.timesteps < 0) {
     write_list(log, "Numerator Relationship not computed");
     write_list(log, "QOB terminated with parameter TimeSteps<0 in &RelationshipMatrix");
-    model.progstatus = 0;
-    return;
+    return std::nullopt;
   }
   const std::int32_t last = *std::max_element(pedigree.btime.begin(), pedigree.btime.end());
   const auto next = static_cast<std::int32_t>(static_cast<std::uint32_t>(last) + 1);
-  relationship.maxage = timesteps > 0 ? timesteps : cohorts_to_include(pedigree, next);
+  Relationship relationship;
+  relationship.maxage =
+      parameters.timesteps > 0 ? parameters.timesteps : cohorts_to_include(pedigree, next);
   write(log, "(/,A,I8)", "Number of cohorts included in computing the numerator relationship : ",
         relationship.maxage);
   Table<char> mark(pedigree.maxid, 0);
   relationship.nrm_id.assign(pedigree.maxid, 0);
-  const std::int32_t marked = mark_animals(model, next, mark);
+  const std::int32_t marked = mark_animals(units, pedigree, next, relationship, mark);
   write(log, "(/,A,I8)",
         "Candidates in Numerator Relationship Matrix stored in memeory:", relationship.nnrm);
   write(log, "(/,A,I8)", "Individuals in Numerator Relationship Matrix required for OCS:", marked);
-  allocate_matrix(model);
-  relationship.pedsource = option_text(model.parameters.relationship.source) == "pedigree";
+  allocate_matrix(units, relationship);
+  relationship.pedsource = option_text(parameters.source) == "pedigree";
   if (relationship.pedsource) {
-    compute_relationships(model, mark);
+    compute_relationships(run, pedigree, mark, relationship);
   } else {
-    read_relationships(model);
+    read_relationships(run, pedigree, relationship);
   }
+  return relationship;
 }
 
 }  // namespace qob

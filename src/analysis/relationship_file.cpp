@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "analysis/relationship_text.h"
+#include "analysis/kernels/relationship_text.h"
 #include "core/lexer.h"
 
 namespace qob {
@@ -11,12 +11,11 @@ namespace {
 constexpr std::size_t kLineWidth = 120;    // what follows is not looked at
 constexpr std::size_t kIntegerWidth = 11;  // of 32 bits with sign
 constexpr std::int64_t kProgressStep = 1'000'000;
-constexpr const char* kReadError = "ERROR in reading external relationship file";
 
 }  // namespace
 
-RelationshipWriter::RelationshipWriter(Model& model) : model_(model) {
-  openresultsfile(model, "", model.parameters.relationship.gfile, file_);
+RelationshipWriter::RelationshipWriter(Run& run) : units_(run.journal.units) {
+  openresultsfile(run, "", run.parameters.relationship.gfile, file_);
 }
 
 void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
@@ -32,18 +31,18 @@ void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
   ++records_;
 }
 
-void RelationshipWriter::close() { closeresultsfile(model_, file_); }
+void RelationshipWriter::close() { closeresultsfile(units_, file_); }
 
-RelationshipReader::RelationshipReader(Model& model, Reading reading)
-    : model_(model), reading_(reading), file_(kLineWidth) {
-  const std::string path(adjustl_trim(model.parameters.relationship.gfile));
+RelationshipReader::RelationshipReader(Run& run, const Pedigree& pedigree, Reading reading)
+    : units_(run.journal.units), pedigree_(pedigree), reading_(reading), file_(kLineWidth) {
+  const std::string path(adjustl_trim(run.parameters.relationship.gfile));
   if (reading == Reading::kMatrix && !InputFile::exists(path)) {
-    handle_error(model, format_list("ERROR Relationship File not found : ", path));
+    handle_error(units_, "ERROR Relationship File not found : ", path);
   }
   int status = file_.open(path);
-  if (status == 0) status = model.files.relationships.open(path);
+  if (status == 0) status = run.files.relationships.open(path);
   if (status != 0) {
-    handle_error(model, format_list("ERROR Could not open relationship file ", path), status);
+    handle_error(units_, ErrorValue{status}, "ERROR Could not open relationship file ", path);
   }
 }
 
@@ -55,11 +54,11 @@ bool RelationshipReader::next(Record& record) {
   ++records_;
   status = read_list(line, id_[0], id_[1], a_);
   if (status == kMalformed) {
-    write_list(model_.units.out, "Record read ", printable(line));
+    write_list(units_.out, "Record read ", printable(line));
     stop_at_unreadable(records_, status);
   }
   if (records_ % kProgressStep == 0) {
-    write_list(model_.units.out, "Finished ", records_, " records");
+    write_list(units_.out, "Finished ", records_, " records");
   }
   // Files go through the pairs of an animal one after another.
   record.i = number_of(id_[0], number_[0], line);
@@ -70,22 +69,21 @@ bool RelationshipReader::next(Record& record) {
 }
 
 void RelationshipReader::stop_at_unreadable(std::int64_t line, int status) {
-  handle_error(model_,
-               reading_ == Reading::kMatrix ? format_list(kReadError)
-                                            : format_list(kReadError, ", line ", line),
-               status);
+  constexpr const char* kReadError = "ERROR in reading external relationship file";
+  if (reading_ == Reading::kMatrix) handle_error(units_, ErrorValue{status}, kReadError);
+  handle_error(units_, ErrorValue{status}, kReadError, ", line ", line);
 }
 
 // Numbers beyond the animals' belong to identifiers that only a request for contributions named.
 std::int32_t RelationshipReader::number_of(std::int32_t id, std::int32_t guess,
                                            std::string_view line) {
-  if (id == 0) handle_error(model_, format_list("ERROR Reading id 0 from Relationship file"));
-  const IdTree::Found animal = model_.ids.find(id, guess);
-  if (animal.in_tree && animal.number <= model_.pedigree.maxid) return animal.number;
-  Unit& out = model_.units.out;
+  if (id == 0) handle_error(units_, "ERROR Reading id 0 from Relationship file");
+  const IdTree::Found animal = pedigree_.ids.find(id, guess);
+  if (animal.in_tree && animal.number <= pedigree_.maxid) return animal.number;
+  Unit& out = units_.out;
   write_list(out, "Record : ", printable(line));
   write_list(out, "Record ", records_, " : ", id_[0], id_[1], a_);
-  handle_error(model_, format_list("ERROR Individual ", id, " not found in pedigree"));
+  handle_error(units_, "ERROR Individual ", id, " not found in pedigree");
 }
 
 }  // namespace qob

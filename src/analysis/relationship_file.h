@@ -11,13 +11,14 @@
 #include <string_view>
 
 #include "core/qobtypestools.h"
+#include "pedigree/pedigree.h"
 
 namespace qob {
 
 // Writes `gfile`, the name as it stands. A failure stops the run.
 class RelationshipWriter {
  public:
-  explicit RelationshipWriter(Model& model);
+  explicit RelationshipWriter(Run& run);
 
   // id1, id2: identifiers of the data file; a: their relationship, with six significant digits.
   void write(std::int32_t id1, std::int32_t id2, double a);
@@ -25,7 +26,7 @@ class RelationshipWriter {
   std::int64_t records() const { return records_; }
 
  private:
-  Model& model_;
+  Units& units_;
   Unit file_{15};
   std::int64_t records_ = 0;
 };
@@ -44,7 +45,7 @@ class RelationshipReader {
   };
 
   // Opens the file. A failure stops the run.
-  RelationshipReader(Model& model, Reading reading);
+  RelationshipReader(Run& run, const Pedigree& pedigree, Reading reading);
 
   // False at the end of the file. A record that cannot be read or names an animal that the data
   // file does not hold stops the run. Reports progress on standard output.
@@ -56,7 +57,8 @@ class RelationshipReader {
   [[noreturn]] void stop_at_unreadable(std::int64_t line, int status);
   std::int32_t number_of(std::int32_t id, std::int32_t guess, std::string_view line);
 
-  Model& model_;
+  Units& units_;
+  const Pedigree& pedigree_;
   Reading reading_;
   InputFile file_;
   std::array<std::int32_t, 2> id_ = {0, 0};

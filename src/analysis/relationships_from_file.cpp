@@ -6,6 +6,7 @@
 
 #include "analysis/cohorts.h"
 #include "analysis/relationship_file.h"
+#include "core/numbers.h"
 
 namespace qob {
 namespace {
@@ -47,14 +48,13 @@ void write_head(Unit& summary) {
   write(summary, "(5A8,3X,2A8)", "Group", "N.ped", "N.file", "N.exp", "avg.F", "%.coa", "avg.rel");
 }
 
-void enter(Model& model, const Cohorts& cohorts, const RelationshipReader::Record& record,
-           FileContents& contents) {
-  Relationship& relationship = model.relationship;
+void enter(const RelationshipReader::Record& record, const Cohorts& cohorts, Pedigree& pedigree,
+           Relationship& relationship, FileContents& contents) {
   const auto& [i, j, a] = record;
   contents.largest = std::max(contents.largest, std::abs(a));
   GroupRelationships& group = contents.groups(cohorts.cohort(i));
   if (i == j) {
-    model.pedigree.f(i) = a - 1.0;
+    pedigree.f(i) = a - 1.0;
     ++group.on_file;
     contents.read(i) = 1;
   } else if (cohorts.cohort(i) == cohorts.cohort(j)) {
@@ -69,28 +69,28 @@ void enter(Model& model, const Cohorts& cohorts, const RelationshipReader::Recor
   }
 }
 
-FileContents read_file(Model& model, const Cohorts& cohorts, RelationshipReader& file) {
-  Pedigree& pedigree = model.pedigree;
+FileContents read_file(Units& units, RelationshipReader& file, const Cohorts& cohorts,
+                       Pedigree& pedigree, Relationship& relationship) {
   FileContents contents;
-  allocate(model, "Error in allocating memory in SubRoutine PopHistory", [&] {
+  allocate(units, "Error in allocating memory in SubRoutine PopHistory", [&] {
     contents.groups.assign(cohorts.count(), {});
     contents.read.assign(pedigree.maxid, 0);
   });
   pedigree.f.fill(0.0);
   RelationshipReader::Record record;
-  while (file.next(record)) enter(model, cohorts, record, contents);
+  while (file.next(record)) enter(record, cohorts, pedigree, relationship, contents);
   contents.records = file.records();
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
     GroupRelationships& group = contents.groups(cohorts.cohort(i));
     group.sum_f += pedigree.f(i);
-    if (model.relationship.nrm_id(i) > 0) ++group.expected;
+    if (relationship.nrm_id(i) > 0) ++group.expected;
   }
   return contents;
 }
 
-// Writes a line for each group and sets `cohortrel` to the mean relationship of the last one.
-void write_groups(Model& model, const Cohorts& cohorts, const FileContents& contents) {
-  Unit& summary = model.units.summary;
+// Writes a line for each group. Returns the mean relationship of the last one.
+double write_groups(Unit& summary, const Cohorts& cohorts, const FileContents& contents) {
+  double of_last = 0.0;
   for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
     const GroupRelationships& group = contents.groups(g);
     const double n = cohorts.n(g);
@@ -102,29 +102,28 @@ void write_groups(Model& model, const Cohorts& cohorts, const FileContents& cont
     const double avg_rel = alone ? 0.0 : group.sum_a / (n * (n - 1.0) / 2.0);
     write(summary, "(4I8,3X,f8.4,f8.2,f8.4)", cohorts.btime(g), cohorts.n(g), group.on_file,
           group.expected, avg_f, percent, avg_rel);
-    model.relationship.cohortrel = avg_rel;
+    of_last = avg_rel;
   }
   write(summary, "(A)", kRule);
+  return of_last;
 }
 
-void report_elements(Model& model, const FileContents& contents) {
-  Unit& log = model.units.log;
-  const std::int64_t size = model.relationship.nrm.size();
-  write(log, "(/,A,I8,2A)", "Read ", contents.records,
-        " records from file : ", model.parameters.relationship.gfile.trimmed());
+void report_elements(Units& units, std::string_view gfile, std::int64_t size,
+                     const FileContents& contents) {
+  Unit& log = units.log;
+  write(log, "(/,A,I8,2A)", "Read ", contents.records, " records from file : ", gfile);
   write_list(log, "Read ", contents.elements, " elements of relationship matrix for candidates");
   const float percent = size == 0 ? 0.0F : 100.0F * single(contents.elements) / single(size);
   write(log, "(A7,F5.1,A17)", " ", percent, "% of all elements");
   if (contents.largest <= kLargestExpected) return;
-  write_list(model.units.err, "WARNING: Largest relationship in file : ", contents.largest,
+  write_list(units.err, "WARNING: Largest relationship in file : ", contents.largest,
              " , in per cent? Fully inbred animals have 2.0 with themselves");
 }
 
-void drop_missing_candidates(Model& model, const FileContents& contents) {
-  Pedigree& pedigree = model.pedigree;
-  Unit& log = model.units.log;
+void drop_missing_candidates(Unit& log, const Relationship& relationship,
+                             const FileContents& contents, Pedigree& pedigree) {
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    if (model.relationship.nrm_id(i) == 0 || contents.read(i) == 1) continue;
+    if (relationship.nrm_id(i) == 0 || contents.read(i) == 1) continue;
     write_list(log);
     write_list(log,
                "Individual marked as candidate was not in pedigree file :", pedigree.oldped(i, 1),
@@ -136,20 +135,20 @@ void drop_missing_candidates(Model& model, const FileContents& contents) {
 
 }  // namespace
 
-void read_relationships(Model& model) {
-  Units& units = model.units;
+void read_relationships(Run& run, Pedigree& pedigree, Relationship& relationship) {
+  Units& units = run.journal.units;
+  const std::string_view gfile = run.parameters.relationship.gfile.trimmed();
   write_list(units.out, "Reading relationship matrix from file");
-  write_list(units.log,
-             "Reading Relationship from file :", model.parameters.relationship.gfile.trimmed());
-  RelationshipReader file(model, RelationshipReader::Reading::kMatrix);
+  write_list(units.log, "Reading Relationship from file :", gfile);
+  RelationshipReader file(run, pedigree, RelationshipReader::Reading::kMatrix);
   Cohorts cohorts;
-  allocate(model, "Error in allocating memory in SubRoutine PopHistory",
-           [&] { cohorts = group_by_birth_time(model.pedigree.btime); });
+  allocate(units, "Error in allocating memory in SubRoutine PopHistory",
+           [&] { cohorts = group_by_birth_time(pedigree.btime); });
   write_head(units.summary);
-  const FileContents contents = read_file(model, cohorts, file);
-  write_groups(model, cohorts, contents);
-  report_elements(model, contents);
-  drop_missing_candidates(model, contents);
+  const FileContents contents = read_file(units, file, cohorts, pedigree, relationship);
+  relationship.cohortrel = write_groups(units.summary, cohorts, contents);
+  report_elements(units, gfile, relationship.nrm.size(), contents);
+  drop_missing_candidates(units.log, relationship, contents, pedigree);
 }
 
 }  // namespace qob

@@ -5,8 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "analysis/product_lanes.h"
+#include "analysis/kernels/product_lanes.h"
 #include "analysis/relationship_file.h"
+#include "core/numbers.h"
 
 namespace qob {
 namespace {
@@ -15,19 +16,24 @@ namespace {
 // of animals that are marked but no candidates are only needed for the file.
 class MatrixFromPedigree {
  public:
-  MatrixFromPedigree(Model& model, const Table<char>& mark)
-      : model_(model), mark_(mark), ancestry_(model.pedigree.newped) {
-    if (option_text(model.parameters.relationship.gfile) == "_null_") return;
-    file_.emplace(model);
-    write_list(model.units.log, "Computing full pedigree for the previous ",
-               model.relationship.maxage, " periods");
+  MatrixFromPedigree(Run& run, const Pedigree& pedigree, const Table<char>& mark,
+                     Relationship& relationship)
+      : units_(run.journal.units),
+        pedigree_(pedigree),
+        mark_(mark),
+        relationship_(relationship),
+        gfile_(run.parameters.relationship.gfile.trimmed()),
+        ancestry_(pedigree.newped) {
+    if (option_text(gfile_) == "_null_") return;
+    file_.emplace(run);
+    write_list(units_.log, "Computing full pedigree for the previous ", relationship.maxage,
+               " periods");
   }
 
   // Takes up the animals that have a column. Needs memory.
   void prepare() {
-    const Pedigree& pedigree = model_.pedigree;
     const auto for_each_needed = [&](auto action) {
-      for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+      for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
         if (file_ ? mark_(i) == 1 : row_of(i) > 0) action(i);
       }
     };
@@ -37,7 +43,7 @@ class MatrixFromPedigree {
       needed_.push_back({i, ancestry_.number(i)});
       if (row_of(i) > 0) candidate_.push_back(ancestry_.number(i));
     });
-    product_.start(ancestry_, pedigree.newped, pedigree.f);
+    product_.start(ancestry_, pedigree_.newped, pedigree_.f);
   }
 
   void compute() {
@@ -53,7 +59,7 @@ class MatrixFromPedigree {
         if (file_) write_column(at, static_cast<int>(at - first));
       }
     }
-    finish_before(model_.pedigree.maxid + 1);
+    finish_before(pedigree_.maxid + 1);
     if (file_) close_file();
   }
 
@@ -62,7 +68,7 @@ class MatrixFromPedigree {
     std::int32_t animal, number;
   };
 
-  std::int32_t row_of(std::int32_t animal) const { return model_.relationship.nrm_id(animal); }
+  std::int32_t row_of(std::int32_t animal) const { return relationship_.nrm_id(animal); }
 
   // Puts the columns of needed animals first..past-1 into their rows of the matrix.
   void store(std::size_t first, std::size_t past) {
@@ -70,7 +76,7 @@ class MatrixFromPedigree {
     std::array<double*, ProductLanes::kLanes> element{};
     for (std::size_t lane = 0; lane < past - first; ++lane) {
       row[lane] = row_of(needed_[first + lane].animal);
-      if (row[lane] > 0) element[lane] = &model_.relationship.nrm(ute(row[lane], 1));
+      if (row[lane] > 0) element[lane] = &relationship_.nrm(ute(row[lane], 1));
     }
     const std::int32_t last = *std::max_element(row.begin(), row.end());
     for (std::int32_t column = 0; column < last; ++column) {
@@ -83,7 +89,7 @@ class MatrixFromPedigree {
 
   // Writes the relationships of a needed animal with those up to itself.
   void write_column(std::size_t at, int lane) {
-    const Table2<std::int32_t>& oldped = model_.pedigree.oldped;
+    const Table2<std::int32_t>& oldped = pedigree_.oldped;
     for (std::size_t other = 0; other <= at; ++other) {
       const double a = product_(needed_[other].number, lane);
       if (a > kTiny)
@@ -96,22 +102,23 @@ class MatrixFromPedigree {
     for (; next_ < animal; ++next_) {
       if (mark_(next_) == 0) continue;
       ++finished_;
-      if (finished_ % 1000 == 0)
-        write_list(model_.units.out, "Finished ", finished_, " individuals");
+      if (finished_ % 1000 == 0) write_list(units_.out, "Finished ", finished_, " individuals");
     }
   }
 
   void close_file() {
-    Unit& log = model_.units.log;
+    Unit& log = units_.log;
     file_->close();
-    write(log, "(/,2A)",
-          "Relationship matrix written to file :", model_.parameters.relationship.gfile.trimmed());
+    write(log, "(/,2A)", "Relationship matrix written to file :", gfile_);
     write(log, "(A,I10)", "Number of animals included          :", finished_);
     write(log, "(A,I10)", "Number of records written to file   :", file_->records());
   }
 
-  Model& model_;
+  Units& units_;
+  const Pedigree& pedigree_;
   const Table<char>& mark_;
+  Relationship& relationship_;
+  std::string_view gfile_;
   std::optional<RelationshipWriter> file_;
   Ancestry ancestry_;  // of the needed animals
   ProductLanes product_{kTiny};
@@ -123,15 +130,16 @@ class MatrixFromPedigree {
 
 }  // namespace
 
-void compute_relationships(Model& model, const Table<char>& mark) {
-  Units& units = model.units;
+void compute_relationships(Run& run, const Pedigree& pedigree, const Table<char>& mark,
+                           Relationship& relationship) {
+  Units& units = run.journal.units;
   write_list(units.out);
   write_list(units.log);
-  both_list(units.out, units.log, "Computing Numerator Relationship Matrix for ",
-            model.relationship.nnrm, " individuals");
+  both_list(units.out, units.log, "Computing Numerator Relationship Matrix for ", relationship.nnrm,
+            " individuals");
   std::optional<MatrixFromPedigree> matrix;
-  allocate(model, "ERROR in allocating memory NRM in subroutine Relationship", [&] {
-    matrix.emplace(model, mark);
+  allocate(units, "ERROR in allocating memory NRM in subroutine Relationship", [&] {
+    matrix.emplace(run, pedigree, mark, relationship);
     matrix->prepare();
   });
   matrix->compute();

@@ -3,29 +3,21 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/record.h"
+#include "core/format.h"
+#include "core/random.h"
 #include "core/stop.h"
-#include "core/ziggurat.h"
 
 namespace qob {
 namespace {
 
-using Reading = Watch::Reading;
-
 constexpr std::size_t kLongestName = 132;
 constexpr std::array<std::string_view, kClocks> kNames = {"cpu", "user", "sys", "wall"};
 constexpr std::array<std::string_view, kClocks> kLabels = {"  cpu=", " user=", "  sys=", " wall="};
-constexpr std::string_view kClockRefused = "Requested action not performed on this clock.";
 constexpr std::array<std::string_view, 3> kForms = {"sec", "hh:mm:ss", "[[hh:]mm:]ss"};
 
 // The process's time costs a call of the system, as much as a short operation of the search. Within
 // so many seconds of a reading it goes on like the wall clock: the process has one thread.
 constexpr double kSoon = 20e-6;
-
-float seconds_of(const Reading& reading, float now) {
-  const float run = reading.state == ClockState::kRunning ? now - reading.start : 0.0F;
-  return reading.elapsed + run;
-}
 
 // The place of `name` in the list, its size if it does not stand there.
 std::size_t index_of(std::span<const std::string_view> list, std::string_view name) {
@@ -45,14 +37,14 @@ std::string time_text(std::string_view label, float seconds, std::string_view fo
   const std::int64_t m = total / 6000 % 60;
   const std::int64_t h = total / 360000;
   if (form == "sec") {
-    if (total >= 10000000) return format_record("(a6,f13.2)", label, seconds);
-    return format_record("(a6,f8.2)", label, seconds);
+    if (total >= 10000000) return formatted("(a6,f13.2)", label, seconds);
+    return formatted("(a6,f8.2)", label, seconds);
   }
   if (form == "hh:mm:ss") {
-    return format_record("(a6,i4,\":\",i2.2,\":\",i2.2,f3.2)", label, h, m, s, fraction);
+    return formatted("(a6,i4,\":\",i2.2,\":\",i2.2,f3.2)", label, h, m, s, fraction);
   }
-  const std::string hours = h > 0 ? format_record("(i4,a1)", h, ":") : std::string{};
-  return format_record("(a6,a5,i2,\":\",i2.2,f3.2)", label, hours, m, s, fraction);
+  const std::string hours = h > 0 ? formatted("(i4,a1)", h, ":") : std::string{};
+  return formatted("(a6,a5,i2,\":\",i2.2,f3.2)", label, hours, m, s, fraction);
 }
 
 }  // namespace
@@ -67,28 +59,6 @@ std::array<float, kClocks> Stopwatch::Clocks::read() {
   cpu_ = std::max(cpu_, read_cpu_ + static_cast<float>(wall - read_));  // never goes back
   return {cpu_, 0.0F, 0.0F, static_cast<float>(wall - first_)};
 }
-
-// An operation and what its warnings say was left undone.
-struct Stopwatch::Operation {
-  std::string_view routine;
-  std::string_view watch;       // to one watch
-  std::string_view watches;     // to several
-  std::string_view clock = {};  // to a clock, behind its name
-  std::array<ClockState, 3> from = {};
-  std::optional<ClockState> to = {};  // none: the clock goes on from zero
-
-  std::string_view outcome(const WatchList& list) const { return list.several() ? watches : watch; }
-};
-
-// The clocks to act on; kClocks stands for one that there is not.
-struct Stopwatch::Selection {
-  std::array<std::size_t, kClocks> clocks = {0, 1, 2, 3};
-  std::size_t count = kClocks;
-  bool good = true;
-
-  auto begin() const { return clocks.begin(); }
-  auto end() const { return clocks.begin() + count; }
-};
 
 bool Stopwatch::option_stopwatch(const StopwatchOptions& options) {
   bool good = set_unit(options_.print_unit, options.print_unit,
@@ -110,16 +80,16 @@ bool Stopwatch::set_unit(Unit*& unit, Unit* requested, std::string_view outcome)
 }
 
 bool Stopwatch::set_default_clocks(const Names& names) {
-  const auto selection = select("option_stopwatch", names, "Default not changed.",
-                                "That clock not included in the default clocks.");
-  if (!selection) return false;
+  const auto chosen = choose("option_stopwatch", names, "Default not changed.",
+                             "That clock not included in the default clocks.");
+  if (!chosen) return false;
   Names known;
-  for (const std::size_t clock : *selection) {
+  for (const std::size_t clock : *chosen) {
     if (clock < kClocks && !names.empty()) known.push_back(kNames[clock]);
   }
   options_.default_clocks = known;
   if (known.empty()) return warn("option_stopwatch", {}, "There are no default clocks.");
-  return selection->good;
+  return chosen->good;
 }
 
 bool Stopwatch::set_form(std::string_view form) {
@@ -137,19 +107,20 @@ bool Stopwatch::create_watch(const WatchList& watches, const Names& names, const
   if (names.size() != watches.size()) {
     return warn(kCreate.routine, {}, "Number of names is not equal to number of watches.", refused);
   }
-  const Names& chosen = clocks.empty() ? *options_.default_clocks : clocks;
-  if (chosen.empty()) return warn(kCreate.routine, {}, "There are no default clocks.", refused);
-  const auto selection = select(kCreate.routine, chosen, refused, kClockRefused);
-  if (!selection) return false;
-  bool good = selection->good;
+  const Names& wanted = clocks.empty() ? *options_.default_clocks : clocks;
+  if (wanted.empty()) return warn(kCreate.routine, {}, "There are no default clocks.", refused);
+  const auto chosen = choose(kCreate.routine, wanted, refused);
+  if (!chosen) return false;
+  bool good = chosen->good;
   auto name = names.begin();
   for (Watch* watch : watches) {
-    *watch = Watch{std::string(name->substr(0, kLongestName)), true, {}};
-    for (const std::size_t clock : *selection) {
-      if (clock < kClocks) watch->clocks[clock].state = ClockState::kStopped;
+    watch->times = std::make_shared<Watch::Times>(
+        Watch::Times{std::string(name->substr(0, kLongestName)), {}});
+    for (const std::size_t clock : *chosen) {
+      if (clock < kClocks) watch->times->clocks[clock].state = ClockState::kStopped;
     }
     if (name->size() > kLongestName) {
-      good = warn(kCreate.routine, watch->name, "Name shortened to 132 characters.");
+      good = warn(kCreate.routine, watch->times->name, "Name shortened to 132 characters.");
     }
     ++name;
   }
@@ -160,7 +131,7 @@ bool Stopwatch::destroy_watch(const WatchList& watches) {
   bool good = true;
   for (Watch* watch : watches) {
     good &= created("destroy_watch", *watch, "Watch not destroyed.");
-    *watch = Watch{};
+    watch->times.reset();
   }
   return good;
 }
@@ -169,7 +140,7 @@ bool Stopwatch::start_watch(const WatchList& watches, const Names& clocks) {
   return apply({"start_watch",
                 "Watch not started.",
                 "Watches not started.",
-                "not started.",
+                "Watch's * clock not started.",
                 {ClockState::kStopped},
                 ClockState::kRunning},
                watches, clocks);
@@ -179,72 +150,21 @@ bool Stopwatch::stop_watch(const WatchList& watches, const Names& clocks) {
   return apply({"stop_watch",
                 "Watch not stopped.",
                 "Watches not stopped.",
-                "not stopped.",
+                "Watch's * clock not stopped.",
                 {ClockState::kRunning, ClockState::kPaused},
                 ClockState::kStopped},
                watches, clocks);
 }
 
-bool Stopwatch::reset_watch(const WatchList& watches, const Names& clocks) {
-  return apply({"reset_watch",
-                "Watch not reset.",
-                "Watches not reset.",
-                {},
-                {ClockState::kStopped, ClockState::kRunning, ClockState::kPaused}},
-               watches, clocks);
-}
-
-bool Stopwatch::pause_watch(const WatchList& watches, const Names& clocks) {
-  return apply({"pause_watch",
-                "Watch not paused.",
-                "Watches not paused.",
-                "not paused.",
-                {ClockState::kRunning},
-                ClockState::kPaused},
-               watches, clocks);
-}
-
-bool Stopwatch::end_pause_watch(const WatchList& watches, const Names& clocks) {
-  return apply({"end_pause_watch",
-                "Watch not end_paused.",
-                "Watches remain paused.",
-                "remains paused.",
-                {ClockState::kPaused},
-                ClockState::kRunning},
-               watches, clocks);
-}
-
-bool Stopwatch::read_watch(std::vector<float>& seconds, const WatchList& watches,
-                           const Names& clocks) {
-  constexpr Operation kRead{"read_watch", "Returning 0.0 for all clocks on this watch.",
-                            "Returning 0.0 for watch values."};
-  const auto selection = select(kRead.routine, clocks, kRead.outcome(watches), kClockRefused);
-  if (!selection) {
-    seconds.insert(seconds.end(), clocks.size() * watches.size(), 0.0F);
-    return false;
-  }
-  const auto now = clocks_.read();
-  bool good = selection->good;
-  for (Watch* watch : watches) {
-    good &= created(kRead.routine, *watch, kRead.watch);
-    for (const std::size_t clock : *selection) {
-      const bool has = clock < kClocks && watch->clocks[clock].state != ClockState::kOmitted;
-      if (has || !clocks.empty()) {
-        seconds.push_back(has ? seconds_of(watch->clocks[clock], now[clock]) : 0.0F);
-      }
-    }
-  }
-  return good;
-}
-
 bool Stopwatch::print_watch(const WatchList& watches, const Names& clocks, std::string_view form) {
-  constexpr Operation kPrint{"print_watch", "Watch not printed.", "Watch values not printed."};
+  constexpr Operation kPrint{"print_watch", "Watch not printed.", "Watch values not printed.",
+                             "Requested action not performed on * clock.", kAnyState};
   if (options_.print_unit == nullptr) return true;
   Unit& unit = *options_.print_unit;
   if (!unit.is_open()) return warn(kPrint.routine, {}, not_open(unit), kPrint.watches);
-  const auto selection = select(kPrint.routine, clocks, kPrint.outcome(watches), kClockRefused);
-  if (!selection) return false;
-  bool good = selection->good;
+  const auto chosen = choose(kPrint.routine, clocks, kPrint.outcome(watches));
+  if (!chosen) return false;
+  bool good = chosen->good;
   if (form.empty()) form = *options_.form;
   if (index_of(kForms, form) == kForms.size()) {
     good = warn(kPrint.routine, {}, "Illegal output form", "Using form 'sec'");
@@ -252,80 +172,88 @@ bool Stopwatch::print_watch(const WatchList& watches, const Names& clocks, std::
   }
   if (watches.several()) write(unit, "(a)", "  Times printed by StopWatch:");
   for (const Watch* watch : watches) {
-    const bool known = created(kPrint.routine, *watch, kPrint.watch);
-    if (known) print_times(*watch, *selection, form);
-    good &= known;
+    good &=
+        created(kPrint.routine, *watch, kPrint.watch) && print_times(kPrint, *watch, *chosen, form);
   }
   return good;
 }
 
-void Stopwatch::print_times(const Watch& watch, const Selection& selection, std::string_view form) {
+bool Stopwatch::print_times(const Operation& print, const Watch& watch, const Chosen& chosen,
+                            std::string_view form) {
   Unit& unit = *options_.print_unit;
-  write(unit, "(a2,a,a1)", "  ", watch.name, ":");
+  write(unit, "(a2,a,a1)", "  ", watch.times->name, ":");
   const auto now = clocks_.read();
-  for (const std::size_t clock : selection) {
-    if (clock == kClocks || watch.clocks[clock].state == ClockState::kOmitted) continue;
-    unit.write_line(time_text(kLabels[clock], seconds_of(watch.clocks[clock], now[clock]), form));
+  bool good = true;
+  for (const std::size_t k : chosen) {
+    if (k == kClocks || watch.times->clocks[k].state == ClockState::kOmitted) continue;
+    const bool fit = fits(print, watch, k);
+    if (fit) unit.write_line(time_text(kLabels[k], watch.times->clocks[k].seconds(now[k]), form));
+    good &= fit;
   }
+  return good;
 }
 
 bool Stopwatch::apply(const Operation& operation, const WatchList& watches, const Names& clocks) {
-  const auto selection =
-      select(operation.routine, clocks, operation.outcome(watches), kClockRefused);
-  if (!selection) return false;
+  const auto chosen = choose(operation.routine, clocks, operation.outcome(watches));
+  if (!chosen) return false;
   const auto now = clocks_.read();
-  bool good = selection->good;
+  bool good = chosen->good;
   for (Watch* watch : watches) {
     const bool known = created(operation.routine, *watch, operation.watch);
     good &= known;
-    for (const std::size_t clock : *selection) {
+    for (const std::size_t clock : *chosen) {
       if (known && clock < kClocks) good &= act(operation, *watch, clock, now[clock]);
     }
   }
   return good;
 }
 
-bool Stopwatch::act(const Operation& operation, Watch& watch, std::size_t clock, float now) {
-  Reading& reading = watch.clocks[clock];
-  if (reading.state == ClockState::kOmitted) return true;
-  const auto& from = operation.from;
-  if (std::find(from.begin(), from.end(), reading.state) == from.end()) {
-    const std::string name(kNames[clock]);
-    return warn(operation.routine, watch.name,
-                name + " clock is in the wrong state for this operation.",
-                "Watch's " + name + " clock " + std::string(operation.clock));
-  }
-  reading.elapsed = operation.to ? seconds_of(reading, now) : 0.0F;
-  reading.start = now;
-  reading.state = operation.to.value_or(reading.state);
+bool Stopwatch::act(const Operation& operation, const Watch& watch, std::size_t clock, float now) {
+  Watch::Clock& acted_on = watch.times->clocks[clock];
+  if (acted_on.state == ClockState::kOmitted) return true;
+  if (!fits(operation, watch, clock)) return false;
+  acted_on.elapsed = operation.to ? acted_on.seconds(now) : 0.0F;
+  acted_on.start = now;
+  acted_on.state = operation.to.value_or(acted_on.state);
   return true;
 }
 
-// The clocks with these names, by default all; none when there are more than clocks.
-std::optional<Stopwatch::Selection> Stopwatch::select(std::string_view routine, const Names& clocks,
-                                                      std::string_view all_refused,
-                                                      std::string_view one_refused) {
-  Selection selection;
-  if (clocks.empty()) return selection;
+bool Stopwatch::fits(const Operation& operation, const Watch& watch, std::size_t clock) {
+  const ClockState state = watch.times->clocks[clock].state;
+  const auto& from = operation.from;
+  if (std::find(from.begin(), from.end(), state) != from.end()) return true;
+  const bool known = state >= ClockState::kStopped && state <= ClockState::kOmitted;
+  const std::string name(kNames[clock]);
+  std::string outcome(operation.clock);
+  return warn(operation.routine, watch.times->name,
+              name + (known ? " clock is in the wrong state for this operation."
+                            : " clock is in an unknown state."),
+              outcome.replace(outcome.find('*'), 1, name));
+}
+
+std::optional<Stopwatch::Chosen> Stopwatch::choose(std::string_view routine, const Names& clocks,
+                                                   std::string_view all_refused,
+                                                   std::string_view one_refused) {
+  Chosen chosen;
+  if (clocks.empty()) return chosen;
   if (clocks.size() > kClocks) {
     warn(routine, {}, "Too many clocks specified at clock type " + std::string(clocks[kClocks]),
          all_refused);
     return std::nullopt;
   }
-  selection.count = 0;
+  chosen.count = 0;
   for (const std::string_view name : clocks) {
     const std::size_t clock = index_of(kNames, name);
-    selection.clocks[selection.count++] = clock;
+    chosen.clocks[chosen.count++] = clock;
     if (clock == kClocks) {
-      selection.good =
-          warn(routine, {}, "Invalid clock type " + std::string(name) + ".", one_refused);
+      chosen.good = warn(routine, {}, "Invalid clock type " + std::string(name) + ".", one_refused);
     }
   }
-  return selection;
+  return chosen;
 }
 
 bool Stopwatch::created(std::string_view routine, const Watch& watch, std::string_view refused) {
-  return watch.created || warn(routine, {}, "Watch needs to be created.", refused);
+  return watch.times != nullptr || warn(routine, {}, "Watch needs to be created.", refused);
 }
 
 bool Stopwatch::warn(std::string_view routine, std::string_view name, std::string_view message,

@@ -1,4 +1,5 @@
-// Watches that time the phases of a run. A watch carries up to four clocks, named "cpu" (the
+// Watches that time the phases of a run: what a run uses of them. (Pauses, reading and groups of
+// watches are in core/full_stopwatch.h.) A watch carries up to four clocks, named "cpu" (the
 // process's time), "user", "sys" (always 0 here) and "wall"; each is stopped, running or paused.
 //
 // A fault (an operation that does not fit a clock's state, say) is reported as a framed warning on
@@ -8,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <initializer_list>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -23,15 +25,22 @@ inline constexpr std::size_t kClocks = 4;  // cpu, user, sys, wall
 
 enum class ClockState { kStopped = 1, kRunning = 2, kPaused = 3, kOmitted = 4 };
 
+// A handle: it has its times from the watch's creation until it is destroyed or its scope ends.
 struct Watch {
-  struct Reading {
+  struct Clock {
     ClockState state = ClockState::kOmitted;
     float start = 0.0F;    // the clock at the last start, seconds
     float elapsed = 0.0F;  // accumulated, seconds
+
+    float seconds(float now) const {
+      return elapsed + (state == ClockState::kRunning ? now - start : 0.0F);
+    }
   };
-  std::string name;
-  bool created = false;
-  std::array<Reading, kClocks> clocks;
+  struct Times {
+    std::string name;
+    std::array<Clock, kClocks> clocks;
+  };
+  std::shared_ptr<Times> times = {};
 };
 
 // What an operation works on: a watch, or several in order.
@@ -74,31 +83,48 @@ class Stopwatch {
   // Sets the options that are given and keeps the others. At the start: all clocks, no units,
   // errors are printed and do not abort, form "sec".
   bool option_stopwatch(const StopwatchOptions& options);
-  const StopwatchOptions& inquiry_stopwatch() const { return options_; }
 
   // Watches with these names (132 characters at most) and clocks, by default those of the options,
   // all stopped at zero. What a watch held before is lost.
   bool create_watch(const WatchList& watches, const Names& names, const Names& clocks = {});
   bool destroy_watch(const WatchList& watches);
 
-  bool start_watch(const WatchList& watches, const Names& clocks = {});  // stopped clocks run
-  bool stop_watch(const WatchList& watches,
-                  const Names& clocks = {});  // running and paused ones stop
-  bool reset_watch(const WatchList& watches, const Names& clocks = {});  // to zero, in any state
-  bool pause_watch(const WatchList& watches, const Names& clocks = {});  // running clocks pause
-  bool end_pause_watch(const WatchList& watches,
-                       const Names& clocks = {});  // paused clocks run again
+  // Stopped clocks run; running and paused ones stop.
+  bool start_watch(const WatchList& watches, const Names& clocks = {});
+  bool stop_watch(const WatchList& watches, const Names& clocks = {});
 
-  // Appends the clocks' seconds to `seconds`, watch by watch, up to now for a running clock; 0 for
-  // a clock that was asked for and cannot be read.
-  bool read_watch(std::vector<float>& seconds, const WatchList& watches, const Names& clocks = {});
-  // Prints them to the print unit, several watches under a heading; by default in the options'
-  // form.
+  // Prints the clocks to the print unit, several watches under a heading; by default in the
+  // options' form.
   bool print_watch(const WatchList& watches, const Names& clocks = {}, std::string_view form = {});
 
- private:
-  struct Operation;
-  struct Selection;
+ protected:
+  // An operation and what its warnings say was left undone.
+  struct Operation {
+    std::string_view routine;
+    std::string_view watch;       // to one watch
+    std::string_view watches;     // to several
+    std::string_view clock = {};  // to a clock, its name for the *
+    std::array<ClockState, 3> from = {};
+    std::optional<ClockState> to = {};  // none: the clock goes on from zero
+
+    std::string_view outcome(const WatchList& list) const {
+      return list.several() ? watches : watch;
+    }
+  };
+
+  static constexpr std::array kAnyState = {ClockState::kStopped, ClockState::kRunning,
+                                           ClockState::kPaused};
+
+  // The clocks that were asked for; kClocks stands for one that there is not.
+  struct Chosen {
+    std::array<std::size_t, kClocks> clocks = {0, 1, 2, 3};
+    std::size_t count = kClocks;
+    bool good = true;
+
+    auto begin() const { return clocks.begin(); }
+    auto end() const { return clocks.begin() + count; }
+  };
+
   // Seconds of the process, and since the clocks began: small numbers keep their hundredths in
   // single precision.
   class Clocks {
@@ -111,40 +137,33 @@ class Stopwatch {
     float read_cpu_ = 0.0F;  // and what it was
     float cpu_ = 0.0F;       // what was last given as it
   };
-  bool set_unit(Unit*& unit, Unit* requested, std::string_view outcome);
-  bool set_default_clocks(const Names& names);
-  bool set_form(std::string_view form);
+
   bool apply(const Operation& operation, const WatchList& watches, const Names& clocks);
-  bool act(const Operation& operation, Watch& watch, std::size_t clock, float now);
-  std::optional<Selection> select(std::string_view routine, const Names& clocks,
-                                  std::string_view all_refused, std::string_view one_refused);
+  // The clocks with these names, by default all; none when there are more than clocks.
+  std::optional<Chosen> choose(
+      std::string_view routine, const Names& clocks, std::string_view all_refused,
+      std::string_view one_refused = "Requested action not performed on this clock.");
+  // Whether the watch has been created, and whether the operation fits the clock's state. They warn
+  // if not.
   bool created(std::string_view routine, const Watch& watch, std::string_view refused);
-  void print_times(const Watch& watch, const Selection& selection, std::string_view form);
+  bool fits(const Operation& operation, const Watch& watch, std::size_t clock);
   // Writes a warning and aborts the run if the options say so. Returns false.
   bool warn(std::string_view routine, std::string_view name, std::string_view message,
             std::string_view outcome = {});
-  void write_warning(std::string_view routine, std::string_view name, std::string_view message,
-                     std::string_view outcome);
 
   Clocks clocks_;
   StopwatchOptions options_ = {
       Names{"cpu", "user", "sys", "wall"}, nullptr, nullptr, true, false, "sec"};
-};
-
-// Runs a watch from its construction to the end of its scope, so that no early return leaves the
-// watch running.
-class Timed {
- public:
-  Timed(Stopwatch& stopwatch, Watch& watch) : stopwatch_(stopwatch), watch_(watch) {
-    stopwatch_.start_watch(watch_);
-  }
-  Timed(const Timed&) = delete;
-  Timed& operator=(const Timed&) = delete;
-  ~Timed() { stopwatch_.stop_watch(watch_); }
 
  private:
-  Stopwatch& stopwatch_;
-  Watch& watch_;
+  bool set_unit(Unit*& unit, Unit* requested, std::string_view outcome);
+  bool set_default_clocks(const Names& names);
+  bool set_form(std::string_view form);
+  bool act(const Operation& operation, const Watch& watch, std::size_t clock, float now);
+  bool print_times(const Operation& print, const Watch& watch, const Chosen& chosen,
+                   std::string_view form);
+  void write_warning(std::string_view routine, std::string_view name, std::string_view message,
+                     std::string_view outcome);
 };
 
 }  // namespace qob

@@ -81,10 +81,4 @@ class Table2 {
   std::int64_t rows_ = 0;
 };
 
-// Marks a step that is wanted in single precision.
-template <class Number>
-float single(Number x) {
-  return static_cast<float>(x);
-}
-
 }  // namespace qob

@@ -6,13 +6,6 @@
 #include "system/process.h"
 
 namespace qob {
-namespace {
-
-WriteFaultReporter write_fault_reporter = nullptr;
-
-}  // namespace
-
-void set_write_fault_reporter(WriteFaultReporter reporter) { write_fault_reporter = reporter; }
 
 int Unit::open_write(const std::string& path, OutputFile::Show show) {
   return file_.open(path, show);
@@ -42,10 +35,12 @@ int Unit::close() {
   return file_.close();
 }
 
-void Unit::fail_writing(int status) const {
+// Each unit tells a fault once: the writes that tell it may be refused too.
+void Unit::fail_writing(int status) {
   const std::string message = " ERROR in writing file " + file_.path() + " : " + error_text(status);
-  const WriteFaultReporter report = std::exchange(write_fault_reporter, nullptr);
-  if (report != nullptr) report(message);
+  for (Unit* unit : std::exchange(told_, {})) {
+    if (unit != nullptr) unit->write_line(message);
+  }
   stop(message);
 }
 

@@ -1,6 +1,7 @@
 // A numbered place that lines are written to: a file, standard output, or memory.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -8,17 +9,14 @@
 
 namespace qob {
 
-// Reports a refused write elsewhere before the program stops. It is called once: its own writes
-// may be refused too.
-using WriteFaultReporter = void (*)(std::string_view message);
-void set_write_fault_reporter(WriteFaultReporter reporter);
-
 // A write that the system refuses stops the program with the file's name and what the system says.
 class Unit {
  public:
   explicit Unit(int number) : number_(number) {}
 
   int number() const { return number_; }
+  // Where a refused write is told before it stops the program; nullptr for nowhere.
+  void tell_faults_to(Unit* first, Unit* second) { told_ = {first, second}; }
   bool is_open() const { return memory_ != nullptr || file_.is_open(); }
   // The name of the file that was opened last.
   const std::string& path() const { return file_.path(); }
@@ -46,9 +44,10 @@ class Unit {
   int close();
 
  private:
-  [[noreturn]] void fail_writing(int status) const;
+  [[noreturn]] void fail_writing(int status);
 
   int number_;
+  std::array<Unit*, 2> told_ = {nullptr, nullptr};
   OutputFile file_;
   std::string* memory_ = nullptr;
   std::string line_;  // in the making

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "core/format.h"
 #include "core/parameters.h"
-#include "core/record.h"
 #include "core/unit.h"
 
 namespace qob {

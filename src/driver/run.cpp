@@ -4,9 +4,11 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
+#include "core/stop.h"
 #include "mating/qobmate.h"
 #include "ocs/qobocs.h"
 #include "pedigree/qobreadrecode.h"
@@ -20,31 +22,20 @@ namespace {
 constexpr std::size_t kLongestFileName = 255;
 constexpr std::string_view kLogRule = "---------------------------------------------------------";
 
-void take_argument(Model& model, const char* argument) {
-  Unit& out = model.units.out;
+void take_argument(Run& run, const char* argument) {
+  Units& units = run.journal.units;
+  Unit& out = units.out;
   if (argument == nullptr) {
     write_list(out, "Filename not specified in command line. Default QOB.PRM assumed");
     stop("ERROR  Parameter file not specified when calling QOB ");
   }
-  Text<255>& name = model.parameters.files.qobparmfile;
+  Text<255>& name = run.parameters.files.qobparmfile;
   name = argument;
   if (std::strlen(argument) > kLongestFileName) {
-    handle_error(model, format_list("ERROR: Invalid command argument (filename)"), -1);
+    handle_error(units, ErrorValue{-1}, "ERROR: Invalid command argument (filename)");
   }
   write_list(out, "Command line argument read : ", printable(name));
-  model.files.inputs.emplace_back(name.trimmed());
-}
-
-void create_watches(Watches& w) {
-  w.stopwatch.option_stopwatch({.default_clocks = Names{"cpu", "wall"}, .form = "hh:mm:ss"});
-  w.stopwatch.create_watch({&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.mating},
-                           {"QOB Total time", "Initialisation", "Analyse pedigree", "Relationship",
-                            "Optimal contribution selection", "Mating"});
-  w.stopwatch.create_watch(w.pedigree, {"Pedigree"});  // the name that the reports show
-  w.stopwatch.create_watch(
-      {&w.basepop, &w.eval, &w.repair, &w.mutate, &w.dirmut, &w.recomb, &w.matesel, &w.nrm},
-      {"OCS Base population", "OCS Evaluation", "OCS Repair mateset", "OCS Mutation",
-       "OCS Directed mutation", "OCS Recombination", "OCS Mating and selection", "OCS NRM"});
+  run.files.inputs.emplace_back(name.trimmed());
 }
 
 void write_banner(Unit& unit, std::string_view version) {
@@ -60,10 +51,10 @@ void write_banner(Unit& unit, std::string_view version) {
   write_list(unit, rule);
 }
 
-void open_log(Model& model) {
-  Units& units = model.units;
-  const std::string path(model.parameters.files.logfile.trimmed());
-  claim_output(model, path);
+void open_log(Run& run) {
+  Units& units = run.journal.units;
+  const std::string path(run.parameters.files.logfile.trimmed());
+  claim_output(run, path);
   const int status = units.log.open_write(path, OutputFile::Show::kEachLine);
   if (status != 0) {
     write_list(units.err, path, " : ",
@@ -72,154 +63,107 @@ void open_log(Model& model) {
   }
   write_banner(units.out, std::string(33, ' ') + "QOB v3.0          build 16.05.29");
   write_banner(units.log, std::string(29, ' ') + "QOB v3.0              build 16.05.29");
-  print_time(model, " QOB started");
+  print_time(units, " QOB started");
 }
 
-void open_parameter_file(Model& model) {
-  const Text<255>& name = model.parameters.files.qobparmfile;
+void open_parameter_file(Run& run) {
+  Units& units = run.journal.units;
+  const Text<255>& name = run.parameters.files.qobparmfile;
   const std::string path(name.trimmed());
   if (!InputFile::exists(path)) {
-    handle_error(model,
-                 Text<255>(format_list("ERROR Parameter file not found : ", adjustl_trim(name))));
+    handle_error(units, "ERROR Parameter file not found : ", adjustl_trim(name));
   }
-  if (model.parameter_file.open(path) != 0) {
-    handle_error(model, Text<255>(format_list("ERROR Could not open file ", name)));
-  }
+  if (run.parameter_file.open(path) != 0) handle_error(units, "ERROR Could not open file ", name);
 }
 
 // Takes up the files that the run is going to read, and the copy of the log that it will write.
-void take_up_files(Model& model) {
-  const Parameters& p = model.parameters;
-  model.files.inputs.emplace_back(adjustl_trim(p.data.datafile));
+void take_up_files(Run& run) {
+  const Parameters& p = run.parameters;
+  run.files.inputs.emplace_back(adjustl_trim(p.data.datafile));
   RelationshipMatrix relationship;  // faults are told when its turn comes
   NamelistFile file;
   const bool read = file.open(std::string(p.files.qobparmfile.trimmed())) == 0 &&
                     file.read(group_of(relationship)) == 0;
   if (!read || option_text(relationship.source) != "pedigree") {
-    model.files.inputs.emplace_back(adjustl_trim(relationship.gfile));
+    run.files.inputs.emplace_back(adjustl_trim(relationship.gfile));
   }
   const std::string prefix(adjustl_trim(p.data.resultsdirectory));
-  const std::string copy = as_shell_reads(copy_of_log(model, prefix));
-  if (!are_one_file(copy, std::string(p.files.logfile.trimmed()))) claim_output(model, copy);
+  const std::string copy = as_shell_reads(copy_of_log(p.files, prefix));
+  if (!are_one_file(copy, std::string(p.files.logfile.trimmed()))) claim_output(run, copy);
   // Before anything behind the prefix changes.
-  refuse_locked(model, prefix + std::string(p.files.fsummaryfile.trimmed()));
+  refuse_locked(run, prefix + std::string(p.files.fsummaryfile.trimmed()));
 }
 
-void read_data_parameters(Model& model) {
-  const Group group = group_of(model.parameters.data);
-  const int status = model.parameter_file.read(group);
+void read_data_parameters(Run& run) {
+  Units& units = run.journal.units;
+  const Group group = group_of(run.parameters.data);
+  const int status = run.parameter_file.read(group);
   if (status != 0) {
-    handle_error(
-        model, format_list("ERROR in reading QOB Parameter file, Namelist DataParameters !!!!!!!!"),
-        status);
+    handle_error(units, ErrorValue{status},
+                 "ERROR in reading QOB Parameter file, Namelist DataParameters !!!!!!!!");
   }
-  Unit& log = model.units.log;
-  write_list(log, kLogRule);
-  write_list(log, "Parameters for reading data");
-  echo(log, group);
-  write_list(log, kLogRule);
-  take_up_files(model);
+  write_list(units.log, kLogRule);
+  write_list(units.log, "Parameters for reading data");
+  echo(units.log, group);
+  write_list(units.log, kLogRule);
+  take_up_files(run);
 }
 
-// Reads a group wherever it stands in the file.
-void read_group(Model& model, const Group& group, bool echo_when_faulty = false) {
-  int status = model.parameter_file.rewind();
-  if (status == 0) status = model.parameter_file.read(group);
-  if (status == 0) return;
-  if (echo_when_faulty) echo(model.units.out, group);
-  const std::string name = "Namelist " + std::string(group.name);
-  handle_error(model, format_list("ERROR in reading QOB Parameter file, ", name), status);
+void start(Run& run, const char* argument) {
+  Units& units = run.journal.units;
+  units.out.open_standard_output();
+  units.err.open_standard_error();
+  write_list(units.out, "QOB initialising");
+  take_argument(run, argument);
+  start_watches(run.journal.watches);
+  open_log(run);
+  open_parameter_file(run);
+  read_data_parameters(run);
 }
 
-void timed_phase(Model& model, Watch& watch, void (*phase)(Model&)) {
-  Stopwatch& stopwatch = model.watches.stopwatch;
-  stopwatch.start_watch(watch);
-  phase(model);
-  stopwatch.stop_watch(watch);
-  stopwatch.print_watch(watch);
-  write_list(model.units.log);
+// Whether OCSParameters asks for matings. Reads it, and how to search them.
+bool matings_are_wanted(Run& run) {
+  Parameters& p = run.parameters;
+  read_group(run, group_of(p.ocs));
+  if (p.ocs.nmatings < 0) return false;
+  read_group(run, group_of(p.algorithm), true);
+  return true;
 }
 
-// Matings are sought when OCSParameters asks for them.
-void select_and_mate(Model& model) {
-  Parameters& p = model.parameters;
-  Watches& w = model.watches;
-  read_group(model, group_of(p.ocs));
-  if (p.ocs.nmatings < 0) {
-    model.progstatus = 0;
-    return;
-  }
-  read_group(model, group_of(p.algorithm), true);
-  timed_phase(model, w.ocs, ocs);
-  if (model.progstatus == 0) return;
-  read_group(model, group_of(p.mating));
-  timed_phase(model, w.mating, mating);
-}
-
-void write_timing(Model& model) {
-  Unit& log = model.units.log;
-  Watches& w = model.watches;
-  w.stopwatch.stop_watch(w.total);
-  write_list(log);
-  write_list(log, "----------------Timing of QOB program -------------------");
-  const std::initializer_list<Watch*> watches = {
-      &w.total, &w.init,   &w.history, &w.pedigree, &w.ocs,    &w.nrm,     &w.basepop,
-      &w.eval,  &w.repair, &w.mutate,  &w.dirmut,   &w.recomb, &w.matesel, &w.mating};
-  w.stopwatch.print_watch(watches);
-  w.stopwatch.destroy_watch(watches);
-  write_list(log, kLogRule);
-}
-
-void close_files(Model& model) {
-  Units& units = model.units;
-  for (Unit* unit : {&units.summary, &units.cnv1, &units.cnv2}) closeresultsfile(model, *unit);
-}
-
-Model* running = nullptr;
-
-// Everything up to the end of a successful run.
-void carry_out(Model& model, const char* argument) {
-  Watches& w = model.watches;
-  const Text<80>& prefix = model.parameters.data.resultsdirectory;
-  model.units.out.open_standard_output();
-  model.units.err.open_standard_error();
-  write_list(model.units.out, "QOB initialising");
-  take_argument(model, argument);
-  create_watches(w);
-  w.stopwatch.start_watch(w.total);
-  w.stopwatch.start_watch(w.init);
-  open_log(model);
-  open_parameter_file(model);
-  read_data_parameters(model);
-  readrecode(model);
-  renameoldresultfiles(model, prefix);
-
-  Unit& log = model.units.log;
-  w.stopwatch.option_stopwatch({.print_unit = &log, .error_unit = &log});
-  w.stopwatch.stop_watch(w.init);
-  w.stopwatch.print_watch(w.init);
-  write_list(log);
-
-  timed_phase(model, w.history, pophistory);
-  timed_phase(model, w.pedigree, setup_nrm);
-  if (model.progstatus != 0) select_and_mate(model);
-
-  write_timing(model);
-  close_files(model);
-  copylogfile(model, prefix);  // complete and still locked
-  closeresultsfile(model, log);
+[[noreturn]] void finish(Run& run) {
+  Units& units = run.journal.units;
+  write_timing(run.journal);
+  closeresultsfile(units, units.summary);
+  copylogfile(run, run.parameters.data.resultsdirectory);  // complete and still locked
+  closeresultsfile(units, units.log);
   stop("QOB ended successfully", kSuccess);
+}
+
+// The road of one animal, from a line of the data file to a line of the mating list. Without a
+// relationship matrix, or matings that are wanted, it ends with the population's history.
+void carry_out(Run& run, const char* argument) {
+  start(run, argument);
+  Pedigree pedigree = readrecode(run);  // who there is
+  renameoldresultfiles(run, run.parameters.data.resultsdirectory);
+  end_initialisation(run.journal);
+  pophistory(run, pedigree);                           // what has happened to them
+  const auto relationship = setup_nrm(run, pedigree);  // how the candidates are related
+  if (relationship && matings_are_wanted(run)) {
+    initialize_qob(run);  // how the search is to go
+    const Selection selection =
+        set_up_selection(run, std::move(pedigree), *relationship);  // among whom, for what
+    Plan plan = ocs(run, selection, *relationship);                 // the best set of matings
+    read_group(run, group_of(run.parameters.mating));
+    mating(run, selection, *relationship, plan);  // who with whom
+  }
+  finish(run);
 }
 
 }  // namespace
 
-void run(Model& model, const char* argument) {
-  running = &model;
-  set_write_fault_reporter([](std::string_view message) {
-    both(running->units.log, running->units.out, "(A)", message);
-  });
-  if (!memory_suffices([&] { carry_out(model, argument); })) {
-    both_list(model.units.log, model.units.out, kOutOfMemory);
+void run(Run& run, const char* argument) {
+  if (!memory_suffices([&] { carry_out(run, argument); })) {
+    both_list(run.journal.units.log, run.journal.units.out, kOutOfMemory);
   }
   stop(kOutOfMemory);
 }

@@ -10,6 +10,6 @@ inline constexpr const char* kOutOfMemory = "Allocation would exceed memory limi
 
 // Runs the job that the parameter file describes. `argument` is the first command argument, none
 // when nullptr. Ends by a stop, never by returning.
-[[noreturn]] void run(Model& model, const char* argument);
+[[noreturn]] void run(Run& run, const char* argument);
 
 }  // namespace qob

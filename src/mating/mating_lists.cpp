@@ -2,8 +2,9 @@
 
 #include <string>
 
+#include "core/numbers.h"
 #include "core/sort.h"
-#include "mating/candidate_averages.h"
+#include "mating/list_columns.h"
 
 namespace qob {
 namespace {
@@ -25,41 +26,34 @@ Table<std::int32_t> rows_in_order(const Candidates& candidates, Mateset mateset)
 
 class Lists {
  public:
-  explicit Lists(Model& model)
-      : model_(model),
-        candidates_(model.candidates),
-        mateset_(model.search.best()),
-        averages_(candidate_averages(model.relationship, candidates_, mateset_)) {
-    const Pedigree& pedigree = model.pedigree;
-    offspring_[0].assign(pedigree.maxid, 0);
-    offspring_[1].assign(pedigree.maxid, 0);
-    for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-      if (pedigree.sire(i) > 0) ++offspring_[0](pedigree.sire(i));
-      if (pedigree.dam(i) > 0) ++offspring_[1](pedigree.dam(i));
-    }
-  }
+  Lists(Run& run, const Candidates& candidates, const Relationship& relationship, Mateset mateset)
+      : run_(run),
+        candidates_(candidates),
+        relationship_(relationship),
+        mateset_(mateset),
+        columns_(list_columns(relationship, candidates, mateset)) {}
 
   void write_matings();
   void write_candidates();
 
  private:
   double relationship(std::int32_t a, std::int32_t b) const {
-    return cnrm(model_.relationship, candidates_, a, b);
+    return cnrm(relationship_, candidates_, a, b);
   }
-  // Offspring that candidate i has in the pedigree.
-  std::int32_t previous_offspring(std::int32_t i) const {
-    return offspring_[candidates_.is_male(i) ? 0 : 1](candidates_.cands(i));
+  void open(const Text<80>& name, Unit& unit) {
+    openresultsfile(run_, run_.parameters.data.resultsdirectory, name, unit);
   }
+  void close(Unit& unit) { closeresultsfile(run_.journal.units, unit); }
   void write_legend(Unit& unit) const;
   void write_mating(Unit& unit, std::int64_t line, std::int32_t sire, std::int32_t dam,
                     std::int32_t nm, std::int32_t nf) const;
   void write_male(Unit& unit, std::int32_t i, std::int32_t matings) const;
 
-  Model& model_;
+  Run& run_;
   const Candidates& candidates_;
+  const Relationship& relationship_;
   Mateset mateset_;
-  Table<Averages> averages_;          // by candidate
-  Table<std::int32_t> offspring_[2];  // by animal: as a sire, as a dam
+  Table<ListColumns> columns_;  // by candidate
 };
 
 void Lists::write_legend(Unit& unit) const {
@@ -81,19 +75,17 @@ void Lists::write_mating(Unit& unit, std::int64_t line, std::int32_t sire, std::
 }
 
 void Lists::write_male(Unit& unit, std::int32_t i, std::int32_t matings) const {
-  const Averages& a = averages_(i);
-  const std::string text = format_record("(A15)", candidates_.description(i).trimmed());
-  write(unit, "(2I15,I16,4F16.4,1X,A20)", candidates_.old_id(i), matings, previous_offspring(i),
-        a.males, a.females, a.males_sel, a.females_sel, text);
+  const ListColumns& a = columns_(i);
+  const std::string text = formatted("(A15)", candidates_.description(i).trimmed());
+  write(unit, "(2I15,I16,4F16.4,1X,A20)", candidates_.old_id(i), matings,
+        candidates_.previous_offspring(i), a.males, a.females, a.males_sel, a.females_sel, text);
 }
 
 void Lists::write_matings() {
-  const FileNames& files = model_.parameters.files;
-  const Text<80>& prefix = model_.parameters.data.resultsdirectory;
   Unit matings(19);
   Unit males(20);
-  openresultsfile(model_, prefix, files.lst_file, matings);
-  openresultsfile(model_, prefix, files.male_file, males);
+  open(run_.parameters.files.lst_file, matings);
+  open(run_.parameters.files.male_file, males);
   write(matings, "(2A12,3A8,3A9,2A15)", "Sire", "Dam ", "N.mating", "Nm", "Nf.m", "EBV", "F", "vF",
         "Sire.txt", "Dam.txt");
   write_legend(males);
@@ -113,34 +105,33 @@ void Lists::write_matings() {
     const bool last = line == row.size() || mateset_.male(row(line + 1)) != m;
     if (last) write_male(males, m, nm);
   }
-  closeresultsfile(model_, matings);
-  closeresultsfile(model_, males);
+  close(matings);
+  close(males);
 }
 
 void Lists::write_candidates() {
   Unit unit(21);
-  openresultsfile(model_, model_.parameters.data.resultsdirectory, model_.parameters.files.candfile,
-                  unit);
+  open(run_.parameters.files.candfile, unit);
   write(unit, "(A)", "N.matings       : Number of matings in optimal mateset");
   write_legend(unit);
   write(unit, "(A15,A5,3A12,4A16,A20)", "ID", "Sex", "N.matings", "Prev.offspr", "Merit",
         "Rel.males", "Rel.females", "Rel.males.sel", "Rel.females.sel", "txt");
-  Table<std::int32_t> matings(candidates_.ncands, 0);
-  for (std::int64_t p = 1; p <= 2 * mateset_.nmatings(); ++p) ++matings(mateset_.entry(p));
+  const Uses matings = uses_of(candidates_, mateset_);
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
-    const Averages& a = averages_(i);
+    const ListColumns& a = columns_(i);
     write(unit, "(I15,I5,2I12,G12.3,4F16.4,1X,A20)", candidates_.old_id(i),
-          candidates_.is_male(i) ? kMale : kFemale, matings(i), previous_offspring(i),
+          candidates_.is_male(i) ? kMale : kFemale, matings(i), candidates_.previous_offspring(i),
           candidates_.merit(i), a.males, a.females, a.males_sel, a.females_sel,
           candidates_.description(i));
   }
-  closeresultsfile(model_, unit);
+  close(unit);
 }
 
 }  // namespace
 
-void write_lists(Model& model) {
-  Lists lists(model);
+void write_lists(Run& run, const Candidates& candidates, const Relationship& relationship,
+                 Mateset mateset) {
+  Lists lists(run, candidates, relationship, mateset);
   lists.write_matings();
   lists.write_candidates();
 }

@@ -2,10 +2,13 @@
 #pragma once
 
 #include "core/qobtypestools.h"
+#include "ocs/candidates.h"
+#include "ocs/mateset.h"
 
 namespace qob {
 
-// Writes `lst_file`, `male_file` and `candfile` from the best mateset.
-void write_lists(Model& model);
+// Writes `lst_file`, `male_file` and `candfile` for this mateset.
+void write_lists(Run& run, const Candidates& candidates, const Relationship& relationship,
+                 Mateset mateset);
 
 }  // namespace qob

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "core/numbers.h"
 #include "mating/pair_count.h"
 
 namespace qob {
@@ -52,15 +53,19 @@ Assignment cheapest(const Square& cost) {
 
 class MaximumAvoidance {
  public:
-  explicit MaximumAvoidance(Model& model)
-      : model_(model),
-        mateset_(model.search.best()),
+  MaximumAvoidance(const Candidates& candidates, const Relationship& relationship,
+                   bool repeatedmatings, Plan& plan)
+      : candidates_(candidates),
+        relationship_(relationship),
+        repeatedmatings_(repeatedmatings),
+        plan_(plan),
+        mateset_(plan.best()),
         order_(mateset_.nmatings(), 0),
         male_row_(mateset_.nmatings(), 0),
         female_row_(mateset_.nmatings(), 0),
         pairs_(mateset_.nmatings()) {
     const std::int64_t n = mateset_.nmatings();
-    fsum_ = static_cast<double>(n) * model.search.best_value.inbreeding;
+    fsum_ = static_cast<double>(n) * plan.best_value.inbreeding;
     for (std::int64_t j = 1; j <= n; ++j) {
       pairs_.add(mateset_.male(j), mateset_.female(j));
       male_row_(j) = matrix_row(mateset_.male(j));
@@ -68,7 +73,8 @@ class MaximumAvoidance {
     }
   }
 
-  void run() {
+  // Returns whether the passes came to an end before their budget did.
+  bool run() {
     const std::int64_t n = mateset_.nmatings();
     std::int64_t budget = kPassesPerMating * n;
     for (int stall = kStall; budget >= 1 && stall >= 1; --budget) {
@@ -78,16 +84,13 @@ class MaximumAvoidance {
         --stall;
       }
     }
-    model_.search.best_value.inbreeding = fsum_ / static_cast<double>(n);
-    if (budget != 0) return;
-    write_list(model_.units.log, "WARNING : Optimisation of matings stopped before convergence");
-    write_list(model_.units.log,
-               "          Matings not necessarily minimise inbreeding of offspring");
+    plan_.best_value.inbreeding = fsum_ / static_cast<double>(n);
+    return budget != 0;
   }
 
  private:
   std::int32_t matrix_row(std::int32_t candidate) const {
-    return model_.relationship.nrm_id(model_.candidates.cands(candidate));
+    return relationship_.nrm_id(candidates_.cands(candidate));
   }
 
   // Returns whether a pairing changed.
@@ -106,7 +109,7 @@ class MaximumAvoidance {
     for (std::int64_t i = first; i < first + 4; ++i) {
       for (std::int64_t k = first; k < first + 4; ++k) {
         const std::int64_t place = ute(male_row_(order_(i)), female_row_(order_(k)));
-        __builtin_prefetch(model_.relationship.nrm.data() + place - 1);
+        __builtin_prefetch(relationship_.nrm.data() + place - 1);
       }
     }
   }
@@ -115,7 +118,7 @@ class MaximumAvoidance {
     const std::int64_t n = mateset_.nmatings();
     for (std::int64_t r = 1; r <= n; ++r) order_(r) = r;
     for (std::int64_t j = n; j >= 2; --j) {
-      const double product = model_.random.uni() * static_cast<double>(single(j));
+      const double product = plan_.random.uni() * static_cast<double>(single(j));
       const std::int64_t r = static_cast<std::int64_t>(product) + 1;
       if (r < j) std::swap(order_(j), order_(r));
     }
@@ -136,13 +139,12 @@ class MaximumAvoidance {
   }
 
   void fill_tables(const std::array<std::int64_t, 4>& row, Square& coancestry, Square& cost) const {
-    const bool avoid_repeats = !model_.parameters.mating.repeatedmatings;
+    const bool avoid_repeats = !repeatedmatings_;
     for (std::size_t i = 0; i < 4; ++i) {
       for (std::size_t k = 0; k < 4; ++k) {
         const std::int32_t male = mateset_.male(row[i]);
         const std::int32_t female = mateset_.female(row[k]);
-        coancestry[i][k] =
-            0.5 * nrmelement(model_.relationship, male_row_(row[i]), female_row_(row[k]));
+        coancestry[i][k] = 0.5 * nrmelement(relationship_, male_row_(row[i]), female_row_(row[k]));
         const int own_row = i == k ? 1 : 0;
         const bool repeated = avoid_repeats && pairs_(male, female) > own_row;
         cost[i][k] = repeated ? kRepeatedPair : coancestry[i][k];
@@ -162,7 +164,10 @@ class MaximumAvoidance {
     }
   }
 
-  Model& model_;
+  const Candidates& candidates_;
+  const Relationship& relationship_;
+  bool repeatedmatings_;
+  Plan& plan_;
   Mateset mateset_;
   Table<std::int64_t> order_;
   Table<std::int32_t> male_row_;    // by mating: the male's row in the relationship matrix
@@ -171,25 +176,25 @@ class MaximumAvoidance {
   double fsum_ = 0.0;
 };
 
-void check_ranges(Model& model) {
-  const Candidates& candidates = model.candidates;
-  const Mateset mateset = model.search.best();
+void check_ranges(const Candidates& candidates, Mateset mateset, Units& units) {
   bool males = true;
   bool females = true;
   for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
     males = males && candidates.is_male(mateset.male(j));
     females = females && candidates.is_female(mateset.female(j));
   }
-  Units& units = model.units;
   if (!males) both_list(units.out, units.log, "ERROR in mateset : males out of range");
   if (!females) both_list(units.out, units.log, "ERROR in mateset : females out of range");
 }
 
 }  // namespace
 
-void maximum_avoidance(Model& model) {
-  check_ranges(model);
-  MaximumAvoidance(model).run();
+void maximum_avoidance(const Candidates& candidates, const Relationship& relationship,
+                       bool repeatedmatings, Plan& plan, Units& units) {
+  check_ranges(candidates, plan.best(), units);
+  if (MaximumAvoidance(candidates, relationship, repeatedmatings, plan).run()) return;
+  write_list(units.log, "WARNING : Optimisation of matings stopped before convergence");
+  write_list(units.log, "          Matings not necessarily minimise inbreeding of offspring");
 }
 
 }  // namespace qob

@@ -8,12 +8,13 @@
 namespace qob {
 namespace {
 
-void choose_pairing(Model& model) {
-  Unit& log = model.units.log;
-  const std::string strategy = option_text(model.parameters.mating.matingstrategy);
+void choose_pairing(const MatingOptions& options, const Selection& selection,
+                    const Relationship& relationship, Plan& plan, Units& units) {
+  Unit& log = units.log;
+  const std::string strategy = option_text(options.matingstrategy);
   if (strategy == "mai") {
     write_list(log, "MatingStrategy=MAI maximum avoidance of inbreeding");
-    maximum_avoidance(model);
+    maximum_avoidance(selection.candidates, relationship, options.repeatedmatings, plan, units);
   } else if (strategy == "mcac") {
     write(log, "(/,A75)",
           "Option MatingStrategy=MCAC in MAtingOptions not yet implemented. Random assumed");
@@ -24,20 +25,23 @@ void choose_pairing(Model& model) {
 
 }  // namespace
 
-void mating(Model& model) {
-  Units& units = model.units;
+void mating(Run& run, const Selection& selection, const Relationship& relationship, Plan& plan) {
+  const TimedPhase timed(run.journal, run.journal.watches.mating);
+  Units& units = run.journal.units;
+  const MatingOptions& options = run.parameters.mating;
   write_list(units.out);
   write_list(units.out, "Optimising matings starting");
-  choose_pairing(model);
+  choose_pairing(options, selection, relationship, plan, units);
   both_list(units.summary, units.out,
             "-------------------------------- Mating done ----------------------------------");
   both(units.summary, units.out, "(A,A)",
-       " Mating Strategy         :", model.parameters.mating.matingstrategy.trimmed());
+       " Mating Strategy         :", options.matingstrategy.trimmed());
   both(units.summary, units.out, "(A,F12.6,/)",
-       " Average inbreeding      :", model.search.best_value.inbreeding);
+       " Average inbreeding      :", plan.best_value.inbreeding);
   both(units.summary, units.out, "(A75,/)", std::string(75, '-'));
   write_list(units.out, "Writing optimal mateset to file");
-  allocate(model, "ERROR in allocating memory in subroutine Mating", [&] { write_lists(model); });
+  allocate(units, "ERROR in allocating memory in subroutine Mating",
+           [&] { write_lists(run, selection.candidates, relationship, plan.best()); });
   write_list(units.out, "Mating module finished");
 }
 

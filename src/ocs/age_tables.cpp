@@ -1,9 +1,9 @@
-// The age structure of candidates and parents. Reads model.pedigree and model.candidates; writes
-// goal.last_genint and the age tables of the log and the summary.
+#include "ocs/age_tables.h"
+
 #include <algorithm>
 #include <string>
 
-#include "ocs/qobocs.h"
+#include "core/numbers.h"
 
 namespace qob {
 namespace {
@@ -61,9 +61,7 @@ AgeColumns candidates_by_age(const Candidates& candidates, std::int64_t nage) {
   return count;
 }
 
-AgeColumns parents_by_age(const Model& model, std::int64_t nage) {
-  const Pedigree& pedigree = model.pedigree;
-  const std::int64_t last = model.candidates.birth_time - std::int64_t{1};
+AgeColumns parents_by_age(const Pedigree& pedigree, std::int64_t last, std::int64_t nage) {
   AgeColumns count(nage);
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
     if (pedigree.btime(i) != last) continue;
@@ -101,13 +99,11 @@ double mean_age(const Table<double>& count) {
 
 }  // namespace
 
-std::int64_t count_age_classes(const Model& model) {
-  const Pedigree& pedigree = model.pedigree;
-  const std::int64_t next = model.candidates.birth_time;
+std::int64_t count_age_classes(const Pedigree& pedigree, std::int64_t next) {
   std::int64_t nage = 1;
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    const std::int64_t btime = pedigree.btime(i);
-    if (pedigree.matings(i) > 0 && btime >= -9998) nage = std::max(nage, next - btime);
+    const std::int32_t btime = pedigree.btime(i);
+    if (pedigree.matings(i) > 0 && birth_time_is_known(btime)) nage = std::max(nage, next - btime);
     if (btime != next - 1) continue;
     for (int k = 1; k <= 2; ++k) {
       const std::int32_t parent = pedigree.newped(k, i);
@@ -117,21 +113,21 @@ std::int64_t count_age_classes(const Model& model) {
   return nage;
 }
 
-AgeStructure age_structure(Model& model, std::int64_t nage) {
-  Units& units = model.units;
+AgeStructure age_structure(const Pedigree& pedigree, const Candidates& candidates,
+                           std::int64_t nage, Units& units) {
   if (nage > kMostAgeClasses) {
-    handle_error(model, format_list("ERROR in data : Birth times give too many age classes :", nage,
-                                    " at most :", kMostAgeClasses));
+    handle_error(units, "ERROR in data : Birth times give too many age classes :", nage,
+                 " at most :", kMostAgeClasses);
   }
   AgeStructure ages;
   ages.nage = nage;
   ages.weight.assign(nage, 1.0);
-  const AgeColumns candidates = candidates_by_age(model.candidates, nage);
-  write_candidates(units.log, model.candidates, candidates);
-  write_candidates(units.summary, model.candidates, candidates);
+  const AgeColumns count = candidates_by_age(candidates, nage);
+  write_candidates(units.log, candidates, count);
+  write_candidates(units.summary, candidates, count);
 
-  AgeColumns parents = parents_by_age(model, nage);
-  model.goal.last_genint = mean_age(parents.all);
+  AgeColumns parents = parents_by_age(pedigree, candidates.birth_time - std::int64_t{1}, nage);
+  ages.last_genint = mean_age(parents.all);
   write_parents(units.log, parents);
   write_parents(units.summary, parents);
   normalise(parents.males);

@@ -1,5 +1,4 @@
-// Mating allowances and male slots, which all operators of the search share.
-#include "ocs/qobocs.h"
+#include "ocs/allowances.h"
 
 namespace qob {
 namespace {
@@ -21,7 +20,8 @@ Allowances mating_limits(const Candidates& candidates) {
 
 Allowances remaining_matings(const Candidates& candidates, Mateset mateset) {
   Allowances matings = mating_limits(candidates);
-  for (std::int64_t p = 1; p <= 2 * mateset.nmatings(); ++p) --matings(mateset.entry(p));
+  const Uses uses = uses_of(candidates, mateset);
+  for (std::int32_t i = 0; i <= candidates.ncands; ++i) matings(i) -= uses(i);
   return matings;
 }
 
@@ -33,8 +33,14 @@ std::int64_t mating_capacity(const Candidates& candidates, int sex) {
   return sum_of_sex(candidates, candidates.max_matings, sex);
 }
 
-std::int64_t male_slots(const Model& model) {
-  return model.parameters.ocs.nmatings / model.parameters.ocs.limitmalematings;
+std::int32_t spin_wheel(const Candidates& candidates, const Allowances& matings, int sex,
+                        std::int64_t r) {
+  std::int64_t total = 0;
+  for (std::int32_t i = candidates.first(sex); i <= candidates.last(sex); ++i) {
+    total += matings(i);
+    if (total >= r) return i;
+  }
+  return 0;
 }
 
 void fill_slot(Mateset mateset, std::int64_t j, std::int64_t slots, std::int32_t male) {

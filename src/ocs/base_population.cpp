@@ -1,44 +1,26 @@
-// The first population of the search. Reads the candidates and the parameters; creates and fills
-// model.search.
-#include <cerrno>
+#include "ocs/base_population.h"
+
 #include <string>
 
 #include "core/lexer.h"
 #include "core/sort.h"
-#include "ocs/qobocs.h"
+#include "ocs/allowances.h"
+#include "ocs/repair.h"
+#include "system/input_file.h"
 
 namespace qob {
 namespace {
 
 constexpr int kRepairs = 1000;  // attempts to make the first random solution legal
 
-void allocate_population(Model& model) {
-  Search& search = model.search;
-  const std::int64_t popsize = model.parameters.algorithm.popsize;
-  const std::int64_t nmatings = model.parameters.ocs.nmatings;
-  search.allocated = memory_suffices([&] {
-    search.pop.assign(popsize, nmatings);
-    search.pop_value.assign(popsize, ValueRecord{});
-    search.best_mating.assign(1, nmatings);
-  });
-  if (search.allocated) return;
-  Units& units = model.units;
-  write_list(units.log, "ERROR in allocating memory. Error code: ", ENOMEM);
-  write_list(units.log, "Size of integer   arrays to be allocated :", (popsize + 1) * nmatings * 2);
-  write_list(units.log, "Size of real      arrays to be allocated :", popsize);
-  write_list(units.out, "ERROR in allocating memory. Error code: ", ENOMEM);
-  stop("Allocation POP failed");
-}
-
 // Reads a mateset from a file: a header line, then a line a mating with its male and its female
 // candidate number. A candidate number outside its sex's range stops the run.
-void read_old_solution(Model& model, const std::string& path, Mateset solution) {
-  const Candidates& candidates = model.candidates;
-  const Text<80>& name = model.parameters.files.oldsol_file;
+void read_old_solution(const Candidates& candidates, std::string_view name, Mateset solution,
+                       Units& units) {
   InputFile file;
-  int status = file.open(path);
+  int status = file.open(std::string(adjustl_trim(name)));
   if (status != 0) {
-    handle_error(model, format_list("ERROR opening file with old solution ", name), status);
+    handle_error(units, ErrorValue{status}, "ERROR opening file with old solution ", name);
   }
   std::string_view line;
   status = file.next_line(line);
@@ -47,78 +29,58 @@ void read_old_solution(Model& model, const std::string& path, Mateset solution) 
     if (status == 0) status = read_list(line, solution.male(j), solution.female(j));
     if (status != 0) break;
     if (!candidates.is_male(solution.male(j)) || !candidates.is_female(solution.female(j))) {
-      handle_error(model,
-                   format_list("ERROR Candidate number out of range in file with old solution ",
-                               name.trimmed(), " , row ", j));
+      handle_error(units, "ERROR Candidate number out of range in file with old solution ",
+                   trim(name), " , row ", j);
     }
   }
   if (status != 0) {
-    handle_error(model, format_list("ERROR when reading file with old solution ", name), status);
+    handle_error(units, ErrorValue{status}, "ERROR when reading file with old solution ", name);
   }
 }
 
-// Draws a candidate of the sex with the weight of its allowance; 0 if the draw finds none.
-std::int32_t draw_candidate(Model& model, const Allowances& matings, int sex, std::int64_t free) {
-  const Candidates& candidates = model.candidates;
-  std::int64_t r = model.random.ceiling_of_draw(free);
-  for (std::int32_t i = candidates.first(sex); i <= candidates.last(sex); ++i) {
-    r -= matings(i);
-    if (r < 1) return i;
-  }
-  return 0;
-}
-
-void draw_solution(Model& model, Mateset solution) {
-  const Candidates& candidates = model.candidates;
-  const std::int64_t unit = model.parameters.ocs.limitmalematings;
-  const std::int64_t slots = male_slots(model);
+// Takes males slot by slot and females row by row, each with the weight of its allowance. Where a
+// draw finds nobody the entry stays as it was.
+void draw_solution(const Selection& selection, Mateset solution, Random& random) {
+  const Candidates& candidates = selection.candidates;
+  const std::int64_t slots = selection.male_slots();
   Allowances matings = mating_limits(candidates);
-  std::int64_t free_males = sum_over(candidates, matings, kMale);
-  std::int64_t free_females = sum_over(candidates, matings, kFemale);
+  std::int64_t free[2] = {sum_over(candidates, matings, kMale),
+                          sum_over(candidates, matings, kFemale)};
+  const auto draw = [&](std::int32_t& entry, int sex, std::int64_t rows) {
+    const std::int64_t r = random.ceiling_of_draw(free[sex - 1]);
+    const std::int32_t i = spin_wheel(candidates, matings, sex, r);
+    if (i == 0) return;
+    entry = i;
+    matings(i) -= rows;
+    free[sex - 1] -= rows;
+  };
   for (std::int64_t j = 1; j <= solution.nmatings(); ++j) {
     if (j > slots) {
       solution.male(j) = solution.male(j - slots);
-    } else if (const std::int32_t m = draw_candidate(model, matings, kMale, free_males); m > 0) {
-      solution.male(j) = m;
-      matings(m) -= unit;
-      free_males -= unit;
+    } else {
+      draw(solution.male(j), kMale, selection.limitmalematings);
     }
-    if (const std::int32_t f = draw_candidate(model, matings, kFemale, free_females); f > 0) {
-      solution.female(j) = f;
-      --matings(f);
-      --free_females;
-    }
+    draw(solution.female(j), kFemale, 1);
   }
 }
 
-void report_legality(Model& model, std::int32_t k) {
-  if (!model.search.pop_value(k).legal) {
-    write_list(model.units.log, "Base pop solution not legal :", k);
-  }
+void report_legality(const Population& population, std::int32_t k, Unit& log) {
+  if (!population.pop_value(k).legal) write_list(log, "Base pop solution not legal :", k);
 }
 
-// Only the first random solution may be repaired, and it is always solution 1 that is.
-void add_first_random_solution(Model& model, std::int32_t k) {
-  Search& search = model.search;
-  draw_solution(model, search.pop(k));
-  evaluation(model, search.pop(k), search.pop_value(k));
-  for (int attempt = 0; attempt < kRepairs && !search.pop_value(k).legal; ++attempt) {
-    repair_mateset(model, search.pop(1));
-    evaluation(model, search.pop(k), search.pop_value(k));
+// Only the first random solution may be repaired, and it is always solution 1 that is: so because
+// without an old solution the two are the same; with one the repair goes to the old solution.
+void add_first_random_solution(const Selection& selection, std::int32_t k, Population& population,
+                               Random& random, Evaluator& evaluator, Journal& journal) {
+  const Mateset solution = population.pop(k);
+  MatesetValue& value = population.pop_value(k);
+  draw_solution(selection, solution, random);
+  evaluator.evaluation(solution, value);
+  for (int attempt = 0; attempt < kRepairs && !value.legal; ++attempt) {
+    repair_mateset(selection, population.pop(1), random, journal);
+    evaluator.evaluation(solution, value);
   }
-  report_legality(model, k);
-}
-
-void add_random_solutions(Model& model, std::int32_t first, std::int32_t last) {
-  Search& search = model.search;
-  if (first <= last) add_first_random_solution(model, first);
-  Evaluations evaluations(model);
-  for (std::int32_t k = first + 1; k <= last; ++k) {
-    draw_solution(model, search.pop(k));
-    evaluations.add(search.pop(k), search.pop_value(k));
-    report_legality(model, k);
-  }
-  evaluations.finish();
+  report_legality(population, k, journal.units.log);
 }
 
 // Fills the sex's column from its first row with the candidates of highest merit, each in as many
@@ -142,25 +104,33 @@ void fill_by_merit(const Candidates& candidates, Mateset solution, int sex) {
 
 }  // namespace
 
-void base_population(Model& model) {
-  const Timed timed(model.watches.stopwatch, model.watches.basepop);
-  Search& search = model.search;
-  allocate_population(model);
+void base_population(const Selection& selection, std::string_view oldsol_file,
+                     Population& population, Random& random, Evaluator& evaluator,
+                     Journal& journal) {
+  const Timed timed(journal.watches, journal.watches.basepop);
+  Unit& log = journal.units.log;
   std::int32_t first = 1;
-  const std::string path(adjustl_trim(model.parameters.files.oldsol_file));
-  if (InputFile::exists(path)) {
-    read_old_solution(model, path, search.pop(1));
+  if (InputFile::exists(std::string(adjustl_trim(oldsol_file)))) {
+    read_old_solution(selection.candidates, oldsol_file, population.pop(1), journal.units);
     first = 2;
   } else {
-    write_list(model.units.log, "!!!! No file with previous solution was found !!!!!!");
+    write_list(log, "!!!! No file with previous solution was found !!!!!!");
   }
-  const std::int32_t popsize = model.parameters.algorithm.popsize;
-  add_random_solutions(model, first, popsize - 1);
-  const Mateset ranked = search.pop(popsize);
-  fill_by_merit(model.candidates, ranked, kMale);
-  fill_by_merit(model.candidates, ranked, kFemale);
-  evaluation(model, ranked, search.pop_value(popsize));
-  report_legality(model, popsize);
+  const std::int32_t popsize = population.popsize();
+  if (first < popsize) {
+    add_first_random_solution(selection, first, population, random, evaluator, journal);
+  }
+  for (std::int32_t k = first + 1; k < popsize; ++k) {
+    draw_solution(selection, population.pop(k), random);
+    evaluator.add(population.pop(k), population.pop_value(k));
+    report_legality(population, k, log);
+  }
+  evaluator.finish();
+  const Mateset ranked = population.pop(popsize);
+  fill_by_merit(selection.candidates, ranked, kMale);
+  fill_by_merit(selection.candidates, ranked, kFemale);
+  evaluator.evaluation(ranked, population.pop_value(popsize));
+  report_legality(population, popsize, log);
 }
 
 }  // namespace qob

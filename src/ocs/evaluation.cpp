@@ -1,142 +1,149 @@
-// The value of a mateset. Reads the candidates, their relationships, the goal and the parameters.
+#include "ocs/evaluation.h"
+
 #include <algorithm>
 
-#include "ocs/qobocs.h"
+#include "core/numbers.h"
 
 namespace qob {
 namespace {
 
-bool is_legal(const Model& model, Mateset mateset, const std::vector<std::int32_t>& uses) {
-  const Candidates& candidates = model.candidates;
-  const std::int32_t unit = model.parameters.ocs.limitmalematings;
+bool is_legal(const Selection& selection, Mateset mateset, const Uses& uses) {
+  const Table<std::int32_t>& limit = selection.candidates.max_matings;
   for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
-    const std::int32_t male_uses = uses[static_cast<std::size_t>(mateset.male(j))];
-    const std::int32_t female_uses = uses[static_cast<std::size_t>(mateset.female(j))];
-    if (male_uses > candidates.max_matings(mateset.male(j)) || male_uses % unit != 0) return false;
-    if (female_uses > candidates.max_matings(mateset.female(j))) return false;
+    const std::int32_t male = mateset.male(j);
+    const std::int32_t female = mateset.female(j);
+    if (uses(male) > limit(male) || uses(male) % selection.limitmalematings != 0) return false;
+    if (uses(female) > limit(female)) return false;
   }
   return true;
 }
 
-// Moves the numbers of uses into contributions and leaves 0.
-void collect(std::vector<std::int32_t>& uses, double h, Contributions& contributions) {
-  std::vector<std::int32_t>& used = contributions.candidate;
-  used.resize(uses.size());
-  std::size_t n = 0;
-  for (std::size_t i = 0; i < uses.size(); ++i) {
-    used[n] = static_cast<std::int32_t>(i);
-    n += uses[i] > 0;
-  }
-  used.resize(n);
-  contributions.c.resize(n);
-  for (std::size_t k = 0; k < n; ++k) {
-    contributions.c[k] = static_cast<double>(uses[static_cast<std::size_t>(used[k])]) * h;
-  }
-}
-
 }  // namespace
 
-bool is_legal(const Model& model, Mateset mateset) {
-  std::vector<std::int32_t> uses(static_cast<std::size_t>(model.candidates.ncands) + 1, 0);
-  for (std::int64_t p = 1; p <= 2 * mateset.nmatings(); ++p) {
-    ++uses[static_cast<std::size_t>(mateset.entry(p))];
-  }
-  return is_legal(model, mateset, uses);
+bool is_legal(const Selection& selection, Mateset mateset) {
+  return is_legal(selection, mateset, uses_of(selection.candidates, mateset));
 }
 
-double average_relationship(const Model& model, const Table<double>& c, double threshold) {
-  Contributions contributions;
-  for (std::int32_t i = 1; i <= model.candidates.ncands; ++i) {
-    if (!(c(i) >= threshold)) continue;
-    contributions.candidate.push_back(i);
-    contributions.c.push_back(c(i));
+double average_relationship(const Selection& selection, const Relationship& relationship,
+                            const Table<double>& c) {
+  ParentShares parents;
+  for (std::int32_t i = 1; i <= selection.candidates.ncands; ++i) {
+    parents.candidate.push_back(i);
+    parents.c.push_back(c(i));
   }
-  const Contributions* const set = &contributions;
-  RelationshipRows rows;
+  const ParentShares* const set = &parents;
+  RowCache rows(relationship, selection.candidates);
   double result;
-  average_relationships(model, {&set, 1}, rows, RelationshipRows::Keep::kNothing, &result);
+  average_relationships(selection.goal, {&set, 1}, rows, RowCache::Keep::kNothing, &result);
   return result;
 }
 
-Evaluations::Evaluations(Model& model)
-    : model_(model), uses_(static_cast<std::size_t>(model.candidates.ncands) + 1, 0) {}
+Evaluator::Evaluator(const Problem& problem, const Standing& standing, RowCache& rows,
+                     Journal& journal)
+    : problem_(problem),
+      standing_(standing),
+      rows_(rows),
+      journal_(journal),
+      uses_(std::int64_t{problem.selection.candidates.ncands} + 1, 0) {}
 
-void Evaluations::add(Mateset mateset, ValueRecord& value) {
-  const Timed timed(model_.watches.stopwatch, model_.watches.eval);
-  const Candidates& candidates = model_.candidates;
-  const Goal& goal = model_.goal;
+void Evaluator::evaluation(Mateset mateset, MatesetValue& value) {
+  add(mateset, value);
+  finish();
+}
+
+void Evaluator::add(Mateset mateset, MatesetValue& value) {
+  const Timed timed(journal_.watches, journal_.watches.eval);
+  const Candidates& candidates = problem_.selection.candidates;
+  const Goal& goal = problem_.selection.goal;
   const std::int64_t n = mateset.nmatings();
   const double h = 1.0 / static_cast<double>(2 * n);
   double ages = 0.0, merits = 0.0, scaled_merits = 0.0, inbreeding = 0.0;
   for (std::int64_t j = 1; j <= n; ++j) {
-    inbreeding += 0.5 * cnrm(model_.relationship, candidates, mateset.male(j), mateset.female(j));
+    inbreeding += 0.5 * cnrm(problem_.relationship, candidates, mateset.male(j), mateset.female(j));
     for (int sex = kMale; sex <= kFemale; ++sex) {
       const std::int32_t i = mateset(j, sex);
-      ++uses_[static_cast<std::size_t>(i)];
       ages += static_cast<double>(candidates.age(i));
       merits += candidates.merit(i);
       scaled_merits += candidates.merit(i) / goal.k_factor[sex - 1];
     }
   }
+  count_uses(mateset, uses_);
   Pending& pending = pending_[count_++];
   pending.value = &value;
-  collect(uses_, h, pending.contributions);
+  take_shares(pending.parents, n);
   value.age = ages * h;
   value.inbreeding = inbreeding / static_cast<double>(single(n));
   value.scaled_merit = scaled_merits * h - goal.expmerit;
   value.merit = merits * h;
-  value.legal = is_legal(model_, mateset, uses_);
-  for (const std::int32_t i : pending.contributions.candidate)
-    uses_[static_cast<std::size_t>(i)] = 0;
-  const bool may_log = !value.legal && option_text(model_.parameters.ocs.optimise) == "penalty";
-  if (may_log || count_ == kContributionSets) finish_pending();
+  value.legal = is_legal(problem_.selection, mateset, uses_);
+  for (const std::int32_t i : pending.parents.candidate) uses_(i) = 0;
+  const bool may_log = !value.legal && problem_.objective.criterion == Criterion::kPenalty;
+  if (may_log || count_ == kParentSets) finish_pending();
 }
 
-void Evaluations::finish() {
-  const Timed timed(model_.watches.stopwatch, model_.watches.eval);
+// Turns the uses into contributions. Every parent counts: a threshold of 1/3n, below the 1/2n of
+// one row, would only guard against rounding, and uses are counted in integers here.
+void Evaluator::take_shares(ParentShares& parents, std::int64_t nmatings) const {
+  const double h = 1.0 / static_cast<double>(2 * nmatings);
+  std::vector<std::int32_t>& used = parents.candidate;
+  used.resize(static_cast<std::size_t>(uses_.size()));
+  std::size_t n = 0;
+  for (std::int32_t i = 0; i <= uses_.last(); ++i) {
+    used[n] = i;
+    n += uses_(i) > 0;
+  }
+  used.resize(n);
+  parents.c.resize(n);
+  for (std::size_t k = 0; k < n; ++k) parents.c[k] = static_cast<double>(uses_(used[k])) * h;
+}
+
+void Evaluator::finish() {
+  const Timed timed(journal_.watches, journal_.watches.eval);
   finish_pending();
 }
 
-void Evaluations::finish_pending() {
-  const Goal& goal = model_.goal;
-  std::array<const Contributions*, kContributionSets> sets;
-  std::array<double, kContributionSets> relationship;
-  for (std::size_t l = 0; l < count_; ++l) sets[l] = &pending_[l].contributions;
-  average_relationships(model_, {sets.data(), count_}, model_.rows, RelationshipRows::Keep::kOften,
+void Evaluator::finish_pending() {
+  const Goal& goal = problem_.selection.goal;
+  std::array<const ParentShares*, kParentSets> sets;
+  std::array<double, kParentSets> relationship;
+  for (std::size_t l = 0; l < count_; ++l) sets[l] = &pending_[l].parents;
+  average_relationships(goal, {sets.data(), count_}, rows_, RowCache::Keep::kOften,
                         relationship.data());
   for (std::size_t l = 0; l < count_; ++l) {
-    ValueRecord& value = *pending_[l].value;
+    MatesetValue& value = *pending_[l].value;
     value.relationship = relationship[l];
     value.rate = (value.relationship - goal.last_rel) * goal.last_genint / (2.0 - goal.last_rel);
-    compute_fitness(model_, value);
+    compute_fitness(value);
   }
   count_ = 0;
 }
 
-void evaluation(Model& model, Mateset mateset, ValueRecord& value) {
-  Evaluations one(model);
-  one.add(mateset, value);
-  one.finish();
-}
-
-void compute_fitness(Model& model, ValueRecord& value) {
-  const OCSParameters& p = model.parameters.ocs;
-  const std::string optimise = option_text(p.optimise);
-  if (optimise == "constraint") {
-    const double excess = value.relationship - model.goal.constraint;
-    value.fitness = value.scaled_merit;
-    if (value.relationship > model.goal.constraint) value.fitness -= excess * 1000.0;
-  } else if (optimise == "merit") {
-    value.fitness = value.merit;
-  } else if (optimise == "penalty") {
-    value.fitness = p.w_merit * value.scaled_merit + p.w_relationship * value.relationship;
-    const double best = model.search.best_value.fitness;
-    if (!value.legal && value.fitness > best) {
-      write_list(model.units.log, "evaluation not legal", model.search.igeneration);
-      value.fitness = 0.9 * best;
-    }
-  } else {
-    handle_error(model, "ERROR in evaluation", 0);
+// The demotion of an illegal mateset takes 0.9 of the best fitness, also of a negative one, which
+// makes it more than the best: so because fitness is only compared, and what is illegal can never
+// become the best.
+void Evaluator::compute_fitness(MatesetValue& value) {
+  const Objective& objective = problem_.objective;
+  Units& units = journal_.units;
+  switch (objective.criterion) {
+    case Criterion::kConstraint:
+      value.fitness = value.scaled_merit;
+      if (value.relationship > objective.constraint) {
+        value.fitness -= (value.relationship - objective.constraint) * 1000.0;
+      }
+      return;
+    case Criterion::kMerit:
+      value.fitness = value.merit;
+      return;
+    case Criterion::kPenalty:
+      value.fitness =
+          objective.w_merit * value.scaled_merit + objective.w_relationship * value.relationship;
+      if (!value.legal && value.fitness > standing_.best_value.fitness) {
+        write_list(units.log, "evaluation not legal", standing_.igeneration);
+        value.fitness = 0.9 * standing_.best_value.fitness;
+      }
+      return;
+    case Criterion::kUnknown:
+      stop_with_message(units, "ERROR in evaluation", ErrorValue{0});
   }
 }
 

@@ -1,10 +1,11 @@
-// What the parents of the population now alive have contributed to it. Reads model.pedigree and
-// model.candidates; writes last_rel, vpapv and apv2 of model.goal.
+#include "ocs/realised_contributions.h"
+
 #include <algorithm>
 #include <vector>
 
 #include "analysis/pedigree_products.h"
-#include "ocs/qobocs.h"
+#include "core/numbers.h"
+#include "core/qobtypestools.h"
 
 namespace qob {
 namespace {
@@ -84,10 +85,8 @@ double inner_product(const Table<double>& a, const Table<double>& b) {
 
 }  // namespace
 
-void realised_contributions(Model& model, const AgeStructure& ages) {
-  const Pedigree& pedigree = model.pedigree;
-  const Candidates& candidates = model.candidates;
-  Goal& goal = model.goal;
+void realised_contributions(const Pedigree& pedigree, const Candidates& candidates,
+                            const AgeStructure& ages, double cohortrel, Units& units, Goal& goal) {
   const OffspringShares shares(pedigree, candidates.birth_time, ages.nage);
   // The weights once every age class has grown one step older.
   Table<double> next_weight(ages.nage, 0.0);
@@ -104,12 +103,12 @@ void realised_contributions(Model& model, const AgeStructure& ages) {
   Table<double> product = x;
   ak(pedigree.newped, pedigree.f, product, pedigree.maxid);
   const bool none_known = sum_x < kTiny;
-  goal.last_rel = none_known ? model.relationship.cohortrel
-                             : inner_product(x, product) / (goal.last_genint * goal.last_genint);
+  goal.last_rel =
+      none_known ? cohortrel : inner_product(x, product) / (goal.last_genint * goal.last_genint);
   product = y;
   ak(pedigree.newped, pedigree.f, product, pedigree.maxid);
   goal.vpapv = inner_product(y, product);
-  allocate(model, "ERROR in allocating memory APv2 in subroutine setup_cNRM",
+  allocate(units, "ERROR in allocating memory APv2 in subroutine setup_cNRM",
            [&] { goal.apv2.assign(candidates.ncands, 0.0); });
   for (std::int32_t k = 1; k <= candidates.ncands; ++k) {
     goal.apv2(k) = 2.0 * product(candidates.cands(k));

@@ -1,36 +1,34 @@
-// Recombination of two matesets. Reads the mating limits; draws from the random stream.
+#include "ocs/recombination.h"
+
 #include <array>
 #include <utility>
-#include <vector>
 
-#include "ocs/qobocs.h"
+#include "ocs/allowances.h"
+#include "ocs/repair.h"
 
 namespace qob {
 namespace {
 
 class Recombination {
  public:
-  Recombination(Model& model, Mateset parent1, Mateset parent2, Mateset offspring)
-      : model_(model),
-        original_{parent1, parent2},
+  Recombination(const Selection& selection, Mateset parent1, Mateset parent2, Mateset offspring,
+                Random& random)
+      : selection_(selection),
         offspring_(offspring),
-        allowance_(mating_limits(model.candidates)) {
-    const std::int64_t n = offspring.nmatings();
-    work_.assign(2, n);
-    for (std::size_t c = 0; c < 2; ++c) parent(c).copy_from(original_[c]);
+        random_(random),
+        allowance_(mating_limits(selection.candidates)) {
+    work_.assign(2, offspring.nmatings());
+    parent(0).copy_from(parent1);
+    parent(1).copy_from(parent2);
     offspring_.fill(0);
   }
 
-  void run() {
-    cross_over();
+  void run(double crossover_probability) {
+    cross_over(crossover_probability);
     fill_empty_entries();
-    const std::int64_t slots = male_slots(model_);
-    if (model_.parameters.ocs.limitmalematings > 1) {
-      for (std::int64_t j = 1; j <= slots; ++j) {
-        fill_slot(offspring_, j, slots, offspring_.male(j));
-      }
-    }
-    if (has_empty_entry()) complete_from_parent();
+    if (selection_.limitmalematings == 1) return;
+    const std::int64_t slots = selection_.male_slots();
+    for (std::int64_t j = 1; j <= slots; ++j) fill_slot(offspring_, j, slots, offspring_.male(j));
   }
 
  private:
@@ -48,13 +46,11 @@ class Recombination {
 
   // Entry by entry from the current parent, which changes with crossover_probability and where the
   // other parent had to help out.
-  void cross_over() {
+  void cross_over(double crossover_probability) {
     std::size_t current = 0;
     for (std::int64_t j = 1; j <= offspring_.nmatings(); ++j) {
       for (int sex = kMale; sex <= kFemale; ++sex) {
-        if (model_.random.uni() < model_.parameters.algorithm.crossover_probability) {
-          current = 1 - current;
-        }
+        if (random_.uni() < crossover_probability) current = 1 - current;
         if (take(current, j, j, sex)) continue;
         if (take(1 - current, j, j, sex)) current = 1 - current;
       }
@@ -67,7 +63,7 @@ class Recombination {
     Table<std::int64_t> order(n, 0);
     for (std::int64_t r = 1; r <= n; ++r) order(r) = r;
     for (std::int64_t j = n; j >= 2; --j) {
-      const double product = model_.random.uni() * static_cast<double>(j);
+      const double product = random_.uni() * static_cast<double>(j);
       const std::int64_t r = static_cast<std::int64_t>(product) + 1;
       if (r < j) std::swap(order(j), order(r));
     }
@@ -80,41 +76,35 @@ class Recombination {
     }
   }
 
-  bool has_empty_entry() const {
-    for (std::int64_t p = 1; p <= 2 * offspring_.nmatings(); ++p) {
-      if (offspring_.entry(p) == 0) return true;
-    }
-    return false;
-  }
-
-  void complete_from_parent() {
-    Unit& log = model_.units.log;
-    const Mateset p1 = original_[0];
-    const Mateset p2 = original_[1];
-    write_list(log, "ERROR in subroutine Recombine");
-    write_list(log, "Parent 1   ", "     Parent 2", "   Offspring");
-    for (std::int64_t j = 1; j <= p1.nmatings(); ++j) {
-      write_list(log, p1.male(j), p1.female(j), p2.male(j), p2.female(j), offspring_.male(j),
-                 offspring_.female(j));
-    }
-    for (std::int64_t p = 1; p <= 2 * p1.nmatings(); ++p) {
-      if (offspring_.entry(p) == 0) offspring_.entry(p) = p1.entry(p);
-    }
-    repair_mateset(model_, offspring_);
-  }
-
-  Model& model_;
-  std::array<Mateset, 2> original_;
+  const Selection& selection_;
   Mateset offspring_;
+  Random& random_;
   MatesetTable work_;
   Allowances allowance_;
 };
 
+// What nobody can fill is reported and taken from parent 1.
+void complete(Mateset parent1, Mateset parent2, Mateset offspring, Unit& log) {
+  write_list(log, "ERROR in subroutine Recombine");
+  write_list(log, "Parent 1   ", "     Parent 2", "   Offspring");
+  for (std::int64_t j = 1; j <= offspring.nmatings(); ++j) {
+    write_list(log, parent1.male(j), parent1.female(j), parent2.male(j), parent2.female(j),
+               offspring.male(j), offspring.female(j));
+  }
+  for (std::int64_t p = 1; p <= 2 * offspring.nmatings(); ++p) {
+    if (offspring.entry(p) == 0) offspring.entry(p) = parent1.entry(p);
+  }
+}
+
 }  // namespace
 
-void recombine(Model& model, Mateset parent1, Mateset parent2, Mateset offspring) {
-  const Timed timed(model.watches.stopwatch, model.watches.recomb);
-  Recombination(model, parent1, parent2, offspring).run();
+void recombine(const Selection& selection, double crossover_probability, Mateset parent1,
+               Mateset parent2, Mateset offspring, Random& random, Journal& journal) {
+  const Timed timed(journal.watches, journal.watches.recomb);
+  Recombination(selection, parent1, parent2, offspring, random).run(crossover_probability);
+  if (!offspring.has_empty_entry()) return;
+  complete(parent1, parent2, offspring, journal.units.log);
+  repair_mateset(selection, offspring, random, journal);
 }
 
 }  // namespace qob

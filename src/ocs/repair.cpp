@@ -1,22 +1,36 @@
-// Repair of a mateset. Reads the mating limits; draws from the random stream.
-#include "ocs/qobocs.h"
+#include "ocs/repair.h"
+
+#include "ocs/allowances.h"
 
 namespace qob {
 namespace {
 
+// Entries that are no candidates of their sex. They count for nobody.
+void report_strangers(const Candidates& candidates, Mateset mateset, Units& units) {
+  for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
+    const std::int32_t male = mateset.male(j);
+    const std::int32_t female = mateset.female(j);
+    if (!candidates.is_male(male)) {
+      both_list(units.out, units.log, "ERROR in mateset, male=", male);
+    }
+    if (!candidates.is_female(female)) {
+      both_list(units.out, units.log, "ERROR in mateset, female=", female);
+    }
+  }
+}
+
 class Repair {
  public:
-  Repair(Model& model, Mateset mateset)
-      : model_(model),
-        candidates_(model.candidates),
+  Repair(const Selection& selection, Mateset mateset, Random& random)
+      : candidates_(selection.candidates),
         mateset_(mateset),
-        unit_(model.parameters.ocs.limitmalematings),
-        slots_(male_slots(model)),
-        matings_(mating_limits(candidates_)) {}
+        random_(random),
+        slot_rows_(selection.limitmalematings),
+        slots_(selection.male_slots()),
+        matings_(remaining_matings(candidates_, mateset)) {}
 
   void run() {
-    count_uses();
-    if (!males_in_whole_units()) restore_slots();
+    if (!males_in_whole_slots()) restore_slots();
     if (!any_female_over_used()) return;
     for (std::int32_t m = 1; m <= candidates_.nmcands; ++m) relieve_male(m);
     for (std::int32_t f = candidates_.nmcands + 1; f <= candidates_.ncands; ++f) relieve_female(f);
@@ -25,32 +39,10 @@ class Repair {
   }
 
  private:
-  // An entry that is no candidate of its sex is reported. One that is no candidate at all has no
-  // allowance to lower.
-  void count_uses() {
-    for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j) {
-      const std::int32_t male = mateset_.male(j);
-      const std::int32_t female = mateset_.female(j);
-      Units& units = model_.units;
-      if (!candidates_.is_male(male)) {
-        both_list(units.out, units.log, "ERROR in mateset, male=", male);
-      }
-      lower(male);
-      if (!candidates_.is_female(female)) {
-        both_list(units.out, units.log, "ERROR in mateset, female=", female);
-      }
-      lower(female);
-    }
-  }
-
-  void lower(std::int32_t i) {
-    if (i >= 1 && i <= candidates_.ncands) --matings_(i);
-  }
-
-  bool males_in_whole_units() const {
-    if (unit_ == 1) return true;
+  bool males_in_whole_slots() const {
+    if (slot_rows_ == 1) return true;
     for (std::int32_t m = 1; m <= candidates_.nmcands; ++m) {
-      if (matings_(m) % unit_ != 0) return false;
+      if (matings_(m) % slot_rows_ != 0) return false;
     }
     return true;
   }
@@ -76,7 +68,7 @@ class Repair {
       for (std::int64_t j = 1; j <= slots_ && matings_(m) < 0; ++j) {
         if (mateset_.male(j) != m) continue;
         found = true;
-        matings_(m) += unit_;
+        matings_(m) += slot_rows_;
         empty_slot(j);
       }
     }
@@ -97,7 +89,7 @@ class Repair {
     bool found = true;
     while (matings_(f) < 0 && found) {
       found = false;
-      std::int64_t r = model_.random.ceiling_of_draw(candidates_.max_matings(f) - matings_(f));
+      std::int64_t r = random_.ceiling_of_draw(candidates_.max_matings(f) - matings_(f));
       for (std::int64_t j = 1; j <= mateset_.nmatings() && r > 0; ++j) {
         if (mateset_.female(j) != f) continue;
         found = true;
@@ -108,20 +100,17 @@ class Repair {
     }
   }
 
-  // A male is drawn with the weight of his remaining matings, even if less than a unit is left.
+  // A male is drawn with the weight of his remaining matings, even if less than a slot is left.
   void refill_slots() {
     std::int64_t free = sum_over(candidates_, matings_, kMale);
     for (std::int64_t j = 1; j <= slots_; ++j) {
       if (mateset_.male(j) != 0) continue;
-      std::int64_t r = model_.random.ceiling_of_draw(free);
-      for (std::int32_t m = 1; m <= candidates_.nmcands; ++m) {
-        r -= matings_(m);
-        if (r > 0) continue;
-        matings_(m) -= unit_;
-        fill_slot(mateset_, j, slots_, m);
-        free -= unit_;
-        break;
-      }
+      const std::int32_t m =
+          spin_wheel(candidates_, matings_, kMale, random_.ceiling_of_draw(free));
+      if (m == 0) continue;
+      matings_(m) -= slot_rows_;
+      free -= slot_rows_;
+      fill_slot(mateset_, j, slots_, m);
     }
   }
 
@@ -129,31 +118,29 @@ class Repair {
     std::int64_t free = sum_over(candidates_, matings_, kFemale);
     for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j) {
       if (mateset_.female(j) != 0) continue;
-      std::int64_t r = model_.random.ceiling_of_draw(free);
-      for (std::int32_t f = candidates_.nmcands + 1; f <= candidates_.ncands; ++f) {
-        r -= matings_(f);
-        if (r >= 1) continue;
-        --free;
-        --matings_(f);
-        mateset_.female(j) = f;
-        break;
-      }
+      const std::int32_t f =
+          spin_wheel(candidates_, matings_, kFemale, random_.ceiling_of_draw(free));
+      if (f == 0) continue;
+      --matings_(f);
+      --free;
+      mateset_.female(j) = f;
     }
   }
 
-  Model& model_;
   const Candidates& candidates_;
   Mateset mateset_;
-  std::int64_t unit_;
+  Random& random_;
+  std::int64_t slot_rows_;  // rows of a slot
   std::int64_t slots_;
   Allowances matings_;
 };
 
 }  // namespace
 
-void repair_mateset(Model& model, Mateset mateset) {
-  const Timed timed(model.watches.stopwatch, model.watches.repair);
-  Repair(model, mateset).run();
+void repair_mateset(const Selection& selection, Mateset mateset, Random& random, Journal& journal) {
+  const Timed timed(journal.watches, journal.watches.repair);
+  report_strangers(selection.candidates, mateset, journal.units);
+  Repair(selection, mateset, random).run();
 }
 
 }  // namespace qob

@@ -1,10 +1,12 @@
-// The summary of the data used for the selection: merit, inbreeding and relationships of the
-// candidates.
+#include "ocs/selection_report.h"
+
 #include <cmath>
 #include <string>
 
-#include "ocs/mean_relationships.h"
-#include "ocs/qobocs.h"
+#include "core/numbers.h"
+#include "ocs/allowances.h"
+#include "ocs/evaluation.h"
+#include "ocs/kernels/means_by_sex.h"
 
 namespace qob {
 namespace {
@@ -44,21 +46,15 @@ double correlation_of(const Table<double>& x, const Table<double>& y, Range rang
   return products / (range.n() - 1) / (deviation_x * deviation_y);
 }
 
-void write_sexes(Model& model) {
-  Unit& summary = model.units.summary;
-  const Candidates& candidates = model.candidates;
+void write_sexes(const Candidates& candidates, Unit& summary) {
   write(summary, "(/,A75)",
         "---------- Summary of data used for Optimal Contribution Selection -----------");
   write(summary, "(2A6,A18,5X,A8,A12)", "Sex", "N", "Mean merit", "Matings", "Inbreeding");
-  Table<double> f(candidates.ncands, 0.0);
-  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
-    f(i) = model.pedigree.f(candidates.cands(i));
-  }
   for (int sex = kMale; sex <= kFemale; ++sex) {
     const Range range{candidates.first(sex), candidates.last(sex)};
     write(summary, "(A8,I5,F8.3,A5,G8.3,I8,F10.5)", sex == kMale ? "Males" : "Females", range.n(),
           mean_of(candidates.merit, range), " +/-", deviation_of(candidates.merit, range),
-          mating_capacity(candidates, sex), mean_of(f, range));
+          mating_capacity(candidates, sex), mean_of(candidates.f, range));
   }
 }
 
@@ -71,9 +67,7 @@ void write_table(Unit& summary, const SexMeans& means) {
   }
 }
 
-void write_spreads(Model& model, const MeanRelationships& relationships) {
-  Unit& summary = model.units.summary;
-  const Candidates& candidates = model.candidates;
+void write_spreads(const Candidates& candidates, const MeansBySex& relationships, Unit& summary) {
   const Table<double>* to = relationships.to_others;
   const Range males{1, candidates.nmcands};
   const Range females{candidates.nmcands + 1, candidates.ncands};
@@ -97,8 +91,8 @@ void write_spreads(Model& model, const MeanRelationships& relationships) {
 }
 
 // The average relationship if every candidate contributed in proportion to its mating limit.
-double relationship_at_random(const Model& model) {
-  const Candidates& candidates = model.candidates;
+double relationship_at_random(const Selection& selection, const Relationship& relationship) {
+  const Candidates& candidates = selection.candidates;
   Table<double> c(candidates.ncands, 0.0);
   for (int sex = kMale; sex <= kFemale; ++sex) {
     const auto capacity = static_cast<double>(mating_capacity(candidates, sex));
@@ -106,17 +100,17 @@ double relationship_at_random(const Model& model) {
       c(i) = 0.5 * candidates.max_matings(i) / capacity;
     }
   }
-  return average_relationship(model, c, 0.0);
+  return average_relationship(selection, relationship, c);
 }
 
-void write_expectations(Model& model, const MeanRelationships& relationships) {
-  Unit& summary = model.units.summary;
-  const Candidates& candidates = model.candidates;
-  const Goal& goal = model.goal;
+void write_expectations(const Selection& selection, const MeansBySex& relationships,
+                        double at_random, Unit& summary) {
+  const Candidates& candidates = selection.candidates;
+  const Goal& goal = selection.goal;
   write(summary, "(/,A30)", " Expected under random mating :");
   write(summary, "(A32,G12.6)", " Mean merit :", 0.5 * (goal.mean_merit[0] + goal.mean_merit[1]));
   write(summary, "(A32,F12.6)", " Inbreeding :", 0.5 * relationships.weighted.with_own[0][1]);
-  write(summary, "(A32,F12.6)", " Avg. relationship(generation) :", relationship_at_random(model));
+  write(summary, "(A32,F12.6)", " Avg. relationship(generation) :", at_random);
   write(summary, "(/,A30,I6)", " Observed last time step :", candidates.birth_time - 1);
   write(summary, "(A32,G12.6)", " N animals :", candidates.nlast);
   write(summary, "(A32,G12.6)", " Mean merit :", goal.last_merit);
@@ -128,10 +122,11 @@ void write_expectations(Model& model, const MeanRelationships& relationships) {
 
 }  // namespace
 
-void report_selection_data(Model& model) {
-  Unit& summary = model.units.summary;
-  const MeanRelationships relationships = mean_relationships(model.relationship, model.candidates);
-  write_sexes(model);
+void report_selection_data(const Selection& selection, const Relationship& relationship,
+                           Unit& summary) {
+  const Candidates& candidates = selection.candidates;
+  const MeansBySex relationships = means_by_sex(relationship, candidates);
+  write_sexes(candidates, summary);
   write(summary, "(/,10X,A31)", " Average Relationships");
   write(summary, "(12X,A)", "Incl. own includes relationship to itself (1+inbreeding coefficient)");
   write_table(summary, relationships.plain);
@@ -139,8 +134,9 @@ void report_selection_data(Model& model) {
   write(summary, "(12X,A)",
         " Relationships weighted by maximum of matings possible (maxMatings as given in data)");
   write_table(summary, relationships.weighted);
-  write_spreads(model, relationships);
-  write_expectations(model, relationships);
+  write_spreads(candidates, relationships, summary);
+  write_expectations(selection, relationships, relationship_at_random(selection, relationship),
+                     summary);
 }
 
 }  // namespace qob

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 #include "core/lexer.h"
 
@@ -11,53 +12,54 @@ namespace {
 constexpr std::size_t kLineWidth = 120;  // what follows is not looked at
 
 struct Reader {
-  explicit Reader(Model& m) : model(m), pedigree(m.pedigree) {}
+  explicit Reader(Run& run) : parameters(run.parameters.data), units(run.journal.units) {}
 
-  Model& model;
-  Pedigree& pedigree;
+  const DataParameters& parameters;
+  Units& units;
+  Pedigree pedigree;
   InputFile file{kLineWidth};
   bool faults = false;  // of the pass under way
 
   void first_fault(std::string_view title) {
-    if (!faults) write_list(model.units.log, title);
+    if (!faults) write_list(units.log, title);
     faults = true;
   }
 };
 
 void open(Reader& reader) {
-  Model& model = reader.model;
-  const Text<80>& name = model.parameters.data.datafile;
+  Units& units = reader.units;
+  const Text<80>& name = reader.parameters.datafile;
   const std::string path(adjustl_trim(name));
   if (!InputFile::exists(path)) {
-    handle_error(model, format_list("ERROR File with data not found: ", name));
+    handle_error(units, "ERROR File with data not found: ", name);
   }
   const int status = reader.file.open(path);
   if (status != 0) {
-    handle_error(model, format_list("ERROR Could not open DataFile in Subroutine ReadRecode", name),
-                 status);
+    handle_error(units, ErrorValue{status},
+                 "ERROR Could not open DataFile in Subroutine ReadRecode", name);
   }
-  write_list(model.units.out, "Reading datafile");
-  write(model.units.log, "(/,A)", "Assumes the following input in datafile :");
-  write(model.units.log, "(A,/)",
+  write_list(units.out, "Reading datafile");
+  write(units.log, "(/,A)", "Assumes the following input in datafile :");
+  write(units.log, "(A,/)",
         " Animal_id Sire_is Dam_id sex birth_time max_matings ebv optional_text");
 }
 
 // Numbers a parent of record `nobs` that the record before did not have.
 void number_parent(Reader& reader, std::int32_t id) {
   Pedigree& pedigree = reader.pedigree;
-  Units& units = reader.model.units;
-  const IdTree::Found parent = reader.model.ids.build_tree(id, pedigree.maxid);
+  Units& units = reader.units;
+  const IdTree::Found parent = pedigree.ids.build_tree(id, pedigree.maxid);
   if (parent.in_tree) return;
   write_list(units.log, "Inserted parent ", id, " as ", parent.number);
-  if (reader.model.parameters.data.ignoreparentalpedigreeerrors) return;
+  if (reader.parameters.ignoreparentalpedigreeerrors) return;
   reader.first_fault("Potential errors in pedigree :");
   both_list(units.out, units.log, " Parent not recorded :  ", id, " at record ", pedigree.nobs);
 }
 
 void number_animal(Reader& reader, std::int32_t id) {
   Pedigree& pedigree = reader.pedigree;
-  Units& units = reader.model.units;
-  if (!reader.model.ids.build_tree(id, pedigree.maxid).in_tree) return;
+  Units& units = reader.units;
+  if (!pedigree.ids.build_tree(id, pedigree.maxid).in_tree) return;
   reader.first_fault("Potential errors in pedigree :");
   both_list(units.out, units.log, " Offspring already recorded :  ", id, " at record ",
             pedigree.nobs);
@@ -83,8 +85,8 @@ void number_animals(Reader& reader) {
     before = id;
   }
   if (status != kEndOfFile) {
-    handle_error(reader.model, format_list("ERROR in Read statement in Subroutine ReadRecode"),
-                 status);
+    handle_error(reader.units, ErrorValue{status},
+                 "ERROR in Read statement in Subroutine ReadRecode");
   }
 }
 
@@ -97,10 +99,10 @@ struct Record {
 };
 
 [[noreturn]] void stop_at_unreadable(Reader& reader, std::string_view line, int status) {
-  Model& model = reader.model;
-  write_list(model.units.log, "ERROR");
-  write_list(model.units.log, "Record: ", printable(line));
-  handle_error(model, format_list("ERROR in Read statement in Subroutine ReadRecode"), status);
+  Units& units = reader.units;
+  write_list(units.log, "ERROR");
+  write_list(units.log, "Record: ", printable(line));
+  handle_error(units, ErrorValue{status}, "ERROR in Read statement in Subroutine ReadRecode");
 }
 
 Record read_record(Reader& reader, std::int32_t r) {
@@ -113,7 +115,7 @@ Record read_record(Reader& reader, std::int32_t r) {
     status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv);
   }
   if (status == kEndOfFile) {
-    Units& units = reader.model.units;
+    Units& units = reader.units;
     both_list(units.out, units.log, "Warning : Record ", r, " is not complete");
     write_list(units.log, "Record : ", printable(line));
     reader.faults = true;
@@ -133,7 +135,7 @@ void fill_inserted_parent(Reader& reader, std::int32_t p, std::int32_t id, std::
   pedigree.ebv(p) = 0.0;
   pedigree.txt(p) = "ID_Inserted";
   if (pedigree.matings(offspring) <= 0) return;
-  Units& units = reader.model.units;
+  Units& units = reader.units;
   both_list(units.out, units.log, "WARNING: Inserted parent of candidate in record ", r);
   both_list(
       units.out, units.log,
@@ -143,15 +145,14 @@ void fill_inserted_parent(Reader& reader, std::int32_t p, std::int32_t id, std::
 // Enters parent k (1 sire, 2 dam) of animal i, read from record r.
 void enter_parent(Reader& reader, int k, std::int32_t i, std::int32_t r) {
   Pedigree& pedigree = reader.pedigree;
-  Model& model = reader.model;
   const std::int32_t id = pedigree.oldped(i, k + 1);
   if (id == 0) return;
   const std::int32_t guess = i > 1 ? pedigree.newped(k, i - 1) : 0;  // full sibs follow one another
-  const IdTree::Found parent = model.ids.find(id, guess);
+  const IdTree::Found parent = pedigree.ids.find(id, guess);
   const std::int32_t p = parent.number;
   // A parent that follows its offspring was not recorded when its offspring was numbered.
   if (!parent.in_tree || p >= i) {
-    handle_error(model, format_list("ERROR when reading data, unrecognised parent"));
+    handle_error(reader.units, "ERROR when reading data, unrecognised parent");
   }
   if (pedigree.oldped(p, 1) == 0) fill_inserted_parent(reader, p, id, i, r);
   pedigree.newped(k, i) = p;
@@ -160,15 +161,17 @@ void enter_parent(Reader& reader, int k, std::int32_t i, std::int32_t r) {
   const std::string fault =
       format_list(" Birth times inconsistent. Offspring :  ", pedigree.oldped(i, 1),
                   " parent : ", pedigree.oldped(p, 1), " at record ", r);
-  model.units.out.write_line(fault);
-  model.units.log.write_line(fault + format_record("(2I12)", pedigree.btime(i), 0));
+  // The parent's birth time is printed as 0: so because logs have always shown there what stands in
+  // an entry of the pedigree that no animal has.
+  reader.units.out.write_line(fault);
+  reader.units.log.write_line(fault + formatted("(2I12)", pedigree.btime(i), 0));
 }
 
 // Second pass: the values of every animal.
 void read_values(Reader& reader) {
   Pedigree& pedigree = reader.pedigree;
   const std::int32_t n = pedigree.maxid;
-  allocate(reader.model, "ERROR in allocating memory in Subroutine ReadRecode (2)", [&] {
+  allocate(reader.units, "ERROR in allocating memory in Subroutine ReadRecode (2)", [&] {
     pedigree.oldped.assign(n, 3, 0);
     pedigree.newped.assign(2, n, 0);
     pedigree.sex.assign(n, 0);
@@ -183,7 +186,7 @@ void read_values(Reader& reader) {
   for (std::int32_t r = 1; r <= pedigree.nobs; ++r) {
     const Record record = read_record(reader, r);
     // Animals are numbered in the order of their records, but for inserted parents.
-    i = reader.model.ids.find(record.id[0], i + 1).number;
+    i = reader.pedigree.ids.find(record.id[0], i + 1).number;
     const bool changed = i == 0 || pedigree.oldped(i, 1) != 0;  // since the first pass
     if (changed) stop_at_unreadable(reader, "", kMalformed);
     for (int k = 0; k < 3; ++k) pedigree.oldped(i, k + 1) = record.id[static_cast<std::size_t>(k)];
@@ -199,25 +202,26 @@ void read_values(Reader& reader) {
   }
 }
 
-void write_recoded_ids(Model& model) {
+void write_recoded_ids(Run& run, const Pedigree& pedigree) {
   Unit unit(15);
-  openfilerecodedids(model, unit);
-  for (std::int32_t i = 1; i <= model.pedigree.maxid; ++i) {
-    printrecodedids(unit, model.pedigree.oldped(i, 1), i);
-  }
-  closefilerecodedids(model, unit);
-  write(model.units.log, "(A,/)", "Recoded Animal id's written to file");
+  openfilerecodedids(run, unit);
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i)
+    printrecodedids(unit, pedigree.oldped(i, 1), i);
+  closefilerecodedids(run, unit);
+  write(run.journal.units.log, "(A,/)", "Recoded Animal id's written to file");
 }
 
 }  // namespace
 
-void openfilerecodedids(Model& model, Unit& unit) {
-  const Text<80>& name = model.parameters.data.recodefile;
+void openfilerecodedids(Run& run, Unit& unit) {
+  Units& units = run.journal.units;
+  const Text<80>& name = run.parameters.data.recodefile;
   const std::string path(adjustl_trim(name));
-  claim_output(model, path);
+  claim_output(run, path);
+  units.take_up(unit);
   const int status = unit.open_write(path, OutputFile::Show::kWhenComplete);
   if (status != 0) {
-    handle_error(model, format_list("ERROR Could not open file for recoded ID's", name), status);
+    handle_error(units, ErrorValue{status}, "ERROR Could not open file for recoded ID's", name);
   }
   write(unit, "(2A10)", " -Old Id- ", " -New ID- ");
 }
@@ -226,37 +230,32 @@ void printrecodedids(Unit& unit, std::int32_t old_id, std::int32_t new_id) {
   write(unit, "(2I10)", old_id, new_id);
 }
 
-void closefilerecodedids(Model& model, Unit& unit) {
+void closefilerecodedids(Run& run, Unit& unit) {
   const int status = unit.close();
-  if (status != 0) {
-    handle_error(model,
-                 format_list("ERROR Could not close file for recoded ID's",
-                             model.parameters.data.recodefile),
-                 status);
-  }
+  if (status == 0) return;
+  handle_error(run.journal.units, ErrorValue{status}, "ERROR Could not close file for recoded ID's",
+               run.parameters.data.recodefile);
 }
 
-void readrecode(Model& model) {
-  Reader reader(model);
-  Units& units = model.units;
-  Pedigree& pedigree = model.pedigree;
+Pedigree readrecode(Run& run) {
+  Reader reader(run);
+  Units& units = run.journal.units;
+  const Pedigree& pedigree = reader.pedigree;
   open(reader);
-  model.ids.initialise_tree();
-  allocate(model, "Error in allocating memory for tree", [&] { number_animals(reader); });
+  allocate(units, "Error in allocating memory for tree", [&] { number_animals(reader); });
   both_list(units.out, units.log, "Datafile read with ", pedigree.nobs, " records and ",
             pedigree.maxid, " individuals");
-  if (reader.faults) handle_error(model, format_list("ERRORs found in pedigree, See log file"));
+  if (reader.faults) handle_error(units, "ERRORs found in pedigree, See log file");
   if (pedigree.maxid == 0 && pedigree.nobs == 0) {
-    handle_error(
-        model, format_list("ERROR No animals in file with data: ", model.parameters.data.datafile));
+    handle_error(units, "ERROR No animals in file with data: ", reader.parameters.datafile);
   }
   reader.faults = false;
   read_values(reader);
-  if (adjustl_trim(model.parameters.data.recodefile) != "_null_") write_recoded_ids(model);
-  if (reader.faults) handle_error(model, format_list("ERRORs found in data file, See log file"));
-  reader.file.close();
+  if (adjustl_trim(reader.parameters.recodefile) != "_null_") write_recoded_ids(run, pedigree);
+  if (reader.faults) handle_error(units, "ERRORs found in data file, See log file");
   write_list(units.out, "Animals renumbered");
   write(units.log, "(A,/)", "Animal id's recoded");
+  return std::move(reader.pedigree);
 }
 
 }  // namespace qob

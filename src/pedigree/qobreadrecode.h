@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "core/qobtypestools.h"
+#include "pedigree/pedigree.h"
 
 namespace qob {
 
@@ -11,16 +12,16 @@ namespace qob {
 //
 //   Animal_id Sire_is Dam_id sex birth_time max_matings ebv optional_text
 //
-// and fills model.pedigree (all but f) and model.ids. Animals are numbered 1..maxid in the order
+// and returns its animals, all but their inbreeding. Animals are numbered 1..maxid in the order
 // in which they first appear, within a record sire, dam, animal; the file lists parents before
 // their offspring, so a parent's number is below its offspring's. Faults of the pedigree and of
 // the data are listed, all of them, before they stop the run; a value that is not a number stops
 // it at once.
-void readrecode(Model& model);
+Pedigree readrecode(Run& run);
 
 // The file of old and new identifiers, one line an animal: "(2I10)".
-void openfilerecodedids(Model& model, Unit& unit);
+void openfilerecodedids(Run& run, Unit& unit);
 void printrecodedids(Unit& unit, std::int32_t old_id, std::int32_t new_id);
-void closefilerecodedids(Model& model, Unit& unit);
+void closefilerecodedids(Run& run, Unit& unit);
 
 }  // namespace qob

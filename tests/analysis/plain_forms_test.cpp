@@ -2,20 +2,21 @@
 #include <array>
 #include <cstring>
 
-#include "analysis/product_lanes.h"
+#include "analysis/kernels/product_lanes.h"
 #include "analysis/relationships_from_pedigree.h"
+#include "core/numbers.h"
 #include "plain/inbreeding.h"
 #include "plain/pedigree_products.h"
 #include "plain/relationship_matrix.h"
-#include "support/model_fixture.h"
 #include "support/random_pedigree.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
 
 bool same_bits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
-class PlainForms : public ModelTest {
+class PlainForms : public RunTest {
  protected:
   int draw(int n) { return test::draw(rng_, n); }
   // Calls judge(newped, f) on pedigrees of every shape.
@@ -33,7 +34,7 @@ TEST_F(PlainForms, InbreedingAndCoancestryOfGroups) {
   for_each_pedigree([&](const auto& newped, const auto& plain) {
     Table<double, 0> f;
     out.clear();
-    inbreeding_coefficients(newped, f, model.units.out);
+    inbreeding_coefficients(newped, f, units.out);
     ASSERT_TRUE(std::equal(f.begin(), f.end(), plain.begin(), plain.end(), same_bits));
     EXPECT_EQ(out, newped.columns() < 1000 ? "" : " Finished         1000 animals\n");
     Table<std::int32_t> btime(newped.columns(), 0);
@@ -80,8 +81,8 @@ TEST_F(PlainForms, ProductsWithSeveralVectors) {
 
 // With a file, marked animals that are no candidates have a column too.
 TEST_F(PlainForms, RelationshipMatrix) {
-  Relationship& r = model.relationship;
-  Pedigree& p = model.pedigree;
+  Relationship r;
+  Pedigree& p = pedigree;
   for_each_pedigree([&](const auto& newped, const auto& f) {
     p.newped = newped;
     p.f = f;
@@ -95,10 +96,10 @@ TEST_F(PlainForms, RelationshipMatrix) {
       if (draw(3) != 0) r.nrm_id(i) = ++r.nnrm;
     }
     for (const std::string& gfile : {std::string("_null_"), folder / "written.rel"}) {
-      model.parameters.relationship.gfile = gfile;
+      parameters.relationship.gfile = gfile;
       r.nrm.assign(std::int64_t{r.nnrm} * (r.nnrm + 1) / 2, -1.0);
-      model.files.outputs.clear();
-      compute_relationships(model, mark);
+      run.files.outputs.clear();
+      compute_relationships(run, p, mark, r);
       plain::relationships(newped, f, mark, [&](int i, int j, double a) {
         if (r.nrm_id(i) == 0 || r.nrm_id(j) == 0) return;
         ASSERT_TRUE(same_bits(nrmelement(r, r.nrm_id(i), r.nrm_id(j)), a)) << i << ' ' << j;

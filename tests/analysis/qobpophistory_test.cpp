@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "support/model_fixture.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -28,16 +28,15 @@ bool has(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
-class PopHistory : public ModelTest {
+class PopHistory : public RunTest {
  protected:
-  void analyse(const std::string& table, const std::string& parameters) {
+  void analyse(const std::string& table, const std::string& groups) {
     log.clear();
-    model.pedigree = {};
-    model.parameters.data.ignoreparentalpedigreeerrors = true;
-    model.parameters.data.resultsdirectory = folder / "r_";
+    parameters.data.ignoreparentalpedigreeerrors = true;
+    parameters.data.resultsdirectory = folder / "r_";
     read_animals(table);
-    model.parameter_file.open(folder.write("qob.prm", parameters));
-    pophistory(model);
+    open_parameters(groups);
+    pophistory(run, pedigree);
   }
   // A result file without its remarks and blank lines.
   std::string table(const char* name) const {

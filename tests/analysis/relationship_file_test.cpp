@@ -2,10 +2,10 @@
 #include <cmath>
 #include <random>
 
+#include "analysis/kernels/relationship_text.h"
 #include "analysis/qobrelshipmatrix.h"
-#include "analysis/relationship_text.h"
-#include "support/model_fixture.h"
 #include "support/program.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -23,25 +23,24 @@ TEST(RelationshipText, IsTheGeneralForm) {
     if (n % 1000 == 0) a = -a;
     char text[kRelationshipWidth];
     const auto size = static_cast<std::size_t>(put_relationship(text, a) - text);
-    const std::string field = format_record("(G12.6)", a);
+    const std::string field = formatted("(G12.6)", a);
     ASSERT_EQ(std::string_view(text, size), adjustl_trim(field)) << n;
   }
 }
 
-class RelationshipFile : public ModelTest {
+class RelationshipFile : public RunTest {
  protected:
   void set_up(const std::string& herd, const std::string& items) {
-    model.pedigree = {};
     read_animals(herd);
-    std::int32_t counter = model.pedigree.maxid;
-    model.ids.build_tree(777, counter);  // as a request for contributions leaves it
+    std::int32_t counter = pedigree.maxid;
+    pedigree.ids.build_tree(777, counter);  // as a request for contributions leaves it
     log.clear();
     out.clear();
-    model.parameters.relationship = {};
-    const std::string group = "&RelationshipMatrix " + items + " /";
-    model.parameter_file.open(folder.write("qob.prm", group));
-    setup_nrm(model);
+    parameters.relationship = {};
+    open_parameters("&RelationshipMatrix " + items + " /");
+    relationship = *setup_nrm(run, pedigree);
   }
+  Relationship relationship;
   static bool has(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
   }
@@ -73,19 +72,19 @@ TEST_F(RelationshipFile, WrittenAndReadBackGivesTheMatrixToSixDigits) {
   EXPECT_TRUE(has(log, "\nRelationship matrix written to file :" + folder / "g.txt" + "\n"));
   const std::string file = folder.read("g.txt");
   const auto lines = std::count(file.begin(), file.end(), '\n');
-  const std::string count = format_record("(A,I10)", "records written to file   :", lines);
+  const std::string count = formatted("(A,I10)", "records written to file   :", lines);
   EXPECT_TRUE(has(log, count)) << log;
-  const Relationship computed = model.relationship;
+  const Relationship computed = relationship;
   ASSERT_GT(computed.nnrm, 40);
   set_up(herd, "source='file' " + gfile);
   for (std::int64_t e = 1; e <= computed.nrm.size(); ++e) {
     const double a = computed.nrm(e);
-    ASSERT_NEAR(model.relationship.nrm(e), a, 5.001e-6 * a);
+    ASSERT_NEAR(relationship.nrm(e), a, 5.001e-6 * a);
   }
-  for (std::int32_t i = 1; i <= model.pedigree.maxid; ++i) {
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
     const std::int32_t row = computed.nrm_id(i);
     if (row > 0) {
-      ASSERT_EQ(model.pedigree.f(i), nrmelement(model.relationship, row, row) - 1.0);
+      ASSERT_EQ(pedigree.f(i), nrmelement(relationship, row, row) - 1.0);
     }
   }
   EXPECT_FALSE(has(log, "Individual ignored"));

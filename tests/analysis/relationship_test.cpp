@@ -6,9 +6,10 @@
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
 #include "core/lexer.h"
-#include "support/model_fixture.h"
+#include "core/numbers.h"
 #include "support/program.h"
 #include "support/random_pedigree.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -92,25 +93,25 @@ TEST(PedigreeProducts, WeightsBelowTheThresholdAreNotPassedOn) {
   }
 }
 
-class SetupNrm : public ModelTest {
+class SetupNrm : public RunTest {
  protected:
-  void set_up(const std::string& table, const std::string& parameters) {
-    model.parameters.data.ignoreparentalpedigreeerrors = true;
-    model.pedigree = {};
+  void set_up(const std::string& table, const std::string& groups) {
+    parameters.data.ignoreparentalpedigreeerrors = true;
     log.clear();
     read_animals(table);
-    model.parameter_file.open(folder.write("qob.prm", parameters));
-    setup_nrm(model);
+    open_parameters(groups);
+    relationship = *setup_nrm(run, pedigree);
   }
+  Relationship relationship;
 
   // Rows in animal order, elements row by row.
   void expect_matrix() const {
-    const Relationship& r = model.relationship;
-    const Table2<double> a = dense(model.pedigree.newped, Matrix::kRelationships);
+    const Relationship& r = relationship;
+    const Table2<double> a = dense(pedigree.newped, Matrix::kRelationships);
     std::int32_t row = 0;
     std::int64_t at = 0;
-    for (int i = 1; i <= model.pedigree.maxid; ++i) {
-      const bool candidate = model.pedigree.matings(i) > 0;
+    for (int i = 1; i <= pedigree.maxid; ++i) {
+      const bool candidate = pedigree.matings(i) > 0;
       ASSERT_EQ(r.nrm_id(i), candidate ? ++row : 0);
       for (int j = 1; candidate && j <= i; ++j) {
         if (r.nrm_id(j) == 0) continue;
@@ -147,12 +148,12 @@ TEST_F(SetupNrm, TheDataDecideHowManyCohortsCount) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.table);
     set_up(c.table, std::string("&RelationshipMatrix ") + c.items + " /");
-    const std::string lines = format_record(
+    const std::string lines = formatted(
         "(2(/,A,I8,/),/,A,I8)",
         "Number of cohorts included in computing the numerator relationship : ", c.maxage,
-        "Candidates in Numerator Relationship Matrix stored in memeory:", model.relationship.nnrm,
+        "Candidates in Numerator Relationship Matrix stored in memeory:", relationship.nnrm,
         "Individuals in Numerator Relationship Matrix required for OCS:", c.marked);
-    EXPECT_EQ(model.relationship.maxage, c.maxage);
+    EXPECT_EQ(relationship.maxage, c.maxage);
     EXPECT_NE(log.find(lines), std::string::npos) << log;
     expect_matrix();
   }
@@ -169,7 +170,7 @@ TEST_F(SetupNrm, FaultsStopWithTheirMessage) {
     EXPECT_NE(log.find(message), std::string::npos) << log;
   }
   EXPECT_THROW(ute(0, 3), Stopped);
-  EXPECT_THROW(nrmelement(model.relationship, 3, 0), Stopped);
+  EXPECT_THROW(nrmelement(relationship, 3, 0), Stopped);
   EXPECT_EQ(ute(46341, 46341), 1073767311);
 }
 
@@ -177,8 +178,8 @@ TEST_F(SetupNrm, OfRealHerdsAgreesWithTheTabularMethodForEveryAnimal) {
   for (const char* herd : {"arrui.dat", "cuvier.dat", "dama.dat"}) {
     SCOPED_TRACE(herd);
     set_up(read_file(std::string(QOB_SOURCE_DIR "/tests/data/") + herd), "&RelationshipMatrix /");
-    EXPECT_TRUE(model.pedigree.maxid >= 380 && model.relationship.nnrm >= 40);
-    expect_inbreeding(model.pedigree.f, dense(model.pedigree.newped, Matrix::kRelationships));
+    EXPECT_TRUE(pedigree.maxid >= 380 && relationship.nnrm >= 40);
+    expect_inbreeding(pedigree.f, dense(pedigree.newped, Matrix::kRelationships));
     expect_matrix();
   }
   EXPECT_NE(out.find(" Finished         1000 animals\n"), std::string::npos);
@@ -188,7 +189,7 @@ TEST_F(SetupNrm, OfRealHerdsAgreesWithTheTabularMethodForEveryAnimal) {
 TEST_F(SetupNrm, RequestedContributionsOfARealHerdAgreeWithTheRecursion) {
   const std::string herd = read_file(QOB_SOURCE_DIR "/tests/data/arrui.dat");
   read_animals(herd);
-  const Pedigree& p = model.pedigree;
+  const Pedigree& p = pedigree;
   std::string requests = "&PopulationHistory /";
   for (int i = 100; i <= p.maxid; i += 70) {
     for (int ancestor : {1, 2, i / 2}) {
@@ -197,9 +198,9 @@ TEST_F(SetupNrm, RequestedContributionsOfARealHerdAgreeWithTheRecursion) {
       requests += first + format_list(" group=", p.btime(i), "/\n");
     }
   }
-  model.parameters.data.resultsdirectory = folder / "r_";
-  model.parameter_file.open(folder.write("qob.prm", requests));
-  pophistory(model);
+  parameters.data.resultsdirectory = folder / "r_";
+  open_parameters(requests);
+  pophistory(run, pedigree);
   const Table2<double> a = dense(p.newped, Matrix::kRelationships);
   const Table2<double> t = dense(p.newped, Matrix::kGeneFlow);
   std::istringstream lines(folder.read("r_gencont.txt"));
@@ -210,7 +211,7 @@ TEST_F(SetupNrm, RequestedContributionsOfARealHerdAgreeWithTheRecursion) {
     if (line.ends_with("founder") || read_list(line, id[0], id[1], group, n, related, share) != 0) {
       continue;
     }
-    const std::int32_t from = model.ids.find(id[0]).number;
+    const std::int32_t from = p.ids.find(id[0]).number;
     int members = 0;
     for (int j = 1; j <= p.maxid; ++j) {
       if (id[1] != 0 ? p.oldped(j, 1) != id[1] : p.btime(j) != group) continue;

@@ -136,7 +136,7 @@ TEST(WholeRun, FollowsTheTranscripts) {
       script.clear(), shown.clear(), ++count;
     }
   }
-  EXPECT_EQ(count, 19);
+  EXPECT_EQ(count, 25);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // Formats of any bytes, and values in fields of any width and number of digits.
+#include "core/format.h"
+
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <array>
@@ -6,7 +8,6 @@
 #include <deque>
 
 #include "core/edit.h"
-#include "core/record.h"
 #include "fuzz/fuzz.h"
 
 using namespace qob;

@@ -14,7 +14,7 @@ namespace {
 class MatingTest : public SelectionTest {
  protected:
   // Three males, four females; relationships in 1/1024ths, whose sums are exact.
-  void candidates(int seed) {
+  void draw_candidates(int seed) {
     set_candidates({9, 9, 9}, {9, 9, 9, 9}, 4, 1, seed);
     Stream data(static_cast<std::uint32_t>(seed));
     for (int i = 1; i <= 7; ++i) {
@@ -22,16 +22,21 @@ class MatingTest : public SelectionTest {
     }
   }
   void pair(const Rows& rows) {
-    model.search.best_mating.assign(1, static_cast<std::int64_t>(rows.size()));
-    model.search.best().copy_from(mateset(rows));
-    model.search.best_value.inbreeding = inbreeding(rows);
+    plan.best_mating.assign(1, static_cast<std::int64_t>(rows.size()));
+    plan.best().copy_from(mateset(rows));
+    plan.best_value.inbreeding = inbreeding(rows);
+    plan.random = random;
   }
-  Rows paired() { return rows_of(model.search.best()); }
+  void avoid(bool repeats = true) {
+    maximum_avoidance(candidates, relationship, repeats, plan, units);
+  }
+  Rows paired() { return rows_of(plan.best()); }
   double inbreeding(const Rows& rows) {
     double sum = 0.0;
     for (const auto& [male, female] : rows) sum += 0.5 * rel(male, female);
     return sum / static_cast<double>(rows.size());
   }
+  Plan plan;
   // Whether another pairing of some four rows would be less inbred.
   bool can_improve(const Rows& rows) {
     std::vector<bool> chosen(rows.size(), false);
@@ -53,15 +58,15 @@ class MatingTest : public SelectionTest {
 
 TEST_F(MatingTest, MaximumAvoidanceLeavesNoBlockOfFourToImprove) {
   for (int seed = 1; seed <= 60; ++seed) {
-    candidates(seed);
+    draw_candidates(seed);
     Stream data(static_cast<std::uint32_t>(seed + 1000));
     Rows rows;
     for (int j = 0; j < 4 + seed % 5; ++j) rows.emplace_back(data.ceiling(3), 3 + data.ceiling(4));
     pair(rows);
     const double before = inbreeding(rows);
-    for (int again = 0; again < 20; ++again) maximum_avoidance(model);  // every block is drawn
+    for (int again = 0; again < 20; ++again) avoid();  // every block is drawn
     Rows after = paired();
-    EXPECT_NEAR(model.search.best_value.inbreeding, inbreeding(after), 1e-12);
+    EXPECT_NEAR(plan.best_value.inbreeding, inbreeding(after), 1e-12);
     EXPECT_LE(inbreeding(after), before + 1e-12);
     EXPECT_FALSE(can_improve(after)) << seed;
     for (std::size_t j = 0; j < rows.size(); ++j) EXPECT_EQ(after[j].first, rows[j].first);
@@ -85,18 +90,16 @@ TEST_F(MatingTest, MaximumAvoidanceMakesTheChoicesOfThePlainForm) {
     Rows rows;
     for (int j = data.ceiling(60); j > 0; --j)
       rows.emplace_back(data.ceiling(males), males + data.ceiling(females));
-    model.parameters.mating.repeatedmatings = seed % 3 == 0;
-    const Random before = model.random;
+    const bool repeats = seed % 3 == 0;
     pair(rows);
-    plain::maximum_avoidance(model);
+    plain::maximum_avoidance(candidates, relationship, repeats, plan);
     const Rows expected = paired();
-    const double f = model.search.best_value.inbreeding, draw = model.random.uni();
-    model.random = before;
+    const double f = plan.best_value.inbreeding, draw = plan.random.uni();
     pair(rows);
-    maximum_avoidance(model);
+    avoid(repeats);
     ASSERT_EQ(paired(), expected) << seed;
-    EXPECT_EQ(model.search.best_value.inbreeding, f);
-    EXPECT_EQ(model.random.uni(), draw);
+    EXPECT_EQ(plan.best_value.inbreeding, f);
+    EXPECT_EQ(plan.random.uni(), draw);
   }
 }
 
@@ -116,12 +119,11 @@ TEST_F(MatingTest, PairsAreCountedWhileRowsChange) {
 
 TEST_F(MatingTest, RepeatedPairsAreAvoidedUnlessAllowed) {
   for (const bool repeats : {true, false}) {
-    candidates(1);
-    model.relationship.nrm.fill(1.0);
-    model.parameters.mating.repeatedmatings = repeats;
+    draw_candidates(1);
+    relationship.nrm.fill(1.0);
     const Rows rows = {{1, 4}, {1, 4}, {2, 5}, {3, 6}};
     pair(rows);
-    maximum_avoidance(model);
+    avoid(repeats);
     Rows after = paired();
     EXPECT_EQ(after == rows, repeats);
     std::sort(after.begin(), after.end());
@@ -131,12 +133,11 @@ TEST_F(MatingTest, RepeatedPairsAreAvoidedUnlessAllowed) {
 }
 
 TEST_F(MatingTest, PairsThatReplaceEachOtherForEverUseUpTheBudget) {
-  candidates(1);
-  model.relationship.nrm.fill(1.0);
-  model.parameters.mating.repeatedmatings = false;
+  draw_candidates(1);
+  relationship.nrm.fill(1.0);
   const Rows rows = {{1, 4}, {1, 4}, {2, 5}, {2, 5}};
   pair(rows);  // a pair in two rows costs 2.0, the other pair nothing more yet
-  maximum_avoidance(model);
+  avoid(false);
   EXPECT_EQ(paired(), rows);  // after an even number of exchanges
   EXPECT_EQ(log,
             " WARNING : Optimisation of matings stopped before convergence\n"

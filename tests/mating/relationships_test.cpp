@@ -1,5 +1,5 @@
 // The relationships over all candidates against the plain forms, bit by bit.
-#include "ocs/mean_relationships.h"
+#include "ocs/kernels/means_by_sex.h"
 #include "ocs/selection_fixture.h"
 #include "plain/mating_lists.h"
 #include "plain/selection_report.h"
@@ -11,25 +11,25 @@ TEST_F(SelectionTest, RelationshipsOfAllCandidatesAreThoseOfThePlainForms) {
   for (const auto& [males, females, vacant, largest] : cases) {
     Stream draw(static_cast<std::uint32_t>(males));
     set_candidates(std::vector<int>(std::size_t(males)), std::vector<int>(std::size_t(females)), 1);
-    Candidates& c = model.candidates;
+    Candidates& c = candidates;
     for (int i = 1, m = 0, f = males; i <= c.ncands; ++i) {
       c.cands(m < males && (i % 3 == 0 || f == c.ncands) ? ++m : ++f) = i;
       c.max_matings(i) = draw.ceiling(largest);
-      model.relationship.nrm_id(i) = i < vacant ? i : i + 1;
+      relationship.nrm_id(i) = i < vacant ? i : i + 1;
     }
-    model.relationship.nrm.assign((c.ncands + 1) * (c.ncands + 2) / 2, 0.0);
-    for (double& a : model.relationship.nrm) a = 1.5 * draw.uni() - 0.3;
+    relationship.nrm.assign((c.ncands + 1) * (c.ncands + 2) / 2, 0.0);
+    for (double& a : relationship.nrm) a = 1.5 * draw.uni() - 0.3;
     Rows rows(37);
     for (auto& [m, f] : rows) m = draw.ceiling(males), f = males + draw.ceiling(females);
-    const auto fast = mean_relationships(model.relationship, c);
-    const auto plain = plain::relationships_of(model.relationship, c);
+    const auto fast = means_by_sex(relationship, c);
+    const auto plain = plain::relationships_of(relationship, c);
     const double(*cells[])[2] = {fast.plain.with_own, fast.plain.without_own,
                                  fast.weighted.with_own, fast.weighted.without_own};
     for (int k = 0; k < 16; ++k)
       EXPECT_EQ(cells[k / 4][k / 2 % 2][k % 2], plain.sexes[k / 4][k / 2 % 2][k % 2].value()) << k;
-    const Table<Averages> averages = candidate_averages(model.relationship, c, mateset(rows));
+    const Table<ListColumns> averages = list_columns(relationship, c, mateset(rows));
     for (int i = 1; i <= c.ncands; ++i) {
-      EXPECT_EQ(averages(i), plain::averages_of(model.relationship, c, mateset(rows), i)) << i;
+      EXPECT_EQ(averages(i), plain::averages_of(relationship, c, mateset(rows), i)) << i;
       for (int s : {0, 1, 2}) EXPECT_EQ(fast.to_others[s](i), plain.to_others[s](i)) << i;
     }
   }

@@ -12,13 +12,16 @@ class OcsReports : public SelectionTest {
   // One solution, that by merit, and no generation.
   void select(const char* table, int nmatings) {
     read_animals(table);
-    ASSERT_EQ(model.parameter_file.open(folder.write("qob.prm", "&RelationshipMatrix /")), 0);
-    setup_nrm(model);
-    model.parameters.ocs.nmatings = nmatings;
-    model.parameters.algorithm.popsize = 1;
-    model.parameters.algorithm.generations = -1;
-    ocs(model);
+    open_parameters("&RelationshipMatrix /");
+    relationship = *setup_nrm(run, pedigree);
+    parameters.ocs.nmatings = nmatings;
+    parameters.algorithm.popsize = 1;
+    parameters.algorithm.generations = -1;
+    initialize_qob(run);
+    selection = set_up_selection(run, std::move(pedigree), relationship);
+    plan = ocs(run, selection, relationship);
   }
+  Plan plan;
 };
 
 // 1 M, 2 F; 3 M and 4 F are 1 x 2.
@@ -28,11 +31,11 @@ constexpr const char* kSibs =
 // Contributions of 1/3, 1/6, 1/6, 1/3 use every mating: c'Ac = 10/36 + 11/36. The last generation's
 // average relationship is that of its parents, 0.5.
 TEST_F(OcsReports, StatisticsAndConstraintAreThoseWorkedOutByHand) {
-  model.parameters.ocs.optimise = "constraint";
-  model.parameters.ocs.dfconstraint = 0.01;
+  parameters.ocs.optimise = "constraint";
+  parameters.ocs.dfconstraint = 0.01;
   select(kSibs, 3);
-  EXPECT_DOUBLE_EQ(model.goal.constraint, 0.5 + 1.5 * 0.01);
-  EXPECT_DOUBLE_EQ(model.goal.expmerit, 0.5 * (3.0 / 2.0 + 7.0 / 4.0));
+  EXPECT_DOUBLE_EQ(objective_of(parameters.ocs, goal).constraint, 0.5 + 1.5 * 0.01);
+  EXPECT_DOUBLE_EQ(goal.expmerit, 0.5 * (3.0 / 2.0 + 7.0 / 4.0));
   for (
       const char* line :
       {"   Males    2   2.500  +/-2.12           3   0.00000\n",
@@ -54,10 +57,10 @@ TEST_F(OcsReports, StatisticsAndConstraintAreThoseWorkedOutByHand) {
 
 // Candidates 1 to 4 are the animals 1, 3, 2, 4.
 TEST_F(OcsReports, MatingListCountsTheLinesOfADam_WhoeverTheSire) {
-  model.parameters.data.resultsdirectory = folder / "";
+  parameters.data.resultsdirectory = folder / "";
   select(kSibs, 3);
-  model.search.best().copy_from(mateset({{2, 4}, {1, 3}, {1, 4}}));
-  mating(model);
+  plan.best().copy_from(mateset({{2, 4}, {1, 3}, {1, 4}}));
+  mating(run, selection, relationship, plan);
   const std::string list = folder.read("qob_MatingList.txt");
   EXPECT_EQ(
       list.substr(list.find('\n') + 1),
@@ -77,11 +80,10 @@ TEST_F(OcsReports, OneMaleHasNoSpread) {
 // Male 2 has three matings: after the first slot of two he has too few for the second.
 TEST_F(SelectionTest, DirectedMutation_TakesAWholeUnitFromTheMaleItChooses) {
   set_candidates({4, 3}, {4}, 4, 2);
-  model.candidates.merit(2) = 1.0;
-  model.parameters.ocs.optimise = "merit";
-  model.parameters.algorithm.directed_mutation_probability = 1.0;
+  candidates.merit(2) = 1.0;
+  objective.criterion = Criterion::kMerit;
   const Mateset view = mateset({{1, 3}, {1, 3}, {1, 3}, {1, 3}});
-  directed_mutation(model, view);
+  directed_mutation(view);
   EXPECT_EQ(rows_of(view), Rows({{2, 3}, {1, 3}, {2, 3}, {1, 3}}));
 }
 
@@ -89,22 +91,23 @@ TEST_F(SelectionTest, DirectedMutation_TakesAWholeUnitFromTheMaleItChooses) {
 TEST_F(SelectionTest, Recombine_RepairsWhatItCompletes) {
   set_candidates({9}, {1, 3}, 2);
   const Mateset parent = mateset({{1, 2}, {1, 2}}), child = mateset(Rows(2));
-  recombine(model, parent, parent, child);
+  recombine(parent, parent, child, 0.5);
   EXPECT_EQ(child.female(1) + child.female(2), 2 + 3);
 }
 
 // Male 1 with 6 is 0.25 and no pair is better for him that does not stand in another row.
 TEST_F(SelectionTest, MaximumAvoidance_MakesNoPairThatStandsElsewhere) {
-  model.parameters.mating.repeatedmatings = false;
   const Rows rows = {{1, 5}, {2, 5}, {1, 6}, {3, 7}, {4, 8}};
   for (int seed = 1; seed <= 20; ++seed) {
     set_candidates({2, 1, 1, 1}, {2, 1, 1, 1}, 5, 1, seed);
     relate(6, 1, 0.5), relate(7, 1, 1.0), relate(8, 1, 1.0);
-    model.search.best_mating.assign(1, 5);
-    model.search.best().copy_from(mateset(rows));
-    model.search.best_value.inbreeding = 0.05;
-    maximum_avoidance(model);
-    EXPECT_NEAR(model.search.best_value.inbreeding, 0.05, 1e-15) << seed;
+    Plan plan;
+    plan.best_mating.assign(1, 5);
+    plan.best().copy_from(mateset(rows));
+    plan.best_value.inbreeding = 0.05;
+    plan.random = random;
+    maximum_avoidance(candidates, relationship, false, plan, units);
+    EXPECT_NEAR(plan.best_value.inbreeding, 0.05, 1e-15) << seed;
   }
 }
 

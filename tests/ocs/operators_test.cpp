@@ -8,27 +8,26 @@ using Entries = std::vector<std::int32_t>;  // the males of the rows and then th
 
 class Operators : public SelectionTest {
  protected:
-  void candidates(int males, const std::vector<int>& limits) {
+  void set_limits(int males, const std::vector<int>& limits) {
     set_candidates({limits.begin(), limits.begin() + males}, {limits.begin() + males, limits.end()},
                    1);
     stream = Stream(1);
   }
-  Entries apply(void (*change)(Model&, Mateset), Entries entries, int unit) {
+  Entries apply(auto change, Entries entries, int slot_rows) {
     const auto n = static_cast<std::int32_t>(entries.size() / 2);
-    model.parameters.ocs.nmatings = n;
-    model.parameters.ocs.limitmalematings = unit;
-    change(model, Mateset(entries.data(), n));
+    selection.nmatings = n;
+    selection.limitmalematings = slot_rows;
+    change(Mateset(entries.data(), n));
     return entries;
   }
-  Entries repaired(const Entries& entries, int unit) {
-    return apply(repair_mateset, entries, unit);
+  Entries repaired(const Entries& entries, int slot_rows) {
+    return apply([&](Mateset rows) { repair_mateset(rows); }, entries, slot_rows);
   }
-  Entries directed(const Entries& entries, int unit, double probability = 1.0) {
-    model.parameters.algorithm.directed_mutation_probability = probability;
-    return apply(directed_mutation, entries, unit);
+  Entries directed(const Entries& entries, int slot_rows, double probability = 1.0) {
+    return apply([&](Mateset rows) { directed_mutation(rows, probability); }, entries, slot_rows);
   }
   // No draw was taken by one of the two streams only.
-  void expect_same_stream() { ASSERT_EQ(model.random.uni(), stream.uni()); }
+  void expect_same_stream() { ASSERT_EQ(random.uni(), stream.uni()); }
 
   Stream stream{1};
 };
@@ -38,24 +37,24 @@ TEST_F(Operators, EvaluationAgreesWithTheDefinitionUnderEachCriterion) {
     Stream data(static_cast<std::uint32_t>(problem));
     set_candidates({2, 4, 3}, {1, 2, 3, 1}, 6, problem % 2 + 1, problem);
     draw_data(data);
-    model.goal.constraint = data.uni();
-    model.parameters.ocs.optimise = problem % 3 == 0   ? "merit"
-                                    : problem % 3 == 1 ? " Penalty"
-                                                       : "constraint";
+    objective.constraint = data.uni();
+    objective.criterion = criterion_of(problem % 3 == 0   ? "merit"
+                                       : problem % 3 == 1 ? " Penalty"
+                                                          : "constraint");
     Rows rows;
     for (int j = 0; j < 6; ++j) rows.emplace_back(data.ceiling(3), 3 + data.ceiling(4));
-    ValueRecord expected = dense_value(rows), value;
-    model.search.best_value.fitness = expected.fitness - (problem % 5 == 0 ? 1.0 : -1.0);
+    MatesetValue expected = dense_value(rows), value;
+    standing.best_value.fitness = expected.fitness - (problem % 5 == 0 ? 1.0 : -1.0);
     const bool demoted = problem % 3 == 1 && problem % 5 == 0 && !expected.legal;
-    if (demoted) expected.fitness = 0.9 * model.search.best_value.fitness;
+    if (demoted) expected.fitness = 0.9 * standing.best_value.fitness;
     log.clear();
-    evaluation(model, mateset(rows), value);
+    tools().evaluator.evaluation(mateset(rows), value);
     EXPECT_EQ(log, demoted ? " evaluation not legal           0\n" : "");
     EXPECT_EQ(value.legal, expected.legal);
-    for (double ValueRecord::*field :
-         {&ValueRecord::inbreeding, &ValueRecord::rate, &ValueRecord::relationship,
-          &ValueRecord::merit, &ValueRecord::scaled_merit, &ValueRecord::fitness,
-          &ValueRecord::age}) {
+    for (double MatesetValue::*field :
+         {&MatesetValue::inbreeding, &MatesetValue::rate, &MatesetValue::relationship,
+          &MatesetValue::merit, &MatesetValue::scaled_merit, &MatesetValue::fitness,
+          &MatesetValue::age}) {
       EXPECT_NEAR(value.*field, expected.*field, 1.0e-9) << problem;
     }
   }
@@ -76,7 +75,7 @@ TEST_F(Operators, RepairWithoutAnOverUsedFemaleOnlyRestoresTheMaleSlots) {
       {4, {1, 1, 5, 2}, {1, 2, 2, 3, 3, 4}, {1, 2, 2, 3, 3, 4}},  // no slot
   };
   for (const auto& c : cases) {
-    candidates(2, c.limits);
+    set_limits(2, c.limits);
     EXPECT_EQ(repaired(c.before, c.unit), c.after) << ::testing::PrintToString(c.before);
     expect_same_stream();
   }
@@ -85,7 +84,7 @@ TEST_F(Operators, RepairWithoutAnOverUsedFemaleOnlyRestoresTheMaleSlots) {
 
 // Female 3 stands in rows 1, 2 and 4 and may have two; 4 has one mating left, 5 two.
 TEST_F(Operators, RepairReplacesOneDrawnRowOfAnOverUsedFemale) {
-  candidates(2, {4, 4, 2, 1, 3});
+  set_limits(2, {4, 4, 2, 1, 3});
   constexpr std::size_t kRow[] = {4, 5, 7};
   for (int repeat = 0; repeat < 100; ++repeat) {
     Entries expected = {1, 1, 2, 2, 3, 3, 5, 3};
@@ -100,7 +99,7 @@ TEST_F(Operators, RepairReplacesOneDrawnRowOfAnOverUsedFemale) {
 // Male 1 has all slots, rows 1, 4 and 2, 5 and 3, 6, but may have one: the first two are given to 2
 // or 3, by their matings left. The female's row is drawn before, her replacement after that.
 TEST_F(Operators, RepairGivesSurplusSlotsOfAMaleToOthers) {
-  candidates(3, {2, 4, 6, 2, 7});
+  set_limits(3, {2, 4, 6, 2, 7});
   for (int repeat = 0; repeat < 100; ++repeat) {
     Entries expected = {1, 1, 1, 1, 1, 1, 4, 4, 4, 5, 5, 5};
     const Entries before = expected;
@@ -118,7 +117,7 @@ TEST_F(Operators, RepairGivesSurplusSlotsOfAMaleToOthers) {
 // Four males, two rows: emptying row 1 of male 1 empties the first female entry too, and female 5,
 // who stood there, does not get that mating back. Her draws go on until one finds row 2.
 TEST_F(Operators, RepairOfFewRowsAndManyMalesEmptiesFemaleEntries) {
-  candidates(4, {1, 1, 2, 3, 1, 2, 1});
+  set_limits(4, {1, 1, 2, 3, 1, 2, 1});
   for (int repeat = 0; repeat < 100; ++repeat) {
     while (stream.ceiling(2) != 1) continue;
     Entries expected = {wheel({1, 2, 3}, stream.ceiling(6), 2), 1, 0, 0};
@@ -134,9 +133,11 @@ TEST_F(Operators, RepairOfFewRowsAndManyMalesEmptiesFemaleEntries) {
 // Slots are rows 1, 3, 5 and 2, 4. Six male matings are free and four of females; a slot gives back
 // two and a row one, so that draws are of 1..7 and 1..5.
 TEST_F(Operators, MutationReplacesInProportionToTheFreeMatings) {
-  candidates(3, {5, 4, 2, 3, 4, 2});
+  set_limits(3, {5, 4, 2, 3, 4, 2});
   for (const double probability : {0.0, 0.5, 1.0}) {
-    model.parameters.algorithm.mutate_probability = probability;
+    const auto change = [&](Mateset rows) {
+      mutate(selection, probability, rows, random, run.journal.watches);
+    };
     for (int repeat = 0; repeat < 60; ++repeat) {
       const Entries before = {1, 2, 1, 2, 1, 4, 4, 5, 5, 6};
       Entries expected = before;
@@ -155,7 +156,7 @@ TEST_F(Operators, MutationReplacesInProportionToTheFreeMatings) {
         --females[static_cast<std::size_t>(f - 4)];
         expected[row] = f;
       }
-      ASSERT_EQ(apply(mutate, before, 2), expected) << probability;
+      ASSERT_EQ(apply(change, before, 2), expected) << probability;
       ASSERT_TRUE(probability > 0.0 || expected == before);
     }
   }
@@ -166,19 +167,18 @@ class DirectedMutation : public Operators {
  protected:
   static constexpr int kMales = 5, kAll = 12;
 
-  ValueRecord worth(Entries entries) {
+  MatesetValue worth(Entries entries) {
     const auto n = static_cast<std::int64_t>(entries.size() / 2);
     return dense_value(rows_of(Mateset(entries.data(), n)));
   }
 
   // How good `after` is as a replacement of `before`; not a number if it is none.
   double score(const Entries& before, const Entries& after) {
-    const Text<10>& mode = model.parameters.ocs.optimise;
-    const ValueRecord x = worth(before), y = worth(after);
-    if (mode == "penalty") return y.fitness;
-    if (mode == "merit") return y.scaled_merit;
-    if (x.relationship > model.goal.constraint) return -y.relationship;
-    return y.relationship > model.goal.constraint ? std::nan("") : y.scaled_merit;
+    const MatesetValue x = worth(before), y = worth(after);
+    if (objective.criterion == Criterion::kPenalty) return y.fitness;
+    if (objective.criterion == Criterion::kMerit) return y.scaled_merit;
+    if (x.relationship > objective.constraint) return -y.relationship;
+    return y.relationship > objective.constraint ? std::nan("") : y.scaled_merit;
   }
 
   // Every entry in turn is replaced by the best of all candidates with a mating left.
@@ -188,7 +188,7 @@ class DirectedMutation : public Operators {
       Entries best = entries;
       double best_score = -1e30;
       for (std::int32_t y = male ? 1 : kMales + 1; y <= (male ? kMales : kAll); ++y) {
-        if (std::count(entries.begin(), entries.end(), y) >= model.candidates.max_matings(y)) {
+        if (std::count(entries.begin(), entries.end(), y) >= candidates.max_matings(y)) {
           continue;
         }
         Entries trial = entries;
@@ -208,12 +208,12 @@ TEST_F(DirectedMutation, ChoosesTheReplacementOfHighestValueUnderEachCriterion) 
   Stream data(5);
   const Entries before = {1, 2, 2, 3, 4, 5, 6, 7, 8, 9, 9, 12};
   for (const char* mode : {"penalty", "merit", "constraint"}) {
-    model.parameters.ocs.optimise = mode;
+    objective.criterion = criterion_of(mode);
     for (int repeat = 0; repeat < 60; ++repeat) {
-      candidates(kMales, {1, 2, 2, 3, 3, 1, 1, 2, 2, 2, 1, 3});
+      set_limits(kMales, {1, 2, 2, 3, 3, 1, 1, 2, 2, 2, 1, 3});
       draw_data(data);
       // From hard to meet, over met on the way, to no hindrance.
-      model.goal.constraint = worth(before).relationship * (0.805 + 0.01 * repeat);
+      objective.constraint = worth(before).relationship * (0.805 + 0.01 * repeat);
       ASSERT_EQ(directed(before, 1), best_by_trial(before)) << mode << repeat;
       for (int draws = 0; draws < 12; ++draws) stream.uni();
       expect_same_stream();
@@ -223,31 +223,31 @@ TEST_F(DirectedMutation, ChoosesTheReplacementOfHighestValueUnderEachCriterion) 
 
 // At last male 2 has the highest merit, but a single mating left where two are needed.
 TEST_F(DirectedMutation, TakesTheFirstOfEqualsWithAWholeUnitLeftAndNeverAMeritThatIsNoNumber) {
-  model.parameters.ocs.optimise = "merit";
-  candidates(4, {3, 2, 2, 2, 3, 2, 2});
+  objective.criterion = Criterion::kMerit;
+  set_limits(4, {3, 2, 2, 2, 3, 2, 2});
   EXPECT_EQ(directed({4, 4, 7, 7}, 1), (Entries{1, 1, 5, 5}));
-  model.candidates.merit(1) = std::nan("");
+  candidates.merit(1) = std::nan("");
   EXPECT_EQ(directed({4, 4, 7, 7}, 1), (Entries{2, 2, 5, 5}));
-  model.candidates.max_matings(2) = 1;
-  model.candidates.merit(2) = 5.0;
+  candidates.max_matings(2) = 1;
+  candidates.merit(2) = 5.0;
   EXPECT_EQ(directed({4, 4, 7, 7}, 2), (Entries{3, 3, 5, 5}));
 }
 
 // Male 1 is over-used, so that the evaluation at the end finds an illegal mateset.
 TEST_F(DirectedMutation, WithoutAnEligibleCandidateTheMatesetStays_UnknownCriterionStopsTheRun) {
-  candidates(1, {1, 1, 1});
-  model.candidates.merit(1) = 3.0;
-  model.parameters.ocs.w_merit = 10.0;
+  set_limits(1, {1, 1, 1});
+  candidates.merit(1) = 3.0;
+  objective.w_merit = 10.0;
   EXPECT_EQ(directed({1, 1, 2, 3}, 1), (Entries{1, 1, 2, 3}));
   EXPECT_EQ(log, " evaluation not legal           0\n");
   log.clear();
-  model.parameters.ocs.optimise = "best";
+  objective.criterion = criterion_of("best");
   EXPECT_THROW(directed({1, 1, 2, 3}, 1), Stopped);
   EXPECT_EQ(log, " ERROR in Subroutine Directed_Mutation\n");
 }
 
 TEST_F(DirectedMutation, DrawsOnceASlotAndRowUnlessItsProbabilityIsTiny) {
-  candidates(2, {4, 4, 4, 4});
+  set_limits(2, {4, 4, 4, 4});
   const Entries before = {1, 2, 1, 2, 3, 3, 4, 4};
   for (const double probability : {-1.0, 0.0, 9.999999e-9}) {
     EXPECT_EQ(directed(before, 2, probability), before);

@@ -18,34 +18,35 @@ class SearchKernels : public SelectionTest {
       sex.resize(static_cast<std::size_t>(2 + data.ceiling(40)));
       for (int& limit : sex) limit = data.ceiling(5);
     }
-    const int unit = data.ceiling(3);
-    set_candidates(limits[0], limits[1], unit * (1 + data.ceiling(8)), unit, problem);
+    const int slot_rows = data.ceiling(3);
+    set_candidates(limits[0], limits[1], slot_rows * (1 + data.ceiling(8)), slot_rows, problem);
     draw_data(data);
-    Candidates& c = model.candidates;
+    Candidates& c = candidates;
     const double scale = problem % 11 == 0 ? 2e307 : problem % 11 == 1 ? 1e-322 : 1.0;
     const double steps = problem % 4 == 0 ? 1e9 : 4.0;
     for (int i = 1; i <= c.ncands; ++i) {
       c.merit(i) = std::round(c.merit(i) * steps) / steps;
-      model.goal.apv2(i) = std::round(model.goal.apv2(i) * steps) / steps;
+      goal.apv2(i) = std::round(goal.apv2(i) * steps) / steps;
       for (int j = 1; j <= i; ++j) {
         const double a = data.uni() - (problem % 3 == 0 ? 0.5 : 0.0);
         relate(i, j, scale * ((i == j) + std::round(a * steps) / steps));
       }
     }
-    model.rows = RelationshipRows(problem % 2 == 0 ? 4000 : 1 << 20);
-    model.parameters.ocs.optimise = problem % 5 == 0  ? "merit"
-                                    : problem % 5 < 3 ? "penalty"
-                                                      : "constraint";
-    model.parameters.algorithm.directed_mutation_probability = problem % 7 == 0 ? 1.0 : data.uni();
+    if (problem % 13 == 0) goal.vpapv = 1e6;
+    objective.criterion = problem % 5 == 0  ? Criterion::kMerit
+                          : problem % 5 < 3 ? Criterion::kPenalty
+                                            : Criterion::kConstraint;
+    tools().caches.rows = RowCache(relationship, c, problem % 2 == 0 ? 4000 : 1 << 20);
+    probability = problem % 7 == 0 ? 1.0 : data.uni();
   }
 
   // Every other time with males in slots.
   Rows draw_rows() {
     Rows rows;
-    const Candidates& c = model.candidates;
-    const int slots = static_cast<int>(male_slots(model));
+    const Candidates& c = candidates;
+    const int slots = static_cast<int>(selection.male_slots());
     const bool in_slots = data.uni() < 0.5;
-    for (int j = 0; j < model.parameters.ocs.nmatings; ++j) {
+    for (int j = 0; j < selection.nmatings; ++j) {
       const int drawn = data.ceiling(c.nmcands);
       const int male =
           in_slots && j >= slots ? rows[static_cast<std::size_t>(j - slots)].first : drawn;
@@ -55,16 +56,21 @@ class SearchKernels : public SelectionTest {
   }
 
   // What a change leaves: rows, the next draw and the lines of the log.
-  std::string outcome(void (*change)(Model&, Mateset), const Rows& rows) {
+  std::string outcome(auto change, const Rows& rows) {
     const Mateset view = mateset(rows);
-    const Random before = model.random;
+    const Random before = random;
     log.clear();
-    change(model, view);
-    std::string text = log + format_list(model.random.uni());
+    change(view);
+    std::string text = log + format_list(random.uni());
     for (const auto& [male, female] : rows_of(view)) text += format_list(male, female);
-    model.random = before;
+    random = before;
     return text;
   }
+  void evaluate_plainly(const Rows& rows, MatesetValue& value) {
+    plain::evaluation(tools().problem, tools().evaluator, mateset(rows), value);
+  }
+
+  double probability = 1.0;  // of directed mutation
 
   Stream data{1};
 };
@@ -75,15 +81,20 @@ TEST_F(SearchKernels, DirectedMutationMakesTheChoicesOfThePlainForm) {
     draw_herd(problem);
     for (int k = 0; k < 6; ++k) {
       const Rows rows = draw_rows();
-      ValueRecord value;
-      plain::evaluation(model, mateset(rows), value);
+      MatesetValue value;
+      evaluate_plainly(rows, value);
       // At the constraint, above it and below it.
-      model.goal.constraint = value.relationship * (k % 3 == 0 ? 1.0 : 0.9 + 0.2 * data.uni());
-      model.search.best_value.fitness = value.fitness + 0.1 - 0.2 * data.uni();
-      const std::string plain = outcome(plain::directed_mutation, rows);
-      ASSERT_EQ(outcome(directed_mutation, rows), plain) << problem;
-      changed += plain != outcome([](Model&, Mateset) {}, rows);
-      model.random.uni();
+      objective.constraint = value.relationship * (k % 3 == 0 ? 1.0 : 0.9 + 0.2 * data.uni());
+      standing.best_value.fitness = value.fitness + 0.1 - 0.2 * data.uni();
+      Tools& t = tools();
+      const auto plainly = [&](Mateset view) {
+        plain::directed_mutation(t.problem, probability, view, random, t.evaluator);
+      };
+      const std::string plain = outcome(plainly, rows);
+      ASSERT_EQ(outcome([&](Mateset view) { directed_mutation(view, probability); }, rows), plain)
+          << problem;
+      changed += plain != outcome([](Mateset) {}, rows);
+      random.uni();
     }
   }
   EXPECT_GT(changed, 1000);
@@ -94,43 +105,42 @@ TEST_F(SearchKernels, EvaluationOfSeveralGivesTheBitsOfOneAfterAnother) {
   for (int problem = 1; problem <= 200; ++problem) {
     draw_herd(problem);
     const std::size_t count = static_cast<std::size_t>(data.ceiling(40));
-    std::vector<ValueRecord> plain(count), fast(count);
+    std::vector<MatesetValue> plain(count), fast(count);
     std::vector<Rows> rows;
     log.clear();
-    for (ValueRecord& value : plain) {
+    for (MatesetValue& value : plain) {
       rows.push_back(draw_rows());
-      plain::evaluation(model, mateset(rows.back()), value);
+      evaluate_plainly(rows.back(), value);
     }
     const std::string plain_log = std::exchange(log, "");
-    Evaluations evaluations(model);
-    for (std::size_t k = 0; k < count; ++k) evaluations.add(mateset(rows[k]), fast[k]);
-    evaluations.finish();
+    Evaluator& evaluator = tools().evaluator;
+    for (std::size_t k = 0; k < count; ++k) evaluator.add(mateset(rows[k]), fast[k]);
+    evaluator.finish();
     EXPECT_EQ(log, plain_log);
     for (std::size_t k = 0; k < count; ++k) {
       ASSERT_EQ(fast[k].legal, plain[k].legal);
       legal += plain[k].legal;
-      ASSERT_EQ(std::memcmp(&fast[k], &plain[k], offsetof(ValueRecord, legal)), 0) << problem;
+      ASSERT_EQ(std::memcmp(&fast[k], &plain[k], offsetof(MatesetValue, legal)), 0) << problem;
     }
   }
   EXPECT_TRUE(legal > 1000 && legal < 3000) << legal;
 }
 
-TEST_F(SearchKernels, RelationshipRowsHoldTheMatrix_WhateverIsKept) {
+TEST_F(SearchKernels, RowsHoldTheMatrix_WhateverIsKept) {
   draw_herd(4);
-  const std::int32_t n = model.candidates.ncands;
-  RelationshipRows rows(5 * sizeof(double) * static_cast<std::size_t>(n + 1));
+  const std::int32_t n = candidates.ncands;
+  RowCache rows(relationship, candidates, 5 * sizeof(double) * static_cast<std::size_t>(n + 1));
   for (int call = 0; call < 60000; ++call) {
     const std::int32_t wanted[] = {data.ceiling(call < 30000 ? n : 3), n};
     const double* row[2];
-    const auto keep = static_cast<RelationshipRows::Keep>(call % 3);
-    rows.read(model.relationship, model.candidates, {wanted, wanted[0] == n ? 1UL : 2UL}, keep,
-              row);
+    const auto keep = static_cast<RowCache::Keep>(call % 3);
+    rows.read({wanted, wanted[0] == n ? 1UL : 2UL}, keep, row);
     const std::int32_t k = data.ceiling(n);
     if (row[0] != nullptr) {
       ASSERT_EQ(row[0][k], rel(wanted[0], k));
     } else {
-      ASSERT_EQ(keep, RelationshipRows::Keep::kOften);
-      ASSERT_EQ(rows.element(model.relationship, wanted[0], k), rel(wanted[0], k));
+      ASSERT_EQ(keep, RowCache::Keep::kOften);
+      ASSERT_EQ(rows.element(wanted[0], k), rel(wanted[0], k));
     }
     ASSERT_EQ(rows.own()[k], rel(k, k));
   }

@@ -1,4 +1,5 @@
 // The search: its parameters, the base population, recombination and the way to the optimum.
+#include "ocs/plan_report.h"
 #include "ocs/selection_fixture.h"
 
 namespace qob::test {
@@ -6,7 +7,7 @@ namespace {
 
 class SearchTest : public SelectionTest {
  protected:
-  SearchTest() { model.parameters.data.resultsdirectory = ""; }
+  SearchTest() { parameters.data.resultsdirectory = ""; }
 
   // The best fitness of all legal matesets of four matings, three candidates of each sex.
   double optimum() {
@@ -16,24 +17,34 @@ class SearchTest : public SelectionTest {
       for (int j = 0, rest = code; j < 4; ++j, rest /= 9) {
         rows.emplace_back(rest % 3 + 1, rest / 3 % 3 + 4);
       }
-      const ValueRecord value = dense_value(rows);
+      const MatesetValue value = dense_value(rows);
       if (value.legal) best = std::max(best, value.fitness);
     }
     return best;
   }
-  void sizes(std::int32_t popsize, std::int32_t n_offspring) {
-    model.parameters.algorithm.popsize = popsize;
-    model.parameters.algorithm.n_offspring = n_offspring;
+  // Begins a search on the selection, which stays as it is while the search lasts.
+  Search& begin() {
+    problem_.emplace(Problem{selection, relationship, objective});
+    search_.emplace(*problem_, parameters.algorithm, run);
+    search_->begin();
+    return *search_;
   }
+  void sizes(std::int32_t popsize, std::int32_t n_offspring) {
+    parameters.algorithm.popsize = popsize;
+    parameters.algorithm.n_offspring = n_offspring;
+  }
+
+ private:
+  std::optional<Problem> problem_;
+  std::optional<Search> search_;
 };
 
 TEST_F(SearchTest, ParametersAreCheckedInOrder) {
   const std::string divided =
       "ERROR: NMatings cannot be divided by LimitMaleMatings. MOD(NMatings,LimitMaleMatings)/=0";
   const std::string range = "ERROR: LimitMaleMatings should be 1 <= LimitMaleMatings <= NMatings";
-  const std::string offspring = "ERROR: N_Offspring should be 1 <= N_Offspring <= PopSize";
   struct Case {
-    std::int32_t nmatings, unit, popsize, n_offspring, generations;
+    std::int32_t nmatings, slot_rows, popsize, n_offspring, generations;
     std::string message;  // none: accepted
   };
   const std::vector<Case> cases = {
@@ -42,21 +53,20 @@ TEST_F(SearchTest, ParametersAreCheckedInOrder) {
       {10, -3, 0, 0, 1, divided},
       {10, -5, 10, 1, 1, range},
       {0, 1, 10, 1, 1, range},
-      {10, 5, 2, 0, 0, offspring},
-      {10, 5, 2, 3, 0, offspring},
-      {10, 5, 2, 2, 0, ""},
+      {10, 5, 2, -1, 0, ""},
+      {10, 5, 2, 3, 0, ""},
       {10, 10, 1, 7, -1, ""},
       {10, 5, 0, 1, -1, "ERROR: PopSize should be at least 1"},
       {10, 5, 1, 1, 0, "ERROR: PopSize should be at least 2 when Generations is 0 or more"}};
   for (const Case& c : cases) {
-    model.parameters.ocs.nmatings = c.nmatings;
-    model.parameters.ocs.limitmalematings = c.unit;
-    model.parameters.algorithm.generations = c.generations;
+    parameters.ocs.nmatings = c.nmatings;
+    parameters.ocs.limitmalematings = c.slot_rows;
+    parameters.algorithm.generations = c.generations;
     sizes(c.popsize, c.n_offspring);
     if (c.message.empty()) {
-      EXPECT_NO_THROW(initialize_qob(model)) << log;
+      EXPECT_NO_THROW(initialize_qob(run)) << log;
     } else {
-      expect_stop(c.message + " Value of error:     0", [&] { initialize_qob(model); });
+      expect_stop(c.message + " Value of error:     0", [&] { initialize_qob(run); });
     }
   }
 }
@@ -75,31 +85,31 @@ TEST_F(SearchTest, FaultyOldSolutionsEndTheRun) {
       {"h\n1 4\n3 6\n3 6\n3 8\n", range + "           1"}};
   for (const auto& [contents, message] : cases) {
     folder.write("_null_", contents);
-    expect_stop(message, [&] { base_population(model); });
+    expect_stop(message, [&] { begin(); });
   }
   memory_files().remove("_null_");
   folder.write("_null_/file", "");
   expect_stop(" ERROR opening file with old solution _null_ Value of error:    21",
-              [&] { base_population(model); });
+              [&] { begin(); });
 }
 
 TEST_F(SearchTest, AnIllegalFirstRandomSolutionHasSolutionOneRepaired) {
-  set_candidates({1, 1, 1, 1}, {1, 1, 2}, 4, 2, 9);  // no male may have a slot of two
+  set_candidates({1, 1, 1, 1}, {1, 1, 2}, 4, 2);  // no male may have a slot of two
   sizes(4, 1);
+  parameters.algorithm.seed_rng = 9;
   folder.write("_null_", "h\n1 5\n2 5\n1 5\n2 5\n");  // female 5 is used four times
-  base_population(model);
+  Population population = begin().population();
   std::map<std::int32_t, int> used;
-  for (const auto& [male, female] : rows_of(model.search.pop(1))) ++used[female];
-  for (const auto& [female, n] : used) EXPECT_LE(n, model.candidates.max_matings(female));
+  for (const auto& [male, female] : rows_of(population.pop(1))) ++used[female];
+  for (const auto& [female, n] : used) EXPECT_LE(n, candidates.max_matings(female));
   EXPECT_EQ(log.find("not legal :           1\n"), std::string::npos);
   EXPECT_NE(log.find(" Base pop solution not legal :           2\n"), std::string::npos);
 }
 
 TEST_F(SearchTest, WhatNobodyCanFillIsLoggedAndTakenFromParentOne) {
   set_candidates({1}, {1, 1}, 2);
-  model.parameters.algorithm.crossover_probability = 0.0;
   const Mateset offspring = mateset({{0, 0}, {0, 0}});
-  recombine(model, mateset({{1, 2}, {1, 3}}), mateset({{1, 3}, {1, 2}}), offspring);
+  recombine(mateset({{1, 2}, {1, 3}}), mateset({{1, 3}, {1, 2}}), offspring);
   EXPECT_EQ(rows_of(offspring), (Rows{{1, 2}, {1, 3}}));
   EXPECT_EQ(log,
             " ERROR in subroutine Recombine\n Parent 1        Parent 2   Offspring\n"
@@ -109,9 +119,10 @@ TEST_F(SearchTest, WhatNobodyCanFillIsLoggedAndTakenFromParentOne) {
 
 TEST_F(SearchTest, WithoutALegalSolutionTheReportEndsTheRun) {
   set_candidates({1}, {1}, 1);
-  model.search.best_mating.assign(1, 1);
+  Plan plan;
+  plan.best_mating.assign(1, 1);
   expect_stop(" WARNING : A legal solution was NOT found, check parameters",
-              [&] { report_best_mateset(model); });
+              [&] { report_best_mateset(parameters.ocs, candidates, plan, units); });
   EXPECT_EQ(summary,
             " " + std::string(75, '-') +
                 "\n WARNING : A legal solution was NOT found, \n WARNING :   Check parameters\n");
@@ -119,28 +130,31 @@ TEST_F(SearchTest, WithoutALegalSolutionTheReportEndsTheRun) {
 
 TEST_F(SearchTest, EverySearchEndsAtTheOptimumAndNeverLosesTheBest) {
   for (int seed = 1; seed <= 6; ++seed) {
-    set_candidates({2, 3, 2}, {1, 3, 2}, 4, 1, seed);
+    set_candidates({2, 3, 2}, {1, 3, 2}, 4);
     Stream data(static_cast<std::uint32_t>(seed));
     draw_data(data);
     sizes(8, 2);
-    AlgorithmParameters& p = model.parameters.algorithm;
+    AlgorithmParameters& p = parameters.algorithm;
+    p.seed_rng = seed;
+    p.generations = 120;
     p.crossover_probability = 0.3;
     p.mutate_probability = p.directed_mutation_probability = 1.0 / 16;
-    model.search = Search();
-    model.files.outputs.clear();
-    EXPECT_EQ(model.units.cnv1.close() + model.units.cnv2.close(), 0);
-    base_population(model);
+    run.files.outputs.clear();
+    Search& search = begin();
     double before = -1.0e300;
-    for (std::int32_t g = 0; g <= 120; ++g) {
-      model.search.igeneration = g;
-      mate_and_select(model);
-      const ValueRecord& best = model.search.best_value;
+    int generations = 0;
+    for (bool more = true; more; ++generations) {
+      const std::int32_t g = search.standing().igeneration;
+      more = search.generation();
+      const MatesetValue& best = search.standing().best_value;
       ASSERT_TRUE(best.legal);
       ASSERT_GE(best.fitness, before);
-      EXPECT_EQ(g == 0 || best.fitness > before, model.search.last_gen_improved == g);
+      EXPECT_EQ(g == 0 || best.fitness > before, search.standing().last_gen_improved == g);
       before = best.fitness;
     }
-    EXPECT_NEAR(before, dense_value(rows_of(model.search.best())).fitness, 1e-9);
+    EXPECT_EQ(generations, 121);
+    Plan plan = search.finish();
+    EXPECT_NEAR(before, dense_value(rows_of(plan.best())).fitness, 1e-9);
     EXPECT_NEAR(before, optimum(), 1e-9) << seed;
   }
 }

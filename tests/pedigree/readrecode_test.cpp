@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "support/model_fixture.h"
+#include "support/run_fixture.h"
 
 namespace qob::test {
 namespace {
@@ -15,17 +15,17 @@ std::string expanded(std::string text) {
   return text;
 }
 
-class ReadRecode : public ModelTest {
+class ReadRecode : public RunTest {
  protected:
   // The tables that were filled, a line an animal.
   std::string animals() const {
-    const Pedigree& p = model.pedigree;
+    const Pedigree& p = pedigree;
     std::string lines = "\n";
     for (std::int32_t i = 1; i <= p.maxid; ++i) {
-      lines += format_record("(4I3,' =',2I3,' :',I2,I6,I2,F6.2,1X,A,'|')", i, p.oldped(i, 1),
-                             p.oldped(i, 2), p.oldped(i, 3), p.sire(i), p.dam(i), p.sex(i),
-                             p.btime(i), p.matings(i), p.ebv(i), p.txt(i));
-      lines += model.ids.find(p.oldped(i, 1)).number == i ? "\n" : " not in the tree\n";
+      lines += formatted("(4I3,' =',2I3,' :',I2,I6,I2,F6.2,1X,A,'|')", i, p.oldped(i, 1),
+                         p.oldped(i, 2), p.oldped(i, 3), p.sire(i), p.dam(i), p.sex(i), p.btime(i),
+                         p.matings(i), p.ebv(i), p.txt(i));
+      lines += p.ids.find(p.oldped(i, 1)).number == i ? "\n" : " not in the tree\n";
     }
     return lines;
   }
@@ -33,8 +33,8 @@ class ReadRecode : public ModelTest {
 
 // 99 and 98 have no records. The first to name 99 is no candidate, the first to name 98 is one.
 TEST_F(ReadRecode, AnimalsAreNumberedInOrderAndUnrecordedParentsInsertedWhereThatIsAllowed) {
-  model.parameters.data.ignoreparentalpedigreeerrors = true;
-  model.parameters.data.recodefile = folder / "recoded.txt";
+  parameters.data.ignoreparentalpedigreeerrors = true;
+  parameters.data.recodefile = folder / "recoded.txt";
   read_animals(
       "7 99 0 1 2000 0 -0.5 'a text cut short'\n-5,99,98,2,2000,2,0.25 x y\n4 7 98 2 2001 2 3\n");
   EXPECT_EQ(animals(), R"(
@@ -109,28 +109,27 @@ TEST_F(ReadRecode, FaultsAreListedAndStopTheRun) {
       {"5 -1 0 1 1 0 0\n", false,
        " Datafile read with #1 records and #1 individuals\n"
        " ERROR when reading data, unrecognised parent\n"}};
-  model.parameters.data.recodefile = folder / "recoded.txt";
+  parameters.data.recodefile = folder / "recoded.txt";
   for (const auto& c : cases) {
     log.clear();
-    model.pedigree = {};
-    model.parameters.data.ignoreparentalpedigreeerrors = c.ignore;
+    parameters.data.ignoreparentalpedigreeerrors = c.ignore;
     EXPECT_THROW(read_animals(c.table), Stopped);
     EXPECT_EQ(log.substr(log.find("\n\n") + 2), expanded(c.log));
   }
-  const auto pedigree = out.find(expanded(" Parent not recorded :  #98 at record #2\n"));
-  const auto data = out.find(expanded(" Offspring :  #3 parent : #2 at record #3\n Warning : "));
-  EXPECT_TRUE(pedigree < data && data < out.size());
+  const auto at_pedigree = out.find(expanded(" Parent not recorded :  #98 at record #2\n"));
+  const auto at_data = out.find(expanded(" Offspring :  #3 parent : #2 at record #3\n Warning : "));
+  EXPECT_TRUE(at_pedigree < at_data && at_data < out.size());
 }
 
 TEST_F(ReadRecode, WhatIsBehindAShortLineOrColumn120IsNotRead) {
   for (const std::string end : {"", "   ", "7 0", "7 0 ,"}) {
     read_animals("1 0 0 1 2000 0 0\n" + end + "\n1 x 0\n");
-    EXPECT_EQ(std::exchange(model.pedigree, {}).nobs, 1) << "'" << end << "'";
+    EXPECT_EQ(pedigree.nobs, 1) << "'" << end << "'";
   }
   read_animals("1 0 0 1 2000 0 0.25" + std::string(101, ' ') + "far\n" +   // from column 121
                "2 0 0 2 2000 0 " + std::string(103, ' ') + "3.75 far\n");  // the point in 120
-  EXPECT_EQ(model.pedigree.txt(1).trimmed(), ".");
-  EXPECT_EQ(model.pedigree.ebv(2), 3.0);
+  EXPECT_EQ(pedigree.txt(1).trimmed(), ".");
+  EXPECT_EQ(pedigree.ebv(2), 3.0);
 }
 
 }  // namespace

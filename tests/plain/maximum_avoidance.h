@@ -5,21 +5,28 @@
 #include <algorithm>
 #include <array>
 
-#include "ocs/qobocs.h"
+#include "core/numbers.h"
+#include "ocs/search.h"
 
 namespace qob::plain {
 
 class MaximumAvoidance {
  public:
-  explicit MaximumAvoidance(Model& model) : model_(model), m_(model.search.best()) {}
+  MaximumAvoidance(const Candidates& candidates, const Relationship& relationship,
+                   bool repeatedmatings, Plan& plan)
+      : candidates_(candidates),
+        relationship_(relationship),
+        repeatedmatings_(repeatedmatings),
+        plan_(plan),
+        m_(plan.best()) {}
 
   void run() {
     const std::int64_t n = m_.nmatings();
-    double fsum = static_cast<double>(n) * model_.search.best_value.inbreeding;
+    double fsum = static_cast<double>(n) * plan_.best_value.inbreeding;
     for (std::int64_t budget = 100 * n, stall = 20; budget >= 1 && stall >= 1; --budget) {
       stall = pass(fsum) ? 20 : stall - 1;
     }
-    model_.search.best_value.inbreeding = fsum / static_cast<double>(n);
+    plan_.best_value.inbreeding = fsum / static_cast<double>(n);
   }
 
  private:
@@ -33,7 +40,7 @@ class MaximumAvoidance {
     std::vector<std::int64_t> order(static_cast<std::size_t>(n));
     for (std::int64_t r = 1; r <= n; ++r) order[static_cast<std::size_t>(r - 1)] = r;
     for (std::int64_t j = n; n >= 4 && j >= 2; --j) {
-      const double u = model_.random.uni() * static_cast<double>(single(j));
+      const double u = plan_.random.uni() * static_cast<double>(single(j));
       const auto r = static_cast<std::size_t>(u);
       if (static_cast<std::int64_t>(r) + 1 < j)
         std::swap(order[static_cast<std::size_t>(j - 1)], order[r]);
@@ -49,11 +56,11 @@ class MaximumAvoidance {
     for (std::size_t i = 0; i < 4; ++i) {
       for (std::size_t k = 0; k < 4; ++k) {
         const int male = m_.male(row[i]), female = m_.female(row[k]);
-        coancestry[i][k] = 0.5 * cnrm(model_.relationship, model_.candidates, male, female);
+        coancestry[i][k] = 0.5 * cnrm(relationship_, candidates_, male, female);
         int elsewhere = i == k ? -1 : 0;
         for (std::int64_t j = 1; j <= m_.nmatings(); ++j)
           elsewhere += m_.male(j) == male && m_.female(j) == female;
-        const bool avoid = !model_.parameters.mating.repeatedmatings && elsewhere > 0;
+        const bool avoid = !repeatedmatings_ && elsewhere > 0;
         cost[i][k] = avoid ? 2.0 : coancestry[i][k];
       }
     }
@@ -70,10 +77,16 @@ class MaximumAvoidance {
     return true;
   }
 
-  Model& model_;
+  const Candidates& candidates_;
+  const Relationship& relationship_;
+  bool repeatedmatings_;
+  Plan& plan_;
   Mateset m_;
 };
 
-inline void maximum_avoidance(Model& model) { MaximumAvoidance(model).run(); }
+inline void maximum_avoidance(const Candidates& candidates, const Relationship& relationship,
+                              bool repeatedmatings, Plan& plan) {
+  MaximumAvoidance(candidates, relationship, repeatedmatings, plan).run();
+}
 
 }  // namespace qob::plain

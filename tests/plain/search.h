@@ -5,14 +5,17 @@
 #include <cmath>
 #include <vector>
 
-#include "ocs/qobocs.h"
+#include "core/numbers.h"
+#include "ocs/allowances.h"
+#include "ocs/evaluation.h"
 
 namespace qob::plain {
 
-inline double average_relationship(const Model& model, const Table<double>& c, double threshold) {
-  const Candidates& candidates = model.candidates;
-  const Goal& goal = model.goal;
-  const auto a = [&](int i, int k) { return cnrm(model.relationship, candidates, i, k); };
+inline double average_relationship(const Problem& problem, const Table<double>& c,
+                                   double threshold) {
+  const Candidates& candidates = problem.selection.candidates;
+  const Goal& goal = problem.selection.goal;
+  const auto a = [&](int i, int k) { return cnrm(problem.relationship, candidates, i, k); };
   std::vector<int> parents;
   for (int i = 1; i <= candidates.ncands; ++i) {
     if (c(i) >= threshold) parents.push_back(i);
@@ -25,9 +28,10 @@ inline double average_relationship(const Model& model, const Table<double>& c, d
   return sum / (goal.last_genint * goal.last_genint);
 }
 
-inline void evaluation(Model& model, Mateset mateset, ValueRecord& value) {
-  const Candidates& candidates = model.candidates;
-  const Goal& goal = model.goal;
+inline void evaluation(const Problem& problem, Evaluator& evaluator, Mateset mateset,
+                       MatesetValue& value) {
+  const Candidates& candidates = problem.selection.candidates;
+  const Goal& goal = problem.selection.goal;
   const auto n = mateset.nmatings();
   const double h = 1.0 / static_cast<double>(2 * n);
   Allowances matings = mating_limits(candidates);
@@ -43,45 +47,49 @@ inline void evaluation(Model& model, Mateset mateset, ValueRecord& value) {
       value.scaled_merit += candidates.merit(i) / goal.k_factor[sex - 1];
     }
     value.inbreeding +=
-        0.5 * cnrm(model.relationship, candidates, mateset.male(j), mateset.female(j));
+        0.5 * cnrm(problem.relationship, candidates, mateset.male(j), mateset.female(j));
   }
   for (double& share : c) share *= h;
   value.age *= h;
   value.inbreeding /= static_cast<double>(single(n));
   value.scaled_merit = value.scaled_merit * h - goal.expmerit;
   value.merit *= h;
-  value.relationship = plain::average_relationship(model, c, 1.0 / static_cast<double>(3 * n));
+  value.relationship = plain::average_relationship(problem, c, 1.0 / static_cast<double>(3 * n));
   value.rate = (value.relationship - goal.last_rel) * goal.last_genint / (2.0 - goal.last_rel);
   value.legal = true;
   for (int i = 1; i <= candidates.ncands; ++i) {
     const auto used = candidates.max_matings(i) - matings(i);
     if (matings(i) < 0) value.legal = false;
-    if (candidates.is_male(i) && used % model.parameters.ocs.limitmalematings != 0)
+    if (candidates.is_male(i) && used % problem.selection.limitmalematings != 0)
       value.legal = false;
   }
-  compute_fitness(model, value);
+  evaluator.compute_fitness(value);
 }
 
 class DirectedMutation {
  public:
-  DirectedMutation(Model& model, Mateset mateset)
-      : model_(model), mateset_(mateset), matings_(remaining_matings(model.candidates, mateset)) {}
+  DirectedMutation(const Problem& problem, Evaluator& evaluator, Mateset mateset)
+      : problem_(problem),
+        evaluator_(evaluator),
+        mateset_(mateset),
+        matings_(remaining_matings(problem.selection.candidates, mateset)) {}
 
-  void run() {
-    const double probability = model_.parameters.algorithm.directed_mutation_probability;
+  void run(double probability, Random& random) {
     if (probability < kTiny) return;
-    const std::int64_t rows[] = {male_slots(model_), mateset_.nmatings()};
+    const std::int64_t rows[] = {problem_.selection.male_slots(), mateset_.nmatings()};
     for (int sex = kMale; sex <= kFemale; ++sex) {
       for (std::int64_t j = 1; j <= rows[sex - 1]; ++j) {
-        if (probability > model_.random.uni()) replace(j, sex);
+        if (probability > random.uni()) replace(j, sex);
       }
     }
-    ValueRecord value;
-    plain::evaluation(model_, mateset_, value);
+    MatesetValue value;
+    plain::evaluation(problem_, evaluator_, mateset_, value);
   }
 
  private:
-  double a(int i, int k) const { return cnrm(model_.relationship, model_.candidates, i, k); }
+  double a(int i, int k) const {
+    return cnrm(problem_.relationship, problem_.selection.candidates, i, k);
+  }
 
   double relationship_to_parents(int y) const {
     double sum = 0.0;
@@ -90,11 +98,11 @@ class DirectedMutation {
   }
 
   void replace(std::int64_t j, int sex) {
-    const Candidates& candidates = model_.candidates;
-    const Goal& goal = model_.goal;
-    const OCSParameters& p = model_.parameters.ocs;
-    const bool constraint = p.optimise == "constraint";
-    if (constraint && !evaluated_) plain::evaluation(model_, mateset_, value_);
+    const Candidates& candidates = problem_.selection.candidates;
+    const Goal& goal = problem_.selection.goal;
+    const Objective& p = problem_.objective;
+    const bool constraint = p.criterion == Criterion::kConstraint;
+    if (constraint && !evaluated_) plain::evaluation(problem_, evaluator_, mateset_, value_);
     evaluated_ = true;
     const double d = 1.0 / static_cast<double>(2 * mateset_.nmatings());
     contribution_.assign(candidates.ncands, 0.0);
@@ -105,9 +113,9 @@ class DirectedMutation {
       if (contribution_(i) >= kTiny) parents_.push_back(i);
     }
     const int x = mateset_(j, sex);
-    const std::int64_t needed = sex == kMale ? p.limitmalematings : 1;
+    const std::int64_t needed = sex == kMale ? problem_.selection.limitmalematings : 1;
     const double a_x = relationship_to_parents(x);
-    const bool too_related = constraint && value_.relationship > goal.constraint;
+    const bool too_related = constraint && value_.relationship > p.constraint;
     int best = 0;
     double best_score = 0.0, best_gain = 0.0, best_change = 0.0;
     for (int y = candidates.first(sex); y <= candidates.last(sex); ++y) {
@@ -118,14 +126,15 @@ class DirectedMutation {
           (goal.last_genint * goal.last_genint);
       const double gain = (candidates.merit(y) - candidates.merit(x)) * d / goal.k_factor[sex - 1];
       const double predicted = change + value_.relationship;
-      if (constraint && !too_related && predicted > goal.constraint) continue;
-      const double score = p.optimise == "penalty" ? p.w_merit * gain + p.w_relationship * change
-                                                   : (too_related ? -predicted : gain);
+      if (constraint && !too_related && predicted > p.constraint) continue;
+      const double score = p.criterion == Criterion::kPenalty
+                               ? p.w_merit * gain + p.w_relationship * change
+                               : (too_related ? -predicted : gain);
       if (std::isnan(score) || (best != 0 && !(score > best_score))) continue;
       best = y, best_score = score, best_gain = gain, best_change = change;
     }
     if (best == 0) return;
-    if (sex == kMale) fill_slot(mateset_, j, male_slots(model_), best);
+    if (sex == kMale) fill_slot(mateset_, j, problem_.selection.male_slots(), best);
     if (sex == kFemale) mateset_.female(j) = best;
     matings_(x) += needed;
     matings_(best) -= needed;
@@ -133,17 +142,19 @@ class DirectedMutation {
     value_.relationship = best_change + value_.relationship;
   }
 
-  Model& model_;
+  const Problem& problem_;
+  Evaluator& evaluator_;
   Mateset mateset_;
   Allowances matings_;
   Table<double> contribution_;
   std::vector<int> parents_;
-  ValueRecord value_;
+  MatesetValue value_;
   bool evaluated_ = false;
 };
 
-inline void directed_mutation(Model& model, Mateset mateset) {
-  DirectedMutation(model, mateset).run();
+inline void directed_mutation(const Problem& problem, double probability, Mateset mateset,
+                              Random& random, Evaluator& evaluator) {
+  DirectedMutation(problem, evaluator, mateset).run(probability, random);
 }
 
 }  // namespace qob::plain

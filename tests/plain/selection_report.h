@@ -1,6 +1,6 @@
 // The candidates' mean relationships element by element: the judge of the fast form.
 #pragma once
-#include "core/selection.h"
+#include "ocs/candidates.h"
 
 namespace qob::plain {
 struct Mean {

@@ -16,11 +16,11 @@ inline int draw(std::mt19937& rng, int n) {
 // before the generation, sires from the first `sires` of them. The others are chances in per cent.
 inline constexpr struct {
   int generations, size, last, back, sires, unknown, selfed;
-} kShapes[] = {{6, 30, 200, 60, 60, 15, 5},   // overlapping generations, unknown parents
-               {24, 5, 40, 5, 5, 0, 0},       // up to level 26, where nothing is rounded
-               {29, 6, 700, 12, 12, 2, 5},    // just beyond it, with a wide last generation
-               {220, 4, 60, 4, 2, 1, 10},     // very deep
-               {70, 1, 40, 1, 1, 0, 100},     // a line of selfing
+} kShapes[] = {{6, 30, 200, 60, 60, 15, 5},  // overlapping generations, unknown parents
+               {24, 5, 40, 5, 5, 0, 0},      // up to level 26, where nothing is rounded
+               {29, 10, 700, 10, 10, 2, 5},  // just beyond it: sums rounded in another order differ
+               {220, 4, 60, 4, 2, 1, 10},    // very deep
+               {70, 1, 40, 1, 1, 0, 100},    // a line of selfing
                {3, 200, 400, 200, 1, 0, 0}};  // one sire a generation
 
 // The k-th shape, from 0, and over again. 2 x animals, parents by animal.

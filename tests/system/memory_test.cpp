@@ -2,7 +2,7 @@
 #include <cerrno>
 
 #include "driver/run.h"
-#include "support/model_fixture.h"
+#include "support/run_fixture.h"
 #include "system/shell.h"
 
 namespace qob::test {
@@ -57,7 +57,7 @@ TEST(MemoryFiles, AreSeenAsTheirWritersPromise) {
   EXPECT_FALSE(copy_in_shell("missing", "z") || InputFile::exists("z"));
 }
 
-TEST_F(ModelTest, AWholeRunNeedsNoOtherSystem) {
+TEST_F(RunTest, AWholeRunNeedsNoOtherSystem) {
   folder.write("herd.dat", "1 0 0 1 1 4 0.1 a\n2 0 0 2 1 4 0.2 b\n3 0 0 1 1 4 0.3 c\n");
   folder.write("qob.prm",
                "&DataParameters datafile='herd.dat', resultsdirectory='r/' /\n"
@@ -65,9 +65,9 @@ TEST_F(ModelTest, AWholeRunNeedsNoOtherSystem) {
                "&OCSParameters nmatings=2, w_merit=1.0 /\n"
                "&AlgorithmParameters generations=3, popsize=4, n_offspring=2, seed_rng=1 /\n"
                "&MatingOptions matingstrategy='mai' /\n");
-  Model own;  // whose units write to files
+  qob::Run own;  // whose units write to files
   try {
-    run(own, "qob.prm");
+    qob::run(own, "qob.prm");
   } catch (const Stopped& stopped) {
     EXPECT_EQ(stopped.text, "QOB ended successfully") << folder.read(kStandardOutput);
   }

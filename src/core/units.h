@@ -1,0 +1,47 @@
+// The units of a run, and the one way in which a fault ends it.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "core/format.h"
+#include "core/unit.h"
+
+namespace qob {
+
+struct Units {
+  Unit out{6};       // standard output
+  Unit err{0};       // standard error: what ends the run, and what the log has no place for
+  Unit log{11};      // the log
+  Unit summary{12};  // the population-history summary, open from the history to the end
+
+  Units() { log.tell_faults_to(nullptr, &out), summary.tell_faults_to(&log, &out); }
+  Units(const Units&) = delete;
+  Units& operator=(const Units&) = delete;
+
+  // A refused write to `unit` is told on the log and on standard output before it ends the program.
+  void take_up(Unit& unit) { unit.tell_faults_to(&log, &out); }
+};
+
+// The value that a failed operation gave: its status, most often.
+struct ErrorValue {
+  int value;
+};
+
+// Writes the message, cut at 255 characters, and the value if there is one to the log and to
+// standard output (to standard error, too, unless a person sees both), and stops the run with
+// status 1.
+[[noreturn]] void stop_with_message(Units& units, std::string_view message,
+                                    std::optional<ErrorValue> value = std::nullopt);
+
+// The same for a message of these items, as a line without format.
+template <class... Items>
+[[noreturn]] void handle_error(Units& units, const Items&... items) {
+  stop_with_message(units, format_list(items...));
+}
+template <class... Items>
+[[noreturn]] void handle_error(Units& units, ErrorValue value, const Items&... items) {
+  stop_with_message(units, format_list(items...), value);
+}
+
+}  // namespace qob

@@ -1,0 +1,38 @@
+// The average relationship of the next generation for several matesets at once: a quadratic form in
+// their contributions. The terms of each must be added one after another; with several sums side by
+// side no addition has to wait for the one before, and a row of relationships is fetched once for
+// all. Each sum has the order, and so the bits, that it has alone. Plain over fast, measured for
+// offspring of a search: 5 for 500 matings of 5,000 candidates, where the memory is the limit, 2
+// for 100 of 1,000.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "ocs/kernels/row_cache.h"
+#include "ocs/selection.h"
+
+namespace qob {
+
+// The parents of a mateset, ascending, each with its genetic contribution to the next generation:
+// the share of the rows' places in which it stands.
+struct ParentShares {
+  std::vector<std::int32_t> candidate;
+  std::vector<double> c;
+};
+
+// Most sets of parents in one call.
+inline constexpr std::size_t kParentSets = 16;
+
+// result[l] becomes (y + c)'A(y + c) / last_genint^2 for the contributions c of set l and the
+// earlier ones y, summed in this order: vpapv; then for each candidate i of the set, ascending, its
+// own terms and those with each later candidate k:
+//
+//   cnrm(i,i) c(i)^2 + apv2(i) c(i),   2 c(i) c(k) cnrm(k,i)
+//
+// keep: whether rows that are made for it are kept for later.
+void average_relationships(const Goal& goal, std::span<const ParentShares* const> sets,
+                           RowCache& rows, RowCache::Keep keep, double* result);
+
+}  // namespace qob

@@ -1,0 +1,23 @@
+#include "ocs/objective.h"
+
+#include <string>
+
+#include "core/text.h"
+
+namespace qob {
+
+Criterion criterion_of(std::string_view optimise) {
+  const std::string name = option_text(optimise);
+  if (name == "penalty") return Criterion::kPenalty;
+  if (name == "merit") return Criterion::kMerit;
+  if (name == "constraint") return Criterion::kConstraint;
+  return Criterion::kUnknown;
+}
+
+Objective objective_of(const OCSParameters& p, const Goal& goal) {
+  const double constraint =
+      (2.0 - goal.last_rel) * p.dfconstraint / goal.last_genint + goal.last_rel;
+  return {criterion_of(p.optimise), p.w_merit, p.w_relationship, constraint};
+}
+
+}  // namespace qob

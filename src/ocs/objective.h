@@ -1,0 +1,37 @@
+// What a search is to make of a selection: one number for each mateset, to be maximised.
+#pragma once
+
+#include <string_view>
+
+#include "analysis/relationship.h"
+#include "core/parameters.h"
+#include "ocs/mateset.h"
+#include "ocs/selection.h"
+
+namespace qob {
+
+enum class Criterion { kPenalty, kMerit, kConstraint, kUnknown };
+
+// The criterion that the option `optimise` names, in any case and with blanks around it.
+Criterion criterion_of(std::string_view optimise);
+
+struct Objective {
+  Criterion criterion = Criterion::kPenalty;
+  double w_merit = 0.0;  // weights under the penalty
+  double w_relationship = -1.0;
+  double constraint = 0.0;  // largest average relationship under the constraint
+};
+
+// p: after `initialize_qob`. The constraint is the average relationship at which the predicted rate
+// of inbreeding per generation is `dfconstraint`: the rate of a mateset's value solved for its
+// relationship.
+Objective objective_of(const OCSParameters& p, const Goal& goal);
+
+// What matesets are judged by, constant during a search.
+struct Problem {
+  const Selection& selection;
+  const Relationship& relationship;
+  Objective objective;
+};
+
+}  // namespace qob

@@ -1,0 +1,63 @@
+#include "ocs/search.h"
+
+#include <cerrno>
+#include <utility>
+
+#include "core/stop.h"
+#include "ocs/base_population.h"
+
+namespace qob {
+
+Search::Search(const Problem& problem, const AlgorithmParameters& settings, Run& run)
+    : problem_(problem),
+      settings_(settings),
+      run_(run),
+      journal_(run.journal),
+      caches_(problem.relationship, problem.selection.candidates),
+      evaluator_(problem_, standing_, caches_.rows, journal_),
+      convergence_(run) {
+  random_.zigset(settings_.seed_rng);
+}
+
+void Search::make_population() {
+  const std::int64_t popsize = settings_.popsize;
+  const std::int64_t nmatings = problem_.selection.nmatings;
+  const bool made = memory_suffices([&] {
+    population_.pop.assign(popsize, nmatings);
+    population_.pop_value.assign(popsize, MatesetValue{});
+    standing_.best_mating.assign(1, nmatings);
+  });
+  if (made) return;
+  Units& units = journal_.units;
+  write_list(units.log, "ERROR in allocating memory. Error code: ", ENOMEM);
+  write_list(units.log, "Size of integer   arrays to be allocated :", (popsize + 1) * nmatings * 2);
+  write_list(units.log, "Size of real      arrays to be allocated :", popsize);
+  write_list(units.out, "ERROR in allocating memory. Error code: ", ENOMEM);
+  stop("Allocation POP failed");
+}
+
+bool Search::begin() {
+  make_population();
+  base_population(problem_.selection, run_.parameters.files.oldsol_file, population_, random_,
+                  evaluator_, journal_);
+  if (settings_.generations >= 0) return true;
+  update_best();
+  return false;
+}
+
+bool Search::generation() {
+  mate_and_select();
+  const std::int64_t unimproved = std::int64_t{standing_.igeneration} - standing_.last_gen_improved;
+  if (unimproved >= settings_.ngenerationsnoimprovement) return false;
+  if (standing_.igeneration == settings_.generations) return false;
+  ++standing_.igeneration;
+  return true;
+}
+
+Plan Search::finish() {
+  convergence_.close();
+  return {std::move(standing_.best_mating), standing_.best_value, standing_.last_gen_improved,
+          random_};
+}
+
+}  // namespace qob
