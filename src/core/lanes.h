@@ -21,7 +21,7 @@ using Lanes = typename LanesOf<T, N>::type;
 // Marks a function that is compiled for wide vectors too; the processor decides which form runs.
 // What it calls must be inlined to take part. The sanitizers do not go with it, nor does clang 14.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && \
-    !defined(__SANITIZE_ADDRESS__) && defined(__OPTIMIZE__)
+    !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && defined(__OPTIMIZE__)
 #define QOB_VECTOR_CLONES __attribute__((target_clones("avx512f", "avx2", "default")))
 #else
 #define QOB_VECTOR_CLONES

@@ -15,7 +15,12 @@ struct Units {
   Unit log{11};      // the log
   Unit summary{12};  // the population-history summary, open from the history to the end
 
-  Units() { log.tell_faults_to(nullptr, &out), summary.tell_faults_to(&log, &out); }
+  // A fault of the log is told on standard error alone, as it ends the program: the disk that
+  // refuses the log may well refuse what standard output goes to, and leave half a line there.
+  Units() {
+    out.tell_faults_to(&log, nullptr);
+    take_up(summary);
+  }
   Units(const Units&) = delete;
   Units& operator=(const Units&) = delete;
 
