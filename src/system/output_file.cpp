@@ -52,7 +52,6 @@ int OutputFile::close() {
   return status;
 }
 
-// At the end of a program that stops early: what was written is kept.
 void OutputFile::close_all() {
   while (last_opened != nullptr) last_opened->close();
 }

@@ -37,11 +37,13 @@ class OutputFile {
   int write(std::string_view lines);
   // Returns 0, or the system's error number when the last lines could not be written.
   int close();
+  // Closes all files that are open, when a run stops early: what was written is kept. The end of
+  // the program does it by itself.
+  static void close_all();
 
  private:
   int flush();
   void leave();
-  static void close_all();
 
   inline static OutputFile* last_opened = nullptr;  // of those open() opened, for the program's end
   OutputFile* opened_before_ = nullptr;
