@@ -3,7 +3,7 @@
 #include <malloc.h>
 
 #include <fstream>
-#include <memory>
+#include <optional>
 #include <sstream>
 #include <utility>
 
@@ -34,9 +34,30 @@ void add(const std::string& name, Body body, Repeat repeat) {
   if (repeat != Repeat::kSeveral) added->Iterations(1)->Repetitions(1);
 }
 
-void read_group(Model& model, const Group& group) {
-  model.parameter_file.rewind();
-  model.parameter_file.read(group);
+Pedigree read_animals(Run& run, const std::string& name) {
+  start_watches(run.journal.watches);
+  run.parameters.data.datafile = name + ".dat";
+  run.parameter_file.open(name + ".prm");
+  Pedigree pedigree = readrecode(run);
+  inbreeding_coefficients(pedigree.newped, pedigree.f, run.journal.units.out);
+  return pedigree;
+}
+
+Selection select(Herd& herd, const Relationship& relationship) {
+  read_group(herd.run, group_of(herd.run.parameters.ocs));
+  read_group(herd.run, group_of(herd.run.parameters.algorithm));
+  initialize_qob(herd.run);
+  return set_up_selection(herd.run, std::move(herd.pedigree), relationship);
+}
+
+// What is made from the herd asked for last.
+template <class T>
+T& kept(const std::string& name) {
+  static std::optional<T> made;
+  static std::string made_from;
+  if (made_from != name) made.emplace(name);
+  made_from = name;
+  return *made;
 }
 
 }  // namespace
@@ -57,35 +78,15 @@ void measure(benchmark::State& state, std::int64_t items, const std::function<vo
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * items);
 }
 
-Model& herd(const std::string& name) {
-  static std::unique_ptr<Model> model;
-  static std::string kept;
-  if (kept == name) return *model;
-  model.reset();
-  model = std::make_unique<Model>();
-  model->parameters.data.datafile = name + ".dat";
-  model->parameter_file.open(name + ".prm");
-  readrecode(*model);
-  inbreeding_coefficients(model->pedigree.newped, model->pedigree.f, model->units.out);
-  kept = name;
-  return *model;
-}
+Herd::Herd(const std::string& name) : pedigree(read_animals(run, name)) {}
 
-Model& selection(const std::string& name) {
-  Model& model = herd(name);
-  if (model.candidates.ncands > 0) return model;
-  setup_nrm(model);
-  read_group(model, group_of(model.parameters.ocs));
-  read_group(model, group_of(model.parameters.algorithm));
-  initialize_qob(model);
-  set_up_selection(model);
-  Goal& goal = model.goal;
-  goal.constraint =
-      (2.0 - goal.last_rel) * model.parameters.ocs.dfconstraint / goal.last_genint + goal.last_rel;
-  Watches& w = model.watches;
-  w.stopwatch.create_watch({&w.eval, &w.repair, &w.mutate, &w.dirmut},
-                           {"Evaluation", "Repair", "Mutation", "Directed mutation"});
-  return model;
-}
+HerdSelection::HerdSelection(const std::string& name)
+    : Herd(name),
+      relationship(setup_nrm(run, pedigree).value()),
+      selection(select(*this, relationship)),
+      problem{selection, relationship, objective_of(run.parameters.ocs, selection.goal)} {}
+
+Herd& herd(const std::string& name) { return kept<Herd>(name); }
+HerdSelection& selection(const std::string& name) { return kept<HerdSelection>(name); }
 
 }  // namespace qob::bench

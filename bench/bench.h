@@ -11,6 +11,9 @@
 #include <string>
 
 #include "core/qobtypestools.h"
+#include "ocs/directed_mutation.h"
+#include "ocs/population.h"
+#include "pedigree/pedigree.h"
 
 namespace qob::bench {
 
@@ -30,11 +33,32 @@ void add_fast(const std::string& kernel, const std::string& size, Body body,
 // was held before.
 void measure(benchmark::State& state, std::int64_t items, const std::function<void()>& work);
 
-// A model that has read NAME.dat and NAME.prm of the working directory, inbreeding coefficients
-// included. The one asked for last is kept.
-Model& herd(const std::string& name);
-// The same, ready for the search.
-Model& selection(const std::string& name);
+// The animals of NAME.dat in the working directory, inbreeding coefficients included; NAME.prm is
+// open.
+struct Herd {
+  explicit Herd(const std::string& name);
+
+  Run run;
+  Pedigree pedigree;
+};
+
+// What a search of a herd works with. The pedigree has gone into the selection.
+struct HerdSelection : Herd {
+  explicit HerdSelection(const std::string& name);
+
+  Relationship relationship;
+  Selection selection;
+  Problem problem;
+  Standing standing;
+  SearchCaches caches{relationship, selection.candidates};
+  Evaluator evaluator{problem, standing, caches.rows, run.journal};
+  Random random;
+  Population population;  // empty until it is wanted
+};
+
+// The one asked for last is kept.
+Herd& herd(const std::string& name);
+HerdSelection& selection(const std::string& name);
 
 // The files' contents; each adds its kernels.
 void add_text_kernels();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "bench.h"
+#include "core/stop.h"
 #include "pedigree/qobreadrecode.h"
 
 namespace qob::bench {
@@ -11,9 +12,9 @@ namespace {
 constexpr std::int64_t kRecords = 1'000'000;
 
 void read(const std::string& name) {
-  Model model;
-  model.parameters.data.datafile = name;
-  readrecode(model);
+  Run run;
+  run.parameters.data.datafile = name;
+  benchmark::DoNotOptimize(readrecode(run));
 }
 
 // The file with its first record once more at its end, which ends the reading after the first pass.

@@ -21,10 +21,10 @@ void inbreeding_plain(const std::string& name, const std::string& size, Repeat r
 
 void inbreeding_fast(const std::string& name, const std::string& size) {
   const auto form = [=](benchmark::State& state) {
-    Model& model = herd(name);
+    Herd& of = herd(name);
     Table<double, 0> f;
-    measure(state, model.pedigree.maxid,
-            [&] { inbreeding_coefficients(model.pedigree.newped, f, model.units.out); });
+    measure(state, of.pedigree.maxid,
+            [&] { inbreeding_coefficients(of.pedigree.newped, f, of.run.journal.units.out); });
   };
   add_fast("inbreeding", size, form);
 }
@@ -52,38 +52,39 @@ void coancestry(const std::string& name, const std::string& size, Repeat plain) 
   });
 }
 
-// Gives each candidate a row of a matrix of 0, and marks the candidates.
-Table<char> mark_candidates(Model& model) {
-  const Pedigree& pedigree = model.pedigree;
-  Relationship& relationship = model.relationship;
-  Table<char> mark(pedigree.maxid, 0);
-  relationship.nrm_id.assign(pedigree.maxid, 0);
-  relationship.nnrm = 0;
-  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    if (pedigree.matings(i) <= 0) continue;
-    mark(i) = 1;
-    relationship.nrm_id(i) = ++relationship.nnrm;
+// The candidates, which are marked, and a matrix of 0 with a row for each.
+struct Rows {
+  explicit Rows(const Pedigree& pedigree) : mark(pedigree.maxid, 0) {
+    relationship.nrm_id.assign(pedigree.maxid, 0);
+    for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+      if (pedigree.matings(i) <= 0) continue;
+      mark(i) = 1;
+      relationship.nrm_id(i) = ++relationship.nnrm;
+    }
+    const std::int64_t rows = relationship.nnrm;
+    relationship.nrm.assign(rows * (rows + 1) / 2, 0.0);
   }
-  const std::int64_t rows = relationship.nnrm;
-  relationship.nrm.assign(rows * (rows + 1) / 2, 0.0);
-  return mark;
-}
+
+  Table<char> mark;
+  Relationship relationship;
+};
 
 void matrix(const std::string& name, const std::string& size, Repeat plain) {
   const auto plain_form = [=](benchmark::State& state) {
-    Model& model = herd(name);
-    Relationship& relationship = model.relationship;
-    const Table<char> mark = mark_candidates(model);
+    const Pedigree& pedigree = herd(name).pedigree;
+    Rows rows(pedigree);
+    Relationship& relationship = rows.relationship;
     const auto keep = [&](std::int32_t i, std::int32_t j, double a) {
       relationship.nrm(ute(relationship.nrm_id(i), relationship.nrm_id(j))) = a;
     };
     measure(state, relationship.nrm.size(),
-            [&] { plain::relationships(model.pedigree.newped, model.pedigree.f, mark, keep); });
+            [&] { plain::relationships(pedigree.newped, pedigree.f, rows.mark, keep); });
   };
   const auto fast_form = [=](benchmark::State& state) {
-    Model& model = herd(name);
-    const Table<char> mark = mark_candidates(model);
-    measure(state, model.relationship.nrm.size(), [&] { compute_relationships(model, mark); });
+    Herd& of = herd(name);
+    Rows rows(of.pedigree);
+    measure(state, rows.relationship.nrm.size(),
+            [&] { compute_relationships(of.run, of.pedigree, rows.mark, rows.relationship); });
   };
   add_plain("relationship matrix", size, plain_form, plain);
   add_fast("relationship matrix", size, fast_form);

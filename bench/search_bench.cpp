@@ -1,52 +1,66 @@
 // The value of matesets, and directed mutation.
-#include <vector>
-
 #include "bench.h"
-#include "ocs/qobocs.h"
+#include "ocs/base_population.h"
 #include "plain/search.h"
 
 namespace qob::bench {
 namespace {
 
-// Calls form(model) on a population; one run handles so many items.
+void make_population(HerdSelection& herd) {
+  const Parameters& p = herd.run.parameters;
+  herd.population.pop.assign(p.algorithm.popsize, herd.selection.nmatings);
+  herd.population.pop_value.assign(p.algorithm.popsize, MatesetValue{});
+  base_population(herd.selection, p.files.oldsol_file, herd.population, herd.random, herd.evaluator,
+                  herd.run.journal);
+}
+
+// Calls form(herd) on a herd with a population; one call handles so many items.
 template <class Form>
 Body on_population(const std::string& name, std::int64_t items, Form form) {
   return [=](benchmark::State& state) {
-    Model& model = selection(name);
-    if (!model.search.allocated) base_population(model);
-    measure(state, items, [&] { form(model); });
+    HerdSelection& herd = selection(name);
+    if (herd.population.popsize() == 0) make_population(herd);
+    measure(state, items, [&] { form(herd); });
   };
 }
 
 // Evaluates the population, so many matesets in a generation.
-void evaluate_plainly(Model& model) {
-  for (std::int64_t k = 1; k <= model.search.pop_value.size(); ++k) {
-    plain::evaluation(model, model.search.pop(k), model.search.pop_value(k));
+void evaluate_plainly(HerdSelection& herd) {
+  auto& [pop, values] = herd.population;
+  for (std::int64_t k = 1; k <= values.size(); ++k) {
+    plain::evaluation(herd.problem, herd.evaluator, pop(k), values(k));
   }
 }
 
-void evaluate_by_generations(Model& model) {
-  Search& search = model.search;
-  for (std::int64_t k = 1; k <= search.pop_value.size();) {
-    Evaluations evaluations(model);
-    for (int o = 0; o < model.parameters.algorithm.n_offspring; ++o, ++k) {
-      evaluations.add(search.pop(k), search.pop_value(k));
-    }
-    evaluations.finish();
+void evaluate_by_generations(HerdSelection& herd) {
+  auto& [pop, values] = herd.population;
+  for (std::int64_t k = 1; k <= values.size(); ++k) {
+    herd.evaluator.add(pop(k), values(k));
+    if (k % herd.run.parameters.algorithm.n_offspring == 0) herd.evaluator.finish();
   }
+  herd.evaluator.finish();
 }
 
-using Mutation = void (*)(Model&, Mateset);
+using Mutation = void (*)(HerdSelection&, Mateset, double);
+
+void mutate_plainly(HerdSelection& herd, Mateset mateset, double probability) {
+  plain::directed_mutation(herd.problem, probability, mateset, herd.random, herd.evaluator);
+}
+
+void mutate_fast(HerdSelection& herd, Mateset mateset, double probability) {
+  directed_mutation(herd.problem, probability, mateset, herd.random, herd.caches, herd.evaluator,
+                    herd.run.journal);
+}
 
 // Mutates a copy of each of the first `count` members.
-void mutate_members(Model& model, Mutation mutation, std::int64_t count, double probability) {
-  model.random.zigset(1);
-  model.parameters.algorithm.directed_mutation_probability = probability;
+void mutate_members(HerdSelection& herd, Mutation mutation, std::int64_t count,
+                    double probability) {
+  herd.random.zigset(1);
   MatesetTable copy;
-  copy.assign(1, model.parameters.ocs.nmatings);
+  copy.assign(1, herd.selection.nmatings);
   for (std::int64_t k = 1; k <= count; ++k) {
-    copy(1).copy_from(model.search.pop(k));
-    mutation(model, copy(1));
+    copy(1).copy_from(herd.population.pop(k));
+    mutation(herd, copy(1), probability);
   }
 }
 
@@ -54,14 +68,16 @@ void mutate_members(Model& model, Mutation mutation, std::int64_t count, double 
 // mateset that changes in every row.
 void directed_mutations(const std::string& name, const std::string& size, std::int32_t nmatings) {
   for (const bool plain : {true, false}) {
-    const Mutation mutation = plain ? plain::directed_mutation : directed_mutation;
+    const Mutation mutation = plain ? mutate_plainly : mutate_fast;
     const auto add = plain ? add_plain : add_fast;
     add("directed mutation of offspring", size,
-        on_population(name, 100,
-                      [=](Model& model) { mutate_members(model, mutation, 100, 0.25 / nmatings); }),
+        on_population(
+            name, 100,
+            [=](HerdSelection& herd) { mutate_members(herd, mutation, 100, 0.25 / nmatings); }),
         plain ? Repeat::kOnce : Repeat::kSeveral);
     add("directed mutation of all rows", size,
-        on_population(name, 1, [=](Model& model) { mutate_members(model, mutation, 1, 1.0); }),
+        on_population(name, 1,
+                      [=](HerdSelection& herd) { mutate_members(herd, mutation, 1, 1.0); }),
         plain ? Repeat::kOnce : Repeat::kSeveral);
   }
 }

@@ -7,6 +7,7 @@
 #include "bench.h"
 #include "core/edit.h"
 #include "core/lexer.h"
+#include "core/random.h"
 
 namespace qob::bench {
 namespace {

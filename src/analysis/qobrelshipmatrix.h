@@ -1,4 +1,11 @@
 // The relationship matrix of the selection candidates.
+//
+// A(i,j) is twice the coancestry of i and j, 1 + F on the diagonal (Wright 1922). Only candidates
+// have rows, so that memory grows with their square and not with the pedigree's: each column is the
+// product of A with a unit vector, through the pedigree (Colleau 2002), eight at a time
+// (kernels/product_lanes). Or the relationships come from a file, from markers for example. Which
+// animals matter besides is told by how far the selection looks back, `maxage` time steps. The
+// matrix is constant from then on: any number of searches read it.
 #pragma once
 
 #include <optional>

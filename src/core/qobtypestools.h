@@ -1,14 +1,18 @@
 // A run: its parameters, its files and where it tells what it does; and the tools that every phase
-// uses for its files. What the phases find out is theirs and is handed on from one to the next.
+// uses for its files.
+//
+// What the phases find out is theirs and is handed on from one to the next (see driver/run.cpp);
+// here is only what is so for any program that reads groups of parameters and writes reports: units
+// and formats (units, format), free-form input (lexer, namelist), watches, random numbers, tables.
+// What must hold: no file that is read, or that standard output goes to, is written over, and no
+// result replaces another; every fault ends the run with one message, by handle_error.
 #pragma once
 
-#include <exception>
-#include <new>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/memory.h"
 #include "core/namelist.h"
 #include "core/parameters.h"
 #include "core/units.h"
@@ -58,28 +62,5 @@ void copylogfile(Run& run, std::string_view prefix);
 
 // Writes `text` with the local date and time to standard output and the log.
 void print_time(Units& units, std::string_view text);
-
-// Carries out `work`, which asks for memory. False: there was not enough to finish it. Every other
-// exception is a defect of the program and goes on to its end.
-template <class Work>
-bool memory_suffices(Work work) {
-  const std::new_handler before = std::set_new_handler(nullptr);
-  bool enough = true;
-  try {
-    work();
-  } catch (const std::bad_alloc&) {
-    enough = false;
-  } catch (const std::length_error&) {  // more than any memory could hold
-    enough = false;
-  }
-  std::set_new_handler(before);
-  return enough;
-}
-
-// Carries out `work` and stops the run with `message` when there is not enough memory.
-template <class Work>
-void allocate(Units& units, std::string_view message, Work work) {
-  if (!memory_suffices(work)) handle_error(units, message);
-}
 
 }  // namespace qob

@@ -24,19 +24,9 @@
 #include "ocs/kernels/row_cache.h"
 #include "ocs/mateset.h"
 #include "ocs/objective.h"
+#include "ocs/population.h"
 
 namespace qob {
-
-// How a search stands.
-struct Standing {
-  MatesetTable best_mating;  // one mateset: the best so far
-  MatesetValue best_value;
-  std::int32_t igeneration = 0;        // the generation under way
-  std::int32_t last_gen_improved = 0;  // that of the last improvement
-  std::int32_t last_change = 1;        // that of the last improvement or restart
-
-  Mateset best() { return best_mating(1); }
-};
 
 // Whether no candidate is used beyond its mating limit and every male in whole slots. The mateset
 // has no empty entry.

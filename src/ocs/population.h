@@ -1,4 +1,4 @@
-// The population of a search.
+// What a search has: its population, and how it stands.
 #pragma once
 
 #include <cstdint>
@@ -14,6 +14,17 @@ struct Population {
   Table<MatesetValue> pop_value;
 
   std::int32_t popsize() const { return static_cast<std::int32_t>(pop_value.size()); }
+};
+
+// How a search stands.
+struct Standing {
+  MatesetTable best_mating;  // one mateset: the best so far
+  MatesetValue best_value;
+  std::int32_t igeneration = 0;        // the generation under way
+  std::int32_t last_gen_improved = 0;  // that of the last improvement
+  std::int32_t last_change = 1;        // that of the last improvement or restart
+
+  Mateset best() { return best_mating(1); }
 };
 
 }  // namespace qob

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "analysis/pedigree_products.h"
+#include "core/memory.h"
 #include "core/numbers.h"
-#include "core/qobtypestools.h"
 
 namespace qob {
 namespace {

@@ -1,4 +1,10 @@
 // Reads the data file, checks it and numbers its animals.
+//
+// Two passes over the file. The first numbers the animals as they appear, so that parents come
+// before their offspring and all later work can go through the pedigree in one direction; it lists
+// what does not fit that order. The second takes up the values, and lists offspring that are not
+// younger than their parents. Between the passes only identifiers are held, in a digital search
+// tree (idtree).
 #pragma once
 
 #include <cstdint>

@@ -1,12 +1,43 @@
 #include "system/output_file.h"
 
 #include <cstdlib>
-#include <utility>
+#include <mutex>
+#include <vector>
 
 namespace qob {
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 16;
+
+// The files of all threads that are open under a name, so that what was written is kept when the
+// program stops early. There is one list, as there is one program that ends.
+class OpenFiles {
+ public:
+  static OpenFiles& all() {
+    static OpenFiles files;
+    return files;
+  }
+  void add(OutputFile* file) {
+    const std::lock_guard lock(mutex_);
+    files_.push_back(file);
+  }
+  void remove(OutputFile* file) {
+    const std::lock_guard lock(mutex_);
+    std::erase(files_, file);
+  }
+  static void close_all() {
+    while (OutputFile* file = all().last()) file->close();
+  }
+
+ private:
+  OutputFile* last() {
+    const std::lock_guard lock(mutex_);
+    return files_.empty() ? nullptr : files_.back();
+  }
+
+  std::mutex mutex_;
+  std::vector<OutputFile*> files_;
+};
 
 }  // namespace
 
@@ -14,8 +45,8 @@ int OutputFile::open(const std::string& path, Show show) {
   leave();
   const int status = open_sink(path, show, sink_);
   if (status != 0) return status;
-  [[maybe_unused]] static const int at_end = std::atexit(close_all);
-  opened_before_ = std::exchange(last_opened, this);
+  OpenFiles::all().add(this);
+  [[maybe_unused]] static const int at_end = std::atexit(OpenFiles::close_all);
   path_ = path;
   show_ = show;
   buffer_.reserve(kBufferSize);
@@ -52,17 +83,11 @@ int OutputFile::close() {
   return status;
 }
 
-void OutputFile::close_all() {
-  while (last_opened != nullptr) last_opened->close();
-}
+void OutputFile::close_all() { OpenFiles::close_all(); }
 
 // Without what is still in the buffer.
 void OutputFile::leave() {
-  for (OutputFile** link = &last_opened; *link != nullptr; link = &(*link)->opened_before_) {
-    if (*link != this) continue;
-    *link = opened_before_;
-    break;
-  }
+  OpenFiles::all().remove(this);
   sink_.reset();
   buffer_.clear();
 }

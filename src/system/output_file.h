@@ -45,8 +45,6 @@ class OutputFile {
   int flush();
   void leave();
 
-  inline static OutputFile* last_opened = nullptr;  // of those open() opened, for the program's end
-  OutputFile* opened_before_ = nullptr;
   std::string path_;
   std::unique_ptr<ByteSink> sink_;  // none: not open
   Show show_ = Show::kEachLine;

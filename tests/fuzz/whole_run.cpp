@@ -34,7 +34,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     memory_files().put(name, next_part(bytes));
   }
   if (!is_short()) return 0;
-  Model model;
-  fuzz::require(!fuzz::runs_through([&] { run(model, "qob.prm"); }), "every run ends by a stop");
+  Run of_bytes;
+  fuzz::require(!fuzz::runs_through([&] { run(of_bytes, "qob.prm"); }), "every run ends by a stop");
   return 0;
 }
