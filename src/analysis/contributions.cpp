@@ -24,7 +24,7 @@ struct GroupVectors {
 std::vector<std::int32_t> largest_of(const Table<double>& c) {
   std::vector<std::int32_t> animals(static_cast<std::size_t>(c.size()));
   std::iota(animals.begin(), animals.end(), 1);
-  const auto count = std::min<std::ptrdiff_t>(c.size(), kLargest);
+  const auto count = std::min(std::ssize(animals), std::ptrdiff_t{kLargest});
   std::partial_sort(animals.begin(), animals.begin() + count, animals.end(),
                     [&](auto i, auto j) { return c(i) != c(j) ? c(i) > c(j) : i < j; });
   animals.resize(static_cast<std::size_t>(count));

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -29,7 +28,8 @@ inline std::uint64_t scaled(double magnitude, int decimals) {
   if (!(magnitude < 0x1p52) || decimals < 0 || decimals > kMostDecimals) return kNotScaled;
   using Wide = unsigned __int128;
   // magnitude = mantissa / 2^shift, with shift >= 1
-  const auto bits = std::bit_cast<std::uint64_t>(magnitude);
+  std::uint64_t bits;
+  std::memcpy(&bits, &magnitude, sizeof bits);
   const auto exponent = static_cast<int>(bits >> 52);
   const std::uint64_t fraction = bits & ((std::uint64_t{1} << 52) - 1);
   const std::uint64_t mantissa = exponent == 0 ? fraction : fraction | std::uint64_t{1} << 52;

@@ -2,23 +2,31 @@
 // Indices are checked in builds with assertions and free otherwise.
 #pragma once
 
+#include <algorithm>
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace qob {
+
+// `n` as the size of a vector. A size that this machine's addresses do not reach must fail like any
+// other that is too large, and not come out small.
+inline std::size_t vector_size(std::int64_t n) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::size_t>::max();
+  return static_cast<std::size_t>(std::min(static_cast<std::uint64_t>(n), kMost));
+}
 
 // A one-dimensional table with indices Base .. Base + size() - 1.
 template <class T, std::int64_t Base = 1>
 class Table {
  public:
   Table() = default;
-  explicit Table(std::int64_t n, const T& value = T{})
-      : data_(static_cast<std::size_t>(n), value) {}
+  explicit Table(std::int64_t n, const T& value = T{}) : data_(vector_size(n), value) {}
 
   // Makes the table n elements long, each equal to `value`; earlier contents are lost.
-  void assign(std::int64_t n, const T& value) { data_.assign(static_cast<std::size_t>(n), value); }
+  void assign(std::int64_t n, const T& value) { data_.assign(vector_size(n), value); }
   void fill(const T& value) { data_.assign(data_.size(), value); }
   // Gives the memory back.
   void release() { std::vector<T>().swap(data_); }
@@ -53,7 +61,7 @@ class Table2 {
   }
 
   void assign(std::int64_t rows, std::int64_t columns, const T& value) {
-    data_.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns), value);
+    data_.assign(vector_size(rows * columns), value);
     rows_ = rows;
   }
   void fill(const T& value) { data_.assign(data_.size(), value); }

@@ -56,14 +56,15 @@ class OffspringShares {
 
   // Counts equal ages within each animal's stretch of `ages` and turns the counts into shares.
   void merge(std::vector<std::int64_t>& ages, const Table<double>& parents) {
+    const auto at = [&](std::int64_t e) { return ages.begin() + static_cast<std::ptrdiff_t>(e); };
     std::int64_t begin = 0;
     for (std::int64_t i = 1; i < start_.size(); ++i) {
       const std::int64_t end = start_(i + 1);
-      std::sort(ages.begin() + begin, ages.begin() + end);
+      std::sort(at(begin), at(end));
       start_(i) = static_cast<std::int64_t>(entries_.size());
       for (std::int64_t first = begin; first < end;) {
         const std::int64_t age = ages[static_cast<std::size_t>(first)];
-        const auto past = std::upper_bound(ages.begin() + first, ages.begin() + end, age);
+        const auto past = std::upper_bound(at(first), at(end), age);
         const std::int64_t last = past - ages.begin();
         entries_.push_back({age, static_cast<double>(last - first) / parents(age)});
         first = last;

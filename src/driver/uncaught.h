@@ -1,0 +1,12 @@
+// What is told of an exception that nothing has caught: no memory left, even to report it where it
+// arose, or a defect.
+#pragma once
+
+#include <string>
+
+namespace qob {
+
+// The text to stop with, while the exception is being handled.
+std::string what_nothing_caught();
+
+}  // namespace qob
