@@ -38,7 +38,7 @@ PopulationHistory pci_ngen=1|5|12
 RelationshipMatrix source='pedigree'|'file' gfile='_null_'|'rel.dat' timesteps=0|0|0|0|1|1|5|5|9|-1
 OCSParameters nmatings=1 limitmalematings=1|1|2|3|4|5 optimise='penalty'|'constraint'|'Merit'|'?' \
   w_merit=0.0|1.0|-0.5 w_relationship=0.0|-1.0|-20.0|2.0 dfconstraint=-1.0|0.001|0.02|0.2|5.0
-AlgorithmParameters generations=-1|0|1|30|120|300 popsize=2|3|9|20|30 n_offspring=1|1|2|2 \
+AlgorithmParameters generations=-1|0|1|30|120|300 popsize=2|3|9|20|30 n_offspring=0|1|1|2|2|40 \
   restart_interval=0|2|10|50 exchange_algorithm=0|1|7|40 seed_rng=1|-5|2147483647|20240607 \
   mutate_probability=-1.0|0.0|0.02|0.3|1.0 crossover_probability=-1.0|0.0|0.3|1.0 \
   directed_mutation_probability=-1.0|0.0|0.02|0.3|1.0 ngenerationsnoimprovement=1|20|200|1000
@@ -165,8 +165,8 @@ class Expected:
                   (p["nmatings"] % limit, "NMatings cannot be divided by LimitMaleMatings"),
                   (p["nmatings"] < limit, "LimitMaleMatings should be 1 <="),
                   (not males, "No male candidates"), (not females, "No female candidates"),
-                  (self.room < limit, "LimitMaleMatings should be 1 <="),
-                  (all(self.animals[k].most < limit for k in males), "at least "))
+                  (all(self.animals[k].most < limit for k in males), "at least "),
+                  (self.room < limit, "LimitMaleMatings should be 1 <="))
         return next((message for is_so, message in faults if is_so), None)
 
     def fixed(self, step):

@@ -39,6 +39,8 @@ class Progress {
 
 }  // namespace
 
+// Up to kExactLevel as half the relationship of the parents, above it as the sum over the
+// ancestors: the same to the bit. In one plain loop: tests/plain/inbreeding.h.
 void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0>& f, Unit& out) {
   f.assign(newped.columns() + 1, 0.0);
   f(0) = -1.0;  // gives a founder d = 1, and d = 0.75 - 0.25 F(p) with one known parent p

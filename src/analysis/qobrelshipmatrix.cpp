@@ -101,6 +101,7 @@ std::optional<Relationship> setup_nrm(Run& run, Pedigree& pedigree) {
     return std::nullopt;
   }
   const std::int32_t last = *std::max_element(pedigree.btime.begin(), pedigree.btime.end());
+  // Behind the last time step of 32 bits the next one wraps, and every animal is told as illegal.
   const auto next = static_cast<std::int32_t>(static_cast<std::uint32_t>(last) + 1);
   Relationship relationship;
   relationship.maxage =

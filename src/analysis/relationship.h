@@ -15,7 +15,8 @@
 
 namespace qob {
 
-// The largest number of rows: beyond it an index no longer fits into 32 bits.
+// The largest number of rows: so because m (m - 1) of the last one fits into 32 bits, though
+// indices have 64 here, and what has always been refused needs no other bound.
 inline constexpr std::int64_t kLargestMatrix = 46341;
 
 // Made when the relationship matrix is set up, constant from then on.

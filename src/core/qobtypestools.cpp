@@ -17,11 +17,12 @@ bool is_one_of(const std::string& path, const std::vector<std::string>& files) {
 }
 
 // Moves the files of a folder with this ending aside, unless one of them is in use: an input file,
-// the log, the recoded identifiers. A command that its buffer would cut would name another file.
+// the log, the recoded identifiers. Commands of more than 160 characters are not run: so because
+// they were once cut there, and what is left of a cut command names other files.
 void move_aside(const Run& run, const std::string& folder, const std::string& ending) {
-  constexpr std::size_t kBufferWidth = 160;
+  constexpr std::size_t kLongestCommand = 160;
   const std::string command = "mv " + folder + "/*" + ending + " " + folder + "/*.prev";
-  if (command.size() > kBufferWidth) return;
+  if (command.size() > kLongestCommand) return;
   std::vector<std::string> used = run.files.inputs;
   used.emplace_back(run.parameters.files.logfile.trimmed());
   used.emplace_back(adjustl_trim(run.parameters.data.recodefile));

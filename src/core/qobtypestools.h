@@ -36,8 +36,8 @@ struct Run {
   Files files;
 };
 
-// Reads a group wherever it stands in the file. A fault stops the run, after an echo of the group
-// to standard output if that is wanted.
+// Reads a group wherever it stands in the file. A fault stops the run with "ERROR in reading QOB
+// Parameter file, Namelist NAME", after an echo of the group to standard output if that is wanted.
 void read_group(Run& run, const Group& group, bool echo_when_faulty = false);
 
 // Takes `path` up among the outputs. Stops the run if an input file, an earlier output or standard
@@ -53,7 +53,7 @@ void openresultsfile(Run& run, std::string_view prefix, std::string_view name, U
 void closeresultsfile(Units& units, Unit& unit);
 
 // Moves the result files of an earlier run aside, through the shell, whose outcome is ignored.
-// Files in use stay where they are.
+// Where one of them is in use, those of its ending stay.
 void renameoldresultfiles(Run& run, std::string_view prefix);
 // The name of the log's copy.
 std::string copy_of_log(const FileNames& names, std::string_view prefix);

@@ -8,7 +8,7 @@ namespace qob {
 
 struct Watches {
   Stopwatch stopwatch;
-  Watch total, init, history, pedigree, ocs, mating;
+  Watch total, init, history, pedigree, ocs, mating;  // pedigree: the relationship matrix
   Watch basepop, eval, repair, mutate, dirmut, recomb, matesel, nrm;
 };
 

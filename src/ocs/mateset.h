@@ -1,8 +1,9 @@
 // A mateset: the matings of a plan, and what it is worth.
 //
 // Row j mates a male with a female, both by their candidate numbers. The male column lies before
-// the female column; the order of rows means nothing, and the search does not look at who is paired
-// with whom, but for the inbreeding of the offspring that it reports.
+// the female column. What a mateset is worth depends on how often it uses each candidate; the order
+// of rows only says which of them make a male's slot, and who is paired with whom only decides the
+// inbreeding of the offspring that is reported.
 #pragma once
 
 #include <cstdint>
@@ -88,7 +89,7 @@ struct MatesetValue {
   double scaled_merit = 0.0;  // 5: scaled mean merit less its expectation
   double fitness = 0.0;       // 6: larger is better
   double age = 0.0;           // 7: mean age class of the parents
-  bool legal = false;         // 8: every mating limit is kept
+  bool legal = false;         // 8: mating limits are kept, and males in whole slots
 };
 
 }  // namespace qob

@@ -1,12 +1,14 @@
 // Optimal contribution selection: the search for the set of matings with the best balance of merit
-// and relationship. The doors of the room, in the order in which a run goes through them.
+// and relationship. The doors of the room, in the order in which a run goes through them, and a
+// check that the first two share.
 //
 // The value of a plan lies in how much each candidate contributes to the next generation: many
 // offspring of the best raise merit, and the relationship of all that are born (Meuwissen 1997,
 // J. Anim. Sci. 75:934). The room first sets down among whom and against what is chosen (setup,
-// age_tables, realised_contributions: a Selection), then searches (search: one operator a file),
-// then reports (plan_report). What needs speed is in kernels/, each with the form that judges it
-// under tests/plain.
+// age_tables, realised_contributions: a Selection). Then it searches (search.h; a generation is in
+// mate_and_select.cpp, which calls recombination, mutation, directed_mutation, repair and
+// evaluation, whose fields are the value of a mateset), and reports (plan_report). What needs speed
+// is in kernels/; the plain forms that judge it are in tests/plain.
 #pragma once
 
 #include "analysis/relationship.h"

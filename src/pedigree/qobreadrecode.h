@@ -20,9 +20,9 @@ namespace qob {
 //
 // and returns its animals, all but their inbreeding. Animals are numbered 1..maxid in the order
 // in which they first appear, within a record sire, dam, animal; the file lists parents before
-// their offspring, so a parent's number is below its offspring's. Faults of the pedigree and of
-// the data are listed, all of them, before they stop the run; a value that is not a number stops
-// it at once.
+// their offspring, so a parent's number is below its offspring's. Faults of the pedigree are
+// listed, all of them, before they stop the run, and so are those of the values of a sound
+// pedigree; a value that is not a number stops it at once.
 Pedigree readrecode(Run& run);
 
 // The file of old and new identifiers, one line an animal: "(2I10)".

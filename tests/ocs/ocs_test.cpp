@@ -1,6 +1,5 @@
 // What whole runs on real herds do not show: reports worked out by hand, and rare paths.
 #include "analysis/qobrelshipmatrix.h"
-#include "mating/maximum_avoidance.h"
 #include "mating/qobmate.h"
 #include "ocs/selection_fixture.h"
 
@@ -77,38 +76,12 @@ TEST_F(OcsReports, OneMaleHasNoSpread) {
   EXPECT_EQ(summary.find("NaN"), std::string::npos) << summary;
 }
 
-// Male 2 has three matings: after the first slot of two he has too few for the second.
-TEST_F(SelectionTest, DirectedMutation_TakesAWholeUnitFromTheMaleItChooses) {
-  set_candidates({4, 3}, {4}, 4, 2);
-  candidates.merit(2) = 1.0;
-  objective.criterion = Criterion::kMerit;
-  const Mateset view = mateset({{1, 3}, {1, 3}, {1, 3}, {1, 3}});
-  directed_mutation(view);
-  EXPECT_EQ(rows_of(view), Rows({{2, 3}, {1, 3}, {2, 3}, {1, 3}}));
-}
-
 // Both rows of both parents hold female 2, who may have one mating.
 TEST_F(SelectionTest, Recombine_RepairsWhatItCompletes) {
   set_candidates({9}, {1, 3}, 2);
   const Mateset parent = mateset({{1, 2}, {1, 2}}), child = mateset(Rows(2));
   recombine(parent, parent, child, 0.5);
   EXPECT_EQ(child.female(1) + child.female(2), 2 + 3);
-}
-
-// Male 1 with 6 is 0.25 and no pair is better for him that does not stand in another row.
-TEST_F(SelectionTest, MaximumAvoidance_MakesNoPairThatStandsElsewhere) {
-  const Rows rows = {{1, 5}, {2, 5}, {1, 6}, {3, 7}, {4, 8}};
-  for (int seed = 1; seed <= 20; ++seed) {
-    set_candidates({2, 1, 1, 1}, {2, 1, 1, 1}, 5, 1, seed);
-    relate(6, 1, 0.5), relate(7, 1, 1.0), relate(8, 1, 1.0);
-    Plan plan;
-    plan.best_mating.assign(1, 5);
-    plan.best().copy_from(mateset(rows));
-    plan.best_value.inbreeding = 0.05;
-    plan.random = random;
-    maximum_avoidance(candidates, relationship, false, plan, units);
-    EXPECT_NEAR(plan.best_value.inbreeding, 0.05, 1e-15) << seed;
-  }
 }
 
 }  // namespace

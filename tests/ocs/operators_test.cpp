@@ -163,63 +163,7 @@ TEST_F(Operators, MutationReplacesInProportionToTheFreeMatings) {
   expect_same_stream();
 }
 
-class DirectedMutation : public Operators {
- protected:
-  static constexpr int kMales = 5, kAll = 12;
-
-  MatesetValue worth(Entries entries) {
-    const auto n = static_cast<std::int64_t>(entries.size() / 2);
-    return dense_value(rows_of(Mateset(entries.data(), n)));
-  }
-
-  // How good `after` is as a replacement of `before`; not a number if it is none.
-  double score(const Entries& before, const Entries& after) {
-    const MatesetValue x = worth(before), y = worth(after);
-    if (objective.criterion == Criterion::kPenalty) return y.fitness;
-    if (objective.criterion == Criterion::kMerit) return y.scaled_merit;
-    if (x.relationship > objective.constraint) return -y.relationship;
-    return y.relationship > objective.constraint ? std::nan("") : y.scaled_merit;
-  }
-
-  // Every entry in turn is replaced by the best of all candidates with a mating left.
-  Entries best_by_trial(Entries entries) {
-    for (std::size_t p = 0; p < entries.size(); ++p) {
-      const bool male = p < entries.size() / 2;
-      Entries best = entries;
-      double best_score = -1e30;
-      for (std::int32_t y = male ? 1 : kMales + 1; y <= (male ? kMales : kAll); ++y) {
-        if (std::count(entries.begin(), entries.end(), y) >= candidates.max_matings(y)) {
-          continue;
-        }
-        Entries trial = entries;
-        trial[p] = y;
-        if (score(entries, trial) > best_score) {
-          best_score = score(entries, trial);
-          best = trial;
-        }
-      }
-      entries = best;
-    }
-    return entries;
-  }
-};
-
-TEST_F(DirectedMutation, ChoosesTheReplacementOfHighestValueUnderEachCriterion) {
-  Stream data(5);
-  const Entries before = {1, 2, 2, 3, 4, 5, 6, 7, 8, 9, 9, 12};
-  for (const char* mode : {"penalty", "merit", "constraint"}) {
-    objective.criterion = criterion_of(mode);
-    for (int repeat = 0; repeat < 60; ++repeat) {
-      set_limits(kMales, {1, 2, 2, 3, 3, 1, 1, 2, 2, 2, 1, 3});
-      draw_data(data);
-      // From hard to meet, over met on the way, to no hindrance.
-      objective.constraint = worth(before).relationship * (0.805 + 0.01 * repeat);
-      ASSERT_EQ(directed(before, 1), best_by_trial(before)) << mode << repeat;
-      for (int draws = 0; draws < 12; ++draws) stream.uni();
-      expect_same_stream();
-    }
-  }
-}
+class DirectedMutation : public Operators {};
 
 // At last male 2 has the highest merit, but a single mating left where two are needed.
 TEST_F(DirectedMutation, TakesTheFirstOfEqualsWithAWholeUnitLeftAndNeverAMeritThatIsNoNumber) {

@@ -20,6 +20,7 @@ bool run_in_shell(const std::string& command) {
   return status == 0;
 }
 
+// The blanks of the command are those that it has always had.
 bool copy_in_shell(const std::string& from, const std::string& to) {
   if (run_in_shell(" cp -f " + shell_word(from) + "  " + shell_word(to))) return true;
   std::error_code missing;
