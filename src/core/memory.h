@@ -1,5 +1,5 @@
-// Work that asks for memory, and what is told when there is not enough: the one place where the
-// program goes on after something was caught.
+// Work that asks for memory, and what is told when there is not enough: the one place where a
+// run goes on after something was caught.
 #pragma once
 
 #include <new>

@@ -44,8 +44,8 @@ class Evaluator {
   void evaluation(Mateset mateset, MatesetValue& value);
 
   // The same for several matesets, whose relationships are summed up at once: a value may lack its
-  // rate, relationship and fitness until `finish`, and must last until then. Only an evaluation
-  // that may write to the log is finished before `add` returns.
+  // rate, relationship and fitness until `finish`, and must last until then. An evaluation that may
+  // write to the log is finished before `add` returns.
   void add(Mateset mateset, MatesetValue& value);
   void finish();
 

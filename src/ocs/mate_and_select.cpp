@@ -1,6 +1,5 @@
 // One generation of the search.
 #include <algorithm>
-#include <cmath>
 
 #include "core/numbers.h"
 #include "core/sort.h"

@@ -1,6 +1,5 @@
 #include "ocs/recombination.h"
 
-#include <array>
 #include <utility>
 
 #include "ocs/allowances.h"

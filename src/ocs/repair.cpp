@@ -5,7 +5,8 @@
 namespace qob {
 namespace {
 
-// Entries that are no candidates of their sex. They count for nobody.
+// Tells entries that are no candidates of their sex. One that is a candidate of the other sex still
+// counts as a use of it.
 void report_strangers(const Candidates& candidates, Mateset mateset, Units& units) {
   for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
     const std::int32_t male = mateset.male(j);

@@ -110,7 +110,7 @@ void check_capacity(Selection& selection, Units& units) {
     handle_error(units,
                  "ERROR: Male candidates should have at least LimitMaleMatings matings in dataset");
   }
-  check_male_limit(selection.limitmalematings, selection.nmatings, units);  // again, if lowered
+  check_male_limit(selection.limitmalematings, selection.nmatings, units);  // may be lowered by now
 }
 
 // Mean merit of a sex and the standard deviation, which becomes the unit of merit.
