@@ -1,5 +1,5 @@
 // Files as bytes, as a system gives them: what InputFile and OutputFile stand on, and all of them
-// that differs between systems.
+// that differs between systems. A system in memory has one process: no other run, so no locks.
 #pragma once
 
 #include <cstddef>

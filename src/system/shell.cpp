@@ -28,9 +28,10 @@ std::string shell_word(std::string_view path) {
 }
 
 std::string as_shell_reads(std::string_view path) {
+  const bool plain = is_plain(path);
   std::string file;
   for (std::size_t k = 0; k < path.size(); ++k) {
-    if (is_plain(path) && path[k] == '\\' && ++k == path.size()) break;
+    if (plain && path[k] == '\\' && ++k == path.size()) break;
     file += path[k];
   }
   return file;
