@@ -17,7 +17,7 @@ struct GroupCoancestry {
 // go through the pedigree of their members and ancestors alone. Plain over fast, measured:
 //
 //   1,000,000 animals in 40 groups     3
-//   1,000,000 animals in 1,000 groups  55
+//   1,000,000 animals in 1,000 groups  53
 Table<GroupCoancestry> group_coancestries(const Table2<std::int32_t>& newped,
                                           const Table<double, 0>& f, const Cohorts& cohorts);
 

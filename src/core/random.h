@@ -1,5 +1,6 @@
 // Every random number of a run: one 32-bit xorshift stream and uniform deviates on top of it
-// (Marsaglia & Tsang 2000, J. Stat. Softw. 5(8); Marsaglia 2003, J. Stat. Softw. 8(14)).
+// (Marsaglia & Tsang 2000, J. Stat. Softw. 5(8); Marsaglia 2003, J. Stat. Softw. 8(14)). And the
+// processor time.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +12,7 @@ class Random {
   // Starts the stream at `seed`; 0 takes the seed from the clock, so that such runs differ.
   void zigset(std::int32_t seed);
 
-  // The next integer, any of the 2^32 values.
+  // The next integer of 32 bits.
   std::int32_t shr3() {
     const std::uint32_t jz = jsr_;
     jsr_ ^= jsr_ << 13;

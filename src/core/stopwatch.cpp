@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, kClocks> kLabels = {"  cpu=", " user=", "
 constexpr std::array<std::string_view, 3> kForms = {"sec", "hh:mm:ss", "[[hh:]mm:]ss"};
 
 // The process's time costs a call of the system, as much as a short operation of the search. Within
-// so many seconds of a reading it goes on like the wall clock: the process has one thread.
+// so many seconds of a reading it goes on like the wall clock, as it does while one thread works.
 constexpr double kSoon = 20e-6;
 
 // The place of `name` in the list, its size if it does not stand there.

@@ -22,7 +22,7 @@ class Unit {
   const std::string& path() const { return file_.path(); }
 
   // Opens `path` for writing from its start. Returns 0 or the system's error number (EWOULDBLOCK:
-  // another run is writing it).
+  // another run uses it).
   int open_write(const std::string& path, OutputFile::Show show);
   // Lines go to standard output, or to standard error.
   void open_standard_output();

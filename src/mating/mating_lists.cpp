@@ -9,7 +9,9 @@
 namespace qob {
 namespace {
 
-// The rows of the mateset sire by sire, and by ascending female number within a sire.
+// The rows of the mateset sire by sire, and by ascending female number within a sire, as far as a
+// key of single precision tells them apart: with thousands of candidates neighbours may change
+// places.
 Table<std::int32_t> rows_in_order(const Candidates& candidates, Mateset mateset) {
   const std::int64_t n = mateset.nmatings();
   Table<double> key(n, 0.0);

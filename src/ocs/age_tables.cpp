@@ -9,7 +9,7 @@ namespace qob {
 namespace {
 
 // More age classes than any population has: birth times of different kinds were mixed, dates and
-// an inserted parent's for example. Every class is a row of four tables.
+// an inserted parent's for example. Every class is a row of the tables.
 constexpr std::int64_t kMostAgeClasses = 1000000;
 
 // Columns of real counts by age class.

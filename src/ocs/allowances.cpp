@@ -46,4 +46,8 @@ void fill_slot(Mateset mateset, std::int64_t j, std::int64_t slots, std::int32_t
   for (std::int64_t row = j; row <= mateset.nmatings(); row += slots) mateset.male(row) = male;
 }
 
+void restore_slots(Mateset mateset, std::int64_t slots) {
+  for (std::int64_t j = 1; j <= slots; ++j) fill_slot(mateset, j, slots, mateset.male(j));
+}
+
 }  // namespace qob

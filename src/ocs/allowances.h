@@ -31,5 +31,7 @@ std::int32_t spin_wheel(const Candidates& candidates, const Allowances& matings,
 
 // Writes `male` into the rows of slot j of so many slots.
 void fill_slot(Mateset mateset, std::int64_t j, std::int64_t slots, std::int32_t male);
+// Gives every slot the male of its first row.
+void restore_slots(Mateset mateset, std::int64_t slots);
 
 }  // namespace qob

@@ -82,9 +82,10 @@ class DirectedMutation {
   // The best replacement of x; none when no candidate has the matings that are needed, or none
   // keeps the constraint. The lowest-numbered of equally good ones.
   Choice choose(std::int32_t x, int sex, std::int64_t needed) {
-    list_used();
-    Replacement r{{x, sex, relationship_to_used(x), nullptr}, needed};
+    Replacement r{{x, sex, 0.0, nullptr}, needed};
     if (objective_.criterion == Criterion::kMerit) return best_gain(r);
+    list_used();
+    r.loser.a_x = relationship_to_used(x);
     follow(sex);
     if (objective_.criterion == Criterion::kConstraint && !predicted_) {
       follow(kMale + kFemale - sex);

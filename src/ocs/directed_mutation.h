@@ -1,4 +1,4 @@
-// Directed mutation of a mateset: the best replacement of single parents.
+// Directed mutation of a mateset: the best replacement of single parents, even if it is no gain.
 #pragma once
 
 #include "core/random.h"

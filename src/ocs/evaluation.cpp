@@ -70,7 +70,7 @@ void Evaluator::add(Mateset mateset, MatesetValue& value) {
   count_uses(mateset, uses_);
   Pending& pending = pending_[count_++];
   pending.value = &value;
-  take_shares(pending.parents, n);
+  take_shares(uses_, h, pending.parents);
   value.age = ages * h;
   value.inbreeding = inbreeding / static_cast<double>(single(n));
   value.scaled_merit = scaled_merits * h - goal.expmerit;
@@ -79,22 +79,6 @@ void Evaluator::add(Mateset mateset, MatesetValue& value) {
   for (const std::int32_t i : pending.parents.candidate) uses_(i) = 0;
   const bool may_log = !value.legal && problem_.objective.criterion == Criterion::kPenalty;
   if (may_log || count_ == kParentSets) finish_pending();
-}
-
-// Turns the uses into contributions. Every parent counts: a threshold of 1/3n, below the 1/2n of
-// one row, would only guard against rounding, and uses are counted in integers here.
-void Evaluator::take_shares(ParentShares& parents, std::int64_t nmatings) const {
-  const double h = 1.0 / static_cast<double>(2 * nmatings);
-  std::vector<std::int32_t>& used = parents.candidate;
-  used.resize(static_cast<std::size_t>(uses_.size()));
-  std::size_t n = 0;
-  for (std::int32_t i = 0; i <= uses_.last(); ++i) {
-    used[n] = i;
-    n += uses_(i) > 0;
-  }
-  used.resize(n);
-  parents.c.resize(n);
-  for (std::size_t k = 0; k < n; ++k) parents.c[k] = static_cast<double>(uses_(used[k])) * h;
 }
 
 void Evaluator::finish() {

@@ -58,7 +58,6 @@ class Evaluator {
     ParentShares parents;
     MatesetValue* value = nullptr;
   };
-  void take_shares(ParentShares& parents, std::int64_t nmatings) const;
   void finish_pending();
 
   const Problem& problem_;

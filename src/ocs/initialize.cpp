@@ -11,16 +11,16 @@ namespace {
 constexpr double kLargestWeight = 1.0e100;  // sums of weighted terms stay finite
 
 void set_weights(OCSParameters& p) {
+  const Criterion criterion = criterion_of(p.optimise);
   p.optimise = option_text(p.optimise);
-  const std::string_view optimise = p.optimise.trimmed();
-  if (optimise == "merit" || optimise == "constraint") {
+  if (criterion == Criterion::kMerit || criterion == Criterion::kConstraint) {
     p.w_merit = 1.0;
     p.w_relationship = 0.0;
   } else {
     p.optimise = "penalty";
     if (p.w_relationship > 0.0) p.w_relationship = -1.0;
   }
-  if (optimise != "constraint" || p.dfconstraint > 1.0) p.dfconstraint = 1.0;
+  if (criterion != Criterion::kConstraint || p.dfconstraint > 1.0) p.dfconstraint = 1.0;
   if (p.dfconstraint < 1.0e-5) p.dfconstraint = 1.0e-5;
 }
 

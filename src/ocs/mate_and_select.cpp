@@ -131,7 +131,8 @@ bool Search::update_best() {
   return improved;
 }
 
-// After a long time without improvement: the best solution comes back, all others mutate.
+// After a long time without improvement: the best solution comes back; of the others, legal ones
+// mutate and illegal ones are repaired.
 void Search::restart() {
   write_list(journal_.units.log, "Mutating solutions to increase variance in generation ",
              standing_.igeneration);
@@ -150,7 +151,8 @@ void Search::restart() {
   standing_.last_change = standing_.igeneration;
 }
 
-// The solution of lowest fitness is improved entry by entry.
+// Every entry of the solution that had the lowest fitness, before a restart if there was one, is
+// replaced by the best that can take its place.
 void Search::exchange(std::int64_t worst) {
   directed_mutation(problem_, kDirectedAtExchange, population_.pop(worst), random_, caches_,
                     evaluator_, journal_);

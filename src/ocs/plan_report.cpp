@@ -38,38 +38,39 @@ SexUse use_of_sex(const Candidates& candidates, Mateset mateset, int sex) {
   return use;
 }
 
+void say(Units& units, std::string_view text) { both_list(units.out, units.summary, text); }
+
 void report_criterion(const OCSParameters& p, const MatesetValue& best, Units& units) {
-  const std::string optimise = option_text(p.optimise);
-  const auto say = [&](std::string_view text) { both_list(units.out, units.summary, text); };
-  if (optimise == "constraint") {
-    say("Optimisation criterion constrains expected rate of inbreeding");
+  const Criterion criterion = criterion_of(p.optimise);
+  if (criterion == Criterion::kConstraint) {
+    say(units, "Optimisation criterion constrains expected rate of inbreeding");
     if (best.rate > p.dfconstraint) {
-      say("  --- Optimisation could not fulfill contraint");
-      say("  --- Rate of inbreeding was minimised");
+      say(units, "  --- Optimisation could not fulfill contraint");
+      say(units, "  --- Rate of inbreeding was minimised");
     }
-  } else if (optimise == "penalty") {
-    say("Optimisation criterion penalises average relationships");
+  } else if (criterion == Criterion::kPenalty) {
+    say(units, "Optimisation criterion penalises average relationships");
   } else {
-    say("Optimisation criterion maximimses response to selection");
+    say(units, "Optimisation criterion maximimses response to selection");
   }
 }
 
 void report_warnings(const OCSParameters& p, const MatesetValue& best, Units& units) {
-  const auto say = [&](std::string_view text) { both_list(units.out, units.summary, text); };
   if (!best.legal) {
-    say(kRule);
-    say("WARNING : A legal solution was NOT found, ");
-    say("WARNING :   Check parameters");
+    say(units, kRule);
+    say(units, "WARNING : A legal solution was NOT found, ");
+    say(units, "WARNING :   Check parameters");
     handle_error(units, "WARNING : A legal solution was NOT found, check parameters");
   }
   if (!std::isfinite(best.fitness)) {
     handle_error(units, "ERROR: Evaluation value is not finite, check relationships");
   }
   if (best.rate > p.dfconstraint) {
-    say(kRule);
-    say("WARNING : A solution fulfilling the constraint on rate of inbreeding could not be found");
-    say("WARNING : Solution minimises rate of inbreeding");
-    say("ADVICE  : use a variety of penalties to find feasible rates of inbreeding");
+    say(units, kRule);
+    say(units,
+        "WARNING : A solution fulfilling the constraint on rate of inbreeding could not be found");
+    say(units, "WARNING : Solution minimises rate of inbreeding");
+    say(units, "ADVICE  : use a variety of penalties to find feasible rates of inbreeding");
   }
 }
 
@@ -88,11 +89,11 @@ void report_parameters(Parameters& p, Units& units) {
   both_list(log, out, "Optimal Contribution Selection");
   both_list(log, out, "Parameters");
   both_list(log, out, rule);
-  const std::string_view optimise = p.ocs.optimise.trimmed();
-  if (optimise == "penalty") {
+  const Criterion criterion = criterion_of(p.ocs.optimise);
+  if (criterion == Criterion::kPenalty) {
     both(log, out, "(A,F12.2)",
          "  Optimization is with a penalty on average relationships :", p.ocs.w_relationship);
-  } else if (optimise == "constraint") {
+  } else if (criterion == Criterion::kConstraint) {
     both(
         log, out, "(A,F8.4)",
         "  Optimization is with a constraint on expected rate of inbreeding :", p.ocs.dfconstraint);

@@ -10,11 +10,7 @@ namespace qob {
 PredictedRelationship::PredictedRelationship(const Selection& selection, const Uses& uses, double d,
                                              const ParentSums (&sums)[2], RowCache& rows)
     : selection_(selection), rows_(rows) {
-  for (std::int32_t i = 1; i <= uses.last(); ++i) {
-    if (uses(i) == 0) continue;
-    first_.candidate.push_back(i);
-    first_.c.push_back(static_cast<double>(uses(i)) * d);
-  }
+  take_shares(uses, d, first_);
   set_bounds(d, sums);
 }
 

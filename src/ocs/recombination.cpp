@@ -25,9 +25,7 @@ class Recombination {
   void run(double crossover_probability) {
     cross_over(crossover_probability);
     fill_empty_entries();
-    if (selection_.limitmalematings == 1) return;
-    const std::int64_t slots = selection_.male_slots();
-    for (std::int64_t j = 1; j <= slots; ++j) fill_slot(offspring_, j, slots, offspring_.male(j));
+    if (selection_.limitmalematings > 1) restore_slots(offspring_, selection_.male_slots());
   }
 
  private:

@@ -31,7 +31,7 @@ class Repair {
         matings_(remaining_matings(candidates_, mateset)) {}
 
   void run() {
-    if (!males_in_whole_slots()) restore_slots();
+    if (!males_in_whole_slots()) restore_slots(mateset_, slots_);  // the counts stay as they came
     if (!any_female_over_used()) return;
     for (std::int32_t m = 1; m <= candidates_.nmcands; ++m) relieve_male(m);
     for (std::int32_t f = candidates_.nmcands + 1; f <= candidates_.ncands; ++f) relieve_female(f);
@@ -46,11 +46,6 @@ class Repair {
       if (matings_(m) % slot_rows_ != 0) return false;
     }
     return true;
-  }
-
-  // The counts stay those of the mateset as it came.
-  void restore_slots() {
-    for (std::int64_t j = 1; j <= slots_; ++j) fill_slot(mateset_, j, slots_, mateset_.male(j));
   }
 
   bool any_female_over_used() const {

@@ -4,7 +4,7 @@
 // with a vector (Sargolzaei, Iwaisaki & Colleau 2005, J. Anim. Breed. Genet. 122:325), much less
 // than a walk through the ancestors of each couple. Plain over fast, measured:
 //
-//   100,000 animals, 30 years, 50 sires a year     370
+//   100,000 animals, 30 years, 50 sires a year     300
 //   1,000,000 animals, 40 years, 200 sires a year  5,000 (plain: from a sample)
 //
 // The bits are those of the sum over the ancestors, since nothing is rounded in either. Let m be

@@ -1,5 +1,5 @@
 // The mean relationships within and between the sexes of the candidates, and of each candidate to
-// the others. All are made side by side in one walk over the matrix: with 10,000 candidates 6 to 7
+// the others. All are made side by side in one walk over the matrix: with 10,000 candidates 5
 // times as fast as element by element.
 #pragma once
 

@@ -177,6 +177,19 @@ class Fetcher {
 
 }  // namespace
 
+void take_shares(const Uses& uses, double d, ParentShares& parents) {
+  std::vector<std::int32_t>& used = parents.candidate;
+  used.resize(static_cast<std::size_t>(uses.size()));
+  std::size_t n = 0;
+  for (std::int32_t i = 1; i <= uses.last(); ++i) {
+    used[n] = i;
+    n += uses(i) > 0;
+  }
+  used.resize(n);
+  parents.c.resize(n);
+  for (std::size_t k = 0; k < n; ++k) parents.c[k] = static_cast<double>(uses(used[k])) * d;
+}
+
 void average_relationships(const Goal& goal, Sets sets, RowCache& rows, RowCache::Keep keep,
                            double* result) {
   constexpr std::size_t kBlock = RowCache::kBlock;

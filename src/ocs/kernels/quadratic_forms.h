@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ocs/kernels/row_cache.h"
+#include "ocs/mateset.h"
 #include "ocs/selection.h"
 
 namespace qob {
@@ -21,6 +22,10 @@ struct ParentShares {
   std::vector<std::int32_t> candidate;
   std::vector<double> c;
 };
+
+// Turns uses into contributions, d each. Every parent counts: a threshold of 1/3n, below the 1/2n
+// of one row, would only guard against rounding, and uses are counted in integers.
+void take_shares(const Uses& uses, double d, ParentShares& parents);
 
 // Most sets of parents in one call.
 inline constexpr std::size_t kParentSets = 16;
