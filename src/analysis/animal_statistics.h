@@ -7,7 +7,7 @@
 
 namespace qob {
 
-// Per animal; index 0 stands for the unknown parent.
+// Per animal; gen(0) is that of the unknown parent.
 struct AnimalStatistics {
   Table<double, 0> gen;  // generation coefficient: 1 for a founder
   Table<double> genint;  // mean age of its recorded parents at its birth, time steps

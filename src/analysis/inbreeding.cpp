@@ -1,7 +1,6 @@
 #include "analysis/inbreeding.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "analysis/kernels/inbreeding_columns.h"
 #include "analysis/kernels/inbreeding_walks.h"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 
 #include "analysis/cohorts.h"
 #include "analysis/relationship_file.h"

@@ -10,8 +10,8 @@
 
 namespace qob {
 
-// Carries out `work`, which asks for memory. False: there was not enough to finish it. Every other
-// exception is a defect of the program and goes on to its end.
+// Carries out `work`, which asks for memory. False: there was not enough to finish it. Any other
+// exception goes on: a defect of the program, or a stop that a handler makes one.
 template <class Work>
 bool memory_suffices(Work work) {
   const std::new_handler before = std::set_new_handler(nullptr);

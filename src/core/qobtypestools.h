@@ -5,7 +5,7 @@
 // here is only what is so for any program that reads groups of parameters and writes reports: units
 // and formats (units, format), free-form input (lexer, namelist), watches, random numbers, tables.
 // What must hold: no file that is read, or that standard output goes to, is written over, and no
-// result replaces another; every fault ends the run with one message, by handle_error.
+// result replaces another; every fault ends the run with one message, most often by handle_error.
 #pragma once
 
 #include <string>

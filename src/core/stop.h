@@ -12,7 +12,7 @@ inline constexpr int kFailure = 1;
 using StopHandler = void (*)(std::string_view text, int status);
 
 // Installs `handler` and returns the one before. The first one installed writes the text to
-// standard error and exits with the status; tests install one that throws.
+// standard error and exits with the status; tests and the module install ones that throw.
 StopHandler set_stop_handler(StopHandler handler);
 
 // Ends the process with `text`.

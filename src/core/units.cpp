@@ -17,7 +17,7 @@ void stop_with_message(Units& units, std::string_view message, std::optional<Err
                                  : std::string(message);
   units.log.write_line(line);
   units.out.write_line(line);
-  if (!output_is_terminal()) units.err.write_line(line);
+  if (!streams_are_terminals()) units.err.write_line(line);
   stop(" Program terminated. Check file qob.log");
 }
 

@@ -1,4 +1,4 @@
-// The units of a run, and the one way in which a fault ends it.
+// The units of a run, and the way in which a fault ends it.
 #pragma once
 
 #include <optional>

@@ -71,9 +71,10 @@ void open_parameter_file(Run& run) {
   const Text<255>& name = run.parameters.files.qobparmfile;
   const std::string path(name.trimmed());
   if (!InputFile::exists(path)) {
-    handle_error(units, "ERROR Parameter file not found : ", adjustl_trim(name));
+    handle_error(units, "ERROR Parameter file not found : ", printable(adjustl_trim(name)));
   }
-  if (run.parameter_file.open(path) != 0) handle_error(units, "ERROR Could not open file ", name);
+  if (run.parameter_file.open(path) != 0)
+    handle_error(units, "ERROR Could not open file ", printable(name));
 }
 
 // Takes up the files that the run is going to read, and the copy of the log that it will write.
@@ -139,8 +140,8 @@ bool matings_are_wanted(Run& run) {
   stop("QOB ended successfully", kSuccess);
 }
 
-// The road of one animal, from a line of the data file to a line of the mating list. Without a
-// relationship matrix, or matings that are wanted, it ends with the population's history.
+// The road of one animal, from a line of the data file to a line of the mating list. It ends
+// with the population's history, or with the relationships, where no more is wanted.
 void carry_out(Run& run, const char* argument) {
   start(run, argument);
   Pedigree pedigree = readrecode(run);  // who there is

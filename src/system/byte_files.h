@@ -36,7 +36,7 @@ class ByteSink {
  public:
   virtual ~ByteSink() = default;
   // Writes whole lines. Returns 0, or the system's error number; of lines that could not be written
-  // nothing stays in a plain file.
+  // nothing stays in a plain file that is no standard stream.
   virtual int write(std::string_view lines) = 0;
   // Shows the complete file under its name; nothing is written thereafter. Returns 0 or the
   // system's error number.

@@ -14,8 +14,8 @@ void prepare_process();
 // are open is kept.
 [[noreturn]] void end_process(std::string_view text, int status);
 
-// Whether a person sees standard output.
-bool output_is_terminal();
+// Whether a person sees standard output and standard error.
+bool streams_are_terminals();
 
 // What the system calls an error number. Valid until the next call.
 const char* error_text(int status);

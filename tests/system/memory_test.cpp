@@ -29,6 +29,8 @@ TEST(MemoryFiles, NamesAreComparedInTheirNormalForm_AndWhatIsNotThereIsToldAsByS
   OutputFile out;
   EXPECT_EQ(in.open("r/c.txt"), ENOENT);
   EXPECT_EQ(in.open("r"), EISDIR);
+  EXPECT_EQ(in.open("."), EISDIR);
+  EXPECT_EQ(in.open("r/b.txt/"), ENOENT);
   EXPECT_EQ(in.rewind(), EBADF);
   EXPECT_EQ(out.open("r", Show::kEachLine), EISDIR);
   EXPECT_EQ(out.open("", Show::kEachLine), ENOENT);
@@ -50,6 +52,11 @@ TEST(MemoryFiles, AreSeenAsTheirWritersPromise) {
   EXPECT_TRUE(InputFile::exists("whole") && folder.read("whole").empty());
   EXPECT_EQ(whole.close() + lines.close(), 0);
   EXPECT_EQ(folder.read("whole").size(), 100000U);
+  {
+    OutputFile left;  // as when memory runs out behind its first lines
+    ASSERT_EQ(left.open("left", Show::kWhenComplete) + left.write("one\n"), 0);
+  }
+  EXPECT_EQ(folder.read("left"), "one\n");
   std::string_view line;
   EXPECT_TRUE(reader.next_line(line) == 0 && line == "one" && reader.rewind() == 0);
   EXPECT_TRUE(reader.next_line(line) == 0 && reader.next_line(line) == kEndOfFile);

@@ -77,7 +77,7 @@ class Ancestry {
   void close();
 
   std::int32_t size() const { return static_cast<std::int32_t>(animal_.size()); }
-  // Of animal `k`, which is among them; 0 for 0.
+  // Of an animal that is among them; 0 for 0.
   std::int32_t number(std::int32_t animal) const { return number_(animal); }
   // By number.
   std::int32_t animal(std::int32_t k) const {

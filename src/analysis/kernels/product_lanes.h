@@ -49,7 +49,6 @@ class ProductLanes {
   void multiply(std::int32_t last);
   // An element of the product, to be read before the next `add`.
   double operator()(std::int32_t number, int lane) const { return row_(number)[lane]; }
-  const Row& row(std::int32_t number) const { return row_(number); }
 
  private:
   double passed_on_above_;

@@ -33,12 +33,15 @@ void MemoryFiles::append(const std::string& name, std::string_view bytes) {
 }
 
 MemoryFiles::Contents MemoryFiles::get(const std::string& name) const {
+  if (name.ends_with('/')) return nullptr;
   const Lock lock(mutex_);
   const auto file = files_.find(normal(name));
   return file == files_.end() ? nullptr : file->second;
 }
 
 bool MemoryFiles::is_folder(const std::string& name) const {
+  if (name.empty()) return false;
+  if (normal(name) == "." || normal(name) == "/") return true;
   const std::string folder = normal(name) + '/';
   const Lock lock(mutex_);
   const auto file = files_.lower_bound(folder);

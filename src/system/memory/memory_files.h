@@ -1,5 +1,6 @@
 // The files of a system in memory. A name stands for the same file as its lexically normal form
-// ("a/../b" and "./b" for "b"), and a folder is there as long as there is a file in it.
+// ("a/../b" and "./b" for "b"), one that ends in "/" for a folder. A folder is there as long as
+// there is a file in it, the working folder and the root always.
 #pragma once
 
 #include <map>

@@ -14,6 +14,6 @@ void end_process(std::string_view text, int status) {
   std::exit(status);
 }
 
-bool output_is_terminal() { return false; }
+bool streams_are_terminals() { return false; }
 
 }  // namespace qob

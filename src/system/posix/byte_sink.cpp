@@ -16,18 +16,18 @@
 namespace qob {
 namespace {
 
-// Makes signals wait: one that ends the program would end a write between two pages of the file,
-// in the middle of a line.
+// Makes signals to this thread wait: one that ends the program would end a write between two pages
+// of the file, in the middle of a line.
 class SignalsWait {
  public:
   SignalsWait() {
     sigset_t all;
     sigfillset(&all);
-    sigprocmask(SIG_SETMASK, &all, &before_);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
   }
   SignalsWait(const SignalsWait&) = delete;
   SignalsWait& operator=(const SignalsWait&) = delete;
-  ~SignalsWait() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  ~SignalsWait() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
  private:
   sigset_t before_;
@@ -45,10 +45,11 @@ class NameOf {
   std::array<char, 32> name_;
 };
 
-// Takes the last `count` bytes out of a file again, unless it is others' too or a device.
+// Takes the last `count` bytes out of a file again, unless it is a standard stream, which is
+// others' too, or a device.
 void take_back(int descriptor, std::size_t count) {
   const off_t end = ::lseek(descriptor, 0, SEEK_CUR) - static_cast<off_t>(count);
-  if (descriptor == STDOUT_FILENO || end < 0 || ::ftruncate(descriptor, end) != 0) return;
+  if (descriptor <= STDERR_FILENO || end < 0 || ::ftruncate(descriptor, end) != 0) return;
   ::lseek(descriptor, end, SEEK_SET);
 }
 

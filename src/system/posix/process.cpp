@@ -24,6 +24,8 @@ void end_process(std::string_view text, int status) {
   std::exit(status);
 }
 
-bool output_is_terminal() { return ::isatty(STDOUT_FILENO) != 0; }
+bool streams_are_terminals() {
+  return ::isatty(STDOUT_FILENO) != 0 && ::isatty(STDERR_FILENO) != 0;
+}
 
 }  // namespace qob
