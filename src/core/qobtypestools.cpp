@@ -16,23 +16,6 @@ bool is_one_of(const std::string& path, const std::vector<std::string>& files) {
                      [&](const std::string& file) { return are_same_path(path, file); });
 }
 
-// Moves the files of a folder with this ending aside, unless one of them is in use: an input file,
-// the log, the recoded identifiers. Commands of more than 160 characters are not run: so because
-// they were once cut there, and what is left of a cut command names other files.
-void move_aside(const Run& run, const std::string& folder, const std::string& ending) {
-  constexpr std::size_t kLongestCommand = 160;
-  const std::string command = "mv " + folder + "/*" + ending + " " + folder + "/*.prev";
-  if (command.size() > kLongestCommand) return;
-  std::vector<std::string> used = run.files.inputs;
-  used.emplace_back(run.parameters.files.logfile.trimmed());
-  used.emplace_back(adjustl_trim(run.parameters.data.recodefile));
-  for (const std::string& file : used) {
-    if (stands_in(as_shell_reads(folder + "/"), ending, file)) return;
-  }
-  const std::string word = shell_word(folder);
-  run_in_shell("mv " + word + "/*" + ending + " " + word + "/*.prev");
-}
-
 }  // namespace
 
 void read_group(Run& run, const Group& group, bool echo_when_faulty) {
@@ -82,31 +65,22 @@ void closeresultsfile(Units& units, Unit& unit) {
   handle_error(units, ErrorValue{status}, "ERROR in closing unit ", unit.number());
 }
 
-void renameoldresultfiles(Run& run, std::string_view prefix) {
-  const std::string p(adjustl_trim(prefix));
-  write_list(run.journal.units.out);
-  run_in_shell("rm " + shell_word(p) + "\\*.txt.prev ");
-  move_aside(run, p, ".txt");
-  move_aside(run, p, ".log");
-  write_list(run.journal.units.out);
-}
-
 std::string copy_of_log(const FileNames& names, std::string_view prefix) {
-  return std::string(adjustl_trim(prefix)) + std::string(names.logfile.trimmed());
+  return as_shell_reads(adjustl_trim(prefix)) + std::string(names.logfile.trimmed());
 }
 
 void copylogfile(Run& run, std::string_view prefix) {
-  if (adjustl_trim(prefix).empty()) return;
-  const std::string log(run.parameters.files.logfile.trimmed());
+  const std::string p(adjustl_trim(prefix));
+  if (p.empty()) return;
+  const std::string name(run.parameters.files.logfile.trimmed());
   const std::string copy = copy_of_log(run.parameters.files, prefix);
-  const std::string file = as_shell_reads(copy);
-  if (are_same_path(file, log)) return;
+  if (are_same_path(copy, name)) return;
   // Another run's log is not written over; `cp` would wait for a pipe's reader, or go into a
   // folder.
-  const int status = OutputFile::probe(file);
+  const int status = OutputFile::probe(copy);
   const bool refused = status == EWOULDBLOCK || status == ENXIO || status == EISDIR;
-  if (!refused && copy_in_shell(log, copy)) return;
-  write_list(run.journal.units.err, "WARNING: The log could not be copied to ", file);
+  if (!refused && copy_in_shell(run.journal.units.log.readable_name(), p, name)) return;
+  write_list(run.journal.units.err, "WARNING: The log could not be copied to ", copy);
 }
 
 void print_time(Units& units, std::string_view text) {

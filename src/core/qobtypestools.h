@@ -52,10 +52,11 @@ void openresultsfile(Run& run, std::string_view prefix, std::string_view name, U
 // Closes it. A failure stops the run.
 void closeresultsfile(Units& units, Unit& unit);
 
-// Moves the result files of an earlier run aside, through the shell, whose outcome is ignored.
-// Where one of them is in use, those of its ending stay.
+// Moves the result files of an earlier run aside, through the shell, whose outcome is ignored
+// (old_results). Nothing is moved or replaced that is in use, a folder or a link, and nothing
+// replaced that no run has written.
 void renameoldresultfiles(Run& run, std::string_view prefix);
-// The name of the log's copy.
+// The name of the log's copy, as the shell reads it.
 std::string copy_of_log(const FileNames& names, std::string_view prefix);
 // Copies the log to it, through the shell; nothing when the prefix is blank. A failure is told.
 void copylogfile(Run& run, std::string_view prefix);

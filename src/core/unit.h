@@ -20,6 +20,8 @@ class Unit {
   bool is_open() const { return memory_ != nullptr || file_.is_open(); }
   // The name of the file that was opened last.
   const std::string& path() const { return file_.path(); }
+  // Of a file that is open: a name under which others can read what was written.
+  std::string readable_name() const { return file_.readable_name(); }
 
   // Opens `path` for writing from its start. Returns 0 or the system's error number (EWOULDBLOCK:
   // another run uses it).

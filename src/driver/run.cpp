@@ -89,7 +89,7 @@ void take_up_files(Run& run) {
     run.files.inputs.emplace_back(adjustl_trim(relationship.gfile));
   }
   const std::string prefix(adjustl_trim(p.data.resultsdirectory));
-  const std::string copy = as_shell_reads(copy_of_log(p.files, prefix));
+  const std::string copy = copy_of_log(p.files, prefix);
   if (!are_one_file(copy, std::string(p.files.logfile.trimmed()))) claim_output(run, copy);
   // Before anything behind the prefix changes.
   refuse_locked(run, prefix + std::string(p.files.fsummaryfile.trimmed()));

@@ -41,14 +41,21 @@ class ByteSink {
   // Shows the complete file under its name; nothing is written thereafter. Returns 0 or the
   // system's error number.
   virtual int finish() = 0;
+  // A name under which others can read what was written: the file's own, unless somebody has given
+  // that to another file.
+  virtual std::string readable_name() const = 0;
 };
 
 // Sets `sink` to an empty file at `path`, which no other run can read or write as long as the sink
-// is there. Returns 0 or the system's error number, EWOULDBLOCK when another run uses the file.
+// is there. A file that has other names as well is not emptied: it stays what it is under those.
+// Returns 0 or the system's error number, EWOULDBLOCK when another run uses the file.
 int open_sink(const std::string& path, Show show, std::unique_ptr<ByteSink>& sink);
 
 // What `open_sink` would return, but for a file that there is not: 0. Changes nothing.
 int probe_sink(const std::string& path);
+
+// Whether a run, be it this one, reads or writes the file.
+bool is_in_use(const std::string& path);
 
 enum class StandardStream { kOutput, kError };
 

@@ -33,6 +33,8 @@ class OutputFile {
 
   bool is_open() const { return sink_ != nullptr; }
   const std::string& path() const { return path_; }
+  // Of a file that is open: see ByteSink::readable_name.
+  std::string readable_name() const { return sink_->readable_name(); }
 
   // Writes lines, which end in a line end. Returns 0, or the system's error number when these or
   // earlier ones could not be written; what is in the file then still ends with a whole line,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace qob {
 
@@ -13,9 +14,12 @@ bool are_one_file(const std::string& a, const std::string& b);
 // Whether two names are, or would be, those of one file.
 bool are_same_path(const std::string& a, const std::string& b);
 
-// Whether the file stands in the folder and has this ending, under its own name or that of the file
-// that it is a link to.
-bool stands_in(const std::string& folder, const std::string& ending, const std::string& file);
+// Follows links.
+bool is_folder(const std::string& path);
+bool is_link(const std::string& path);
+
+// What a shell makes of folder/*ending: the paths of what is there, in ascending order.
+std::vector<std::string> entries_of(const std::string& folder, const std::string& ending);
 
 // Whether standard output or standard error goes to the plain file at `path`.
 bool is_standard_stream(const std::string& path);

@@ -7,7 +7,8 @@ namespace qob {
 
 // To be called first. Standard streams are open thereafter: one that was closed would be a file of
 // the run, with its messages among the results. A closed pipe and a file beyond the user's limit
-// are failed writes, which have their messages, and no signals.
+// are failed writes, which have their messages, and no signals. How a command ended can be asked,
+// also where whoever started the process does not ask.
 void prepare_process();
 
 // Writes `text` to standard error as a line and ends the process. What was written to files that

@@ -8,7 +8,8 @@ constexpr std::string_view kPlain =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-/\\+@:,=";
 
 bool is_plain(std::string_view path) {
-  return path.find_first_not_of(kPlain) == std::string_view::npos;
+  return path.find_first_not_of(kPlain) == std::string_view::npos && !path.ends_with('\\') &&
+         !path.starts_with("\\-");
 }
 
 }  // namespace
@@ -31,7 +32,7 @@ std::string as_shell_reads(std::string_view path) {
   const bool plain = is_plain(path);
   std::string file;
   for (std::size_t k = 0; k < path.size(); ++k) {
-    if (plain && path[k] == '\\' && ++k == path.size()) break;
+    if (plain && path[k] == '\\') ++k;
     file += path[k];
   }
   return file;

@@ -23,8 +23,6 @@ TEST(MemoryFiles, NamesAreComparedInTheirNormalForm_AndWhatIsNotThereIsToldAsByS
   EXPECT_TRUE(are_same_path("r//b.txt", "./r/b.txt") && are_one_file("r/b.txt", "x/../r/b.txt"));
   EXPECT_FALSE(are_one_file("r/c.txt", "r/c.txt") || are_same_path("r/b.txt", "b.txt"));
   EXPECT_TRUE(InputFile::exists("r/") && !InputFile::exists("b.txt"));
-  EXPECT_TRUE(stands_in("r/", ".txt", "r/b.txt") && stands_in("./", ".txt", "c.txt"));
-  EXPECT_FALSE(stands_in("r/", ".log", "r/b.txt") || stands_in(".", ".txt", "r/b.txt"));
   InputFile in;
   OutputFile out;
   EXPECT_EQ(in.open("r/c.txt"), ENOENT);

@@ -1,7 +1,5 @@
 #include "system/paths.h"
 
-#include <filesystem>
-
 #include "system/memory/memory_files.h"
 
 namespace qob {
@@ -18,11 +16,12 @@ bool are_same_path(const std::string& a, const std::string& b) {
   return MemoryFiles::normal(a) == MemoryFiles::normal(b);
 }
 
-bool stands_in(const std::string& folder, const std::string& ending, const std::string& file) {
-  const std::filesystem::path path = MemoryFiles::normal(file);
-  const std::string inside = path.has_parent_path() ? path.parent_path().generic_string() : ".";
-  return path.extension() == ending && are_same_path(inside, folder);
-}
+bool is_folder(const std::string& path) { return memory_files().is_folder(path); }
+
+bool is_link(const std::string&) { return false; }
+
+// There is no shell.
+std::vector<std::string> entries_of(const std::string&, const std::string&) { return {}; }
 
 bool is_standard_stream(const std::string& path) {
   return are_same_path(path, kStandardOutput) || are_same_path(path, kStandardError);

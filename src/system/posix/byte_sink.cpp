@@ -1,37 +1,27 @@
 // A file that appears when it is complete is written without a name, in the folder of the one that
-// it replaces, which stays there, empty and locked, until the other is given its name.
+// it replaces, which stays there, empty and locked, until the other takes its name. A file that has
+// other names, a snapshot's for example, gives up the one that is written to and stays as it is.
+//
+// A write in the middle of which a signal ends the program is cut between two pages of the file, so
+// signals wait until it is done.
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "system/byte_files.h"
+#include "system/posix/signals_wait.h"
 
 namespace qob {
 namespace {
-
-// Makes signals to this thread wait: one that ends the program would end a write between two pages
-// of the file, in the middle of a line.
-class SignalsWait {
- public:
-  SignalsWait() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  SignalsWait(const SignalsWait&) = delete;
-  SignalsWait& operator=(const SignalsWait&) = delete;
-  ~SignalsWait() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
- private:
-  sigset_t before_;
-};
 
 // The name under which the system shows a file that is open. Asks for no memory.
 class NameOf {
@@ -55,12 +45,23 @@ void take_back(int descriptor, std::size_t count) {
 
 std::string folder_of(const std::string& path) {
   const auto slash = path.rfind('/');
-  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
 bool is_regular(int descriptor) {
   struct stat information;
   return ::fstat(descriptor, &information) == 0 && S_ISREG(information.st_mode);
+}
+
+bool has_other_names(int descriptor) {
+  struct stat information;
+  return ::fstat(descriptor, &information) == 0 && information.st_nlink > 1;
+}
+
+// Waits until a pipe that is full takes more.
+void wait_for_room(int descriptor) {
+  pollfd wanted = {descriptor, POLLOUT, 0};
+  ::poll(&wanted, 1, -1);
 }
 
 // Opens a file for writing where it stands. Returns its descriptor, or less the error number.
@@ -75,11 +76,43 @@ int open_locked(const std::string& path, int flags) {
   return file;
 }
 
+// A name in the folder of `path` that no other file has: that of nobody else's descriptor.
+std::string name_beside(const std::string& path, int descriptor) {
+  return folder_of(path) + ".qob-" + std::to_string(::getpid()) + "-" + std::to_string(descriptor);
+}
+
+// Lets `to` be the name of the file that has the name `from`, and of no other.
+int rename_over(const std::string& from, const std::string& to) {
+  if (::rename(from.c_str(), to.c_str()) == 0) return 0;
+  const int status = errno;
+  ::unlink(from.c_str());
+  return status;
+}
+
+// Takes the name `path` from the file that is open as `shared` and gives it to a new one, empty,
+// locked and with the same rights. Returns its descriptor, or less the error number.
+int open_in_place_of(int shared, const std::string& path) {
+  std::error_code fault;
+  const std::string name = std::filesystem::canonical(path, fault);
+  struct stat old;
+  if (fault || ::fstat(shared, &old) != 0) return -ENOENT;
+  const SignalsWait until_renamed;
+  const std::string beside = name_beside(name, shared);
+  const int file = ::open(beside.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+  if (file < 0) return -errno;
+  ::flock(file, LOCK_EX | LOCK_NB);  // before anybody else can know of it
+  ::fchmod(file, old.st_mode & 07777U);
+  const int status = rename_over(beside, name);
+  if (status == 0) return file;
+  ::close(file);
+  return -status;
+}
+
 // A file without name beside the one at `path`, which it can replace; -1 if there cannot be one.
 int open_unnamed(const std::string& path) {
   struct stat old;
-  if (::lstat(path.c_str(), &old) != 0 || !S_ISREG(old.st_mode) || old.st_nlink != 1) return -1;
-  const int file = ::open(folder_of(path).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+  if (::lstat(path.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) return -1;
+  const int file = ::open(folder_of(path).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
   if (file < 0) return -1;  // not every file system can
   struct stat made;
   if (::fstat(file, &made) == 0 && made.st_uid == old.st_uid && made.st_gid == old.st_gid &&
@@ -105,11 +138,13 @@ class FileSink : public ByteSink {
   int open(const std::string& path, Show show);
   int write(std::string_view lines) override;
   int finish() override;
+  std::string readable_name() const override;
 
  private:
   int target() const { return unnamed_ >= 0 ? unnamed_ : descriptor_; }
   int write_out(std::string_view lines);
   int appear();
+  int copy_in_place();
 
   std::string path_;
   int descriptor_;         // the file under its name, locked against other runs
@@ -124,7 +159,13 @@ int FileSink::open(const std::string& path, Show show) {
   descriptor_ = file;
   is_plain_ = is_regular(file);
   ::fcntl(file, F_SETFL, 0);
-  if (is_plain_ && ::ftruncate(file, 0) != 0) return errno;
+  if (is_plain_ && has_other_names(file)) {
+    const int own = open_in_place_of(file, path);
+    if (own < 0) return -own;
+    ::close(std::exchange(descriptor_, own));
+  } else if (is_plain_ && ::ftruncate(file, 0) != 0) {
+    return errno;
+  }
   if (show == Show::kWhenComplete) unnamed_ = open_unnamed(path);
   return 0;
 }
@@ -141,6 +182,8 @@ int FileSink::write_out(std::string_view lines) {
     const ssize_t count = ::write(target(), left.data(), left.size());
     if (count >= 0) {
       left.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno == EAGAIN) {
+      wait_for_room(target());
     } else if (errno != EINTR) {
       const int status = errno;
       take_back(target(), lines.size() - left.size());
@@ -153,10 +196,27 @@ int FileSink::write_out(std::string_view lines) {
 // Gives the complete file its name.
 int FileSink::appear() {
   const SignalsWait until_done;
-  if (::unlink(path_.c_str()) != 0 && errno != ENOENT) return errno;
-  const int status =
-      ::linkat(AT_FDCWD, NameOf(unnamed_).c_str(), AT_FDCWD, path_.c_str(), AT_SYMLINK_FOLLOW);
-  return status == 0 ? 0 : errno;
+  const std::string beside = name_beside(path_, unnamed_);
+  const int status = ::linkat(AT_FDCWD, NameOf(unnamed_).c_str(), AT_FDCWD, beside.c_str(),
+                              AT_SYMLINK_FOLLOW);
+  return status == 0 ? rename_over(beside, path_) : copy_in_place();
+}
+
+// Not every system lets a file without name have one.
+int FileSink::copy_in_place() {
+  const int complete = std::exchange(unnamed_, -1);
+  std::array<char, 1 << 14> part;
+  ssize_t count = 0;
+  int status = 0;
+  for (off_t at = 0; status == 0; at += count) {
+    count = ::pread(complete, part.data(), part.size(), at);
+    if (count < 0) status = errno;
+    if (count <= 0) break;
+    status = write_out({part.data(), static_cast<std::size_t>(count)});
+  }
+  if (status != 0) take_back(descriptor_, ::lseek(descriptor_, 0, SEEK_CUR));
+  ::close(complete);
+  return status;
 }
 
 int FileSink::finish() {
@@ -166,6 +226,14 @@ int FileSink::finish() {
     status = errno;
   }
   return status;
+}
+
+std::string FileSink::readable_name() const {
+  struct stat named, open;
+  const bool has_name = ::stat(path_.c_str(), &named) == 0 && ::fstat(target(), &open) == 0 &&
+                        named.st_dev == open.st_dev && named.st_ino == open.st_ino;
+  if (has_name) return path_;
+  return "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(target());
 }
 
 }  // namespace
@@ -181,6 +249,14 @@ int probe_sink(const std::string& path) {
   const int file = open_locked(path, 0);
   if (file >= 0) ::close(file);
   return file >= 0 || file == -ENOENT ? 0 : -file;
+}
+
+bool is_in_use(const std::string& path) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (file < 0) return false;
+  const bool in_use = ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  ::close(file);
+  return in_use;
 }
 
 std::unique_ptr<ByteSink> standard_sink(StandardStream stream) {

@@ -1,7 +1,9 @@
 #include "system/paths.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -23,20 +25,36 @@ bool are_same_path(const std::string& a, const std::string& b) {
   return !fault && first == fs::weakly_canonical(fs::absolute(b, fault), fault) && !fault;
 }
 
-bool stands_in(const std::string& folder, const std::string& ending, const std::string& file) {
+bool is_folder(const std::string& path) {
   std::error_code missing;
-  const fs::path meant = fs::weakly_canonical(fs::absolute(file, missing), missing);
-  for (const fs::path& path : {fs::path(file), meant}) {
-    const fs::path inside = path.has_parent_path() ? path.parent_path() : ".";
-    if (path.extension() == ending && fs::equivalent(inside, folder, missing)) return true;
+  return fs::is_directory(path, missing);
+}
+
+bool is_link(const std::string& path) {
+  std::error_code missing;
+  return fs::is_symlink(path, missing);
+}
+
+std::vector<std::string> entries_of(const std::string& folder, const std::string& ending) {
+  std::vector<std::string> entries;
+  std::error_code fault;
+  fs::directory_iterator entry(folder + "/", fault);
+  for (; !fault && entry != fs::directory_iterator(); entry.increment(fault)) {
+    const std::string name = entry->path().filename();
+    if (name.ends_with(ending) && !name.starts_with('.')) entries.push_back(folder + "/" + name);
   }
-  return false;
+  std::sort(entries.begin(), entries.end());
+  return entries;
 }
 
 bool is_standard_stream(const std::string& path) {
-  std::error_code missing;
-  return fs::is_regular_file(path, missing) &&
-         (are_same_path(path, "/proc/self/fd/1") || are_same_path(path, "/proc/self/fd/2"));
+  struct stat file, stream;
+  if (::stat(path.c_str(), &file) != 0 || !S_ISREG(file.st_mode)) return false;
+  for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fstat(descriptor, &stream) != 0) continue;
+    if (stream.st_dev == file.st_dev && stream.st_ino == file.st_ino) return true;
+  }
+  return false;
 }
 
 }  // namespace qob

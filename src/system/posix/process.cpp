@@ -1,6 +1,7 @@
 #include "system/process.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -17,9 +18,12 @@ void prepare_process() {
   }
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGCHLD, SIG_DFL);
 }
 
 void end_process(std::string_view text, int status) {
+  pollfd room = {STDERR_FILENO, POLLOUT, 0};
+  ::poll(&room, 1, -1);  // the stream may be a pipe that is full and would refuse
   std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
   std::exit(status);
 }
