@@ -72,7 +72,8 @@ bool Lexer::at_item_end() const {
 }
 
 bool Lexer::read_line() {
-  restart();
+  line_ = {}, at_ = 0;
+  ++line_number_;
   status_ = in_groups() ? next_line_(line_) : kEndOfFile;
   return status_ == 0;
 }
@@ -89,13 +90,18 @@ bool Lexer::skip_blanks() {
 Token Lexer::next() {
   while (skip_blanks()) {
     const char c = line_[at_];
-    if (!is_separator(c)) return item();
+    const std::int64_t line = line_number_;
+    if (!is_separator(c)) {
+      Token token = item();
+      token.line = line;
+      return token;
+    }
     ++at_;
-    if (c == '/') return {Token::Kind::kSlash};
-    if (value_expected_) return {Token::Kind::kNull};
+    if (c == '/') return {.kind = Token::Kind::kSlash, .line = line};
+    if (value_expected_) return {.kind = Token::Kind::kNull, .line = line};
     value_expected_ = true;
   }
-  return {.kind = Token::Kind::kEnd, .status = status_};
+  return {.kind = Token::Kind::kEnd, .status = status_, .line = line_number_};
 }
 
 // A value, a name, or the null value r*.
@@ -163,7 +169,14 @@ Token Lexer::finish_quoted(Token token) {
 
 int Lexer::find_group(std::string_view name) {
   const std::string wanted = lowercase(name);
-  bool in_group = false;
+  std::string found;
+  for (bool in_group = false;; in_group = true) {
+    const int status = next_group(found, in_group);
+    if (status != 0 || lowercase(found) == wanted) return status;
+  }
+}
+
+int Lexer::next_group(std::string& name, bool in_group) {
   while (skip_blanks()) {
     const char c = line_[at_++];
     if (c == '/') {
@@ -174,8 +187,8 @@ int Lexer::find_group(std::string_view name) {
       const auto begin = at_;
       at_ = std::min(line_.find_first_not_of(kNameCharacters, at_), line_.size());
       if (at_ == begin || !at_item_end()) continue;
-      if (lowercase(line_.substr(begin, at_ - begin)) == wanted) return 0;
-      in_group = true;
+      name = line_.substr(begin, at_ - begin);
+      return 0;
     }
   }
   return status_;

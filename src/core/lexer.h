@@ -46,6 +46,7 @@ struct Token {
   std::int32_t repeat = 1;  // of a value or a null
   std::string_view text{};  // valid until the lexer's next call
   int status = 0;           // kEndOfFile or the system's error number
+  std::int64_t line = 0;    // on which it begins, counted from 1 where reading began
 };
 
 inline int convert(const Token& token, std::int32_t& value) {
@@ -79,8 +80,10 @@ class Lexer {
   // Goes to just behind "&" and `name` in any case, over text outside groups, comments and other
   // groups with their quoted texts. Returns 0, kEndOfFile or the system's error number.
   int find_group(std::string_view name);
-  // Forgets the rest of the current line.
-  void restart() { line_ = {}, at_ = 0; }
+  // The same for any group, whose name as it stands there it sets.
+  int next_group(std::string& name, bool in_group = false);
+  // Reading begins anew: forgets the rest of the current line.
+  void restart() { line_ = {}, at_ = 0, line_number_ = 0; }
 
  private:
   bool in_groups() const { return next_line_ != nullptr; }
@@ -96,6 +99,7 @@ class Lexer {
   NextLine next_line_;
   std::string_view line_;
   std::size_t at_ = 0;
+  std::int64_t line_number_ = 0;
   bool value_expected_ = true;  // a comma now stands behind an empty place
   int status_ = 0;              // of the last line that was asked for
   std::string text_;            // text of a token that cannot refer to the line

@@ -24,6 +24,14 @@ const Key* find_key(const Group& group, std::string_view name) {
   return found == group.keys.end() ? nullptr : &*found;
 }
 
+std::string unknown_key(const Group& group, std::string_view name) {
+  std::string text = printable(name) + " : expected a key of " + std::string(group.name);
+  for (const Key& key : group.keys) {
+    text.append(&key == &group.keys.front() ? " : " : ", ").append(key.name);
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string literal(std::int32_t value) { return std::to_string(value); }
@@ -55,21 +63,41 @@ int NamelistFile::read(const Group& group) {
   return status == 0 ? read_items(group) : status;
 }
 
+int NamelistFile::malformed(const Token& token, std::string text) {
+  fault_ = {token.line, std::move(text)};
+  return kMalformed;
+}
+
+// Gives the value to the key that waits for it, if any does.
+int NamelistFile::set(const Group& group, const Key* key, const Token& token) {
+  if (key == nullptr) {
+    return malformed(token, printable(token.text) + " : expected a key of " +
+                                std::string(group.name) + " and \"=\", or \"/\" at its end");
+  }
+  if (key->set(token) != 0) {
+    return malformed(token, std::string(key->name) + " = " + printable(token.text) +
+                                " : expected " + std::string(key->expected));
+  }
+  given_.push_back({token.line, key, key->width > 0 && trim(token.text).size() > key->width});
+  return 0;
+}
+
 int NamelistFile::read_items(const Group& group) {
+  fault_ = {};
+  given_.clear();
   const Key* key = nullptr;  // waits for its value
   for (;;) {
     const Token token = lexer_.next();
     if (token.kind == Token::Kind::kEnd) return token.status;
     if (token.kind == Token::Kind::kSlash) return 0;
-    if (token.kind == Token::Kind::kBad || token.repeat != 1) return kMalformed;
+    if (token.kind == Token::Kind::kBad) return malformed(token, "what stands here is no value");
+    if (token.repeat != 1) return malformed(token, "a repeated value : expected one");
     if (token.kind == Token::Kind::kName) {
       key = find_key(group, token.text);
-      if (key == nullptr) return kMalformed;
+      if (key == nullptr) return malformed(token, unknown_key(group, token.text));
       continue;
     }
-    if (token.kind == Token::Kind::kValue) {
-      if (key == nullptr || key->set(token) != 0) return kMalformed;
-    }
+    if (token.kind == Token::Kind::kValue && set(group, key, token) != 0) return kMalformed;
     key = nullptr;
   }
 }

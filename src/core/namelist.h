@@ -27,11 +27,29 @@ std::string literal(double value);
 std::string literal(std::string_view value);
 std::string literal(std::same_as<bool> auto value) { return value ? "T" : "F"; }
 
+// What a value has to be, in words.
+constexpr std::string_view expected_of(const std::int32_t*) { return "a whole number of 32 bits"; }
+constexpr std::string_view expected_of(const double*) { return "a finite number"; }
+constexpr std::string_view expected_of(const bool*) { return ".true. or .false."; }
+template <std::size_t N>
+constexpr std::string_view expected_of(const Text<N>*) {
+  return "a text in quotes";
+}
+
+// The characters that a text has; 0 for what is none.
+constexpr std::size_t width_of(const void*) { return 0; }
+template <std::size_t N>
+constexpr std::size_t width_of(const Text<N>*) {
+  return N;
+}
+
 // A key bound to a variable: std::int32_t, double, bool or Text<N>. Texts must be quoted.
 struct Key {
   template <class Variable>
   Key(std::string_view key, Variable* variable)
       : name(key),
+        expected(expected_of(variable)),
+        width(width_of(variable)),
         set([variable](const Token& token) {
           constexpr bool is_text = std::convertible_to<Variable, std::string_view>;
           return is_text == token.quoted ? convert(token, *variable) : kMalformed;
@@ -39,6 +57,8 @@ struct Key {
         show([variable] { return literal(*variable); }) {}
 
   std::string_view name;
+  std::string_view expected;
+  std::size_t width;
   std::function<int(const Token&)> set;
   std::function<std::string()> show;
 };
@@ -51,6 +71,18 @@ struct Group {
 
 class NamelistFile {
  public:
+  // What stands on a line of the file.
+  struct Remark {
+    std::int64_t line = 0;  // 0: nothing to remark
+    std::string text;
+  };
+  // A value that a key was given.
+  struct Given {
+    std::int64_t line;
+    const Key* key;
+    bool cut;  // a text that is longer than its variable
+  };
+
   NamelistFile() : lexer_([this](std::string_view& line) { return next_line(line); }) {}
 
   // Returns 0 or the system's error number, as does `rewind`.
@@ -65,15 +97,25 @@ class NamelistFile {
   int read_items(const Group& group);
   // Both, one after the other.
   int read(const Group& group);
+  // Sets `name` to that of the next group and goes to just behind it; in_group: from within one.
+  int next_group(std::string& name, bool in_group) { return lexer_.next_group(name, in_group); }
+
+  // Of the last group that was read: its deviation, and its values, whose keys are the group's.
+  const Remark& fault() const { return fault_; }
+  const std::vector<Given>& given() const { return given_; }
 
  private:
   // A line that is longer is malformed.
   static constexpr std::size_t kLongestLine = 1U << 20U;
 
   int next_line(std::string_view& line);
+  int set(const Group& group, const Key* key, const Token& token);
+  int malformed(const Token& token, std::string text);
 
   InputFile file_{kLongestLine};
   Lexer lexer_;
+  Remark fault_;
+  std::vector<Given> given_;
 };
 
 // Writes the group's name, its keys with their present values, one a line, and "/".

@@ -14,6 +14,7 @@ struct Units {
   Unit err{0};       // standard error: what ends the run, and what the log has no place for
   Unit log{11};      // the log
   Unit summary{12};  // the population-history summary, open from the history to the end
+  bool quiet = false;
 
   // A fault of the log is told on standard error alone, as it ends the program: the disk that
   // refuses the log may well refuse what standard output goes to, and leave half a line there.
@@ -24,6 +25,11 @@ struct Units {
   }
   Units(const Units&) = delete;
   Units& operator=(const Units&) = delete;
+
+  // Tells what the user had better know but did not ask for, on standard error.
+  void tell(std::string_view remark) {
+    if (!quiet) err.write_line(remark);
+  }
 
   // A refused write to `unit` is told on the log and on standard output before it ends the program.
   void take_up(Unit& unit) { unit.tell_faults_to(&log, &out); }

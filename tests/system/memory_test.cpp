@@ -58,8 +58,8 @@ TEST(MemoryFiles, AreSeenAsTheirWritersPromise) {
   std::string_view line;
   EXPECT_TRUE(reader.next_line(line) == 0 && line == "one" && reader.rewind() == 0);
   EXPECT_TRUE(reader.next_line(line) == 0 && reader.next_line(line) == kEndOfFile);
-  EXPECT_TRUE(copy_in_shell("lines", "x\\y") && first_line("xy") == "one");
-  EXPECT_FALSE(copy_in_shell("missing", "z") || InputFile::exists("z"));
+  EXPECT_TRUE(copy_in_shell("lines", "x\\y", "z") && first_line("xyz") == "one");
+  EXPECT_FALSE(copy_in_shell("missing", "", "z") || InputFile::exists("z"));
 }
 
 TEST_F(RunTest, AWholeRunNeedsNoOtherSystem) {

@@ -1,0 +1,113 @@
+#include "driver/first_look.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "core/edit.h"
+
+namespace qob {
+namespace {
+
+constexpr std::size_t kNameWidth = 80;  // of texts that name files
+
+std::string path_of(const Run& run) {
+  return std::string(run.parameters.files.qobparmfile.trimmed());
+}
+
+// Reads every group that the run will read, from a file and into parameters of its own.
+class Look {
+ public:
+  Look(Units& units, std::string path) : units_(units), path_(std::move(path)) {}
+
+  void at_groups();
+
+ private:
+  bool read(const Group& group);
+  void read_contributions();
+  void tell(std::int64_t line, const std::string& text) {
+    units_.tell(path_ + (line > 0 ? ":" + std::to_string(line) : "") + ": " + text);
+  }
+  void tell_unknown_groups();
+  void tell_option(std::string_view key, std::string_view value,
+                   const std::vector<std::string_view>& known, const std::string& taken);
+  void tell_limits();
+  void check_widths();
+  std::int64_t line_of(std::string_view key) const;
+
+  Units& units_;
+  std::string path_;
+  NamelistFile file_;
+  Parameters p_;
+};
+
+// False: the group is missing or cannot be read, which is told.
+bool Look::read(const Group& group) {
+  const std::string name = "&" + std::string(group.name);
+  int status = file_.find(group);
+  if (status == kEndOfFile) {
+    tell(0, name + " is missing : the run will end where it is needed");
+  } else if (status == 0) {
+    status = file_.read_items(group);
+    if (status == kEndOfFile) tell(0, name + " is not closed by \"/\"");
+    if (status == kMalformed) tell(file_.fault().line, file_.fault().text);
+  }
+  if (status == 0) check_widths();
+  return status == 0;
+}
+
+// Texts that are longer than their variables are cut. What is left of a file's name would name
+// another file.
+void Look::check_widths() {
+  for (const NamelistFile::Given& given : file_.given()) {
+    if (!given.cut) continue;
+    const std::string key(given.key->name);
+    if (given.key->width == kNameWidth) {
+      handle_error(units_, "ERROR in reading QOB Parameter file, ", key, " is longer than",
+                   kNameWidth, " characters");
+    }
+    tell(given.line, key + " has only the first " + std::to_string(given.key->width) +
+                         " characters of what is given");
+  }
+}
+
+std::int64_t Look::line_of(std::string_view key) const {
+  for (const NamelistFile::Given& given : file_.given()) {
+    if (given.key->name == key) return given.line;
+  }
+  return 0;
+}
+
+void Look::tell_unknown_groups() {
+  Parameters p;
+  std::vector<std::string> known;
+  for (const Group& group : groups_of(p)) known.push_back(lowercase(group.name));
+  std::string name;
+  for (bool in_group = false; file_.next_group(name, in_group) == 0; in_group = true) {
+    if (std::find(known.begin(), known.end(), lowercase(name)) != known.end()) continue;
+    tell(file_.line(), "&" + name + " is no group that is read");
+  }
+}
+
+void Look::tell_option(std::string_view key, std::string_view value,
+                       const std::vector<std::string_view>& known, const std::string& taken) {
+  if (std::find(known.begin(), known.end(), option_text(value)) != known.end()) return;
+  std::string text = std::string(key) + " = '" + printable(trim(value)) + "' : expected ";
+  for (const std::string_view name : known) {
+    text.append(name == known.front() ? "'" : name == known.back() ? "' or '" : "', '").append(name);
+  }
+  tell(line_of(key), text + "'; " + taken + " is taken");
+}
+
+void Look::tell_limits() {
+  const OCSParameters& p = p_.ocs;
+  const std::string optimise = option_text(p.optimise);
+  if (optimise == "constraint" && (p.dfconstraint > 1.0 || p.dfconstraint < 1.0e-5)) {
+    tell(line_of("dfconstraint"), "dfconstraint = " + shortest(p.dfconstraint) +
+                                      " : expected 0.00001 to 1; the nearest of them is taken");
+  }
+  if (optimise != "constraint" && optimise != "merit" && p.w_relationship > 0.0) {
+    tell(line_of("w_relationship"), "w_relationship = " + shortest(p.w_relationship) +
+                                        " : expected 0 or less; -1 is taken");
+  }
+}
