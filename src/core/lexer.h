@@ -82,6 +82,8 @@ class Lexer {
   int find_group(std::string_view name);
   // The same for any group, whose name as it stands there it sets.
   int next_group(std::string& name, bool in_group = false);
+  // The line that is being read, counted from 1 where reading began.
+  std::int64_t line() const { return line_number_; }
   // Reading begins anew: forgets the rest of the current line.
   void restart() { line_ = {}, at_ = 0, line_number_ = 0; }
 

@@ -100,6 +100,8 @@ class NamelistFile {
   // Sets `name` to that of the next group and goes to just behind it; in_group: from within one.
   int next_group(std::string& name, bool in_group) { return lexer_.next_group(name, in_group); }
 
+  // The line on which the group stands that was found last.
+  std::int64_t group_line() const { return lexer_.line(); }
   // Of the last group that was read: its deviation, and its values, whose keys are the group's.
   const Remark& fault() const { return fault_; }
   const std::vector<Given>& given() const { return given_; }

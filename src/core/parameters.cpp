@@ -51,4 +51,9 @@ Group group_of(MatingOptions& p) {
           {{"matingstrategy", &p.matingstrategy}, {"repeatedmatings", &p.repeatedmatings}}};
 }
 
+std::vector<Group> groups_of(Parameters& p) {
+  return {group_of(p.data), group_of(p.history),   group_of(p.contrib), group_of(p.relationship),
+          group_of(p.ocs),  group_of(p.algorithm), group_of(p.mating)};
+}
+
 }  // namespace qob

@@ -94,5 +94,7 @@ Group group_of(RelationshipMatrix& p);
 Group group_of(OCSParameters& p);
 Group group_of(AlgorithmParameters& p);
 Group group_of(MatingOptions& p);
+// All of them.
+std::vector<Group> groups_of(Parameters& p);
 
 }  // namespace qob

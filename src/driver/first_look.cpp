@@ -20,10 +20,11 @@ class Look {
  public:
   Look(Units& units, std::string path) : units_(units), path_(std::move(path)) {}
 
-  void at_groups();
+  void look();
 
  private:
   bool read(const Group& group);
+  bool read_anywhere(const Group& group) { return file_.rewind() == 0 && read(group); }
   void read_contributions();
   void tell(std::int64_t line, const std::string& text) {
     units_.tell(path_ + (line > 0 ? ":" + std::to_string(line) : "") + ": " + text);
@@ -85,7 +86,7 @@ void Look::tell_unknown_groups() {
   std::string name;
   for (bool in_group = false; file_.next_group(name, in_group) == 0; in_group = true) {
     if (std::find(known.begin(), known.end(), lowercase(name)) != known.end()) continue;
-    tell(file_.line(), "&" + name + " is no group that is read");
+    tell(file_.group_line(), "&" + name + " is no group that is read");
   }
 }
 
@@ -111,3 +112,50 @@ void Look::tell_limits() {
                                         " : expected 0 or less; -1 is taken");
   }
 }
+
+// Requests end with the file.
+void Look::read_contributions() {
+  int status = 0;
+  while (status == 0) {
+    const Group group = group_of(p_.contrib);
+    status = file_.find(group);
+    if (status == 0) status = file_.read_items(group);
+    if (status == kMalformed) tell(file_.fault().line, file_.fault().text);
+  }
+}
+
+void Look::look() {
+  if (file_.open(path_) != 0) return;  // that is told when the run opens it
+  tell_unknown_groups();
+  file_.rewind();
+  if (!read(group_of(p_.data)) || !read(group_of(p_.history))) return;
+  read_contributions();
+  if (!read_anywhere(group_of(p_.relationship))) return;
+  tell_option("source", p_.relationship.source, {"pedigree", "file"}, "'file'");
+  if (p_.relationship.timesteps < 0 || !read_anywhere(group_of(p_.ocs))) return;
+  tell_option("optimise", p_.ocs.optimise, {"penalty", "constraint", "merit"}, "'penalty'");
+  tell_limits();
+  if (p_.ocs.nmatings < 0 || !read_anywhere(group_of(p_.algorithm))) return;
+  if (!read_anywhere(group_of(p_.mating))) return;
+  tell_option("matingstrategy", p_.mating.matingstrategy, {"random", "mai"}, "'random'");
+}
+
+}  // namespace
+
+void know_inputs(Run& run) {
+  std::vector<std::string>& inputs = run.files.inputs;
+  inputs.push_back(path_of(run));
+  NamelistFile file;
+  DataParameters data;
+  RelationshipMatrix relationship;  // faults are told when their turn comes
+  if (file.open(path_of(run)) != 0 || file.read(group_of(data)) != 0) return;
+  inputs.emplace_back(adjustl_trim(data.datafile));
+  const bool read = file.rewind() == 0 && file.read(group_of(relationship)) == 0;
+  if (!read || option_text(relationship.source) != "pedigree") {
+    inputs.emplace_back(adjustl_trim(relationship.gfile));
+  }
+}
+
+void look_through_parameters(Run& run) { Look(run.journal.units, path_of(run)).look(); }
+
+}  // namespace qob

@@ -53,13 +53,7 @@ int print_help() {
   out.open_standard_output();
   out.write_line(kUsage);
   Parameters p;
-  print_group(out, group_of(p.data));
-  print_group(out, group_of(p.history));
-  print_group(out, group_of(p.contrib));
-  print_group(out, group_of(p.relationship));
-  print_group(out, group_of(p.ocs));
-  print_group(out, group_of(p.algorithm));
-  print_group(out, group_of(p.mating));
+  for (const Group& group : groups_of(p)) print_group(out, group);
   out.write_line(kFiles);
   return 0;
 }

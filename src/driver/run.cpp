@@ -9,6 +9,7 @@
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
 #include "core/stop.h"
+#include "driver/first_look.h"
 #include "mating/qobmate.h"
 #include "ocs/qobocs.h"
 #include "pedigree/qobreadrecode.h"
@@ -35,7 +36,6 @@ void take_argument(Run& run, const char* argument) {
     handle_error(units, ErrorValue{-1}, "ERROR: Invalid command argument (filename)");
   }
   write_list(out, "Command line argument read : ", printable(name));
-  run.files.inputs.emplace_back(name.trimmed());
 }
 
 void write_banner(Unit& unit, std::string_view version) {
@@ -77,17 +77,9 @@ void open_parameter_file(Run& run) {
     handle_error(units, "ERROR Could not open file ", printable(name));
 }
 
-// Takes up the files that the run is going to read, and the copy of the log that it will write.
-void take_up_files(Run& run) {
+// Takes up the copy of the log, which the run will write.
+void take_up_copy(Run& run) {
   const Parameters& p = run.parameters;
-  run.files.inputs.emplace_back(adjustl_trim(p.data.datafile));
-  RelationshipMatrix relationship;  // faults are told when its turn comes
-  NamelistFile file;
-  const bool read = file.open(std::string(p.files.qobparmfile.trimmed())) == 0 &&
-                    file.read(group_of(relationship)) == 0;
-  if (!read || option_text(relationship.source) != "pedigree") {
-    run.files.inputs.emplace_back(adjustl_trim(relationship.gfile));
-  }
   const std::string prefix(adjustl_trim(p.data.resultsdirectory));
   const std::string copy = copy_of_log(p.files, prefix);
   if (!are_one_file(copy, std::string(p.files.logfile.trimmed()))) claim_output(run, copy);
@@ -107,7 +99,7 @@ void read_data_parameters(Run& run) {
   write_list(units.log, "Parameters for reading data");
   echo(units.log, group);
   write_list(units.log, kLogRule);
-  take_up_files(run);
+  take_up_copy(run);
 }
 
 void start(Run& run, const char* argument) {
@@ -117,8 +109,10 @@ void start(Run& run, const char* argument) {
   write_list(units.out, "QOB initialising");
   take_argument(run, argument);
   start_watches(run.journal.watches);
+  know_inputs(run);
   open_log(run);
   open_parameter_file(run);
+  look_through_parameters(run);
   read_data_parameters(run);
 }
 

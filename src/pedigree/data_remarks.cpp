@@ -1,0 +1,160 @@
+#include "pedigree/data_remarks.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/lexer.h"
+
+namespace qob {
+namespace {
+
+constexpr std::size_t kValues = 8;
+constexpr std::array<std::string_view, kValues> kNames = {
+    "Animal_id", "Sire_is", "Dam_id", "sex", "birth_time", "max_matings", "ebv", "optional_text"};
+constexpr std::size_t kEbv = 6, kText = 7;  // from 0
+constexpr std::size_t kTextWidth = 15;
+constexpr std::int64_t kLongestSpan = 1000;  // time steps
+
+bool is_blank_text(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), is_blank);
+}
+
+bool is_digits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+bool is_day(std::int32_t month, std::int32_t day) {
+  return month >= 1 && month <= 12 && day >= 1 && day <= 31;
+}
+bool is_year(std::int32_t year) { return year >= 1850 && year <= 2100; }
+
+std::string id_text(const Pedigree& pedigree, std::int32_t i) {
+  return std::to_string(pedigree.oldped(i, 1));
+}
+
+// YYYYMMDD, DDMMYYYY or YYYYMM.
+bool looks_like_a_date(std::int32_t t) {
+  if (t < 0) return false;
+  return (is_year(t / 10000) && is_day(t / 100 % 100, t % 100)) ||
+         (is_year(t % 10000) && is_day(t / 10000 % 100, t / 1000000)) ||
+         (is_year(t / 100) && is_day(t % 100, 1));
+}
+
+}  // namespace
+
+void DataRemarks::add_unread_line(std::int64_t line, std::string_view text) {
+  if (end_line_ == 0) end_line_ = line;
+  unread_ += !is_blank_text(text);
+}
+
+void DataRemarks::add_record(std::int64_t line, std::string_view text) {
+  if (text.size() > kLineWidth && !is_blank_text(text.substr(kLineWidth))) {
+    cut_.add(line, [] { return "longer than 120 characters : the others are not read"; });
+  }
+  text = text.substr(0, kLineWidth);
+  std::size_t words = 0, last = 0;  // how many, and the length of the last
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = std::min(text.find_first_not_of(" \t", at), text.size());
+    at = std::min(text.find_first_of(" \t", begin), text.size());
+    if (at > begin) last = at - begin;
+    words += at > begin;
+  }
+  const bool plain = text.find_first_of(",/*'\"") == std::string_view::npos;
+  if (!plain || words > kValues || (words == kValues && last > kTextWidth)) add_values(line, text);
+}
+
+// The record value by value, from the lexer.
+void DataRemarks::add_values(std::int64_t line, std::string_view text) {
+  Lexer lexer(text);
+  std::array<std::string, kValues> value;
+  std::size_t k = 0;
+  bool quoted = false;  // the text
+  for (Token token = lexer.next(); token.kind != Token::Kind::kEnd; token = lexer.next()) {
+    if (token.kind == Token::Kind::kSlash) {
+      const bool more = lexer.next().kind != Token::Kind::kEnd;
+      if (more) behind_slash_.add(line, [] { return "what follows the \"/\" is not read"; });
+      break;
+    }
+    if (k >= kValues) {
+      if (!quoted) many_.add(line, [] { return "more than eight values : expected the text in quotes"; });
+      break;
+    }
+    const std::size_t end = std::min(kValues, k + static_cast<std::size_t>(token.repeat));
+    quoted = token.quoted;
+    for (; k < end; ++k) {
+      value[k] = token.text;
+      const bool empty = token.kind == Token::Kind::kNull && k < kText;
+      if (empty) empty_.add(line, [&] { return std::string(kNames[k]) + " is empty : 0 is taken"; });
+    }
+  }
+  add_text(line, text, value[kEbv], value[kText]);
+}
+
+// A comma in the middle of a number parts it in two, of which the second looks like the text.
+void DataRemarks::add_text(std::int64_t line, std::string_view record, const std::string& ebv,
+                           const std::string& text) {
+  const bool one_comma = std::count(record.begin(), record.end(), ',') == 1;
+  if (one_comma && is_digits(text) && record.find(ebv + "," + text) != std::string_view::npos &&
+      ebv.find('.') == std::string::npos) {
+    comma_.add(line, [&] { return "ebv is read as " + ebv + " and optional_text as " + text +
+                                  " : expected a decimal point"; });
+  }
+  if (text.size() > kTextWidth) {
+    long_text_.add(line, [&] { return "optional_text " + printable(text) +
+                                      " is cut : expected at most 15 characters"; });
+  }
+}
+
+void DataRemarks::add_animal(std::int64_t line, const Pedigree& pedigree, std::int32_t i) {
+  if (used_.size() == 0) used_.assign(pedigree.maxid, 0);
+  for (const int k : {1, 2}) add_parent(line, pedigree, i, k);
+  if (pedigree.sire(i) != 0 && pedigree.sire(i) == pedigree.dam(i)) {
+    selfed_.add(line, [&] { return id_text(pedigree, pedigree.sire(i)) + " is sire and dam of one animal"; });
+  }
+  add_birth_time(line, pedigree.btime(i));
+}
+
+void DataRemarks::add_parent(std::int64_t line, const Pedigree& pedigree, std::int32_t i, int k) {
+  const std::int32_t p = pedigree.newped(k, i);
+  if (p == 0) return;
+  const int other = 3 - k;
+  if (pedigree.sex(p) == other) {
+    wrong_sex_[static_cast<std::size_t>(k - 1)].add(line, [&] {
+      return std::string(k == 1 ? "sire " : "dam ") + id_text(pedigree, p) + " is recorded as a " +
+             (k == 1 ? "female" : "male");
+    });
+  }
+  const int before = used_(p);
+  used_(p) = static_cast<char>(before | k);
+  if (used_(p) == 3 && before != 3) {
+    both_.add(line, [&] { return id_text(pedigree, p) + " is a sire and a dam"; });
+  }
+}
+
+void DataRemarks::add_birth_time(std::int64_t line, std::int32_t btime) {
+  if (looks_like_a_date(btime)) {
+    date_.add(line, [&] { return "birth_time " + std::to_string(btime) +
+                                 " looks like a date : expected a time step, as a year"; });
+  }
+  first_ = any_ ? std::min(first_, btime) : btime;
+  last_ = any_ ? std::max(last_, btime) : btime;
+  any_ = true;
+}
+
+void DataRemarks::tell(Units& units, const std::string& file) const {
+  if (unread_ > 0) {
+    units.tell(file + ":" + std::to_string(end_line_) + ": fewer than three values end the data : " +
+               std::to_string(unread_) + " lines are not read");
+  }
+  for (const Finding* finding :
+       {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_, &wrong_sex_[0],
+        &wrong_sex_[1], &both_, &selfed_, &date_}) {
+    finding->tell(units, file);
+  }
+  if (std::int64_t{last_} - first_ > kLongestSpan) {
+    units.tell(file + ": birth times from " + std::to_string(first_) + " to " +
+               std::to_string(last_) + " : expected at most 1000 time steps");
+  }
+}
+
+}  // namespace qob

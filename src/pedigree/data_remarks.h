@@ -1,0 +1,46 @@
+// What is odd in a data file and yet no fault: most often a mistake that gives another plan.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/finding.h"
+#include "core/tables.h"
+#include "pedigree/pedigree.h"
+
+namespace qob {
+
+// Of a record only so many characters are read.
+inline constexpr std::size_t kLineWidth = 120;
+
+class DataRemarks {
+ public:
+  // A line behind the records, from the one on that ended them.
+  void add_unread_line(std::int64_t line, std::string_view text);
+  // A line that holds a record, as it stands in the file.
+  void add_record(std::int64_t line, std::string_view text);
+  // The animal of a record that has been entered, once all that it names have been.
+  void add_animal(std::int64_t line, const Pedigree& pedigree, std::int32_t i);
+
+  // file: the data file.
+  void tell(Units& units, const std::string& file) const;
+
+ private:
+  void add_values(std::int64_t line, std::string_view text);
+  void add_text(std::int64_t line, std::string_view record, const std::string& ebv,
+                const std::string& text);
+  void add_parent(std::int64_t line, const Pedigree& pedigree, std::int32_t i, int k);
+  void add_birth_time(std::int64_t line, std::int32_t btime);
+
+  std::int64_t end_line_ = 0, unread_ = 0;  // the line that ended the records, lines behind it
+  Finding cut_, behind_slash_, empty_, many_, comma_, long_text_;
+  std::array<Finding, 2> wrong_sex_;  // of sires, of dams
+  Finding both_, selfed_, date_;
+  Table<char> used_;  // as a sire (1), as a dam (2)
+  std::int32_t first_ = 0, last_ = 0;  // birth times
+  bool any_ = false;
+};
+
+}  // namespace qob
