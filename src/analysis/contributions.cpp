@@ -13,6 +13,10 @@ namespace {
 
 constexpr std::int32_t kLargest = 50;  // contributions listed in maxgcfile
 
+// Lines of founders, in all, and for each animal of the data.
+constexpr std::int64_t kMostFounderLines = 1000000;
+constexpr std::int64_t kMostByAnimal = 100;
+
 // Average relationships with the animals of one group, and contributions to them, by animal.
 struct GroupVectors {
   Table<double> r;
@@ -58,6 +62,8 @@ class ContributionReport {
   void answer_group(std::int32_t ancestor);
   bool take_named_group();
   void ignore_request();
+  void tell(const std::string& text);
+  void count_founder_lines();
   std::string_view gcfile() const { return run_.parameters.files.gcfile.trimmed(); }
 
   Run& run_;
@@ -65,6 +71,8 @@ class ContributionReport {
   Pedigree& pedigree_;  // its identifiers grow by what requests name
   const Cohorts& cohorts_;
   std::int32_t group_;  // that the last request named, at first the last group
+  std::int64_t request_line_ = 0;   // of the parameter file
+  std::int64_t founder_lines_ = 0;  // written to gcfile
   Unit gc_{16};
   Unit maxgc_{17};
 };
@@ -117,10 +125,19 @@ void ContributionReport::list_founders(const GroupVectors& v) {
   for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
     const int known = (pedigree_.oldped(i, 2) != 0) + (pedigree_.oldped(i, 3) != 0);
     if (known == 2) continue;
+    count_founder_lines();
     const double weight = known == 0 ? 1.0 : 0.5;
     write(gc_, "(I12,A12,I12,I8,2F10.6,1X,2A)", pedigree_.oldped(i, 1), "0", cohorts_.btime(group_),
           cohorts_.n(group_), v.r(i), weight * v.c(i), pedigree_.txt(i), " founder");
   }
+}
+
+// A request repeats all founders: what is written is not to outgrow the data.
+void ContributionReport::count_founder_lines() {
+  const std::int64_t most = std::max(kMostFounderLines, kMostByAnimal * pedigree_.maxid);
+  if (++founder_lines_ <= most) return;
+  handle_error(units_, "ERROR in namelist Contrib. Requests for groups give more than ", most,
+               " lines of ", gcfile());
 }
 
 void ContributionReport::list_largest(GroupVectors& v) {
@@ -141,6 +158,7 @@ bool ContributionReport::read_request() {
   const Group group = group_of(request);
   int status = run_.parameter_file.find(group);
   if (status == kEndOfFile) return false;
+  request_line_ = run_.parameter_file.group_line();
   if (status == 0) status = run_.parameter_file.read_items(group);
   if (status != 0) {
     handle_error(units_, ErrorValue{status}, "Error in reading parameter file, namelist Contrib");
@@ -165,9 +183,20 @@ void ContributionReport::answer_request(bool first) {
   } else if (ancestor > 0) {
     take_named_group() ? answer_group(ancestor) : ignore_request();
   } else if (request.group != 0 || first) {
-    take_named_group();
+    if (!take_named_group() && request.group != 0) {
+      tell("no animal is born in group = " + std::to_string(request.group) +
+           " : the contributions to " + std::to_string(cohorts_.btime(group_)) + " are given");
+    }
     report_group();
+  } else {
+    tell("is not answered : expected an ancestor or a group");
   }
+}
+
+// Tells of the request, on standard error.
+void ContributionReport::tell(const std::string& text) {
+  units_.tell(printable(run_.parameters.files.qobparmfile.trimmed()) + ":" +
+              std::to_string(request_line_) + ": &Contrib " + text);
 }
 
 // Returns whether the request names a group that has members.
@@ -186,6 +215,7 @@ bool ContributionReport::find_animals(std::int32_t& ancestor, std::int32_t& desc
   if (ancestor > 0 && descendant > 0 && ancestor > descendant) std::swap(ancestor, descendant);
   if (std::max(ancestor, descendant) > pedigree_.maxid) {
     write_list(units_.log, " ERROR in namelist Contrib. ID too large");
+    tell("is not answered : expected identifiers of the data file");
     return false;
   }
   return true;
@@ -204,6 +234,7 @@ bool ContributionReport::find(std::int32_t id, std::int32_t& number) {
   Unit& log = units_.log;
   write_list(log, " ERROR in namelist Contrib. Animal not in pedigree : ", id);
   write_list(log, " Request ignored");
+  tell("is not answered : " + std::to_string(id) + " is not in the data file");
   return false;
 }
 
@@ -237,6 +268,7 @@ void ContributionReport::ignore_request() {
   both_list(units_.out, units_.log, " Ancestor=", request.ancestor,
             " Descendant=", request.descendant, " Group=", request.group,
             " Namelist Contrib ignored");
+  tell("is not answered : expected a descendant, or a group in which animals are born");
 }
 
 }  // namespace

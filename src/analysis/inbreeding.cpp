@@ -5,6 +5,7 @@
 #include "analysis/kernels/inbreeding_columns.h"
 #include "analysis/kernels/inbreeding_walks.h"
 #include "core/format.h"
+#include "core/progress.h"
 
 namespace qob {
 namespace {
@@ -18,12 +19,13 @@ Table<std::int32_t, 0> levels(const Table2<std::int32_t>& newped) {
 }
 
 // Reports every 1000 animals, in animal order.
-class Progress {
+class FinishedAnimals {
  public:
-  Progress(const InbreedingWork& work, Unit& out) : work_(work), out_(out) {}
+  FinishedAnimals(const InbreedingWork& work, Unit& out) : work_(work), out_(out) {}
 
   // The animals up to this level, and those with an unknown parent, have their coefficients.
-  void finished(std::int32_t level) {
+  void report(std::int32_t level) {
+    progress_.show(static_cast<double>(next_) / static_cast<double>(work_.level.size()));
     for (; next_ < work_.level.size(); ++next_) {
       if (work_.level(next_) > level && work_.both_parents_known(next_)) return;
       if (next_ % 1000 == 0) write_list(out_, "Finished ", next_, " animals");
@@ -34,6 +36,7 @@ class Progress {
   const InbreedingWork& work_;
   Unit& out_;
   std::int32_t next_ = 1;
+  Progress progress_{"Inbreeding"};
 };
 
 }  // namespace
@@ -46,8 +49,8 @@ void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0
   InbreedingWork work{newped, f, pedigree_of_parents(newped), levels(newped), {}};
   work.parent_f.assign(std::int64_t{work.parents.count()} + 1, 0.0);
   work.parent_f(0) = -1.0;
-  Progress progress(work, out);
-  const auto finished = [&](std::int32_t level) { progress.finished(level); };
+  FinishedAnimals animals(work, out);
+  const auto finished = [&](std::int32_t level) { animals.report(level); };
   inbreeding_by_columns(work, finished);
   inbreeding_by_walks(work, kExactLevel, finished);
 }

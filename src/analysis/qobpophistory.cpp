@@ -140,6 +140,15 @@ void write_summary(Units& units, const Pedigree& pedigree, const Cohorts& cohort
   write_list(units.log, " Written summary of inbreeding to results file");
 }
 
+// The last group is the one that appears last, which need not be the youngest.
+void remark_on_last_group(Units& units, const Cohorts& cohorts) {
+  const std::int32_t youngest = *std::max_element(cohorts.btime.begin(), cohorts.btime.end());
+  const std::int32_t last = cohorts.btime(cohorts.count());
+  if (last == youngest) return;
+  units.tell("The last group of the data file is born in " + std::to_string(last) + ", not in " +
+             std::to_string(youngest) + " : contributions are to that of " + std::to_string(last));
+}
+
 }  // namespace
 
 void pophistory(Run& run, Pedigree& pedigree) {
@@ -163,6 +172,7 @@ void pophistory(Run& run, Pedigree& pedigree) {
   });
   allocate(units, "Error in allocating memory in SubRoutine PopHistory (2)",
            [&] { contributions(run, pedigree, cohorts); });
+  remark_on_last_group(units, cohorts);
 }
 
 }  // namespace qob

@@ -8,7 +8,8 @@
 namespace qob {
 namespace {
 
-constexpr std::size_t kLineWidth = 120;    // what follows is not looked at
+constexpr std::size_t kLineWidth = 120;    // what follows is not read
+constexpr std::size_t kLongestLine = std::size_t{1} << 20U;  // of which remarks are made
 constexpr std::size_t kIntegerWidth = 11;  // of 32 bits with sign
 constexpr std::int64_t kProgressStep = 1'000'000;
 
@@ -34,8 +35,9 @@ void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
 void RelationshipWriter::close() { closeresultsfile(units_, file_); }
 
 RelationshipReader::RelationshipReader(Run& run, const Pedigree& pedigree, Reading reading)
-    : units_(run.journal.units), pedigree_(pedigree), reading_(reading), file_(kLineWidth) {
+    : units_(run.journal.units), pedigree_(pedigree), reading_(reading), file_(kLongestLine) {
   const std::string path(adjustl_trim(run.parameters.relationship.gfile));
+  file_name_ = printable(path);
   if (reading == Reading::kMatrix && !InputFile::exists(path)) {
     handle_error(units_, "ERROR Relationship File not found : ", path);
   }
@@ -47,18 +49,21 @@ RelationshipReader::RelationshipReader(Run& run, const Pedigree& pedigree, Readi
 }
 
 bool RelationshipReader::next(Record& record) {
-  std::string_view line;
-  int status = file_.next_line(line);
+  std::string_view whole;
+  int status = file_.next_line(whole);
   if (status == kEndOfFile) return false;
   if (status != 0) stop_at_unreadable(records_ + 1, status);
   ++records_;
+  const std::string_view line = whole.substr(0, kLineWidth);
   status = read_list(line, id_[0], id_[1], a_);
+  look_at(whole, line, status);
   if (status == kMalformed) {
     write_list(units_.out, "Record read ", printable(line));
     stop_at_unreadable(records_, status);
   }
   if (records_ % kProgressStep == 0) {
     write_list(units_.out, "Finished ", records_, " records");
+    progress_.show(file_.share_read());
   }
   // Files go through the pairs of an animal one after another.
   record.i = number_of(id_[0], number_[0], line);
@@ -66,6 +71,23 @@ bool RelationshipReader::next(Record& record) {
   record.a = a_;
   number_ = {record.i, record.j};
   return true;
+}
+
+void RelationshipReader::look_at(std::string_view line, std::string_view read, int status) {
+  if (line.size() > read.size() && !is_blank_text(line.substr(read.size()))) {
+    cut_.add(records_, [] { return "longer than 120 characters : the others are not read"; });
+  }
+  if (status == kEndOfFile) {
+    fewer_.add(records_, [] {
+      return "fewer than three values : those that are missing are taken from the line before";
+    });
+  } else if (count_words(read) > 3) {
+    more_.add(records_, [&] { return "more than three values : " + printable(read); });
+  }
+}
+
+void RelationshipReader::tell_odd_lines() const {
+  for (const Finding* finding : {&cut_, &more_, &fewer_}) finding->tell(units_, file_name_);
 }
 
 void RelationshipReader::stop_at_unreadable(std::int64_t line, int status) {

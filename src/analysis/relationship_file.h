@@ -8,8 +8,11 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
+#include "core/finding.h"
+#include "core/progress.h"
 #include "core/qobtypestools.h"
 #include "pedigree/pedigree.h"
 
@@ -50,21 +53,27 @@ class RelationshipReader {
   // False at the end of the file. A record that cannot be read or names an animal that the data
   // file does not hold stops the run. Reports progress on standard output.
   bool next(Record& record);
+  // Tells, on standard error, which lines hold something else than three values.
+  void tell_odd_lines() const;
   // Lines read.
   std::int64_t records() const { return records_; }
 
  private:
   [[noreturn]] void stop_at_unreadable(std::int64_t line, int status);
+  void look_at(std::string_view line, std::string_view read, int status);
   std::int32_t number_of(std::int32_t id, std::int32_t guess, std::string_view line);
 
   Units& units_;
   const Pedigree& pedigree_;
   Reading reading_;
+  std::string file_name_;
   InputFile file_;
   std::array<std::int32_t, 2> id_ = {0, 0};
   std::array<std::int32_t, 2> number_ = {0, 0};  // of the animals of the line before
   double a_ = 0.0;
   std::int64_t records_ = 0;
+  Finding cut_, more_, fewer_;
+  Progress progress_{"Relationship file"};
 };
 
 }  // namespace qob

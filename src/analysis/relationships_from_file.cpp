@@ -30,6 +30,7 @@ struct FileContents {
   Table<char> read;           // per animal: its diagonal record was read
   std::int64_t records = 0;   // lines
   std::int64_t elements = 0;  // records of two candidates
+  bool related = false;       // two animals are
   double largest = 0.0;       // absolute relationship
 };
 
@@ -52,6 +53,7 @@ void enter(const RelationshipReader::Record& record, const Cohorts& cohorts, Ped
   const auto& [i, j, a] = record;
   contents.largest = std::max(contents.largest, std::abs(a));
   GroupRelationships& group = contents.groups(cohorts.cohort(i));
+  contents.related = contents.related || (i != j && a != 0.0);
   if (i == j) {
     pedigree.f(i) = a - 1.0;
     ++group.on_file;
@@ -78,6 +80,7 @@ FileContents read_file(Units& units, RelationshipReader& file, const Cohorts& co
   pedigree.f.fill(0.0);
   RelationshipReader::Record record;
   while (file.next(record)) enter(record, cohorts, pedigree, relationship, contents);
+  file.tell_odd_lines();
   contents.records = file.records();
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
     GroupRelationships& group = contents.groups(cohorts.cohort(i));
@@ -114,9 +117,14 @@ void report_elements(Units& units, std::string_view gfile, std::int64_t size,
   write_list(log, "Read ", contents.elements, " elements of relationship matrix for candidates");
   const float percent = size == 0 ? 0.0F : 100.0F * single(contents.elements) / single(size);
   write(log, "(A7,F5.1,A17)", " ", percent, "% of all elements");
-  if (contents.largest <= kLargestExpected) return;
-  write_list(units.err, "WARNING: Largest relationship in file : ", contents.largest,
-             " , in per cent? Fully inbred animals have 2.0 with themselves");
+  const std::string file = printable(gfile);
+  if (!contents.related) {
+    units.tell(file + ": no two animals have a relationship other than 0 : all are unrelated");
+  }
+  if (contents.largest > kLargestExpected) {
+    units.tell(file + ": largest relationship " + shortest(contents.largest) +
+               ", in per cent? Fully inbred animals have 2.0 with themselves");
+  }
 }
 
 void drop_missing_candidates(Unit& log, const Relationship& relationship,

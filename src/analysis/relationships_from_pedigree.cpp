@@ -8,6 +8,7 @@
 #include "analysis/kernels/product_lanes.h"
 #include "analysis/relationship_file.h"
 #include "core/numbers.h"
+#include "core/progress.h"
 
 namespace qob {
 namespace {
@@ -47,7 +48,9 @@ class MatrixFromPedigree {
   }
 
   void compute() {
+    Progress progress("Relationships");
     for (std::size_t first = 0; first < needed_.size(); first += ProductLanes::kLanes) {
+      progress.show(static_cast<double>(first) / static_cast<double>(needed_.size()));
       const std::size_t past = std::min(first + ProductLanes::kLanes, needed_.size());
       for (std::size_t at = first; at < past; ++at) {
         product_.add(needed_[at].number, static_cast<int>(at - first), 1.0);

@@ -1,6 +1,7 @@
 #include "core/format.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/edit.h"
 
@@ -24,6 +25,18 @@ void edit(std::string& out, const Descriptor& step, const Item& item) {
         edit_text(out, item.text, step.width);
       }
   }
+}
+
+// How the item is shown whose field begins at `field`.
+Shown shown(const std::string& out, std::size_t field, const Item& item) {
+  if (item.kind == ItemKind::kText) return Shown::kAsItIs;
+  if (item.kind == ItemKind::kReal && !std::isfinite(item.real)) return Shown::kNoNumber;
+  const auto is_of_number = [&](std::size_t at) {
+    return (out[at] >= '0' && out[at] <= '9') || out[at] == '-';
+  };
+  const bool runs_in = item.kind == ItemKind::kInteger && field > 0 && is_of_number(field) &&
+                       is_of_number(field - 1);
+  return out.back() == '*' || runs_in ? Shown::kTooWide : Shown::kAsItIs;
 }
 
 // The record in the making and the place in its last line where the next field begins, which
@@ -65,16 +78,21 @@ class Record {
 
 }  // namespace
 
-void append_items(std::string& out, std::string_view format, std::span<const Item> items) {
+Shown append_items(std::string& out, std::string_view format, std::span<const Item> items) {
   Record record(out);
   FormatReader reader(format);
   auto item = items.begin();
+  Shown worst = Shown::kAsItIs;
   for (;;) {
     const Descriptor step = reader.next();
     const auto width = static_cast<std::size_t>(step.width);
     if (step.takes_item()) {
-      if (item == items.end()) return;
-      record.put([&](std::string& text) { edit(text, step, *item); });
+      if (item == items.end()) return worst;
+      record.put([&](std::string& text) {
+        const std::size_t field = text.size();
+        edit(text, step, *item);
+        worst = std::max(worst, shown(text, field, *item));
+      });
       ++item;
     } else if (step.code == 'X') {
       record.skip(width);
@@ -83,7 +101,7 @@ void append_items(std::string& out, std::string_view format, std::span<const Ite
     } else if (step.code == '"') {
       record.put([&](std::string& text) { text.append(step.literal); });
     } else {
-      if (step.code != '/' && item == items.end()) return;
+      if (step.code != '/' && item == items.end()) return worst;
       if (step.code == ')') reader.revert();
       record.end_line();
     }

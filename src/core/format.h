@@ -269,8 +269,8 @@ using Format = FormatFor<std::type_identity_t<Items>...>;
 
 // Carries out `format`, which `check_format` has found good for these items, and appends the
 // record to `out`. Lines are joined by line feeds; columns that are only skipped are blank, and not
-// written at the end of a line.
-void append_items(std::string& out, std::string_view format, std::span<const Item> items);
+// written at the end of a line. Returns how the value was shown that fits worst.
+Shown append_items(std::string& out, std::string_view format, std::span<const Item> items);
 // A line without a format: a blank, then texts as they are, integers right-aligned in 12 columns
 // (more if they need them), reals as a blank and their shortest form.
 std::string format_list_items(std::span<const Item> items);
@@ -292,16 +292,18 @@ std::string format_list(const Items&... items) {
 // Writes a record to `unit`.
 template <class... Items>
 void write(Unit& unit, Format<Items...> format, const Items&... items) {
-  append_items(unit.new_line(), format.text(), std::array<Item, sizeof...(Items)>{Item(items)...});
-  unit.end_line();
+  const std::array<Item, sizeof...(Items)> list{Item(items)...};
+  unit.end_line(append_items(unit.new_line(), format.text(), list));
 }
 
 // Writes a record to `first` and then to `second`.
 template <class... Items>
 void both(Unit& first, Unit& second, Format<Items...> format, const Items&... items) {
-  const std::string record = formatted<Items...>(format, items...);
-  first.write_line(record);
-  second.write_line(record);
+  std::string record;
+  const std::array<Item, sizeof...(Items)> list{Item(items)...};
+  const Shown shown = append_items(record, format.text(), list);
+  first.write_line(record, shown);
+  second.write_line(record, shown);
 }
 
 // Writes a line without a format to `unit`.

@@ -78,7 +78,8 @@ int NamelistFile::set(const Group& group, const Key* key, const Token& token) {
     return malformed(token, std::string(key->name) + " = " + printable(token.text) +
                                 " : expected " + std::string(key->expected));
   }
-  given_.push_back({token.line, key, key->width > 0 && trim(token.text).size() > key->width});
+  const bool cut = key->width > 0 && trim(token.text).size() > key->width;
+  given_.push_back({token.line, key, std::string(cut ? token.text : "")});
   return 0;
 }
 

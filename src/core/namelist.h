@@ -80,7 +80,8 @@ class NamelistFile {
   struct Given {
     std::int64_t line;
     const Key* key;
-    bool cut;  // a text that is longer than its variable
+    std::string whole;  // of a text that is longer than its variable
+    bool is_cut() const { return !whole.empty(); }
   };
 
   NamelistFile() : lexer_([this](std::string_view& line) { return next_line(line); }) {}

@@ -60,6 +60,7 @@ void openresultsfile(Run& run, std::string_view prefix, std::string_view name, U
 
 void closeresultsfile(Units& units, Unit& unit) {
   const int status = unit.close();
+  if (&unit != &units.log) units.tell_unshown(unit);
   if (status == 0) return;
   write_list(units.err, unit.path(), " : ", error_text(status));
   handle_error(units, ErrorValue{status}, "ERROR in closing unit ", unit.number());

@@ -49,7 +49,7 @@ void refuse_locked(Run& run, const std::string& path);
 // Opens the result file `name` behind the results prefix, from its start. A failure stops the run.
 void openresultsfile(Run& run, std::string_view prefix, std::string_view name, Unit& unit,
                      OutputFile::Show show = OutputFile::Show::kWhenComplete);
-// Closes it. A failure stops the run.
+// Closes it. A failure stops the run. Values of results that were not shown as they are are told.
 void closeresultsfile(Units& units, Unit& unit);
 
 // Moves the result files of an earlier run aside, through the shell, whose outcome is ignored

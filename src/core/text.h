@@ -11,6 +11,22 @@ namespace qob {
 // What separates values.
 inline bool is_blank(char c) { return c == ' ' || c == '\t'; }
 
+inline bool is_blank_text(std::string_view text) {
+  return text.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+// How many words a line has that blanks or commas part.
+inline std::size_t count_words(std::string_view line) {
+  std::size_t words = 0;
+  bool within = false;
+  for (const char c : line) {
+    const bool part = !is_blank(c) && c != ',';
+    words += part && !within ? 1 : 0;
+    within = part;
+  }
+  return words;
+}
+
 // What no text holds: a NUL, an escape, a line end of another system within a line, ...
 inline bool is_control(char c) {
   return (static_cast<unsigned char>(c) < ' ' && c != '\t') || c == '\x7f';

@@ -1,5 +1,6 @@
 #include "core/unit.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/stop.h"
@@ -8,6 +9,8 @@
 namespace qob {
 
 int Unit::open_write(const std::string& path, OutputFile::Show show) {
+  lines_ = 0;
+  unshown_ = {};
   return file_.open(path, show);
 }
 
@@ -15,13 +18,18 @@ void Unit::open_standard_output() { file_.take(StandardStream::kOutput, "standar
 
 void Unit::open_standard_error() { file_.take(StandardStream::kError, "standard error"); }
 
-void Unit::write_line(std::string_view line) {
+void Unit::write_line(std::string_view line, Shown shown) {
   new_line().append(line);
-  end_line();
+  end_line(shown);
 }
 
-void Unit::end_line() {
+void Unit::end_line(Shown shown) {
   line_.push_back('\n');
+  lines_ += std::count(line_.begin(), line_.end(), '\n');
+  if (shown != Shown::kAsItIs) {
+    Unshown& found = unshown_[static_cast<std::size_t>(shown)];
+    if (found.count++ == 0) found.line = lines_;
+  }
   if (memory_ != nullptr) {
     memory_->append(line_);
   } else if (file_.is_open()) {

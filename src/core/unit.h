@@ -2,12 +2,22 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "system/output_file.h"
 
 namespace qob {
+
+// How a value was shown: as it is, so wide that its column is full of stars or runs into the one
+// before, or as what is no number (0/0, or beyond the largest one).
+enum class Shown : std::uint8_t { kAsItIs, kTooWide, kNoNumber };
+
+// Values of a file that were not shown as they are: the line of the first, counted from 1.
+struct Unshown {
+  std::int64_t line = 0, count = 0;
+};
 
 // A write that the system refuses stops the program with the file's name and what the system says.
 class Unit {
@@ -34,13 +44,15 @@ class Unit {
 
   // Writes `line` and a line end; `line` may hold line feeds of its own. Does nothing on a unit
   // that is not open.
-  void write_line(std::string_view line);
+  void write_line(std::string_view line, Shown shown = Shown::kAsItIs);
   // The same for a line that is made in place: an empty text to append to, and its end.
   std::string& new_line() {
     line_.clear();
     return line_;
   }
-  void end_line();
+  void end_line(Shown shown = Shown::kAsItIs);
+  // Lines of the file that was opened last with values that were shown so.
+  const Unshown& unshown(Shown how) const { return unshown_[static_cast<std::size_t>(how)]; }
 
   // Returns 0, or the system's error number when the last lines could not be written.
   int close();
@@ -52,7 +64,9 @@ class Unit {
   std::array<Unit*, 2> told_ = {nullptr, nullptr};
   OutputFile file_;
   std::string* memory_ = nullptr;
-  std::string line_;  // in the making
+  std::string line_;            // in the making
+  std::int64_t lines_ = 0;      // written to the file
+  std::array<Unshown, 3> unshown_;
 };
 
 }  // namespace qob

@@ -11,6 +11,19 @@ constexpr std::size_t kLongestMessage = 255;
 
 }  // namespace
 
+void Units::tell_unshown(const Unit& unit) {
+  const auto tell_lines = [&](const Unshown& lines, const std::string& text) {
+    if (lines.count == 0) return;
+    const std::string more =
+        lines.count > 1 ? " ... and " + std::to_string(lines.count - 1) + " more" : std::string();
+    tell(printable(unit.path()) + ":" + std::to_string(lines.line) + ": " + text + more);
+  };
+  tell_lines(unit.unshown(Shown::kTooWide), "a number fills its column : expected fewer digits");
+  tell_lines(unit.unshown(Shown::kNoNumber),
+             "a value that is no number : 0/0, as alpha of a group that is fully inbred, or sums "
+             "beyond 1.8E308, of relationships or breeding values");
+}
+
 void stop_with_message(Units& units, std::string_view message, std::optional<ErrorValue> value) {
   message = trim(message.substr(0, kLongestMessage));
   const std::string line = value ? formatted("(2A,I5)", message, " Value of error: ", value->value)

@@ -31,6 +31,9 @@ struct Units {
     if (!quiet) err.write_line(remark);
   }
 
+  // The same of values of a file that its columns could not show.
+  void tell_unshown(const Unit& unit);
+
   // A refused write to `unit` is told on the log and on standard output before it ends the program.
   void take_up(Unit& unit) { unit.tell_faults_to(&log, &out); }
 };

@@ -61,7 +61,7 @@ bool Look::read(const Group& group) {
 // another file.
 void Look::check_widths() {
   for (const NamelistFile::Given& given : file_.given()) {
-    if (!given.cut) continue;
+    if (!given.is_cut()) continue;
     const std::string key(given.key->name);
     if (given.key->width == kNameWidth) {
       handle_error(units_, "ERROR in reading QOB Parameter file, ", key, " is longer than",
@@ -140,6 +140,13 @@ void Look::look() {
   tell_option("matingstrategy", p_.mating.matingstrategy, {"random", "mai"}, "'random'");
 }
 
+// What was meant by a name that is too long for its variable.
+void take_up_whole(const NamelistFile& file, std::vector<std::string>& inputs) {
+  for (const NamelistFile::Given& given : file.given()) {
+    if (given.is_cut()) inputs.emplace_back(adjustl_trim(given.whole));
+  }
+}
+
 }  // namespace
 
 void know_inputs(Run& run) {
@@ -149,8 +156,10 @@ void know_inputs(Run& run) {
   DataParameters data;
   RelationshipMatrix relationship;  // faults are told when their turn comes
   if (file.open(path_of(run)) != 0 || file.read(group_of(data)) != 0) return;
+  take_up_whole(file, inputs);
   inputs.emplace_back(adjustl_trim(data.datafile));
   const bool read = file.rewind() == 0 && file.read(group_of(relationship)) == 0;
+  take_up_whole(file, inputs);
   if (!read || option_text(relationship.source) != "pedigree") {
     inputs.emplace_back(adjustl_trim(relationship.gfile));
   }

@@ -1,4 +1,5 @@
-// The program: one argument, the parameter file.
+// The program: its arguments, the parameter file first of all.
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <string_view>
@@ -18,5 +19,5 @@ int main(int argc, char** argv) {
   std::set_new_handler([] { qob::stop(qob::kOutOfMemory); });
   std::set_terminate([] { qob::stop(qob::what_nothing_caught()); });
   qob::Run run;
-  qob::run(run, argc > 1 ? argv[1] : nullptr);
+  qob::run(run, {argv + std::min(argc, 1), argv + argc});
 }

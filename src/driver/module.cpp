@@ -27,7 +27,7 @@ void throw_end(std::string_view text, int status) {
 End end_of_run(const char* parameter_file) {
   try {
     qob::Run run;
-    qob::run(run, parameter_file);
+    qob::run(run, {parameter_file});
   } catch (End& end) {
     return std::move(end);
   } catch (...) {

@@ -21,18 +21,24 @@ namespace qob {
 namespace {
 
 constexpr std::size_t kLongestFileName = 255;
+bool is_quiet(std::string_view argument) { return argument == "--quiet"; }
+
 constexpr std::string_view kLogRule = "---------------------------------------------------------";
 
-void take_argument(Run& run, const char* argument) {
+void take_arguments(Run& run, Arguments arguments) {
   Units& units = run.journal.units;
   Unit& out = units.out;
-  if (argument == nullptr) {
+  units.quiet = std::erase_if(arguments, is_quiet) > 0;
+  if (arguments.empty()) {
     write_list(out, "Filename not specified in command line. Default QOB.PRM assumed");
     stop("ERROR  Parameter file not specified when calling QOB ");
   }
+  for (std::size_t k = 1; k < arguments.size(); ++k) {
+    units.tell("qob: " + printable(arguments[k]) + " is not read : expected one parameter file");
+  }
   Text<255>& name = run.parameters.files.qobparmfile;
-  name = argument;
-  if (std::strlen(argument) > kLongestFileName) {
+  name = arguments.front();
+  if (std::strlen(arguments.front()) > kLongestFileName) {
     handle_error(units, ErrorValue{-1}, "ERROR: Invalid command argument (filename)");
   }
   write_list(out, "Command line argument read : ", printable(name));
@@ -102,12 +108,12 @@ void read_data_parameters(Run& run) {
   take_up_copy(run);
 }
 
-void start(Run& run, const char* argument) {
+void start(Run& run, const Arguments& arguments) {
   Units& units = run.journal.units;
   units.out.open_standard_output();
   units.err.open_standard_error();
   write_list(units.out, "QOB initialising");
-  take_argument(run, argument);
+  take_arguments(run, arguments);
   start_watches(run.journal.watches);
   know_inputs(run);
   open_log(run);
@@ -136,8 +142,8 @@ bool matings_are_wanted(Run& run) {
 
 // The road of one animal, from a line of the data file to a line of the mating list. It ends
 // with the population's history, or with the relationships, where no more is wanted.
-void carry_out(Run& run, const char* argument) {
-  start(run, argument);
+void carry_out(Run& run, const Arguments& arguments) {
+  start(run, arguments);
   Pedigree pedigree = readrecode(run);  // who there is
   renameoldresultfiles(run, run.parameters.data.resultsdirectory);
   end_initialisation(run.journal);
@@ -156,8 +162,8 @@ void carry_out(Run& run, const char* argument) {
 
 }  // namespace
 
-void run(Run& run, const char* argument) {
-  if (!memory_suffices([&] { carry_out(run, argument); })) {
+void run(Run& run, const Arguments& arguments) {
+  if (!memory_suffices([&] { carry_out(run, arguments); })) {
     both_list(run.journal.units.log, run.journal.units.out, kOutOfMemory);
   }
   stop(kOutOfMemory);

@@ -1,28 +1,21 @@
 #include "mating/mating_lists.h"
 
+#include <algorithm>
+#include <numeric>
 #include <string>
+#include <utility>
 
-#include "core/numbers.h"
-#include "core/sort.h"
 #include "mating/list_columns.h"
 
 namespace qob {
 namespace {
 
-// The rows of the mateset sire by sire, and by ascending female number within a sire, as far as a
-// key of single precision tells them apart: with thousands of candidates neighbours may change
-// places.
-Table<std::int32_t> rows_in_order(const Candidates& candidates, Mateset mateset) {
-  const std::int64_t n = mateset.nmatings();
-  Table<double> key(n, 0.0);
-  Table<std::int32_t> row(n, 0);
-  for (std::int64_t j = 1; j <= n; ++j) {
-    const float k = single(mateset.male(j)) +
-                    single(mateset.female(j)) / single(std::int64_t{candidates.nfcands} + 1);
-    key(j) = static_cast<double>(k);
-    row(j) = static_cast<std::int32_t>(j);
-  }
-  quick_sort(key, row, 1, n);
+// The rows of the mateset sire by sire, and by ascending female number within a sire.
+Table<std::int32_t> rows_in_order(Mateset mateset) {
+  Table<std::int32_t> row(mateset.nmatings(), 0);
+  std::iota(row.begin(), row.end(), 1);
+  const auto mating = [&](std::int32_t j) { return std::pair(mateset.male(j), mateset.female(j)); };
+  std::sort(row.begin(), row.end(), [&](auto a, auto b) { return mating(a) < mating(b); });
   return row;
 }
 
@@ -93,7 +86,7 @@ void Lists::write_matings() {
   write_legend(males);
   write(males, "(2A15,5A16,A20)", "Sire", "N.matings", "Prev.offspr", "Rel.males", "Rel.females",
         "Rel.males.sel", "Rel.females.sel", "Sire.txt");
-  const Table<std::int32_t> row = rows_in_order(candidates_, mateset_);
+  const Table<std::int32_t> row = rows_in_order(mateset_);
   std::int32_t sire = 0, dam = 0;  // of the line before
   std::int32_t nm = 0, nf = 0;     // matings running of the sire, of the dam
   for (std::int64_t line = 1; line <= row.size(); ++line) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/numbers.h"
+#include "core/progress.h"
 #include "mating/pair_count.h"
 
 namespace qob {
@@ -77,7 +78,9 @@ class MaximumAvoidance {
   bool run() {
     const std::int64_t n = mateset_.nmatings();
     std::int64_t budget = kPassesPerMating * n;
+    Progress progress("Pairing");
     for (int stall = kStall; budget >= 1 && stall >= 1; --budget) {
+      progress.show(1.0 - static_cast<double>(budget) / static_cast<double>(kPassesPerMating * n));
       if (pass()) {
         stall = kStall;
       } else {
@@ -193,6 +196,8 @@ void maximum_avoidance(const Candidates& candidates, const Relationship& relatio
                        bool repeatedmatings, Plan& plan, Units& units) {
   check_ranges(candidates, plan.best(), units);
   if (MaximumAvoidance(candidates, relationship, repeatedmatings, plan).run()) return;
+  units.tell("Optimisation of matings stopped before convergence : matings not necessarily minimise "
+             "inbreeding of offspring");
   write_list(units.log, "WARNING : Optimisation of matings stopped before convergence");
   write_list(units.log, "          Matings not necessarily minimise inbreeding of offspring");
 }

@@ -9,8 +9,10 @@ namespace qob {
 namespace {
 
 // More age classes than any population has: birth times of different kinds were mixed, dates and
-// an inserted parent's for example. Every class is a row of the tables.
-constexpr std::int64_t kMostAgeClasses = 1000000;
+// an inserted parent's for example. Every class is a row of the tables, which are not to outgrow
+// the data. An inserted parent beside years gives about 12,000.
+constexpr std::int64_t kMostAgeClasses = 25000;
+constexpr std::int64_t kMostByAnimal = 10;
 
 // Columns of real counts by age class.
 struct AgeColumns {
@@ -115,9 +117,10 @@ std::int64_t count_age_classes(const Pedigree& pedigree, std::int64_t next) {
 
 AgeStructure age_structure(const Pedigree& pedigree, const Candidates& candidates,
                            std::int64_t nage, Units& units) {
-  if (nage > kMostAgeClasses) {
+  const std::int64_t most = std::max(kMostAgeClasses, kMostByAnimal * pedigree.maxid);
+  if (nage > most) {
     handle_error(units, "ERROR in data : Birth times give too many age classes :", nage,
-                 " at most :", kMostAgeClasses);
+                 " at most :", most);
   }
   AgeStructure ages;
   ages.nage = nage;

@@ -23,6 +23,7 @@ struct Candidates {
   Table<double> merit;                     // estimated breeding value
   Table<std::int64_t> age;                 // age class, 1 = born in the last time step
   Table<double> f;                         // inbreeding coefficient
+  Table<char> unknown_parents;             // 1: at least one, by a pedigree that relates it
   Table<std::int32_t> previous_offspring;  // in the pedigree, as a sire or as a dam by its sex
   Table<std::int32_t> old_id;              // identifier in the data file
   Table<Text<15>> description;             // text in the data file
@@ -31,6 +32,7 @@ struct Candidates {
 
   bool is_male(std::int64_t i) const { return i >= 1 && i <= nmcands; }
   bool is_female(std::int64_t i) const { return i > nmcands && i <= ncands; }
+  bool has_unknown_parent(std::int32_t i) const { return unknown_parents(i) != 0; }
   // The candidates of a sex are first(sex)..last(sex).
   std::int32_t first(int sex) const { return sex == kMale ? 1 : nmcands + 1; }
   std::int32_t last(int sex) const { return sex == kMale ? nmcands : ncands; }

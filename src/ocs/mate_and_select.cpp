@@ -14,17 +14,6 @@ namespace {
 constexpr double kMutateAtRestart = 0.5;  // probability by slot and row
 constexpr double kDirectedAtExchange = 1.0;
 
-void rank_population(const Population& population, Ranking& ranking) {
-  const std::int32_t popsize = population.popsize();
-  ranking.key.assign(popsize, 0.0);
-  ranking.index.assign(popsize, 0);
-  for (std::int32_t k = 1; k <= popsize; ++k) {
-    ranking.key(k) = population.pop_value(k).fitness;
-    ranking.index(k) = k;
-  }
-  quick_sort(ranking.key, ranking.index, 1, popsize);
-}
-
 // Cumulative probabilities, in solution-number order, of being drawn as a parent: linear in the
 // rank, from 0 for the worst to twice the average for the best (Baker 1985). Ranks are divided in
 // single precision: so because a weight has always been held with so many digits, and a draw near
@@ -112,12 +101,28 @@ void Search::take_best(std::int64_t k) {
   standing_.best().copy_from(population_.pop(k));
 }
 
+// A goal that is no number has no order.
+void Search::rank_population() {
+  const std::int32_t popsize = population_.popsize();
+  ranking_.key.assign(popsize, 0.0);
+  ranking_.index.assign(popsize, 0);
+  for (std::int32_t k = 1; k <= popsize; ++k) {
+    const MatesetValue& value = population_.pop_value(k);
+    if (!is_number(problem_.objective, value)) {
+      handle_error(journal_.units, "ERROR: Evaluation value is not finite, check relationships");
+    }
+    ranking_.key(k) = value.fitness;
+    ranking_.index(k) = k;
+  }
+  quick_sort(ranking_.key, ranking_.index, 1, popsize);
+}
+
 // Ranks the population and takes up a better best solution. Returns whether there was one.
 // Generation 0 takes the worst solution as its first best: so because then any legal one that is
 // better takes its place as an improvement, and where none is legal there is a best to report all
 // the same.
 bool Search::update_best() {
-  rank_population(population_, ranking_);
+  rank_population();
   if (standing_.igeneration == 0) take_best(ranking_.index(1));
   bool improved = false;
   for (std::int32_t k = 1; k <= population_.popsize(); ++k) {
@@ -162,7 +167,7 @@ void Search::exchange(std::int64_t worst) {
 void Search::mate_and_select() {
   const Timed timed(journal_.watches, journal_.watches.matesel);
   const std::int32_t g = standing_.igeneration;
-  rank_population(population_, ranking_);
+  rank_population();
   replace_worst();
   if (g == 0) convergence_.open();
   const bool improved = update_best();

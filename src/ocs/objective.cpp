@@ -1,5 +1,6 @@
 #include "ocs/objective.h"
 
+#include <cmath>
 #include <string>
 
 #include "core/text.h"
@@ -18,6 +19,12 @@ Objective objective_of(const OCSParameters& p, const Goal& goal) {
   const double constraint =
       (2.0 - goal.last_rel) * p.dfconstraint / goal.last_genint + goal.last_rel;
   return {criterion_of(p.optimise), p.w_merit, p.w_relationship, constraint};
+}
+
+bool is_number(const Objective& objective, const MatesetValue& value) {
+  if (!std::isfinite(value.fitness)) return false;
+  return objective.criterion != Criterion::kConstraint ||
+         std::isfinite(value.relationship - objective.constraint);
 }
 
 }  // namespace qob

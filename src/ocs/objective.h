@@ -27,6 +27,10 @@ struct Objective {
 // relationship.
 Objective objective_of(const OCSParameters& p, const Goal& goal);
 
+// Whether the goal is a number for this value. A relationship that is none would keep every
+// constraint.
+bool is_number(const Objective& objective, const MatesetValue& value);
+
 // What matesets are judged by, constant during a search.
 struct Problem {
   const Selection& selection;

@@ -62,9 +62,6 @@ void report_warnings(const OCSParameters& p, const MatesetValue& best, Units& un
     say(units, "WARNING :   Check parameters");
     handle_error(units, "WARNING : A legal solution was NOT found, check parameters");
   }
-  if (!std::isfinite(best.fitness)) {
-    handle_error(units, "ERROR: Evaluation value is not finite, check relationships");
-  }
   if (best.rate > p.dfconstraint) {
     say(units, kRule);
     say(units,

@@ -64,6 +64,7 @@ class Search {
 
   void make_population();
   void mate_and_select();
+  void rank_population();
   bool update_best();
   void take_best(std::int64_t k);
   void replace_worst();

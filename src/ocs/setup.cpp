@@ -14,6 +14,7 @@
 #include "ocs/missing_candidates.h"
 #include "ocs/qobocs.h"
 #include "ocs/realised_contributions.h"
+#include "ocs/remarks.h"
 
 namespace qob {
 namespace {
@@ -38,6 +39,7 @@ void enter_candidate(const Pedigree& pedigree, std::int32_t i, Candidates& candi
   candidates.f(k) = pedigree.f(i);
   candidates.old_id(k) = pedigree.oldped(i, 1);
   candidates.description(k) = pedigree.txt(i);
+  candidates.unknown_parents(k) = pedigree.sire(i) == 0 || pedigree.dam(i) == 0 ? 1 : 0;
 }
 
 void fill_candidates(const Pedigree& pedigree, Candidates& candidates, Units& units) {
@@ -49,6 +51,7 @@ void fill_candidates(const Pedigree& pedigree, Candidates& candidates, Units& un
   candidates.f.assign(n, 0.0);
   candidates.old_id.assign(n, 0);
   candidates.description.assign(n, "");
+  candidates.unknown_parents.assign(n, 0);
   std::int32_t males = 0;
   std::int32_t females = candidates.nmcands;
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
@@ -89,6 +92,16 @@ void describe_last_generation(const Pedigree& pedigree, Candidates& candidates, 
   goal.last_merit = sum_merit / candidates.nlast;
 }
 
+// Whether the lowered matings are still whole units of a male.
+void remark_on_units(const Selection& selection, Units& units) {
+  const std::int32_t limit = selection.limitmalematings;
+  if (limit <= 1) return;
+  const std::int32_t rest = selection.nmatings % limit;
+  units.tell("nmatings = " + std::to_string(selection.nmatings) + " is taken : units of " +
+             std::to_string(limit) + " matings of a male " +
+             (rest == 0 ? "fit" : "do not fit, " + std::to_string(rest) + " are left over"));
+}
+
 // Lowers the matings to what the candidates allow.
 void check_capacity(Selection& selection, Units& units) {
   const Candidates& candidates = selection.candidates;
@@ -101,8 +114,12 @@ void check_capacity(Selection& selection, Units& units) {
     write_list(log, " Matings requested        : ", selection.nmatings);
     write_list(log, " Male matings available   : ", males);
     write_list(log, " Female matings available : ", females);
+    units.tell("nmatings = " + std::to_string(selection.nmatings) + " is more than " +
+               std::to_string(males) + " male and " + std::to_string(females) +
+               " female matings available");
     selection.nmatings = static_cast<std::int32_t>(std::min(males, females));
     write_list(log, " Matings selected         : ", selection.nmatings);
+    remark_on_units(selection, units);
   }
   const auto most = *std::max_element(candidates.max_matings.begin(),
                                       candidates.max_matings.begin() + candidates.nmcands);
@@ -165,6 +182,12 @@ Selection set_up_selection(Run& run, Pedigree pedigree, const Relationship& rela
            [&] { ages = age_structure(pedigree, candidates, nage, units); });
   goal.last_genint = ages.last_genint;
   describe_last_generation(pedigree, candidates, goal);
+  remark_on_last_time_step(pedigree, candidates, units);
+  if (relationship.pedsource) {
+    remark_on_unknown_parents(candidates, units);
+  } else {
+    candidates.unknown_parents.fill(0);
+  }
   allocate(units, "ERROR in allocating memory in subroutine OCS (contrib) ", [&] {
     realised_contributions(pedigree, candidates, ages, relationship.cohortrel, units, goal);
     count_previous_offspring(pedigree, candidates);

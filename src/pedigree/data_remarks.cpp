@@ -15,10 +15,6 @@ constexpr std::size_t kEbv = 6, kText = 7;  // from 0
 constexpr std::size_t kTextWidth = 15;
 constexpr std::int64_t kLongestSpan = 1000;  // time steps
 
-bool is_blank_text(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), is_blank);
-}
-
 bool is_digits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
@@ -30,6 +26,30 @@ bool is_year(std::int32_t year) { return year >= 1850 && year <= 2100; }
 
 std::string id_text(const Pedigree& pedigree, std::int32_t i) {
   return std::to_string(pedigree.oldped(i, 1));
+}
+
+// Whether blanks alone stand between two values.
+bool is_parted_by_blanks(std::string_view record) {
+  for (std::size_t at = 1; at < record.size(); ++at) {
+    if (!is_blank(record[at])) continue;
+    const std::size_t next = std::min(record.find_first_not_of(" \t", at), record.size());
+    if (next < record.size() && record[at - 1] != ',' && record[next] != ',') return true;
+    at = next;
+  }
+  return false;
+}
+
+// The digits about the first comma that stands between some; "" if none does.
+std::string comma_between_digits(std::string_view record) {
+  const auto is_digit = [&](std::size_t k) { return record[k] >= '0' && record[k] <= '9'; };
+  for (std::size_t at = 1; at + 1 < record.size(); ++at) {
+    if (record[at] != ',' || !is_digit(at - 1) || !is_digit(at + 1)) continue;
+    std::size_t begin = at, end = at + 1;
+    while (begin > 0 && is_digit(begin - 1)) --begin;
+    while (end < record.size() && is_digit(end)) ++end;
+    return std::string(record.substr(begin, end - begin));
+  }
+  return {};
 }
 
 // YYYYMMDD, DDMMYYYY or YYYYMM.
@@ -52,15 +72,8 @@ void DataRemarks::add_record(std::int64_t line, std::string_view text) {
     cut_.add(line, [] { return "longer than 120 characters : the others are not read"; });
   }
   text = text.substr(0, kLineWidth);
-  std::size_t words = 0, last = 0;  // how many, and the length of the last
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t begin = std::min(text.find_first_not_of(" \t", at), text.size());
-    at = std::min(text.find_first_of(" \t", begin), text.size());
-    if (at > begin) last = at - begin;
-    words += at > begin;
-  }
   const bool plain = text.find_first_of(",/*'\"") == std::string_view::npos;
-  if (!plain || words > kValues || (words == kValues && last > kTextWidth)) add_values(line, text);
+  if (!plain || count_words(text) >= kValues) add_values(line, text);
 }
 
 // The record value by value, from the lexer.
@@ -87,22 +100,29 @@ void DataRemarks::add_values(std::int64_t line, std::string_view text) {
       if (empty) empty_.add(line, [&] { return std::string(kNames[k]) + " is empty : 0 is taken"; });
     }
   }
-  add_text(line, text, value[kEbv], value[kText]);
+  add_commas(line, text, value[kEbv], value[kText]);
+  if (value[kText].size() > kTextWidth) {
+    long_text_.add(line, [&] {
+      return "optional_text " + printable(value[kText]) + " is cut : expected at most 15 characters";
+    });
+  }
 }
 
-// A comma in the middle of a number parts it in two, of which the second looks like the text.
-void DataRemarks::add_text(std::int64_t line, std::string_view record, const std::string& ebv,
-                           const std::string& text) {
-  const bool one_comma = std::count(record.begin(), record.end(), ',') == 1;
-  if (one_comma && is_digits(text) && record.find(ebv + "," + text) != std::string_view::npos &&
-      ebv.find('.') == std::string::npos) {
-    comma_.add(line, [&] { return "ebv is read as " + ebv + " and optional_text as " + text +
-                                  " : expected a decimal point"; });
+// A decimal comma parts a number in two. It shows where other values are parted by blanks, or by
+// what is then the text.
+void DataRemarks::add_commas(std::int64_t line, std::string_view record, const std::string& ebv,
+                             const std::string& text) {
+  std::string number = ebv + "," + text;
+  bool found = is_digits(text) && record.find(number) != std::string_view::npos;
+  record = record.substr(0, record.find_first_of("'\""));  // a text may hold commas
+  if (!found && is_parted_by_blanks(record)) {
+    number = comma_between_digits(record);
+    found = !number.empty();
   }
-  if (text.size() > kTextWidth) {
-    long_text_.add(line, [&] { return "optional_text " + printable(text) +
-                                      " is cut : expected at most 15 characters"; });
-  }
+  if (!found) return;
+  comma_.add(line, [&] {
+    return number + " is read as two values : expected a decimal point, if it is one";
+  });
 }
 
 void DataRemarks::add_animal(std::int64_t line, const Pedigree& pedigree, std::int32_t i) {
@@ -136,16 +156,20 @@ void DataRemarks::add_birth_time(std::int64_t line, std::int32_t btime) {
     date_.add(line, [&] { return "birth_time " + std::to_string(btime) +
                                  " looks like a date : expected a time step, as a year"; });
   }
+  if (!birth_time_is_known(btime)) return;
   first_ = any_ ? std::min(first_, btime) : btime;
   last_ = any_ ? std::max(last_, btime) : btime;
   any_ = true;
 }
 
-void DataRemarks::tell(Units& units, const std::string& file) const {
+void DataRemarks::tell_unread(Units& units, const std::string& file) const {
   if (unread_ > 0) {
     units.tell(file + ":" + std::to_string(end_line_) + ": fewer than three values end the data : " +
                std::to_string(unread_) + " lines are not read");
   }
+}
+
+void DataRemarks::tell(Units& units, const std::string& file) const {
   for (const Finding* finding :
        {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_, &wrong_sex_[0],
         &wrong_sex_[1], &both_, &selfed_, &date_}) {

@@ -24,13 +24,14 @@ class DataRemarks {
   // The animal of a record that has been entered, once all that it names have been.
   void add_animal(std::int64_t line, const Pedigree& pedigree, std::int32_t i);
 
-  // file: the data file.
+  // Both tell what was found so far; file: the data file.
+  void tell_unread(Units& units, const std::string& file) const;
   void tell(Units& units, const std::string& file) const;
 
  private:
   void add_values(std::int64_t line, std::string_view text);
-  void add_text(std::int64_t line, std::string_view record, const std::string& ebv,
-                const std::string& text);
+  void add_commas(std::int64_t line, std::string_view record, const std::string& ebv,
+                  const std::string& text);
   void add_parent(std::int64_t line, const Pedigree& pedigree, std::int32_t i, int k);
   void add_birth_time(std::int64_t line, std::int32_t btime);
 

@@ -1,15 +1,20 @@
 #include "pedigree/qobreadrecode.h"
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <string>
 #include <utility>
 
 #include "core/lexer.h"
+#include "pedigree/data_remarks.h"
 
 namespace qob {
 namespace {
 
-constexpr std::size_t kLineWidth = 120;  // what follows is not looked at
+constexpr std::size_t kLongestLine = std::size_t{1} << 20U;  // of which remarks are made
+
+constexpr std::int32_t kMostAnimals = std::numeric_limits<std::int32_t>::max();
 
 struct Reader {
   explicit Reader(Run& run) : parameters(run.parameters.data), units(run.journal.units) {}
@@ -17,7 +22,8 @@ struct Reader {
   const DataParameters& parameters;
   Units& units;
   Pedigree pedigree;
-  InputFile file{kLineWidth};
+  InputFile file{kLongestLine};
+  DataRemarks remarks;
   bool faults = false;  // of the pass under way
 
   void first_fault(std::string_view title) {
@@ -65,6 +71,17 @@ void number_animal(Reader& reader, std::int32_t id) {
             pedigree.nobs);
 }
 
+// What of a line is read.
+std::string_view record_of(std::string_view line) { return line.substr(0, kLineWidth); }
+
+// The line that ended the data, and those behind it.
+void note_unread(Reader& reader, std::string_view line) {
+  for (std::int64_t number = std::int64_t{reader.pedigree.nobs} + 1;; ++number) {
+    reader.remarks.add_unread_line(number, line);
+    if (reader.file.next_line(line) != 0) return;
+  }
+}
+
 // First pass: gives every animal its number. A line that holds fewer than three values ends the
 // data; a record whose animal cannot be read is counted and left to the second pass.
 void number_animals(Reader& reader) {
@@ -74,10 +91,15 @@ void number_animals(Reader& reader) {
   std::string_view line;
   int status;
   while ((status = reader.file.next_line(line)) == 0) {
-    const int read = read_list(line, id[0], id[1], id[2]);
-    if (read == kEndOfFile) return;
+    const std::string_view record = record_of(line);
+    const int read = read_list(record, id[0], id[1], id[2]);
+    if (read == kEndOfFile) return note_unread(reader, line);
+    if (std::max(pedigree.nobs, pedigree.maxid) > kMostAnimals - 3) {
+      handle_error(reader.units, "ERROR More animals than", kMostAnimals, " in file with data: ",
+                   reader.parameters.datafile);
+    }
     ++pedigree.nobs;
-    if (read == kMalformed && read_list(line, id[0]) == kMalformed) continue;
+    if (read == kMalformed && read_list(record, id[0]) == kMalformed) continue;
     for (std::size_t k = 1; k <= 2; ++k) {
       if (id[k] != before[k] && id[k] != 0) number_parent(reader, id[k]);
     }
@@ -106,9 +128,11 @@ struct Record {
 }
 
 Record read_record(Reader& reader, std::int32_t r) {
-  std::string_view line;
-  const int read = reader.file.next_line(line);
+  std::string_view whole;
+  const int read = reader.file.next_line(whole);
   if (read != 0) stop_at_unreadable(reader, "", read);
+  reader.remarks.add_record(r, whole);
+  const std::string_view line = record_of(whole);
   Record v;
   int status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv, v.txt);
   if (status == kEndOfFile) {  // before the text, which may be missing, or before a number
@@ -196,6 +220,7 @@ void read_values(Reader& reader) {
     pedigree.ebv(i) = record.ebv;
     pedigree.txt(i) = record.txt;
     for (int k = 1; k <= 2; ++k) enter_parent(reader, k, i, r);
+    reader.remarks.add_animal(r, pedigree, i);
   }
   for (i = 1; i <= n; ++i) {
     if (pedigree.oldped(i, 1) == 0) stop_at_unreadable(reader, "", kMalformed);
@@ -231,9 +256,11 @@ void printrecodedids(Unit& unit, std::int32_t old_id, std::int32_t new_id) {
 }
 
 void closefilerecodedids(Run& run, Unit& unit) {
+  Units& units = run.journal.units;
   const int status = unit.close();
+  units.tell_unshown(unit);
   if (status == 0) return;
-  handle_error(run.journal.units, ErrorValue{status}, "ERROR Could not close file for recoded ID's",
+  handle_error(units, ErrorValue{status}, "ERROR Could not close file for recoded ID's",
                run.parameters.data.recodefile);
 }
 
@@ -243,6 +270,8 @@ Pedigree readrecode(Run& run) {
   const Pedigree& pedigree = reader.pedigree;
   open(reader);
   allocate(units, "Error in allocating memory for tree", [&] { number_animals(reader); });
+  const std::string file = printable(adjustl_trim(reader.parameters.datafile));
+  reader.remarks.tell_unread(units, file);
   both_list(units.out, units.log, "Datafile read with ", pedigree.nobs, " records and ",
             pedigree.maxid, " individuals");
   if (reader.faults) handle_error(units, "ERRORs found in pedigree, See log file");
@@ -251,6 +280,7 @@ Pedigree readrecode(Run& run) {
   }
   reader.faults = false;
   read_values(reader);
+  reader.remarks.tell(units, file);
   if (adjustl_trim(reader.parameters.recodefile) != "_null_") write_recoded_ids(run, pedigree);
   if (reader.faults) handle_error(units, "ERRORs found in data file, See log file");
   write_list(units.out, "Animals renumbered");

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,6 +19,8 @@ class ByteSource {
   virtual std::ptrdiff_t read(char* to, std::size_t size) = 0;
   // Goes back to the first byte. Returns 0 or the system's error number.
   virtual int rewind() = 0;
+  // The bytes of the file.
+  virtual std::int64_t size() const = 0;
 };
 
 // Sets `source` to the file at `path`, which no run can write as long as the source is there.

@@ -28,6 +28,7 @@ int InputFile::rewind() {
 // Returns 0 or the system's error number.
 int InputFile::start() {
   begin_ = end_ = 0;
+  read_ = 0;
   const int status = fill();
   if (std::string_view(buffer_).substr(0, end_).starts_with(kByteOrderMark)) {
     begin_ = kByteOrderMark.size();
@@ -48,7 +49,12 @@ int InputFile::fill() {
   if (count < 0) return static_cast<int>(-count);
   if (count == 0) return kEndOfFile;
   end_ += static_cast<std::size_t>(count);
+  read_ += count;
   return 0;
+}
+
+double InputFile::share_read() const {
+  return static_cast<double>(read_) / static_cast<double>(std::max<std::int64_t>(source_->size(), 1));
 }
 
 int InputFile::next_line(std::string_view& line) {

@@ -38,6 +38,8 @@ class InputFile {
   // kEndOfFile, or the system's error number. A last line without line end counts as a line, and
   // carriage returns before the line end belong to the line end.
   int next_line(std::string_view& line);
+  // Of a file that is open: how much of it has been read, from 0 to 1.
+  double share_read() const;
   void close() { source_.reset(); }
 
  private:
@@ -49,6 +51,7 @@ class InputFile {
   std::string buffer_;
   std::size_t begin_ = 0;  // first byte not yet handed out
   std::size_t end_ = 0;    // one past the last byte read
+  std::int64_t read_ = 0;  // bytes since the start
 };
 
 }  // namespace qob

@@ -72,7 +72,7 @@ TEST_F(RunTest, AWholeRunNeedsNoOtherSystem) {
                "&MatingOptions matingstrategy='mai' /\n");
   qob::Run own;  // whose units write to files
   try {
-    qob::run(own, "qob.prm");
+    qob::run(own, {"qob.prm", "--quiet"});
   } catch (const Stopped& stopped) {
     EXPECT_EQ(stopped.text, "QOB ended successfully") << folder.read(kStandardOutput);
   }

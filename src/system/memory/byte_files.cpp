@@ -22,6 +22,7 @@ class MemorySource : public ByteSource {
     at_ = 0;
     return 0;
   }
+  std::int64_t size() const override { return static_cast<std::int64_t>(contents_->size()); }
 
  private:
   MemoryFiles::Contents contents_;

@@ -19,6 +19,8 @@
 
 #include "system/byte_files.h"
 #include "system/posix/signals_wait.h"
+#include "system/posix/terminal_text.h"
+#include "system/progress_line.h"
 
 namespace qob {
 namespace {
@@ -171,6 +173,10 @@ int FileSink::open(const std::string& path, Show show) {
 }
 
 int FileSink::write(std::string_view lines) {
+  if (descriptor_ <= STDERR_FILENO) {
+    hide_progress();
+    return write_out(terminal_text(lines));
+  }
   if (!is_plain_) return write_out(lines);
   const SignalsWait until_written;
   return write_out(lines);

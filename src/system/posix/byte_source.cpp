@@ -40,6 +40,11 @@ class FileSource : public ByteSource {
     return count < 0 ? -errno : count;
   }
 
+  std::int64_t size() const override {
+    struct stat information;
+    return ::fstat(descriptor_, &information) == 0 ? information.st_size : 0;
+  }
+
   int rewind() override { return ::lseek(descriptor_, 0, SEEK_SET) < 0 ? errno : 0; }
 
  private:

@@ -8,6 +8,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "system/posix/terminal_text.h"
+#include "system/progress_line.h"
+
 namespace qob {
 
 void prepare_process() {
@@ -22,9 +25,10 @@ void prepare_process() {
 }
 
 void end_process(std::string_view text, int status) {
+  hide_progress();
   pollfd room = {STDERR_FILENO, POLLOUT, 0};
   ::poll(&room, 1, -1);  // the stream may be a pipe that is full and would refuse
-  std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+  std::fprintf(stderr, "%s\n", terminal_text(text).c_str());
   std::exit(status);
 }
 
