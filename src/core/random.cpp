@@ -4,12 +4,13 @@
 
 namespace qob {
 
-void Random::zigset(std::int32_t seed) {
+std::int32_t Random::zigset(std::int32_t seed) {
   jsr_ = static_cast<std::uint32_t>(seed);
   if (seed == 0) {
     jsr_ = static_cast<std::uint32_t>(clock_count());
     if (jsr_ == 0) jsr_ = 1;  // the stream would never leave 0
   }
+  return static_cast<std::int32_t>(jsr_);
 }
 
 std::int64_t Random::ceiling_of_draw(std::int64_t n) {

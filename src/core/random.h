@@ -9,8 +9,9 @@ namespace qob {
 
 class Random {
  public:
-  // Starts the stream at `seed`; 0 takes the seed from the clock, so that such runs differ.
-  void zigset(std::int32_t seed);
+  // Starts the stream at `seed`; 0 takes the seed from the clock, so that such runs differ. Returns
+  // the seed that was taken.
+  std::int32_t zigset(std::int32_t seed);
 
   // The next integer of 32 bits.
   std::int32_t shr3() {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "core/numbers.h"
@@ -38,7 +39,8 @@ class DirectedMutation {
         mateset_(mateset),
         d_(1.0 / static_cast<double>(2 * mateset.nmatings())),
         matings_(remaining_matings(candidates_, mateset)),
-        uses_(uses_of(candidates_, mateset)) {}
+        uses_(uses_of(candidates_, mateset)),
+        settled_(candidates_.ncands, 0) {}
 
   // Looks for a replacement of the male of slot j, or the female of row j.
   void replace(std::int64_t j, int sex) {
@@ -72,6 +74,10 @@ class DirectedMutation {
   // The sum over all used candidates of their contribution times their relationship with y.
   double relationship_to_used(std::int32_t y) const {
     double sum = 0.0;
+    if (caches_.twins && caches_.twins->is_unrelated(y)) {  // all other products are 0
+      const double contribution = static_cast<double>(uses_(y)) * d_;
+      return contribution >= kTiny ? sum + contribution * cnrm(relationship_, candidates_, y, y) : sum;
+    }
     for (const std::int32_t j : used_) {
       const double contribution = static_cast<double>(uses_(j)) * d_;
       sum += contribution * cnrm(relationship_, candidates_, y, j);
@@ -84,6 +90,8 @@ class DirectedMutation {
   Choice choose(std::int32_t x, int sex, std::int64_t needed) {
     Replacement r{{x, sex, 0.0, nullptr}, needed};
     if (objective_.criterion == Criterion::kMerit) return best_gain(r);
+    ++choice_;
+    looks_ = 0;
     list_used();
     r.loser.a_x = relationship_to_used(x);
     follow(sex);
@@ -112,6 +120,14 @@ class DirectedMutation {
     }
   }
 
+  // Whether y gives the change of one that has been looked at closely for the same replacement: a
+  // twin, neither of them used.
+  bool is_settled(std::int32_t y) {
+    if (++looks_ > 1 && !caches_.twins) caches_.twins.emplace(selection_, caches_.rows);
+    if (!caches_.twins || uses_(y) != 0) return false;
+    return std::exchange(settled_(caches_.twins->first(y)), choice_) == choice_;
+  }
+
   double exact_change(const Loser& loser, std::int32_t y) const {
     const std::int32_t x = loser.x;
     const double squares = cnrm(relationship_, candidates_, y, y) +
@@ -124,7 +140,7 @@ class DirectedMutation {
   // The highest of the scores that `score` gives for a gain and a change of relationship. Only
   // candidates whose bounds reach the greatest sure score are looked at closely.
   template <class Score>
-  Choice highest(const Replacement& r, Score score) const {
+  Choice highest(const Replacement& r, Score score) {
     double sure = -std::numeric_limits<double>::infinity();
     for_each_eligible(r, [&](std::int32_t, std::size_t at) {
       const double a = score(bounds_.gain[at], bounds_.low[at]);
@@ -135,13 +151,14 @@ class DirectedMutation {
     for_each_eligible(r, [&](std::int32_t y, std::size_t at) {
       const double gain = bounds_.gain[at];
       if (score(gain, bounds_.low[at]) < sure && score(gain, bounds_.high[at]) < sure) return;
+      if (is_settled(y)) return;
       const double change = exact_change(r.loser, y);
       take_better(best, {y, change, score(gain, change)});
     });
     return best;
   }
 
-  Choice best_penalised(const Replacement& r) const {
+  Choice best_penalised(const Replacement& r) {
     return highest(r, [&](double gain, double change) {
       return objective_.w_merit * gain + objective_.w_relationship * change;
     });
@@ -198,6 +215,7 @@ class DirectedMutation {
   bool exceeds_constraint(const Loser& loser, std::int32_t y, std::size_t at) {
     if (bounds_.low[at] + predicted_->low() > objective_.constraint) return true;
     if (bounds_.high[at] + predicted_->high() <= objective_.constraint) return false;
+    if (is_settled(y)) return true;  // its twin would be taken if it kept the constraint
     return exact_change(loser, y) + predicted_->value() > objective_.constraint;
   }
 
@@ -224,6 +242,10 @@ class DirectedMutation {
   std::vector<std::int32_t> used_;                  // the candidates with uses, ascending
   std::optional<PredictedRelationship> predicted_;  // under the constraint
   ReplacementBounds bounds_;                        // of the replacement under way
+  std::int64_t choice_ = 0;                         // its number
+  int looks_ = 0;                                   // at candidates whose bounds leave it open
+  Table<std::int64_t> settled_;                     // by candidate: the last choice in which it,
+                                                    // as the first of its twins, was looked at
 };
 
 // The value of the mateset is needed by nobody. But an empty entry stops the run, and an illegal

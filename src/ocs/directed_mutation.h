@@ -1,11 +1,14 @@
 // Directed mutation of a mateset: the best replacement of single parents, even if it is no gain.
 #pragma once
 
+#include <optional>
+
 #include "core/random.h"
 #include "core/watches.h"
 #include "ocs/evaluation.h"
 #include "ocs/kernels/parent_sums.h"
 #include "ocs/kernels/row_cache.h"
+#include "ocs/kernels/twins.h"
 #include "ocs/mateset.h"
 #include "ocs/objective.h"
 
@@ -18,6 +21,7 @@ struct SearchCaches {
 
   RowCache rows;
   ParentSums sums[2];  // of relationships to the parents of a mateset, by sex
+  std::optional<Twins> twins;  // found when first wanted
 };
 
 // Replaces, each with this probability, the male of a slot or the female of a row by the candidate

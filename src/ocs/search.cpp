@@ -16,7 +16,10 @@ Search::Search(const Problem& problem, const AlgorithmParameters& settings, Run&
       caches_(problem.relationship, problem.selection.candidates),
       evaluator_(problem_, standing_, caches_.rows, journal_),
       convergence_(run) {
-  random_.zigset(settings_.seed_rng);
+  const std::int32_t seed = random_.zigset(settings_.seed_rng);
+  if (settings_.seed_rng != 0) return;
+  journal_.units.tell("seed_rng = " + std::to_string(seed) +
+                      " is taken from the clock : the same seed repeats the run");
 }
 
 void Search::make_population() {
