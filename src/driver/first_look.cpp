@@ -29,7 +29,8 @@ class Look {
   void tell(std::int64_t line, const std::string& text) {
     units_.tell(path_ + (line > 0 ? ":" + std::to_string(line) : "") + ": " + text);
   }
-  void tell_unknown_groups();
+  std::string expected_before(const std::string& group);
+  void tell_unread_groups();
   void tell_option(std::string_view key, std::string_view value,
                    const std::vector<std::string_view>& known, const std::string& taken);
   void tell_limits();
@@ -47,7 +48,9 @@ bool Look::read(const Group& group) {
   const std::string name = "&" + std::string(group.name);
   int status = file_.find(group);
   if (status == kEndOfFile) {
-    tell(0, name + " is missing : the run will end where it is needed");
+    const std::string before = expected_before(lowercase(group.name));
+    tell(0, name + " is missing" + (before.empty() ? "" : " behind &" + before) +
+                " : the run will end where it is needed");
   } else if (status == 0) {
     status = file_.read_items(group);
     if (status == kEndOfFile) tell(0, name + " is not closed by \"/\"");
@@ -79,14 +82,36 @@ std::int64_t Look::line_of(std::string_view key) const {
   return 0;
 }
 
-void Look::tell_unknown_groups() {
-  Parameters p;
-  std::vector<std::string> known;
-  for (const Group& group : groups_of(p)) known.push_back(lowercase(group.name));
+// The group behind which one of this name is looked for; "" where it may stand anywhere.
+std::string Look::expected_before(const std::string& group) {
+  if (group == lowercase(group_of(p_.contrib).name)) return std::string(group_of(p_.history).name);
+  if (group == lowercase(group_of(p_.history).name)) return std::string(group_of(p_.data).name);
+  return "";
+}
+
+// Groups are read once, but for requests.
+void Look::tell_unread_groups() {
+  const std::string request = lowercase(group_of(p_.contrib).name);
+  std::vector<std::string> known, seen;
+  for (const Group& group : groups_of(p_)) known.push_back(lowercase(group.name));
+  const auto has = [](const std::vector<std::string>& names, const std::string& name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+  };
   std::string name;
   for (bool in_group = false; file_.next_group(name, in_group) == 0; in_group = true) {
-    if (std::find(known.begin(), known.end(), lowercase(name)) != known.end()) continue;
-    tell(file_.group_line(), "&" + name + " is no group that is read");
+    const std::string group = lowercase(name), before = expected_before(group);
+    std::string why;
+    if (!has(known, group)) {
+      why = " is no group that is read";
+    } else if (!before.empty() && !has(seen, lowercase(before))) {
+      why = " is not read : expected behind &" + before;
+    } else if (group != request && has(seen, group)) {
+      why = " is not read : the first of that name is taken";
+    } else {
+      seen.push_back(group);
+      continue;
+    }
+    tell(file_.group_line(), "&" + name + why);
   }
 }
 
@@ -107,7 +132,14 @@ void Look::tell_limits() {
     tell(line_of("dfconstraint"), "dfconstraint = " + shortest(p.dfconstraint) +
                                       " : expected 0.00001 to 1; the nearest of them is taken");
   }
-  if (optimise != "constraint" && optimise != "merit" && p.w_relationship > 0.0) {
+  const bool penalty = optimise != "constraint" && optimise != "merit";
+  for (const NamelistFile::Given& given : file_.given()) {
+    const std::string_view key = given.key->name;
+    const bool used = key == "dfconstraint" ? optimise == "constraint" : penalty;
+    if (used || (key != "dfconstraint" && key != "w_merit" && key != "w_relationship")) continue;
+    tell(given.line, std::string(key) + " is not used by this way to optimise");
+  }
+  if (penalty && p.w_relationship > 0.0) {
     tell(line_of("w_relationship"), "w_relationship = " + shortest(p.w_relationship) +
                                         " : expected 0 or less; -1 is taken");
   }
@@ -126,7 +158,7 @@ void Look::read_contributions() {
 
 void Look::look() {
   if (file_.open(path_) != 0) return;  // that is told when the run opens it
-  tell_unknown_groups();
+  tell_unread_groups();
   file_.rewind();
   if (!read(group_of(p_.data)) || !read(group_of(p_.history))) return;
   read_contributions();

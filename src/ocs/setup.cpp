@@ -99,7 +99,7 @@ void remark_on_units(const Selection& selection, Units& units) {
   const std::int32_t rest = selection.nmatings % limit;
   units.tell("nmatings = " + std::to_string(selection.nmatings) + " is taken : units of " +
              std::to_string(limit) + " matings of a male " +
-             (rest == 0 ? "fit" : "do not fit, " + std::to_string(rest) + " are left over"));
+             (rest == 0 ? "fit" : "do not fit, remainder " + std::to_string(rest)));
 }
 
 // Lowers the matings to what the candidates allow.
