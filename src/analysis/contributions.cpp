@@ -14,7 +14,7 @@ namespace {
 constexpr std::int32_t kLargest = 50;  // contributions listed in maxgcfile
 
 // Lines of founders, in all, and for each animal of the data.
-constexpr std::int64_t kMostFounderLines = 1000000;
+constexpr std::int64_t kMostFounderLines = 100000;
 constexpr std::int64_t kMostByAnimal = 100;
 
 // Average relationships with the animals of one group, and contributions to them, by animal.

@@ -174,7 +174,7 @@ int FileSink::open(const std::string& path, Show show) {
 
 int FileSink::write(std::string_view lines) {
   if (descriptor_ <= STDERR_FILENO) {
-    hide_progress();
+    if (descriptor_ == STDERR_FILENO) hide_progress();
     return write_out(terminal_text(lines));
   }
   if (!is_plain_) return write_out(lines);

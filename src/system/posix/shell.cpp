@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <system_error>
 
+#include "system/byte_files.h"
 #include "system/posix/signals_wait.h"
 
 namespace qob {
@@ -23,6 +25,15 @@ bool is_cut(const std::string& copy, const std::string& path) {
   if (!part || !whole) return false;
   const auto [a, b] = std::mismatch(Bytes(part), Bytes(), Bytes(whole), Bytes());
   return a == Bytes() && b != Bytes();
+}
+
+// `cp` writes into the file that is there: one that has other names as well is left to those.
+void part_from_other_names(const std::string& path) {
+  std::error_code missing;
+  std::unique_ptr<ByteSink> own;
+  const bool shared = std::filesystem::is_regular_file(path, missing) &&
+                      std::filesystem::hard_link_count(path, missing) > 1 && !missing;
+  if (shared) open_sink(path, Show::kEachLine, own);
 }
 
 }  // namespace
@@ -43,9 +54,10 @@ bool run_in_shell(const std::string& command, Complaints complaints) {
 // The blanks of the command are those that it has always had.
 bool copy_in_shell(const std::string& from, const std::string& prefix, const std::string& name) {
   const SignalsWait until_copied;
+  const std::string copy = as_shell_reads(prefix) + name;
+  part_from_other_names(copy);
   const std::string command = " cp -f " + shell_word(from) + "  " + shell_word(prefix) + name;
   if (run_in_shell(command, Complaints::kShown)) return true;
-  const std::string copy = as_shell_reads(prefix) + name;
   std::error_code missing;
   if (is_cut(copy, from)) std::filesystem::remove(copy, missing);  // better none than half of it
   return false;
