@@ -10,15 +10,6 @@
 namespace qob {
 namespace {
 
-// The rows of the mateset sire by sire, and by ascending female number within a sire.
-Table<std::int32_t> rows_in_order(Mateset mateset) {
-  Table<std::int32_t> row(mateset.nmatings(), 0);
-  std::iota(row.begin(), row.end(), 1);
-  const auto mating = [&](std::int32_t j) { return std::pair(mateset.male(j), mateset.female(j)); };
-  std::sort(row.begin(), row.end(), [&](auto a, auto b) { return mating(a) < mating(b); });
-  return row;
-}
-
 class Lists {
  public:
   Lists(Run& run, const Candidates& candidates, const Relationship& relationship, Mateset mateset)
@@ -123,6 +114,14 @@ void Lists::write_candidates() {
 }
 
 }  // namespace
+
+Table<std::int32_t> rows_in_order(Mateset mateset) {
+  Table<std::int32_t> row(mateset.nmatings(), 0);
+  std::iota(row.begin(), row.end(), 1);
+  const auto mating = [&](std::int32_t j) { return std::pair(mateset.male(j), mateset.female(j)); };
+  std::sort(row.begin(), row.end(), [&](auto a, auto b) { return mating(a) < mating(b); });
+  return row;
+}
 
 void write_lists(Run& run, const Candidates& candidates, const Relationship& relationship,
                  Mateset mateset) {

@@ -1,6 +1,7 @@
 // The pairing of the selected parents.
 #include <algorithm>
 
+#include "mating/mating_lists.h"
 #include "mating/maximum_avoidance.h"
 #include "mating/pair_count.h"
 #include "mating/qobmate.h"
@@ -68,6 +69,18 @@ TEST_F(MatingTest, PairsAreCountedWhileRowsChange) {
     for (const auto& r : rows)
       ASSERT_EQ(count(r.first, r.second), std::count(rows.begin(), rows.end(), r));
   }
+}
+
+// Single precision does not tell matings of so many candidates apart.
+TEST_F(MatingTest, AListIsInOrderAlsoForManyCandidates) {
+  Stream data(1);
+  Rows rows;
+  for (int j = 0; j < 3000; ++j) rows.emplace_back(8000 + data.ceiling(300), 9000 + data.ceiling(9000));
+  const Mateset view = mateset(rows);
+  Rows listed;
+  for (const std::int32_t j : rows_in_order(view)) listed.emplace_back(view.male(j), view.female(j));
+  std::sort(rows.begin(), rows.end());
+  EXPECT_EQ(listed, rows);
 }
 
 TEST_F(MatingTest, PairsThatReplaceEachOtherForEverUseUpTheBudget) {

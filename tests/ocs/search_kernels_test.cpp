@@ -32,12 +32,25 @@ class SearchKernels : public SelectionTest {
         relate(i, j, scale * ((i == j) + std::round(a * steps) / steps));
       }
     }
+    if (problem % 6 == 5) make_alike();
     if (problem % 13 == 0) goal.vpapv = 1e6;
     objective.criterion = problem % 5 == 0  ? Criterion::kMerit
                           : problem % 5 < 3 ? Criterion::kPenalty
                                             : Criterion::kConstraint;
     tools().caches.rows = RowCache(relationship, c, problem % 2 == 0 ? 4000 : 1 << 20);
     probability = problem % 7 == 0 ? 1.0 : data.uni();
+  }
+
+  // Families of which nothing tells the members apart, one of them without relatives, and some
+  // that are related to single ones.
+  void make_alike() {
+    for (int i = 1; i <= candidates.ncands; ++i) {
+      candidates.merit(i) = goal.apv2(i) = 1.0;
+      for (int j = 1; j <= i; ++j) {
+        const int family = i % 4 == j % 4 ? i % 4 : 0;
+        relate(i, j, i == j ? 1.1 : i % 9 == 0 && j % 3 == 1 ? 0.7 : 0.1 * family);
+      }
+    }
   }
 
   // Every other time with males in slots.

@@ -3,10 +3,27 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <filesystem>
 
 #include "support/program.h"
+
+namespace {
+bool links_are_refused = false;
+}
+
+// Stands in front of the system's.
+extern "C" int linkat(int from_folder, const char* from, int to_folder, const char* to, int flags) {
+  if (!links_are_refused) {
+    return static_cast<int>(syscall(SYS_linkat, from_folder, from, to_folder, to, flags));
+  }
+  errno = EPERM;
+  return -1;
+}
 
 namespace qob::test {
 namespace {
@@ -28,6 +45,22 @@ TEST(PosixOutputFile, GoesOnBehindTheLastWholeLine_WhenARefusedWriteWasTakenBack
   EXPECT_EQ(read_file(folder / "lines"), "first\n");
   EXPECT_EQ(file.write("third\n") + file.close(), 0);
   EXPECT_EQ(read_file(folder / "lines"), "first\nthird\n");
+}
+
+TEST(PosixOutputFile, IsCompleteUnderItsName_WhereFilesWithoutNameGetNone) {
+  const TemporaryFolder folder;
+  const std::string lines(100000, 'x');
+  for (links_are_refused = false;; links_are_refused = true) {
+    OutputFile file;
+    ASSERT_EQ(file.open(folder / "lines", Show::kWhenComplete), 0);
+    EXPECT_EQ(file.write(lines + "\n"), 0);
+    EXPECT_EQ(read_file(folder / "lines"), "");
+    EXPECT_EQ(file.close(), 0);
+    EXPECT_EQ(read_file(folder / "lines"), lines + "\n");
+    if (links_are_refused) break;
+  }
+  const std::filesystem::directory_iterator all(folder / "");
+  EXPECT_EQ(std::distance(begin(all), end(all)), 1);
 }
 
 }  // namespace
