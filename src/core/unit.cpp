@@ -1,6 +1,5 @@
 #include "core/unit.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "core/stop.h"
@@ -24,8 +23,9 @@ void Unit::write_line(std::string_view line, Shown shown) {
 }
 
 void Unit::end_line(Shown shown) {
+  for (auto at = line_.find('\n'); at != std::string::npos; at = line_.find('\n', at + 1)) ++lines_;
+  ++lines_;
   line_.push_back('\n');
-  lines_ += std::count(line_.begin(), line_.end(), '\n');
   if (shown != Shown::kAsItIs) {
     Unshown& found = unshown_[static_cast<std::size_t>(shown)];
     if (found.count++ == 0) found.line = lines_;
