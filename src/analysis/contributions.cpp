@@ -70,7 +70,7 @@ class ContributionReport {
   Units& units_;
   Pedigree& pedigree_;  // its identifiers grow by what requests name
   const Cohorts& cohorts_;
-  std::int32_t group_;  // that the last request named, at first the last group
+  std::int32_t group_;              // that the last request named, at first the last group
   std::int64_t request_line_ = 0;   // of the parameter file
   std::int64_t founder_lines_ = 0;  // written to gcfile
   Unit gc_{16};

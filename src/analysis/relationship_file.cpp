@@ -8,9 +8,9 @@
 namespace qob {
 namespace {
 
-constexpr std::size_t kLineWidth = 120;    // what follows is not read
+constexpr std::size_t kLineWidth = 120;                      // what follows is not read
 constexpr std::size_t kLongestLine = std::size_t{1} << 20U;  // of which remarks are made
-constexpr std::size_t kIntegerWidth = 11;  // of 32 bits with sign
+constexpr std::size_t kIntegerWidth = 11;                    // of 32 bits with sign
 constexpr std::int64_t kProgressStep = 1'000'000;
 
 }  // namespace

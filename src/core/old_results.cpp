@@ -1,6 +1,6 @@
-// Old results are moved aside by commands of the shell, which take their files by their names alone.
-// So a command is left out where those are not the results of an earlier run: what it would do is
-// found out beforehand, by what the shell would make of its words.
+// Old results are moved aside by commands of the shell, which take their files by their names
+// alone. So a command is left out where those are not the results of an earlier run: what it would
+// do is found out beforehand, by what the shell would make of its words.
 #include <algorithm>
 #include <array>
 
@@ -62,8 +62,8 @@ bool may_move(const Run& run, const std::vector<std::string>& sources,
   if (targets.size() > 1 && folders > 0) return false;
   if (targets.size() > 1 || (sources.size() > 1 && folders == 0)) return true;  // it is no folder
   return std::all_of(sources.begin(), sources.end(), [&](const std::string& source) {
-    const std::string to = folders == 0 ? targets.front()
-                                        : targets.front() + source.substr(source.rfind('/'));
+    const std::string to =
+        folders == 0 ? targets.front() : targets.front() + source.substr(source.rfind('/'));
     return may_go(run, source) && may_be_replaced(run, to);
   });
 }

@@ -64,8 +64,8 @@ class Unit {
   std::array<Unit*, 2> told_ = {nullptr, nullptr};
   OutputFile file_;
   std::string* memory_ = nullptr;
-  std::string line_;            // in the making
-  std::int64_t lines_ = 0;      // written to the file
+  std::string line_;        // in the making
+  std::int64_t lines_ = 0;  // written to the file
   std::array<Unshown, 3> unshown_;
 };
 

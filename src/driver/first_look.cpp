@@ -120,7 +120,10 @@ void Look::tell_option(std::string_view key, std::string_view value,
   if (std::find(known.begin(), known.end(), option_text(value)) != known.end()) return;
   std::string text = std::string(key) + " = '" + printable(trim(value)) + "' : expected ";
   for (const std::string_view name : known) {
-    text.append(name == known.front() ? "'" : name == known.back() ? "' or '" : "', '").append(name);
+    text.append(name == known.front()  ? "'"
+                : name == known.back() ? "' or '"
+                                       : "', '")
+        .append(name);
   }
   tell(line_of(key), text + "'; " + taken + " is taken");
 }
@@ -140,8 +143,8 @@ void Look::tell_limits() {
     tell(given.line, std::string(key) + " is not used by this way to optimise");
   }
   if (penalty && p.w_relationship > 0.0) {
-    tell(line_of("w_relationship"), "w_relationship = " + shortest(p.w_relationship) +
-                                        " : expected 0 or less; -1 is taken");
+    tell(line_of("w_relationship"),
+         "w_relationship = " + shortest(p.w_relationship) + " : expected 0 or less; -1 is taken");
   }
 }
 

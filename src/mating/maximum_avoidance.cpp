@@ -196,8 +196,9 @@ void maximum_avoidance(const Candidates& candidates, const Relationship& relatio
                        bool repeatedmatings, Plan& plan, Units& units) {
   check_ranges(candidates, plan.best(), units);
   if (MaximumAvoidance(candidates, relationship, repeatedmatings, plan).run()) return;
-  units.tell("Optimisation of matings stopped before convergence : matings not necessarily minimise "
-             "inbreeding of offspring");
+  units.tell(
+      "Optimisation of matings stopped before convergence : matings not necessarily minimise "
+      "inbreeding of offspring");
   write_list(units.log, "WARNING : Optimisation of matings stopped before convergence");
   write_list(units.log, "          Matings not necessarily minimise inbreeding of offspring");
 }

@@ -76,7 +76,8 @@ class DirectedMutation {
     double sum = 0.0;
     if (caches_.twins && caches_.twins->is_unrelated(y)) {  // all other products are 0
       const double contribution = static_cast<double>(uses_(y)) * d_;
-      return contribution >= kTiny ? sum + contribution * cnrm(relationship_, candidates_, y, y) : sum;
+      return contribution >= kTiny ? sum + contribution * cnrm(relationship_, candidates_, y, y)
+                                   : sum;
     }
     for (const std::int32_t j : used_) {
       const double contribution = static_cast<double>(uses_(j)) * d_;

@@ -20,7 +20,7 @@ struct SearchCaches {
       : rows(relationship, candidates) {}
 
   RowCache rows;
-  ParentSums sums[2];  // of relationships to the parents of a mateset, by sex
+  ParentSums sums[2];          // of relationships to the parents of a mateset, by sex
   std::optional<Twins> twins;  // found when first wanted
 };
 

@@ -35,7 +35,8 @@ bool is_plain(std::string_view record) {
     begin = begins ? at : begin;
     any |= before = kind;
   }
-  const bool is_short = words < kValues || (words == kValues && record.size() - begin <= kTextWidth);
+  const bool is_short =
+      words < kValues || (words == kValues && record.size() - begin <= kTextWidth);
   return is_short && (any & 2U) == 0;
 }
 
@@ -112,7 +113,8 @@ void DataRemarks::add_values(std::int64_t line, std::string_view text) {
       break;
     }
     if (k >= kValues) {
-      if (!quoted) many_.add(line, [] { return "more than eight values : expected the text in quotes"; });
+      if (!quoted)
+        many_.add(line, [] { return "more than eight values : expected the text in quotes"; });
       break;
     }
     const std::size_t end = std::min(kValues, k + static_cast<std::size_t>(token.repeat));
@@ -120,13 +122,15 @@ void DataRemarks::add_values(std::int64_t line, std::string_view text) {
     for (; k < end; ++k) {
       value[k] = token.text;
       const bool empty = token.kind == Token::Kind::kNull && k < kText;
-      if (empty) empty_.add(line, [&] { return std::string(kNames[k]) + " is empty : 0 is taken"; });
+      if (empty)
+        empty_.add(line, [&] { return std::string(kNames[k]) + " is empty : 0 is taken"; });
     }
   }
   add_commas(line, text, value[kEbv], value[kText]);
   if (value[kText].size() > kTextWidth) {
     long_text_.add(line, [&] {
-      return "optional_text " + printable(value[kText]) + " is cut : expected at most 15 characters";
+      return "optional_text " + printable(value[kText]) +
+             " is cut : expected at most 15 characters";
     });
   }
 }
@@ -152,7 +156,9 @@ void DataRemarks::add_animal(std::int64_t line, const Pedigree& pedigree, std::i
   if (used_.size() == 0) used_.assign(pedigree.maxid, 0);
   for (const int k : {1, 2}) add_parent(line, pedigree, i, k);
   if (pedigree.sire(i) != 0 && pedigree.sire(i) == pedigree.dam(i)) {
-    selfed_.add(line, [&] { return id_text(pedigree, pedigree.sire(i)) + " is sire and dam of one animal"; });
+    selfed_.add(line, [&] {
+      return id_text(pedigree, pedigree.sire(i)) + " is sire and dam of one animal";
+    });
   }
   add_birth_time(line, pedigree.btime(i));
 }
@@ -176,8 +182,10 @@ void DataRemarks::add_parent(std::int64_t line, const Pedigree& pedigree, std::i
 
 void DataRemarks::add_birth_time(std::int64_t line, std::int32_t btime) {
   if (looks_like_a_date(btime)) {
-    date_.add(line, [&] { return "birth_time " + std::to_string(btime) +
-                                 " looks like a date : expected a time step, as a year"; });
+    date_.add(line, [&] {
+      return "birth_time " + std::to_string(btime) +
+             " looks like a date : expected a time step, as a year";
+    });
   }
   if (!birth_time_is_known(btime)) return;
   first_ = any_ ? std::min(first_, btime) : btime;
@@ -187,15 +195,15 @@ void DataRemarks::add_birth_time(std::int64_t line, std::int32_t btime) {
 
 void DataRemarks::tell_unread(Units& units, const std::string& file) const {
   if (unread_ > 0) {
-    units.tell(file + ":" + std::to_string(end_line_) + ": fewer than three values end the data : " +
-               std::to_string(unread_) + " lines are not read");
+    units.tell(file + ":" + std::to_string(end_line_) +
+               ": fewer than three values end the data : " + std::to_string(unread_) +
+               " lines are not read");
   }
 }
 
 void DataRemarks::tell(Units& units, const std::string& file) const {
-  for (const Finding* finding :
-       {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_, &wrong_sex_[0],
-        &wrong_sex_[1], &both_, &selfed_, &date_}) {
+  for (const Finding* finding : {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_,
+                                 &wrong_sex_[0], &wrong_sex_[1], &both_, &selfed_, &date_}) {
     finding->tell(units, file);
   }
   if (std::int64_t{last_} - first_ > kLongestSpan) {

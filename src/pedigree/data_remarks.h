@@ -39,7 +39,7 @@ class DataRemarks {
   Finding cut_, behind_slash_, empty_, many_, comma_, long_text_;
   std::array<Finding, 2> wrong_sex_;  // of sires, of dams
   Finding both_, selfed_, date_;
-  Table<char> used_;  // as a sire (1), as a dam (2)
+  Table<char> used_;                   // as a sire (1), as a dam (2)
   std::int32_t first_ = 0, last_ = 0;  // birth times
   bool any_ = false;
 };

@@ -95,8 +95,8 @@ void number_animals(Reader& reader) {
     const int read = read_list(record, id[0], id[1], id[2]);
     if (read == kEndOfFile) return note_unread(reader, line);
     if (std::max(pedigree.nobs, pedigree.maxid) > kMostAnimals - 3) {
-      handle_error(reader.units, "ERROR More animals than", kMostAnimals, " in file with data: ",
-                   reader.parameters.datafile);
+      handle_error(reader.units, "ERROR More animals than", kMostAnimals,
+                   " in file with data: ", reader.parameters.datafile);
     }
     ++pedigree.nobs;
     if (read == kMalformed && read_list(record, id[0]) == kMalformed) continue;

@@ -54,7 +54,8 @@ int InputFile::fill() {
 }
 
 double InputFile::share_read() const {
-  return static_cast<double>(read_) / static_cast<double>(std::max<std::int64_t>(source_->size(), 1));
+  return static_cast<double>(read_) /
+         static_cast<double>(std::max<std::int64_t>(source_->size(), 1));
 }
 
 int InputFile::next_line(std::string_view& line) {

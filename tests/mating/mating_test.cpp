@@ -75,10 +75,12 @@ TEST_F(MatingTest, PairsAreCountedWhileRowsChange) {
 TEST_F(MatingTest, AListIsInOrderAlsoForManyCandidates) {
   Stream data(1);
   Rows rows;
-  for (int j = 0; j < 3000; ++j) rows.emplace_back(8000 + data.ceiling(300), 9000 + data.ceiling(9000));
+  for (int j = 0; j < 3000; ++j)
+    rows.emplace_back(8000 + data.ceiling(300), 9000 + data.ceiling(9000));
   const Mateset view = mateset(rows);
   Rows listed;
-  for (const std::int32_t j : rows_in_order(view)) listed.emplace_back(view.male(j), view.female(j));
+  for (const std::int32_t j : rows_in_order(view))
+    listed.emplace_back(view.male(j), view.female(j));
   std::sort(rows.begin(), rows.end());
   EXPECT_EQ(listed, rows);
 }

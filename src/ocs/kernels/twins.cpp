@@ -54,13 +54,14 @@ Twins::Twins(const Selection& selection, RowCache& rows) {
   unrelated_.assign(n, 0);
   is_alike_.assign(n, 0);
   const auto key = [&](std::int32_t y) {
-    return std::tuple(candidates.is_male(y), bits(candidates.merit(y)), bits(selection.goal.apv2(y)),
-                      bits(rows.own()[y]));
+    return std::tuple(candidates.is_male(y), bits(candidates.merit(y)),
+                      bits(selection.goal.apv2(y)), bits(rows.own()[y]));
   };
   std::vector<std::int32_t> order(first_.begin() + 1, first_.end());
   std::sort(order.begin(), order.end(), [&](auto a, auto b) { return key(a) < key(b); });
   for (auto begin = order.begin(); begin != order.end();) {
-    const auto end = std::find_if(begin, order.end(), [&](auto y) { return key(y) != key(*begin); });
+    const auto end =
+        std::find_if(begin, order.end(), [&](auto y) { return key(y) != key(*begin); });
     if (end - begin > 1) find_among({begin, end}, rows);
     begin = end;
   }

@@ -1,7 +1,7 @@
 // Candidates that no objective tells apart, as full sibs without breeding values or animals without
 // relatives: of equally good replacements the first is taken, so that only the first need be looked
-// at. A herd in which all are equal would cost directed mutation a sum for every candidate otherwise
-// (2,800 unrelated ones of equal merit: 50 times the time and more).
+// at. A herd in which all are equal would cost directed mutation a sum for every candidate
+// otherwise (2,800 unrelated ones of equal merit: 50 times the time and more).
 #pragma once
 
 #include <cstdint>

@@ -203,8 +203,8 @@ int FileSink::write_out(std::string_view lines) {
 int FileSink::appear() {
   const SignalsWait until_done;
   const std::string beside = name_beside(path_, unnamed_);
-  const int status = ::linkat(AT_FDCWD, NameOf(unnamed_).c_str(), AT_FDCWD, beside.c_str(),
-                              AT_SYMLINK_FOLLOW);
+  const int status =
+      ::linkat(AT_FDCWD, NameOf(unnamed_).c_str(), AT_FDCWD, beside.c_str(), AT_SYMLINK_FOLLOW);
   return status == 0 ? rename_over(beside, path_) : copy_in_place();
 }
 

@@ -21,8 +21,9 @@ std::size_t character_size(std::string_view text) {
   const std::string_view rest = text.substr(1, size - 1);
   const bool whole =
       std::all_of(rest.begin(), rest.end(), [](char c) { return is_within(c, 0x80, 0xBF); });
-  const bool longer_than_needed = (is_within(first, 0xE0, 0xE0) && is_within(rest[0], 0x80, 0x9F)) ||
-                                  (is_within(first, 0xF0, 0xF0) && is_within(rest[0], 0x80, 0x8F));
+  const bool longer_than_needed =
+      (is_within(first, 0xE0, 0xE0) && is_within(rest[0], 0x80, 0x9F)) ||
+      (is_within(first, 0xF0, 0xF0) && is_within(rest[0], 0x80, 0x8F));
   return whole && !longer_than_needed ? size : 1;
 }
 
@@ -35,8 +36,9 @@ std::string terminal_text(std::string_view text) {
   std::string shown;
   while (!text.empty()) {
     const std::size_t size = character_size(text);
-    const bool is_control = size == 1 ? is_within(text[0], 0x80, 0x9F)
-                                      : size == 2 && text[0] == '\xC2' && is_within(text[1], 0x80, 0x9F);
+    const bool is_control = size == 1
+                                ? is_within(text[0], 0x80, 0x9F)
+                                : size == 2 && text[0] == '\xC2' && is_within(text[1], 0x80, 0x9F);
     shown.append(is_control ? "?" : text.substr(0, size));
     text.remove_prefix(size);
   }
