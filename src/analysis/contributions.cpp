@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/pedigree_products.h"
+#include "core/finding.h"
 #include "core/numbers.h"
 
 namespace qob {
@@ -62,7 +63,7 @@ class ContributionReport {
   void answer_group(std::int32_t ancestor);
   bool take_named_group();
   void ignore_request();
-  void tell(const std::string& text);
+  void leave_unanswered(const std::string& why);
   void count_founder_lines();
   std::string_view gcfile() const { return run_.parameters.files.gcfile.trimmed(); }
 
@@ -70,8 +71,9 @@ class ContributionReport {
   Units& units_;
   Pedigree& pedigree_;  // its identifiers grow by what requests name
   const Cohorts& cohorts_;
-  std::int32_t group_;              // that the last request named, at first the last group
-  std::int64_t request_line_ = 0;   // of the parameter file
+  std::int32_t group_;             // that the last request named, at first the last group
+  std::int64_t request_line_ = 0;  // of the parameter file
+  Finding other_group_, unanswered_;
   std::int64_t founder_lines_ = 0;  // written to gcfile
   Unit gc_{16};
   Unit maxgc_{17};
@@ -92,6 +94,8 @@ void ContributionReport::open() {
 }
 
 void ContributionReport::close() {
+  const std::string file = printable(run_.parameters.files.qobparmfile.trimmed());
+  for (const Finding* finding : {&other_group_, &unanswered_}) finding->tell(units_, file);
   write_list(units_.log, "Genetic contributions written to file ", gcfile());
   closeresultsfile(units_, gc_);
   closeresultsfile(units_, maxgc_);
@@ -184,19 +188,20 @@ void ContributionReport::answer_request(bool first) {
     take_named_group() ? answer_group(ancestor) : ignore_request();
   } else if (request.group != 0 || first) {
     if (!take_named_group() && request.group != 0) {
-      tell("no animal is born in group = " + std::to_string(request.group) +
-           " : the contributions to " + std::to_string(cohorts_.btime(group_)) + " are given");
+      other_group_.add(request_line_, [&] {
+        return "&Contrib group = " + std::to_string(request.group) +
+               " : no animal is born then, the contributions to " +
+               std::to_string(cohorts_.btime(group_)) + " are given";
+      });
     }
     report_group();
   } else {
-    tell("is not answered : expected an ancestor or a group");
+    leave_unanswered("expected an ancestor or a group");
   }
 }
 
-// Tells of the request, on standard error.
-void ContributionReport::tell(const std::string& text) {
-  units_.tell(printable(run_.parameters.files.qobparmfile.trimmed()) + ":" +
-              std::to_string(request_line_) + ": &Contrib " + text);
+void ContributionReport::leave_unanswered(const std::string& why) {
+  unanswered_.add(request_line_, [&] { return "&Contrib is not answered : " + why; });
 }
 
 // Returns whether the request names a group that has members.
@@ -215,7 +220,7 @@ bool ContributionReport::find_animals(std::int32_t& ancestor, std::int32_t& desc
   if (ancestor > 0 && descendant > 0 && ancestor > descendant) std::swap(ancestor, descendant);
   if (std::max(ancestor, descendant) > pedigree_.maxid) {
     write_list(units_.log, " ERROR in namelist Contrib. ID too large");
-    tell("is not answered : expected identifiers of the data file");
+    leave_unanswered("expected identifiers of the data file");
     return false;
   }
   return true;
@@ -234,7 +239,7 @@ bool ContributionReport::find(std::int32_t id, std::int32_t& number) {
   Unit& log = units_.log;
   write_list(log, " ERROR in namelist Contrib. Animal not in pedigree : ", id);
   write_list(log, " Request ignored");
-  tell("is not answered : " + std::to_string(id) + " is not in the data file");
+  leave_unanswered(std::to_string(id) + " is not in the data file");
   return false;
 }
 
@@ -268,7 +273,7 @@ void ContributionReport::ignore_request() {
   both_list(units_.out, units_.log, " Ancestor=", request.ancestor,
             " Descendant=", request.descendant, " Group=", request.group,
             " Namelist Contrib ignored");
-  tell("is not answered : expected a descendant, or a group in which animals are born");
+  leave_unanswered("expected a descendant, or a group in which animals are born");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/edit.h"
+#include "core/finding.h"
 
 namespace qob {
 namespace {
@@ -27,7 +28,7 @@ class Look {
   bool read_anywhere(const Group& group) { return file_.rewind() == 0 && read(group); }
   void read_contributions();
   void tell(std::int64_t line, const std::string& text) {
-    units_.tell(path_ + (line > 0 ? ":" + std::to_string(line) : "") + ": " + text);
+    units_.tell(printable(path_) + (line > 0 ? ":" + std::to_string(line) : "") + ": " + text);
   }
   std::string expected_before(const std::string& group);
   void tell_unread_groups();
@@ -97,6 +98,7 @@ void Look::tell_unread_groups() {
   const auto has = [](const std::vector<std::string>& names, const std::string& name) {
     return std::find(names.begin(), names.end(), name) != names.end();
   };
+  Finding unread;
   std::string name;
   for (bool in_group = false; file_.next_group(name, in_group) == 0; in_group = true) {
     const std::string group = lowercase(name), before = expected_before(group);
@@ -111,8 +113,9 @@ void Look::tell_unread_groups() {
       seen.push_back(group);
       continue;
     }
-    tell(file_.group_line(), "&" + name + why);
+    unread.add(file_.group_line(), [&] { return "&" + name + why; });
   }
+  unread.tell(units_, printable(path_));
 }
 
 void Look::tell_option(std::string_view key, std::string_view value,
