@@ -21,9 +21,7 @@ class Finding {
   // Tells it, if there is anything to tell.
   void tell(Units& units, const std::string& file) const {
     if (count_ == 0) return;
-    const std::string more =
-        count_ > 1 ? " ... and " + std::to_string(count_ - 1) + " more" : std::string();
-    units.tell(file + ":" + std::to_string(line_) + ": " + text_ + more);
+    units.tell(file + ":" + std::to_string(line_) + ": " + text_ + and_more(count_));
   }
 
  private:

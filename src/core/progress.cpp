@@ -1,6 +1,7 @@
 #include "core/progress.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "core/format.h"
@@ -29,7 +30,7 @@ void Progress::show_now(double share, std::string_view more) {
   std::string text = phase_ + formatted("(A,F5.1,A)", " :", 100.0 * share, " %");
   if (share > 0.0) {
     const double left = std::min((now - start_) * (1.0 - share) / share, 1e9);
-    text += ", " + std::to_string(static_cast<long long>(left) + 1) + " s left";
+    text += ", " + std::to_string(static_cast<std::int64_t>(left) + 1) + " s left";
   }
   show_progress(text.append(more));
 }

@@ -14,9 +14,8 @@ constexpr std::size_t kLongestMessage = 255;
 void Units::tell_unshown(const Unit& unit) {
   const auto tell_lines = [&](const Unshown& lines, const std::string& text) {
     if (lines.count == 0) return;
-    const std::string more =
-        lines.count > 1 ? " ... and " + std::to_string(lines.count - 1) + " more" : std::string();
-    tell(printable(unit.path()) + ":" + std::to_string(lines.line) + ": " + text + more);
+    tell(printable(unit.path()) + ":" + std::to_string(lines.line) + ": " + text +
+         and_more(lines.count));
   };
   tell_lines(unit.unshown(Shown::kTooWide), "a number fills its column : expected fewer digits");
   tell_lines(unit.unshown(Shown::kNoNumber),

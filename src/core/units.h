@@ -2,12 +2,18 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "core/format.h"
 #include "core/unit.h"
 
 namespace qob {
+
+// What stands behind the first of `count` remarks of one kind.
+inline std::string and_more(std::int64_t count) {
+  return count > 1 ? " ... and " + std::to_string(count - 1) + " more" : "";
+}
 
 struct Units {
   Unit out{6};       // standard output

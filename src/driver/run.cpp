@@ -8,6 +8,7 @@
 
 #include "analysis/qobpophistory.h"
 #include "analysis/qobrelshipmatrix.h"
+#include "core/finding.h"
 #include "core/stop.h"
 #include "driver/first_look.h"
 #include "mating/qobmate.h"
@@ -33,8 +34,9 @@ void take_arguments(Run& run, Arguments arguments) {
     write_list(out, "Filename not specified in command line. Default QOB.PRM assumed");
     stop("ERROR  Parameter file not specified when calling QOB ");
   }
-  for (std::size_t k = 1; k < arguments.size(); ++k) {
-    units.tell("qob: " + printable(arguments[k]) + " is not read : expected one parameter file");
+  if (arguments.size() > 1) {
+    units.tell("qob: " + printable(arguments[1]) + " is not read : expected one parameter file" +
+               and_more(std::ssize(arguments) - 1));
   }
   Text<255>& name = run.parameters.files.qobparmfile;
   name = arguments.front();

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/lexer.h"
+#include "core/progress.h"
 #include "pedigree/data_remarks.h"
 
 namespace qob {
@@ -14,6 +15,7 @@ namespace {
 
 constexpr std::size_t kLongestLine = std::size_t{1} << 20U;  // of which remarks are made
 
+constexpr std::int32_t kProgressStep = 10000;
 constexpr std::int32_t kMostAnimals = std::numeric_limits<std::int32_t>::max();
 
 struct Reader {
@@ -24,6 +26,7 @@ struct Reader {
   Pedigree pedigree;
   InputFile file{kLongestLine};
   DataRemarks remarks;
+  Progress progress{"Data file"};
   bool faults = false;  // of the pass under way
 
   void first_fault(std::string_view title) {
@@ -94,6 +97,7 @@ void number_animals(Reader& reader) {
     const std::string_view record = record_of(line);
     const int read = read_list(record, id[0], id[1], id[2]);
     if (read == kEndOfFile) return note_unread(reader, line);
+    if (pedigree.nobs % kProgressStep == 0) reader.progress.show(0.5 * reader.file.share_read());
     if (std::max(pedigree.nobs, pedigree.maxid) > kMostAnimals - 3) {
       handle_error(reader.units, "ERROR More animals than", kMostAnimals,
                    " in file with data: ", reader.parameters.datafile);
@@ -208,6 +212,7 @@ void read_values(Reader& reader) {
   if (status != 0) stop_at_unreadable(reader, "", status);
   std::int32_t i = 0;
   for (std::int32_t r = 1; r <= pedigree.nobs; ++r) {
+    if (r % kProgressStep == 0) reader.progress.show(0.5 + 0.5 * reader.file.share_read());
     const Record record = read_record(reader, r);
     // Animals are numbered in the order of their records, but for inserted parents.
     i = reader.pedigree.ids.find(record.id[0], i + 1).number;
