@@ -79,7 +79,7 @@ int NamelistFile::set(const Group& group, const Key* key, const Token& token) {
                                 " : expected " + std::string(key->expected));
   }
   const bool cut = key->width > 0 && trim(token.text).size() > key->width;
-  given_.push_back({token.line, key, std::string(cut ? token.text : "")});
+  given_.push_back({token.line, key->name, key->width, std::string(cut ? token.text : "")});
   return 0;
 }
 

@@ -79,7 +79,8 @@ class NamelistFile {
   // A value that a key was given.
   struct Given {
     std::int64_t line;
-    const Key* key;
+    std::string_view key;
+    std::size_t width;  // of its variable
     std::string whole;  // of a text that is longer than its variable
     bool is_cut() const { return !whole.empty(); }
   };
@@ -103,7 +104,7 @@ class NamelistFile {
 
   // The line on which the group stands that was found last.
   std::int64_t group_line() const { return lexer_.line(); }
-  // Of the last group that was read: its deviation, and its values, whose keys are the group's.
+  // Of the last group that was read: its deviation, and its values.
   const Remark& fault() const { return fault_; }
   const std::vector<Given>& given() const { return given_; }
 

@@ -66,19 +66,19 @@ bool Look::read(const Group& group) {
 void Look::check_widths() {
   for (const NamelistFile::Given& given : file_.given()) {
     if (!given.is_cut()) continue;
-    const std::string key(given.key->name);
-    if (given.key->width == kNameWidth) {
+    const std::string key(given.key);
+    if (given.width == kNameWidth) {
       handle_error(units_, "ERROR in reading QOB Parameter file, ", key, " is longer than",
                    kNameWidth, " characters");
     }
-    tell(given.line, key + " has only the first " + std::to_string(given.key->width) +
+    tell(given.line, key + " has only the first " + std::to_string(given.width) +
                          " characters of what is given");
   }
 }
 
 std::int64_t Look::line_of(std::string_view key) const {
   for (const NamelistFile::Given& given : file_.given()) {
-    if (given.key->name == key) return given.line;
+    if (given.key == key) return given.line;
   }
   return 0;
 }
@@ -140,7 +140,7 @@ void Look::tell_limits() {
   }
   const bool penalty = optimise != "constraint" && optimise != "merit";
   for (const NamelistFile::Given& given : file_.given()) {
-    const std::string_view key = given.key->name;
+    const std::string_view key = given.key;
     const bool used = key == "dfconstraint" ? optimise == "constraint" : penalty;
     if (used || (key != "dfconstraint" && key != "w_merit" && key != "w_relationship")) continue;
     tell(given.line, std::string(key) + " is not used by this way to optimise");

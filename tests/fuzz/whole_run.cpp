@@ -35,6 +35,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   if (!is_short()) return 0;
   Run of_bytes;
-  fuzz::require(!fuzz::runs_through([&] { run(of_bytes, "qob.prm"); }), "every run ends by a stop");
+  fuzz::require(!fuzz::runs_through([&] { run(of_bytes, {"qob.prm"}); }),
+                "every run ends by a stop");
   return 0;
 }

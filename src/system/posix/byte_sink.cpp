@@ -220,7 +220,8 @@ int FileSink::copy_in_place() {
     if (count <= 0) break;
     status = write_out({part.data(), static_cast<std::size_t>(count)});
   }
-  if (status != 0) take_back(descriptor_, ::lseek(descriptor_, 0, SEEK_CUR));
+  const off_t written = ::lseek(descriptor_, 0, SEEK_CUR);
+  if (status != 0 && written > 0) take_back(descriptor_, static_cast<std::size_t>(written));
   ::close(complete);
   return status;
 }
