@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
+#include <cstring>
 #include <numeric>
 #include <tuple>
 #include <utility>
@@ -12,7 +12,11 @@ namespace {
 
 using Mark = std::pair<std::uint64_t, std::int32_t>;  // of a row, and its candidate
 
-std::uint64_t bits(double value) { return std::bit_cast<std::uint64_t>(value); }
+std::uint64_t bits(double value) {
+  std::uint64_t as_integer;
+  std::memcpy(&as_integer, &value, sizeof value);
+  return as_integer;
+}
 
 std::uint64_t mixed(std::uint64_t x) {
   x = (x ^ (x >> 31U)) * 0x9e3779b97f4a7c15U;
@@ -44,6 +48,12 @@ bool are_twins(const double* a, std::int32_t i, const double* b, std::int32_t j,
   return true;
 }
 
+// Not every library makes a span of iterators.
+template <class Iterator>
+auto span_of(Iterator begin, Iterator end) {
+  return std::span(&*begin, static_cast<std::size_t>(end - begin));
+}
+
 }  // namespace
 
 Twins::Twins(const Selection& selection, RowCache& rows) {
@@ -62,7 +72,7 @@ Twins::Twins(const Selection& selection, RowCache& rows) {
   for (auto begin = order.begin(); begin != order.end();) {
     const auto end =
         std::find_if(begin, order.end(), [&](auto y) { return key(y) != key(*begin); });
-    if (end - begin > 1) find_among({begin, end}, rows);
+    if (end - begin > 1) find_among(span_of(begin, end), rows);
     begin = end;
   }
 }
@@ -85,7 +95,7 @@ void Twins::find_among(std::span<const std::int32_t> alike, RowCache& rows) {
   for (auto begin = marked.begin(); begin != marked.end();) {
     const auto end =
         std::find_if(begin, marked.end(), [&](const Mark& m) { return m.first != begin->first; });
-    join({begin, end}, rows);
+    join(span_of(begin, end), rows);
     begin = end;
   }
 }
