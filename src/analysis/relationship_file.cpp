@@ -55,8 +55,9 @@ bool RelationshipReader::next(Record& record) {
   if (status != 0) stop_at_unreadable(records_ + 1, status);
   ++records_;
   const std::string_view line = whole.substr(0, kLineWidth);
-  status = read_list(line, id_[0], id_[1], a_);
-  look_at(whole, line, status);
+  std::string_view rest;
+  status = read_list_before(rest, line, id_[0], id_[1], a_);
+  if (!rest.empty() || whole.size() > line.size()) look_at(whole, line, status);
   if (status == kMalformed) {
     write_list(units_.out, "Record read ", printable(line));
     stop_at_unreadable(records_, status);

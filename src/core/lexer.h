@@ -137,14 +137,27 @@ class RecordReader {
 // slash leaves it and all that follow, what stands behind the last value is not looked at. A text
 // is a word or quoted. Returns 0, kEndOfFile (the line ended first) or kMalformed (a bad item, or
 // a repeated value for variables of different types); variables before that have new values.
+//
+// rest: becomes what stands behind the last value of a line in plain form; of another, and of one
+// that ends before, the whole line.
 template <class... Variables>
-int read_list(std::string_view line, Variables&... variables) {
+int read_list_before(std::string_view& rest, std::string_view line, Variables&... variables) {
+  rest = line;
   PlainValues plain(line);
-  if ((plain.read(variables) && ...)) return 0;
+  if ((plain.read(variables) && ...)) {
+    rest = plain.rest();
+    return 0;
+  }
   if (plain.at_end()) return kEndOfFile;
   RecordReader reader(line);
   static_cast<void>((reader.read(variables) && ...));
   return reader.status();
+}
+
+template <class... Variables>
+int read_list(std::string_view line, Variables&... variables) {
+  std::string_view rest;
+  return read_list_before(rest, line, variables...);
 }
 
 }  // namespace qob

@@ -30,6 +30,8 @@ class PlainValues {
 
   // After a value that could not be read: none was left.
   bool at_end() const { return at_ == end_; }
+  // What stands behind the last value.
+  std::string_view rest() const { return {at_, static_cast<std::size_t>(end_ - at_)}; }
 
  private:
   // Digits with their sign, as they stand in front of a point or of the value's end.

@@ -15,29 +15,13 @@ constexpr std::size_t kEbv = 6, kText = 7;  // from 0
 constexpr std::size_t kTextWidth = 15;
 constexpr std::int64_t kLongestSpan = 1000;  // time steps
 
-// By character: 1 for what parts words, 2 for what makes a record odd, 0 for what words consist of.
-constexpr auto kKind = [] {
-  std::array<unsigned char, 256> kind{};
-  for (const char c : {' ', '\t'}) kind[static_cast<unsigned char>(c)] = 1;
-  for (const char c : {',', '/', '*', '\'', '"'}) kind[static_cast<unsigned char>(c)] = 2;
-  return kind;
-}();
-
-// Whether the record is sure to have nothing odd in it: at most eight words, of which an eighth is
-// short, and no separator but blanks. In one pass without branches, as nearly all records are so.
+// Whether a record of plain values has nothing odd in it: no separator but blanks, and no long
+// text. Nearly all are so.
 bool is_plain(std::string_view record) {
-  std::size_t words = 0, begin = 0;  // of the last word
-  unsigned before = 1, any = 0;
-  for (std::size_t at = 0; at < record.size(); ++at) {
-    const unsigned kind = kKind[static_cast<unsigned char>(record[at])];
-    const bool begins = before == 1 && kind == 0;
-    words += begins ? 1 : 0;
-    begin = begins ? at : begin;
-    any |= before = kind;
-  }
-  const bool is_short =
-      words < kValues || (words == kValues && record.size() - begin <= kTextWidth);
-  return is_short && (any & 2U) == 0;
+  const auto last = record.find_last_not_of(" \t");
+  if (last == std::string_view::npos || record.find(',') != std::string_view::npos) return false;
+  const auto before = record.find_last_of(" \t", last);  // npos + 1 is 0
+  return last - before <= kTextWidth;
 }
 
 bool is_digits(std::string_view text) {
@@ -92,12 +76,12 @@ void DataRemarks::add_unread_line(std::int64_t line, std::string_view text) {
   unread_ += !is_blank_text(text);
 }
 
-void DataRemarks::add_record(std::int64_t line, std::string_view text) {
+void DataRemarks::add_record(std::int64_t line, std::string_view text, std::string_view rest) {
   if (text.size() > kLineWidth && !is_blank_text(text.substr(kLineWidth))) {
     cut_.add(line, [] { return "longer than 120 characters : the others are not read"; });
   }
   text = text.substr(0, kLineWidth);
-  if (!is_plain(text)) add_values(line, text);
+  if (!is_blank_text(rest) || !is_plain(text)) add_values(line, text);
 }
 
 // The record value by value, from the lexer.

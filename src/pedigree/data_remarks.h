@@ -19,8 +19,9 @@ class DataRemarks {
  public:
   // A line behind the records, from the one on that ended them.
   void add_unread_line(std::int64_t line, std::string_view text);
-  // A line that holds a record, as it stands in the file.
-  void add_record(std::int64_t line, std::string_view text);
+  // A line that holds a record, as it stands in the file; rest: what stands behind its values when
+  // they have their plain form, else all of it.
+  void add_record(std::int64_t line, std::string_view text, std::string_view rest);
   // The animal of a record that has been entered, once all that it names have been.
   void add_animal(std::int64_t line, const Pedigree& pedigree, std::int32_t i);
 

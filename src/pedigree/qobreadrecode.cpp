@@ -135,13 +135,16 @@ Record read_record(Reader& reader, std::int32_t r) {
   std::string_view whole;
   const int read = reader.file.next_line(whole);
   if (read != 0) stop_at_unreadable(reader, "", read);
-  reader.remarks.add_record(r, whole);
   const std::string_view line = record_of(whole);
   Record v;
-  int status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv, v.txt);
+  std::string_view rest;
+  int status = read_list_before(rest, line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings,
+                                v.ebv, v.txt);
   if (status == kEndOfFile) {  // before the text, which may be missing, or before a number
-    status = read_list(line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv);
+    status =
+        read_list_before(rest, line, v.id[0], v.id[1], v.id[2], v.sex, v.btime, v.matings, v.ebv);
   }
+  reader.remarks.add_record(r, whole, rest);
   if (status == kEndOfFile) {
     Units& units = reader.units;
     both_list(units.out, units.log, "Warning : Record ", r, " is not complete");
