@@ -57,7 +57,7 @@ bool RelationshipReader::next(Record& record) {
   const std::string_view line = whole.substr(0, kLineWidth);
   std::string_view rest;
   status = read_list_before(rest, line, id_[0], id_[1], a_);
-  if (!rest.empty() || whole.size() > line.size()) look_at(whole, line, status);
+  if (status != 0 || !rest.empty() || whole.size() > line.size()) look_at(whole, line, status);
   if (status == kMalformed) {
     write_list(units_.out, "Record read ", printable(line));
     stop_at_unreadable(records_, status);
