@@ -63,6 +63,7 @@ class ContributionReport {
   void answer_group(std::int32_t ancestor);
   bool take_named_group();
   void ignore_request();
+  void tell_unused(bool first);
   void leave_unanswered(const std::string& why);
   void count_founder_lines();
   std::string_view gcfile() const { return run_.parameters.files.gcfile.trimmed(); }
@@ -73,7 +74,7 @@ class ContributionReport {
   const Cohorts& cohorts_;
   std::int32_t group_;             // that the last request named, at first the last group
   std::int64_t request_line_ = 0;  // of the parameter file
-  Finding other_group_, unanswered_;
+  Finding other_group_, unused_, unanswered_;
   std::int64_t founder_lines_ = 0;  // written to gcfile
   Unit gc_{16};
   Unit maxgc_{17};
@@ -95,7 +96,8 @@ void ContributionReport::open() {
 
 void ContributionReport::close() {
   const std::string file = printable(run_.parameters.files.qobparmfile.trimmed());
-  for (const Finding* finding : {&other_group_, &unanswered_}) finding->tell(units_, file);
+  for (const Finding* finding : {&other_group_, &unused_, &unanswered_})
+    finding->tell(units_, file);
   write_list(units_.log, "Genetic contributions written to file ", gcfile());
   closeresultsfile(units_, gc_);
   closeresultsfile(units_, maxgc_);
@@ -182,6 +184,7 @@ void ContributionReport::answer_request(bool first) {
   std::int32_t ancestor = 0;
   std::int32_t descendant = 0;
   if (!find_animals(ancestor, descendant)) return;
+  tell_unused(first);
   if (ancestor > 0 && descendant > 0) {
     answer_pair(ancestor, descendant);
   } else if (ancestor > 0) {
@@ -197,6 +200,22 @@ void ContributionReport::answer_request(bool first) {
     report_group();
   } else {
     leave_unanswered("expected an ancestor or a group");
+  }
+}
+
+// A request may say more than its answer takes up, and the first one less.
+void ContributionReport::tell_unused(bool first) {
+  const Contrib& request = run_.parameters.contrib;
+  const bool pair = request.ancestor != 0 && request.descendant != 0;
+  const auto tell = [&](std::string_view what) {
+    unused_.add(request_line_, [&] { return "&Contrib : " + std::string(what); });
+  };
+  if (pair && request.group != 0) tell("the group is not used, the answer is for the descendant");
+  if (request.ancestor != 0 || (request.group == 0 && !first)) return;
+  if (request.descendant != 0) {
+    tell("the descendant is not used without an ancestor, the answer is for a group");
+  } else if (request.group == 0) {
+    tell("neither ancestor nor group, the contributions to the last group are given again");
   }
 }
 

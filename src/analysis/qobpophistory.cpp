@@ -145,8 +145,9 @@ void remark_on_last_group(Units& units, const Cohorts& cohorts) {
   const std::int32_t youngest = *std::max_element(cohorts.btime.begin(), cohorts.btime.end());
   const std::int32_t last = cohorts.btime(cohorts.count());
   if (last == youngest) return;
-  units.tell("The last group of the data file is born in " + std::to_string(last) + ", not in " +
-             std::to_string(youngest) + " : contributions are to that of " + std::to_string(last));
+  units.tell("The group that comes last in the data file is that of " + std::to_string(last) +
+             (birth_time_is_known(last) ? "" : " (parents without a record)") + ", not of " +
+             std::to_string(youngest) + " : contributions are to its animals");
 }
 
 }  // namespace

@@ -78,11 +78,16 @@ void RelationshipReader::look_at(std::string_view line, std::string_view read, i
   if (line.size() > read.size() && !is_blank_text(line.substr(read.size()))) {
     cut_.add(records_, [] { return "longer than 120 characters : the others are not read"; });
   }
-  if (status == kEndOfFile) {
+  Lexer lexer(read);
+  std::int64_t values = 0;
+  for (Token token = lexer.next(); token.kind == Token::Kind::kValue; token = lexer.next()) {
+    values += token.repeat;
+  }
+  if (status == kEndOfFile || values < 3) {
     fewer_.add(records_, [] {
       return "fewer than three values : those that are missing are taken from the line before";
     });
-  } else if (count_words(read) > 3) {
+  } else if (values > 3) {
     more_.add(records_, [&] { return "more than three values : " + printable(read); });
   }
 }

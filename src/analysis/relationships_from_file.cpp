@@ -127,8 +127,12 @@ void report_elements(Units& units, std::string_view gfile, std::int64_t size,
   }
 }
 
-void drop_missing_candidates(Unit& log, const Relationship& relationship,
-                             const FileContents& contents, Pedigree& pedigree) {
+void drop_missing_candidates(Units& units, const std::string& file,
+                             const Relationship& relationship, const FileContents& contents,
+                             Pedigree& pedigree) {
+  Unit& log = units.log;
+  std::int64_t dropped = 0;
+  std::int32_t first = 0;
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
     if (relationship.nrm_id(i) == 0 || contents.read(i) == 1) continue;
     write_list(log);
@@ -137,7 +141,11 @@ void drop_missing_candidates(Unit& log, const Relationship& relationship,
                i, static_cast<int>(contents.read(i)));
     write_list(log, "Individual ignored as candidate");
     pedigree.matings(i) = 0;
+    if (dropped++ == 0) first = pedigree.oldped(i, 1);
   }
+  if (dropped == 0) return;
+  units.tell(file + ": candidate " + std::to_string(first) +
+             " has no line of its own : it is left out" + and_more(dropped));
 }
 
 }  // namespace
@@ -155,7 +163,7 @@ void read_relationships(Run& run, Pedigree& pedigree, Relationship& relationship
   const FileContents contents = read_file(units, file, cohorts, pedigree, relationship);
   relationship.cohortrel = write_groups(units.summary, cohorts, contents);
   report_elements(units, gfile, relationship.nrm.size(), contents);
-  drop_missing_candidates(units.log, relationship, contents, pedigree);
+  drop_missing_candidates(units, printable(gfile), relationship, contents, pedigree);
 }
 
 }  // namespace qob

@@ -170,13 +170,16 @@ Token Lexer::finish_quoted(Token token) {
 int Lexer::find_group(std::string_view name) {
   const std::string wanted = lowercase(name);
   std::string found;
-  for (bool in_group = false;; in_group = true) {
-    const int status = next_group(found, in_group);
-    if (status != 0 || lowercase(found) == wanted) return status;
-  }
+  bool in_group = false;
+  int status;
+  do {
+    status = next_group(found, in_group);
+  } while (status == 0 && lowercase(found) != wanted);
+  return status;
 }
 
-int Lexer::next_group(std::string& name, bool in_group) {
+// What is no name begins no group.
+int Lexer::next_group(std::string& name, bool& in_group) {
   while (skip_blanks()) {
     const char c = line_[at_++];
     if (c == '/') {
@@ -186,8 +189,12 @@ int Lexer::next_group(std::string& name, bool in_group) {
     } else if (c == '&') {
       const auto begin = at_;
       at_ = std::min(line_.find_first_not_of(kNameCharacters, at_), line_.size());
-      if (at_ == begin || !at_item_end()) continue;
+      const auto end = at_;
+      const bool is_name = end != begin && at_item_end();
+      in_group = in_group || is_name;
+      while (!at_item_end()) ++at_;
       name = line_.substr(begin, at_ - begin);
+      at_ = end;
       return 0;
     }
   }

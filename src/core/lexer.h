@@ -80,8 +80,9 @@ class Lexer {
   // Goes to just behind "&" and `name` in any case, over text outside groups, comments and other
   // groups with their quoted texts. Returns 0, kEndOfFile or the system's error number.
   int find_group(std::string_view name);
-  // The same for any group, whose name as it stands there it sets.
-  int next_group(std::string& name, bool in_group = false);
+  // Goes to behind the next "&" and sets `name` to what stands there up to a separator, which need
+  // be no name. in_group: whether that is within a group; false where reading began.
+  int next_group(std::string& name, bool& in_group);
   // The line that is being read, counted from 1 where reading began.
   std::int64_t line() const { return line_number_; }
   // Reading begins anew: forgets the rest of the current line.

@@ -99,8 +99,8 @@ class NamelistFile {
   int read_items(const Group& group);
   // Both, one after the other.
   int read(const Group& group);
-  // Sets `name` to that of the next group and goes to just behind it; in_group: from within one.
-  int next_group(std::string& name, bool in_group) { return lexer_.next_group(name, in_group); }
+  // See Lexer::next_group.
+  int next_group(std::string& name, bool& in_group) { return lexer_.next_group(name, in_group); }
 
   // The line on which the group stands that was found last.
   std::int64_t group_line() const { return lexer_.line(); }

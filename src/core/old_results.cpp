@@ -29,7 +29,8 @@ constexpr std::array<std::string_view, 11> kHeads = {
     " -Old Id-  -New ID- \n",
 };
 
-// Whether a run has written the file, as its first lines tell.
+}  // namespace
+
 bool is_result(const std::string& path) {
   constexpr std::size_t kWidth = 120;
   InputFile file(kWidth);
@@ -41,6 +42,8 @@ bool is_result(const std::string& path) {
                      [&](std::string_view start) { return head.starts_with(start); });
 }
 
+namespace {
+
 // Whether nobody misses the file under its name.
 bool may_go(const Run& run, const std::string& path) {
   if (is_link(path) || is_folder(path) || is_standard_stream(path) || is_in_use(path)) return false;
@@ -51,7 +54,7 @@ bool may_go(const Run& run, const std::string& path) {
 }
 
 bool may_be_replaced(const Run& run, const std::string& path) {
-  return !path_exists(path) || (may_go(run, path) && is_result(path));
+  return (!path_exists(path) && !is_link(path)) || (may_go(run, path) && is_result(path));
 }
 
 // Whether `mv SOURCES TARGETS`, with the last of all words as the target, moves and replaces only
@@ -76,11 +79,13 @@ void move_aside(const Run& run, const std::string& prefix, const std::string& en
   const std::string folder = as_shell_reads(prefix);
   const std::vector<std::string> sources = entries_of(folder, ending);
   std::vector<std::string> targets = entries_of(folder, ".prev");
-  if (targets.empty()) targets.push_back(folder + "/*.prev");
+  const bool is_new = targets.empty();
+  if (is_new) targets.push_back(folder + "/*.prev");
   if (!may_move(run, sources, targets)) return;
   const std::string word = shell_word(prefix);
-  run_in_shell("mv " + word + "/*" + ending + " " + word + "/*.prev",
-               sources.empty() ? Complaints::kHidden : Complaints::kShown);
+  run_in_shell(
+      "mv " + word + "/*" + ending + " " + word + "/*.prev",
+      sources.empty() || (is_new && sources.size() > 1) ? Complaints::kHidden : Complaints::kShown);
 }
 
 }  // namespace

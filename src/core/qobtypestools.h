@@ -52,6 +52,8 @@ void openresultsfile(Run& run, std::string_view prefix, std::string_view name, U
 // Closes it. A failure stops the run. Values of results that were not shown as they are are told.
 void closeresultsfile(Units& units, Unit& unit);
 
+// Whether a run has written the file, as its first lines tell.
+bool is_result(const std::string& path);
 // Moves the result files of an earlier run aside, through the shell, whose outcome is ignored
 // (old_results). Nothing is moved or replaced that is in use, a folder or a link, and nothing
 // replaced that no run has written.

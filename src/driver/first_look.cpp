@@ -53,8 +53,9 @@ bool Look::read(const Group& group) {
     tell(0, name + " is missing" + (before.empty() ? "" : " behind &" + before) +
                 " : the run will end where it is needed");
   } else if (status == 0) {
+    const std::int64_t line = file_.group_line();
     status = file_.read_items(group);
-    if (status == kEndOfFile) tell(0, name + " is not closed by \"/\"");
+    if (status == kEndOfFile) tell(line, name + " is not closed by \"/\"");
     if (status == kMalformed) tell(file_.fault().line, file_.fault().text);
   }
   if (status == 0) check_widths();
@@ -71,8 +72,8 @@ void Look::check_widths() {
       handle_error(units_, "ERROR in reading QOB Parameter file, ", key, " is longer than",
                    kNameWidth, " characters");
     }
-    tell(given.line, key + " has only the first " + std::to_string(given.width) +
-                         " characters of what is given");
+    tell(given.line, key + " = '" + printable(given.whole) + "' : expected at most " +
+                         std::to_string(given.width) + " characters; the first are taken");
   }
 }
 
@@ -100,7 +101,7 @@ void Look::tell_unread_groups() {
   };
   Finding unread;
   std::string name;
-  for (bool in_group = false; file_.next_group(name, in_group) == 0; in_group = true) {
+  for (bool in_group = false; file_.next_group(name, in_group) == 0;) {
     const std::string group = lowercase(name), before = expected_before(group);
     std::string why;
     if (!has(known, group)) {
@@ -113,7 +114,7 @@ void Look::tell_unread_groups() {
       seen.push_back(group);
       continue;
     }
-    unread.add(file_.group_line(), [&] { return "&" + name + why; });
+    unread.add(file_.group_line(), [&] { return "&" + printable(name) + why; });
   }
   unread.tell(units_, printable(path_));
 }
@@ -187,13 +188,13 @@ void take_up_whole(const NamelistFile& file, std::vector<std::string>& inputs) {
 
 }  // namespace
 
-void know_inputs(Run& run) {
+bool know_inputs(Run& run) {
   std::vector<std::string>& inputs = run.files.inputs;
   inputs.push_back(path_of(run));
   NamelistFile file;
   DataParameters data;
   RelationshipMatrix relationship;  // faults are told when their turn comes
-  if (file.open(path_of(run)) != 0 || file.read(group_of(data)) != 0) return;
+  if (file.open(path_of(run)) != 0 || file.read(group_of(data)) != 0) return false;
   take_up_whole(file, inputs);
   inputs.emplace_back(adjustl_trim(data.datafile));
   const bool read = file.rewind() == 0 && file.read(group_of(relationship)) == 0;
@@ -201,6 +202,7 @@ void know_inputs(Run& run) {
   if (!read || option_text(relationship.source) != "pedigree") {
     inputs.emplace_back(adjustl_trim(relationship.gfile));
   }
+  return true;
 }
 
 void look_through_parameters(Run& run) { Look(run.journal.units, path_of(run)).look(); }

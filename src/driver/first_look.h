@@ -6,8 +6,9 @@
 
 namespace qob {
 
-// Takes up the parameter file and the files that it names as inputs. Tells nothing.
-void know_inputs(Run& run);
+// Takes up the parameter file and the files that it names as inputs. Tells nothing. False: the file
+// does not tell which they are.
+bool know_inputs(Run& run);
 
 // Tells of groups that a phase of this run will miss or cannot read, of groups that no phase knows,
 // and of values that are not taken as they stand. A name of a file that is longer than names may be

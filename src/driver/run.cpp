@@ -59,10 +59,17 @@ void write_banner(Unit& unit, std::string_view version) {
   write_list(unit, rule);
 }
 
-void open_log(Run& run) {
+// What may be an input is not emptied.
+void open_log(Run& run, bool inputs_are_known) {
   Units& units = run.journal.units;
   const std::string path(run.parameters.files.logfile.trimmed());
   claim_output(run, path);
+  if (!inputs_are_known && InputFile::exists(path) && !is_result(path)) {
+    write_list(units.err, path, " : no run has written it, and ",
+               printable(run.parameters.files.qobparmfile.trimmed()),
+               " cannot be read, which would tell whether it is an input");
+    stop("ERROR in opening log file qob.log ");
+  }
   const int status = units.log.open_write(path, OutputFile::Show::kEachLine);
   if (status != 0) {
     write_list(units.err, path, " : ",
@@ -117,8 +124,7 @@ void start(Run& run, const Arguments& arguments) {
   write_list(units.out, "QOB initialising");
   take_arguments(run, arguments);
   start_watches(run.journal.watches);
-  know_inputs(run);
-  open_log(run);
+  open_log(run, know_inputs(run));
   open_parameter_file(run);
   look_through_parameters(run);
   read_data_parameters(run);

@@ -1,12 +1,27 @@
 #include "mating/qobmate.h"
 
+#include <set>
 #include <string>
+#include <utility>
 
 #include "mating/mating_lists.h"
 #include "mating/maximum_avoidance.h"
 
 namespace qob {
 namespace {
+
+// Avoiding repeats may be impossible, or not be worth the inbreeding.
+void remark_on_repeats(Mateset mateset, Units& units) {
+  std::set<std::pair<std::int32_t, std::int32_t>> pairs;
+  for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
+    pairs.emplace(mateset.male(j), mateset.female(j));
+  }
+  const std::int64_t repeats = mateset.nmatings() - std::ssize(pairs);
+  if (repeats > 0) {
+    units.tell("Matings that repeat a pair in spite of repeatedmatings=F : " +
+               std::to_string(repeats));
+  }
+}
 
 void choose_pairing(const MatingOptions& options, const Selection& selection,
                     const Relationship& relationship, Plan& plan, Units& units) {
@@ -15,6 +30,7 @@ void choose_pairing(const MatingOptions& options, const Selection& selection,
   if (strategy == "mai") {
     write_list(log, "MatingStrategy=MAI maximum avoidance of inbreeding");
     maximum_avoidance(selection.candidates, relationship, options.repeatedmatings, plan, units);
+    if (!options.repeatedmatings) remark_on_repeats(plan.best(), units);
   } else if (strategy == "mcac") {
     write(log, "(/,A75)",
           "Option MatingStrategy=MCAC in MAtingOptions not yet implemented. Random assumed");

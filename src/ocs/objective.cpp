@@ -24,7 +24,7 @@ Objective objective_of(const OCSParameters& p, const Goal& goal) {
 bool is_number(const Objective& objective, const MatesetValue& value) {
   if (!std::isfinite(value.fitness)) return false;
   return objective.criterion != Criterion::kConstraint ||
-         std::isfinite(value.relationship - objective.constraint);
+         std::isfinite(value.rate + objective.constraint);
 }
 
 }  // namespace qob

@@ -27,7 +27,7 @@ struct Objective {
 // relationship.
 Objective objective_of(const OCSParameters& p, const Goal& goal);
 
-// Whether the goal is a number for this value. A relationship that is none would keep every
+// Whether the goal is a number for this value. A rate of inbreeding that is none would keep every
 // constraint.
 bool is_number(const Objective& objective, const MatesetValue& value);
 

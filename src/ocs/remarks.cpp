@@ -1,5 +1,6 @@
 #include "ocs/remarks.h"
 
+#include <cmath>
 #include <string>
 
 #include "core/edit.h"
@@ -37,8 +38,9 @@ void remark_on_last_time_step(const Pedigree& pedigree, const Candidates& candid
                ", a weak base for the rate of inbreeding");
   }
   if (undated > 0) {
-    units.tell(of(undated, parents, "parents of the animals") + born +
-               " have no known birth time and count as born in " + std::to_string(kNoBirthTime) +
+    units.tell(of(undated, parents, "parentages of the animals") + born +
+               " are by parents without a known birth time, who count as born in " +
+               std::to_string(kNoBirthTime) +
                " : generation interval and rate of inbreeding are wrong by that");
   }
 }
@@ -74,9 +76,12 @@ void remark_on_unknown_parents(const Candidates& candidates, Mateset best, Units
 }
 
 void remark_on_constraint(const OCSParameters& p, const MatesetValue& best, Units& units) {
+  if (!std::isfinite(best.rate)) {
+    units.tell("The rate of inbreeding is no number : 0/0 where all animals are fully inbred");
+  }
   if (criterion_of(p.optimise) != Criterion::kConstraint || !(best.rate > p.dfconstraint)) return;
-  units.tell("The plan does not meet the constraint : rate of inbreeding " + shortest(best.rate) +
-             ", dfconstraint = " + shortest(p.dfconstraint));
+  units.tell("The plan does not meet the constraint : rate of inbreeding" +
+             formatted("(F9.6)", best.rate) + ", dfconstraint = " + shortest(p.dfconstraint));
 }
 
 }  // namespace qob

@@ -92,20 +92,27 @@ void describe_last_generation(const Pedigree& pedigree, Candidates& candidates, 
   goal.last_merit = sum_merit / candidates.nlast;
 }
 
-// Whether the lowered matings are still whole units of a male.
-void remark_on_units(const Selection& selection, Units& units) {
-  const std::int32_t limit = selection.limitmalematings;
-  if (limit <= 1) return;
-  const std::int32_t rest = selection.nmatings % limit;
-  units.tell("nmatings = " + std::to_string(selection.nmatings) + " is taken : units of " +
-             std::to_string(limit) + " matings of a male " +
-             (rest == 0 ? "fit" : "do not fit, remainder " + std::to_string(rest)));
+// Tells of matings that males cannot have in whole units.
+void remark_on_units(const Selection& selection, bool lowered, Units& units) {
+  const Candidates& candidates = selection.candidates;
+  const std::int32_t unit = selection.limitmalematings;
+  if (unit <= 1) return;
+  std::int64_t room = 0;
+  for (std::int32_t i = 1; i <= candidates.nmcands; ++i) {
+    room += candidates.max_matings(i) / unit * unit;
+  }
+  const bool fit = selection.nmatings % unit == 0 && room >= selection.nmatings;
+  if (fit && !lowered) return;
+  units.tell("Units of " + std::to_string(unit) + " matings of a male " +
+             (fit ? "fit into " : "do not fit into ") + std::to_string(selection.nmatings) +
+             " matings : males have room for " + std::to_string(room) + " in whole units");
 }
 
 // Lowers the matings to what the candidates allow.
 void check_capacity(Selection& selection, Units& units) {
   const Candidates& candidates = selection.candidates;
   Unit& log = units.log;
+  const std::int32_t requested = selection.nmatings;
   const std::int64_t males = mating_capacity(candidates, kMale);
   const std::int64_t females = mating_capacity(candidates, kFemale);
   if (selection.nmatings > std::min(males, females)) {
@@ -114,13 +121,13 @@ void check_capacity(Selection& selection, Units& units) {
     write_list(log, " Matings requested        : ", selection.nmatings);
     write_list(log, " Male matings available   : ", males);
     write_list(log, " Female matings available : ", females);
-    units.tell("nmatings = " + std::to_string(selection.nmatings) + " is more than " +
+    units.tell("nmatings = " + std::to_string(selection.nmatings) + " : expected at most " +
                std::to_string(males) + " male and " + std::to_string(females) +
-               " female matings available");
+               " female matings; " + std::to_string(std::min(males, females)) + " are planned");
     selection.nmatings = static_cast<std::int32_t>(std::min(males, females));
     write_list(log, " Matings selected         : ", selection.nmatings);
-    remark_on_units(selection, units);
   }
+  remark_on_units(selection, selection.nmatings < requested, units);
   const auto most = *std::max_element(candidates.max_matings.begin(),
                                       candidates.max_matings.begin() + candidates.nmcands);
   if (most < selection.limitmalematings) {

@@ -33,6 +33,8 @@ bool is_day(std::int32_t month, std::int32_t day) {
 }
 bool is_year(std::int32_t year) { return year >= 1850 && year <= 2100; }
 
+std::string missing(std::size_t k) { return std::string(kNames[k]) + " is empty : 0 is taken"; }
+
 std::string id_text(const Pedigree& pedigree, std::int32_t i) {
   return std::to_string(pedigree.oldped(i, 1));
 }
@@ -92,6 +94,7 @@ void DataRemarks::add_values(std::int64_t line, std::string_view text) {
   bool quoted = false;  // the text
   for (Token token = lexer.next(); token.kind != Token::Kind::kEnd; token = lexer.next()) {
     if (token.kind == Token::Kind::kSlash) {
+      if (k < kText) empty_.add(line, [&] { return missing(k); });
       const bool more = lexer.next().kind != Token::Kind::kEnd;
       if (more) behind_slash_.add(line, [] { return "what follows the \"/\" is not read"; });
       break;
@@ -106,8 +109,7 @@ void DataRemarks::add_values(std::int64_t line, std::string_view text) {
     for (; k < end; ++k) {
       value[k] = token.text;
       const bool empty = token.kind == Token::Kind::kNull && k < kText;
-      if (empty)
-        empty_.add(line, [&] { return std::string(kNames[k]) + " is empty : 0 is taken"; });
+      if (empty) empty_.add(line, [&] { return missing(k); });
     }
   }
   add_commas(line, text, value[kEbv], value[kText]);
@@ -158,6 +160,12 @@ void DataRemarks::add_parent(std::int64_t line, const Pedigree& pedigree, std::i
     });
   }
   const int before = used_(p);
+  if (before == 0 && pedigree.sex(p) == 0 && !birth_time_is_known(pedigree.btime(p))) {
+    no_record_.add(line, [&] {
+      return "parent " + id_text(pedigree, p) + " has no record : it counts as born in " +
+             std::to_string(kNoBirthTime);
+    });
+  }
   used_(p) = static_cast<char>(before | k);
   if (used_(p) == 3 && before != 3) {
     both_.add(line, [&] { return id_text(pedigree, p) + " is a sire and a dam"; });
@@ -180,14 +188,15 @@ void DataRemarks::add_birth_time(std::int64_t line, std::int32_t btime) {
 void DataRemarks::tell_unread(Units& units, const std::string& file) const {
   if (unread_ > 0) {
     units.tell(file + ":" + std::to_string(end_line_) +
-               ": fewer than three values end the data : " + std::to_string(unread_) +
-               " lines are not read");
+               ": fewer than three values end the data : lines that are not read : " +
+               std::to_string(unread_));
   }
 }
 
 void DataRemarks::tell(Units& units, const std::string& file) const {
-  for (const Finding* finding : {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_,
-                                 &wrong_sex_[0], &wrong_sex_[1], &both_, &selfed_, &date_}) {
+  for (const Finding* finding :
+       {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_, &no_record_, &wrong_sex_[0],
+        &wrong_sex_[1], &both_, &selfed_, &date_}) {
     finding->tell(units, file);
   }
   if (std::int64_t{last_} - first_ > kLongestSpan) {

@@ -39,7 +39,7 @@ class DataRemarks {
   std::int64_t end_line_ = 0, unread_ = 0;  // the line that ended the records, lines behind it
   Finding cut_, behind_slash_, empty_, many_, comma_, long_text_;
   std::array<Finding, 2> wrong_sex_;  // of sires, of dams
-  Finding both_, selfed_, date_;
+  Finding no_record_, both_, selfed_, date_;
   Table<char> used_;                   // as a sire (1), as a dam (2)
   std::int32_t first_ = 0, last_ = 0;  // birth times
   bool any_ = false;

@@ -8,7 +8,7 @@
 namespace qob {
 
 bool progress_is_seen();
-// Replaces the line. `text` must fit on one.
+// Replaces the line, by as much of `text` as the terminal is wide.
 void show_progress(std::string_view text);
 // Removes it, if there is one.
 void hide_progress();

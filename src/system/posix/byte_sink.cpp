@@ -103,6 +103,8 @@ int open_in_place_of(int shared, const std::string& path) {
   const int file = ::open(beside.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
   if (file < 0) return -errno;
   ::flock(file, LOCK_EX | LOCK_NB);  // before anybody else can know of it
+  if (::fchown(file, old.st_uid, old.st_gid) != 0)
+    errno = 0;  // it is then the user's who writes it
   ::fchmod(file, old.st_mode & 07777U);
   const int status = rename_over(beside, name);
   if (status == 0) return file;

@@ -1,5 +1,6 @@
 #include "system/progress_line.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -21,8 +22,10 @@ void put(std::string_view text) {
 bool progress_is_seen() { return ::isatty(STDERR_FILENO) != 0 && ::isatty(STDOUT_FILENO) == 0; }
 
 void show_progress(std::string_view text) {
+  winsize size = {};
+  const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
   shown = true;
-  put(std::string(kEraseLine).append(text));
+  put(std::string(kEraseLine).append(text.substr(0, known ? size.ws_col - 1U : text.size())));
 }
 
 void hide_progress() {
