@@ -177,7 +177,9 @@ int FileSink::open(const std::string& path, Show show) {
 int FileSink::write(std::string_view lines) {
   if (descriptor_ <= STDERR_FILENO) {
     if (descriptor_ == STDERR_FILENO) hide_progress();
-    return write_out(terminal_text(lines));
+    int error = 0;
+    while (error == 0 && !lines.empty()) error = write_out(take_shown(lines));
+    return error;
   }
   if (!is_plain_) return write_out(lines);
   const SignalsWait until_written;

@@ -28,7 +28,11 @@ void end_process(std::string_view text, int status) {
   hide_progress();
   pollfd room = {STDERR_FILENO, POLLOUT, 0};
   ::poll(&room, 1, -1);  // the stream may be a pipe that is full and would refuse
-  std::fprintf(stderr, "%s\n", terminal_text(text).c_str());
+  do {
+    const std::string_view shown = take_shown(text);
+    std::fprintf(stderr, "%.*s%s", static_cast<int>(shown.size()), shown.data(),
+                 text.empty() ? "\n" : "");
+  } while (!text.empty());
   std::exit(status);
 }
 

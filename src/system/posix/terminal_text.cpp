@@ -1,6 +1,7 @@
 #include "system/posix/terminal_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qob {
 namespace {
@@ -27,21 +28,30 @@ std::size_t character_size(std::string_view text) {
   return whole && !longer_than_needed ? size : 1;
 }
 
+bool begins_control(std::string_view text, std::size_t size) {
+  return size == 1 ? is_within(text[0], 0x80, 0x9F)
+                   : size == 2 && text[0] == '\xC2' && is_within(text[1], 0x80, 0x9F);
+}
+
 }  // namespace
 
-std::string terminal_text(std::string_view text) {
+std::string_view take_shown(std::string_view& text) {
   if (std::none_of(text.begin(), text.end(), [](char c) { return is_within(c, 0x80, 0x9F); })) {
-    return std::string(text);
+    return std::exchange(text, {});
   }
-  std::string shown;
-  while (!text.empty()) {
-    const std::size_t size = character_size(text);
-    const bool is_control = size == 1
-                                ? is_within(text[0], 0x80, 0x9F)
-                                : size == 2 && text[0] == '\xC2' && is_within(text[1], 0x80, 0x9F);
-    shown.append(is_control ? "?" : text.substr(0, size));
-    text.remove_prefix(size);
+  std::size_t end = 0;
+  while (end < text.size()) {
+    const std::string_view rest = text.substr(end);
+    const std::size_t size = character_size(rest);
+    if (begins_control(rest, size)) {
+      if (end > 0) break;
+      text.remove_prefix(size);
+      return "?";
+    }
+    end += size;
   }
+  const std::string_view shown = text.substr(0, end);
+  text.remove_prefix(end);
   return shown;
 }
 
