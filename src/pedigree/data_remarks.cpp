@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kValues = 8;
 constexpr std::array<std::string_view, kValues> kNames = {
     "Animal_id", "Sire_is", "Dam_id", "sex", "birth_time", "max_matings", "ebv", "optional_text"};
-constexpr std::size_t kEbv = 6, kText = 7;  // from 0
+constexpr std::size_t kSex = 3, kEbv = 6, kText = 7;  // from 0
 constexpr std::size_t kTextWidth = 15;
 constexpr std::int64_t kLongestSpan = 1000;  // time steps
 
@@ -33,7 +33,16 @@ bool is_day(std::int32_t month, std::int32_t day) {
 }
 bool is_year(std::int32_t year) { return year >= 1850 && year <= 2100; }
 
-std::string missing(std::size_t k) { return std::string(kNames[k]) + " is empty : 0 is taken"; }
+std::string missing(std::size_t k) {
+  return std::string(kNames[k]) + " is empty : " + (k == kSex ? "-1" : "0") + " is taken";
+}
+
+// Digits about a decimal point, as an EBV has them.
+bool is_decimal(std::string_view text) {
+  return text.find('.') != std::string_view::npos &&
+         text.find_first_of("0123456789") != std::string_view::npos &&
+         text.find_first_not_of("+-.0123456789") == std::string_view::npos;
+}
 
 std::string id_text(const Pedigree& pedigree, std::int32_t i) {
   return std::to_string(pedigree.oldped(i, 1));
@@ -126,7 +135,8 @@ void DataRemarks::add_values(std::int64_t line, std::string_view text) {
 void DataRemarks::add_commas(std::int64_t line, std::string_view record, const std::string& ebv,
                              const std::string& text) {
   std::string number = ebv + "," + text;
-  bool found = is_digits(text) && record.find(number) != std::string_view::npos;
+  bool found = ebv.find('.') == std::string::npos && is_digits(text) &&
+               record.find(number) != std::string_view::npos;
   record = record.substr(0, record.find_first_of("'\""));  // a text may hold commas
   if (!found && is_parted_by_blanks(record)) {
     number = comma_between_digits(record);
@@ -146,7 +156,15 @@ void DataRemarks::add_animal(std::int64_t line, const Pedigree& pedigree, std::i
       return id_text(pedigree, pedigree.sire(i)) + " is sire and dam of one animal";
     });
   }
+  add_text(line, pedigree.txt(i).trimmed());
   add_birth_time(line, pedigree.btime(i));
+}
+
+void DataRemarks::add_text(std::int64_t line, std::string_view text) {
+  if (!is_decimal(text)) return;
+  number_as_text_.add(line, [&] {
+    return "optional_text " + std::string(text) + " is a number : the ebv is the value before it";
+  });
 }
 
 void DataRemarks::add_parent(std::int64_t line, const Pedigree& pedigree, std::int32_t i, int k) {
@@ -179,10 +197,14 @@ void DataRemarks::add_birth_time(std::int64_t line, std::int32_t btime) {
              " looks like a date : expected a time step, as a year";
     });
   }
-  if (!birth_time_is_known(btime)) return;
-  first_ = any_ ? std::min(first_, btime) : btime;
-  last_ = any_ ? std::max(last_, btime) : btime;
-  any_ = true;
+  if (!birth_time_is_known(btime)) {
+    return no_time_.add(line, [&] {
+      return "birth_time " + std::to_string(btime) + " counts as unknown : expected more than " +
+             std::to_string(kNoBirthTime);
+    });
+  }
+  if (first_.line == 0 || btime < first_.value) first_ = {line, btime};
+  if (last_.line == 0 || btime > last_.value) last_ = {line, btime};
 }
 
 void DataRemarks::tell_unread(Units& units, const std::string& file) const {
@@ -195,13 +217,14 @@ void DataRemarks::tell_unread(Units& units, const std::string& file) const {
 
 void DataRemarks::tell(Units& units, const std::string& file) const {
   for (const Finding* finding :
-       {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_, &no_record_, &wrong_sex_[0],
-        &wrong_sex_[1], &both_, &selfed_, &date_}) {
+       {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_, &number_as_text_, &no_record_,
+        &wrong_sex_[0], &wrong_sex_[1], &both_, &selfed_, &date_, &no_time_}) {
     finding->tell(units, file);
   }
-  if (std::int64_t{last_} - first_ > kLongestSpan) {
-    units.tell(file + ": birth times from " + std::to_string(first_) + " to " +
-               std::to_string(last_) + " : expected at most 1000 time steps");
+  if (last_.value - first_.value > kLongestSpan) {
+    units.tell(file + ":" + std::to_string(first_.line) + ": birth times from " +
+               std::to_string(first_.value) + " here to " + std::to_string(last_.value) +
+               " in line " + std::to_string(last_.line) + " : expected at most 1000 time steps");
   }
 }
 

@@ -33,16 +33,20 @@ class DataRemarks {
   void add_values(std::int64_t line, std::string_view text);
   void add_commas(std::int64_t line, std::string_view record, const std::string& ebv,
                   const std::string& text);
+  void add_text(std::int64_t line, std::string_view text);
   void add_parent(std::int64_t line, const Pedigree& pedigree, std::int32_t i, int k);
   void add_birth_time(std::int64_t line, std::int32_t btime);
 
   std::int64_t end_line_ = 0, unread_ = 0;  // the line that ended the records, lines behind it
   Finding cut_, behind_slash_, empty_, many_, comma_, long_text_;
   std::array<Finding, 2> wrong_sex_;  // of sires, of dams
-  Finding no_record_, both_, selfed_, date_;
-  Table<char> used_;                   // as a sire (1), as a dam (2)
-  std::int32_t first_ = 0, last_ = 0;  // birth times
-  bool any_ = false;
+  Finding number_as_text_, no_record_, both_, selfed_, date_, no_time_;
+  Table<char> used_;  // as a sire (1), as a dam (2)
+  struct BirthTime {
+    std::int64_t line = 0;  // 0 before the first one is known
+    std::int64_t value = 0;
+  };
+  BirthTime first_, last_;
 };
 
 }  // namespace qob
