@@ -194,15 +194,16 @@ bool know_inputs(Run& run) {
   NamelistFile file;
   DataParameters data;
   RelationshipMatrix relationship;  // faults are told when their turn comes
-  if (file.open(path_of(run)) != 0 || file.read(group_of(data)) != 0) return false;
+  if (file.open(path_of(run)) != 0) return false;
+  const bool has_data = file.read(group_of(data)) == 0;
   take_up_whole(file, inputs);
   inputs.emplace_back(adjustl_trim(data.datafile));
-  const bool read = file.rewind() == 0 && file.read(group_of(relationship)) == 0;
+  const bool has_source = file.rewind() == 0 && file.read(group_of(relationship)) == 0;
   take_up_whole(file, inputs);
-  if (!read || option_text(relationship.source) != "pedigree") {
+  if (!has_source || option_text(relationship.source) != "pedigree") {
     inputs.emplace_back(adjustl_trim(relationship.gfile));
   }
-  return true;
+  return has_data;
 }
 
 void look_through_parameters(Run& run) { Look(run.journal.units, path_of(run)).look(); }
