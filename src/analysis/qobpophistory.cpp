@@ -40,10 +40,17 @@ std::string completeness_name(std::int32_t pci_ngen) {
   return " PCI" + std::string(adjustl_trim(formatted("(I3)", pci_ngen)));
 }
 
+// Who writes the first result keeps it, so that of two runs one is refused, and leaves none.
+void open_first_result(Run& run, Unit& file) {
+  const Text<80>& prefix = run.parameters.data.resultsdirectory;
+  const FolderLock not_moved_aside{std::string(adjustl_trim(prefix))};
+  openresultsfile(run, prefix, run.parameters.files.fcoefffile, file, OutputFile::Show::kAndKeep);
+}
+
 void write_coefficients(Run& run, const Pedigree& pedigree, const AnimalStatistics& animals) {
   Units& units = run.journal.units;
   Unit file(18);
-  openresultsfile(run, run.parameters.data.resultsdirectory, run.parameters.files.fcoefffile, file);
+  open_first_result(run, file);
   write_list(file, "# F    : Inbreeding coefficient");
   write_list(file, "# GEN  : Generation coefficient");
   write_list(file, "# PECn : Pedigree Completeness index in n generations");

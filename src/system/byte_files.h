@@ -32,6 +32,7 @@ int open_source(const std::string& path, std::unique_ptr<ByteSource>& source);
 enum class Show {
   kEachLine,      // each line at once: for what grows through the run
   kWhenComplete,  // all of it when the file is closed, until then it is empty
+  kAndKeep,       // so too, and no other run can write it as long as this one goes on
 };
 
 // A file that is written. It is given up, without its name if it has none yet, when the sink goes.
@@ -59,6 +60,19 @@ int probe_sink(const std::string& path);
 
 // Whether a run, be it this one, reads or writes the file.
 bool is_in_use(const std::string& path);
+
+// The folder of `path` is one run's at a time, as long as this is there, if all ask for it. Waits for
+// another run to leave it; does nothing where folders cannot be locked.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::string& path);
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+  ~FolderLock();
+
+ private:
+  [[maybe_unused]] int descriptor_ = -1;
+};
 
 enum class StandardStream { kOutput, kError };
 

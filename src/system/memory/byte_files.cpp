@@ -42,7 +42,7 @@ class MemorySink : public ByteSink {
     return 0;
   }
   int finish() override {
-    if (show_ == Show::kWhenComplete) memory_files().put(name_, std::move(hidden_));
+    if (show_ != Show::kEachLine) memory_files().put(name_, std::move(hidden_));
     return 0;
   }
   std::string readable_name() const override { return name_; }
@@ -73,6 +73,9 @@ int open_sink(const std::string& path, Show show, std::unique_ptr<ByteSink>& sin
 int probe_sink(const std::string& path) { return memory_files().is_folder(path) ? EISDIR : 0; }
 
 bool is_in_use(const std::string&) { return false; }
+
+FolderLock::FolderLock(const std::string&) {}
+FolderLock::~FolderLock() = default;
 
 std::unique_ptr<ByteSink> standard_sink(StandardStream stream) {
   const bool output = stream == StandardStream::kOutput;

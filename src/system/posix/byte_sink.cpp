@@ -60,6 +60,12 @@ bool has_other_names(int descriptor) {
   return ::fstat(descriptor, &information) == 0 && information.st_nlink > 1;
 }
 
+bool is_named(int descriptor, const std::string& path) {
+  struct stat named, open;
+  return ::stat(path.c_str(), &named) == 0 && ::fstat(descriptor, &open) == 0 &&
+         named.st_dev == open.st_dev && named.st_ino == open.st_ino;
+}
+
 // Waits until a pipe that is full takes more.
 void wait_for_room(int descriptor) {
   pollfd wanted = {descriptor, POLLOUT, 0};
@@ -71,11 +77,11 @@ int open_locked(const std::string& path, int flags) {
   // A pipe that nobody reads is refused instead of waited for.
   const int file = ::open(path.c_str(), flags | O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
   if (file < 0) return -errno;
-  if (is_regular(file) && ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-    ::close(file);
-    return -EWOULDBLOCK;
-  }
-  return file;
+  if (!is_regular(file)) return file;
+  const bool refused = ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  if (!refused && is_named(file, path)) return file;  // or another run has just put its own there
+  ::close(file);
+  return -EWOULDBLOCK;
 }
 
 // A name in the folder of `path` that no other file has: that of nobody else's descriptor.
@@ -154,6 +160,7 @@ class FileSink : public ByteSink {
   int descriptor_;         // the file under its name, locked against other runs
   int unnamed_ = -1;       // a file in the same folder that takes its place when complete
   bool is_plain_ = false;  // no pipe or device, which may keep a write waiting
+  bool is_kept_ = false;   // locked until the program ends
 };
 
 int FileSink::open(const std::string& path, Show show) {
@@ -170,7 +177,8 @@ int FileSink::open(const std::string& path, Show show) {
   } else if (is_plain_ && ::ftruncate(file, 0) != 0) {
     return errno;
   }
-  if (show == Show::kWhenComplete) unnamed_ = open_unnamed(path);
+  if (show != Show::kEachLine) unnamed_ = open_unnamed(path);
+  is_kept_ = show == Show::kAndKeep;
   return 0;
 }
 
@@ -231,8 +239,10 @@ int FileSink::copy_in_place() {
 }
 
 int FileSink::finish() {
+  if (is_kept_) ::flock(target(), LOCK_EX | LOCK_NB);  // before it can be found
   int status = unnamed_ >= 0 ? appear() : 0;
   int& written = unnamed_ >= 0 ? unnamed_ : descriptor_;
+  if (is_kept_) ::fcntl(written, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);  // the lock lives as long
   if (written > STDERR_FILENO && ::close(std::exchange(written, -1)) != 0 && status == 0) {
     status = errno;
   }
@@ -240,10 +250,7 @@ int FileSink::finish() {
 }
 
 std::string FileSink::readable_name() const {
-  struct stat named, open;
-  const bool has_name = ::stat(path_.c_str(), &named) == 0 && ::fstat(target(), &open) == 0 &&
-                        named.st_dev == open.st_dev && named.st_ino == open.st_ino;
-  if (has_name) return path_;
+  if (is_named(target(), path_)) return path_;
   return "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(target());
 }
 
@@ -268,6 +275,15 @@ bool is_in_use(const std::string& path) {
   const bool in_use = ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
   ::close(file);
   return in_use;
+}
+
+FolderLock::FolderLock(const std::string& path)
+    : descriptor_(::open(folder_of(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  if (descriptor_ >= 0) ::flock(descriptor_, LOCK_EX);
+}
+
+FolderLock::~FolderLock() {
+  if (descriptor_ >= 0) ::close(descriptor_);
 }
 
 std::unique_ptr<ByteSink> standard_sink(StandardStream stream) {
