@@ -63,5 +63,17 @@ TEST(PosixOutputFile, IsCompleteUnderItsName_WhereFilesWithoutNameGetNone) {
   EXPECT_EQ(std::distance(begin(all), end(all)), 1);
 }
 
+TEST(PosixOutputFile, IsKeptFromOtherWritersWhenItIsComplete_IfItIsToBe) {
+  const TemporaryFolder folder;
+  for (links_are_refused = false;; links_are_refused = true) {
+    const std::string path = folder / (links_are_refused ? "in place" : "unnamed");
+    OutputFile file, other;
+    ASSERT_EQ(file.open(path, Show::kAndKeep) + file.write("mine\n") + file.close(), 0);
+    EXPECT_EQ(other.open(path, Show::kEachLine), EWOULDBLOCK);
+    EXPECT_EQ(read_file(path), "mine\n");
+    if (links_are_refused) break;
+  }
+}
+
 }  // namespace
 }  // namespace qob::test
