@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <string>
 
 namespace qob {
@@ -17,6 +18,21 @@ void put(std::string_view text) {
   [[maybe_unused]] const ssize_t count = ::write(STDERR_FILENO, text.data(), text.size());
 }
 
+extern "C" void erase_and_end(int signal) {
+  hide_progress();
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+// Nor does the line stay behind a run that a signal ends.
+void erase_at_signals() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    struct sigaction now;
+    const bool ends = ::sigaction(signal, nullptr, &now) == 0 && now.sa_handler == SIG_DFL;
+    if (ends) std::signal(signal, erase_and_end);
+  }
+}
+
 }  // namespace
 
 bool progress_is_seen() { return ::isatty(STDERR_FILENO) != 0 && ::isatty(STDOUT_FILENO) == 0; }
@@ -24,7 +40,7 @@ bool progress_is_seen() { return ::isatty(STDERR_FILENO) != 0 && ::isatty(STDOUT
 void show_progress(std::string_view text) {
   winsize size = {};
   const bool known = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
-  shown = true;
+  if (!shown.exchange(true)) erase_at_signals();
   put(std::string(kEraseLine).append(text.substr(0, known ? size.ws_col - 1U : text.size())));
 }
 
