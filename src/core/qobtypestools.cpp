@@ -44,9 +44,9 @@ void claim_output(Run& run, const std::string& path) {
 void refuse_locked(Run& run, const std::string& path) {
   if (OutputFile::probe(path) != EWOULDBLOCK) return;
   const std::vector<std::string>& inputs = run.files.inputs;
-  const bool is_input =
-      std::any_of(inputs.begin(), inputs.end(),
-                  [&](const std::string& input) { return are_one_file(input, path); });
+  const bool is_input = std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
+    return are_one_file(input, path);
+  });
   handle_error(run.journal.units, "ERROR in opening file ", path,
                is_input ? " : it is an input file" : " : another run uses it");
 }

@@ -65,9 +65,9 @@ void open_log(Run& run, bool inputs_are_known) {
   const std::string path(run.parameters.files.logfile.trimmed());
   claim_output(run, path);
   if (!inputs_are_known && InputFile::exists(path) && !is_result(path)) {
-    write_list(units.err, path, " : no run has written it, and ",
+    write_list(units.err, path, " : no run has written it, and it may be an input : ",
                printable(run.parameters.files.qobparmfile.trimmed()),
-               " cannot be read, which would tell whether it is an input");
+               ", which would tell, cannot be read");
     stop("ERROR in opening log file qob.log ");
   }
   const int status = units.log.open_write(path, OutputFile::Show::kEachLine);

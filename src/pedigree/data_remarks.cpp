@@ -82,6 +82,10 @@ bool looks_like_a_date(std::int32_t t) {
 
 }  // namespace
 
+void DataRemarks::add_unreadable(std::int64_t line) {
+  unreadable_.add(line, [] { return "Animal_id, Sire_is, Dam_id : expected three integers"; });
+}
+
 void DataRemarks::add_unread_line(std::int64_t line, std::string_view text) {
   if (end_line_ == 0) end_line_ = line;
   unread_ += !is_blank_text(text);
@@ -207,7 +211,8 @@ void DataRemarks::add_birth_time(std::int64_t line, std::int32_t btime) {
   if (last_.line == 0 || btime > last_.value) last_ = {line, btime};
 }
 
-void DataRemarks::tell_unread(Units& units, const std::string& file) const {
+void DataRemarks::tell_of_numbering(Units& units, const std::string& file) const {
+  unreadable_.tell(units, file);
   if (unread_ > 0) {
     units.tell(file + ":" + std::to_string(end_line_) +
                ": fewer than three values end the data : lines that are not read : " +
@@ -215,7 +220,7 @@ void DataRemarks::tell_unread(Units& units, const std::string& file) const {
   }
 }
 
-void DataRemarks::tell(Units& units, const std::string& file) const {
+void DataRemarks::tell_of_values(Units& units, const std::string& file) const {
   for (const Finding* finding :
        {&cut_, &behind_slash_, &empty_, &many_, &comma_, &long_text_, &number_as_text_, &no_record_,
         &wrong_sex_[0], &wrong_sex_[1], &both_, &selfed_, &date_, &no_time_}) {

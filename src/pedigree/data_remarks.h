@@ -17,6 +17,8 @@ inline constexpr std::size_t kLineWidth = 120;
 
 class DataRemarks {
  public:
+  // A record whose identifiers cannot be read.
+  void add_unreadable(std::int64_t line);
   // A line behind the records, from the one on that ended them.
   void add_unread_line(std::int64_t line, std::string_view text);
   // A line that holds a record, as it stands in the file; rest: what stands behind its values when
@@ -25,9 +27,9 @@ class DataRemarks {
   // The animal of a record that has been entered, once all that it names have been.
   void add_animal(std::int64_t line, const Pedigree& pedigree, std::int32_t i);
 
-  // Both tell what was found so far; file: the data file.
-  void tell_unread(Units& units, const std::string& file) const;
-  void tell(Units& units, const std::string& file) const;
+  // Tell what was found when animals got their numbers, and then their values; file: the data file.
+  void tell_of_numbering(Units& units, const std::string& file) const;
+  void tell_of_values(Units& units, const std::string& file) const;
 
  private:
   void add_values(std::int64_t line, std::string_view text);
@@ -38,6 +40,7 @@ class DataRemarks {
   void add_birth_time(std::int64_t line, std::int32_t btime);
 
   std::int64_t end_line_ = 0, unread_ = 0;  // the line that ended the records, lines behind it
+  Finding unreadable_;
   Finding cut_, behind_slash_, empty_, many_, comma_, long_text_;
   std::array<Finding, 2> wrong_sex_;  // of sires, of dams
   Finding number_as_text_, no_record_, both_, selfed_, date_, no_time_;

@@ -103,6 +103,7 @@ void number_animals(Reader& reader) {
                    " in file with data: ", reader.parameters.datafile);
     }
     ++pedigree.nobs;
+    if (read == kMalformed) reader.remarks.add_unreadable(pedigree.nobs);
     if (read == kMalformed && read_list(record, id[0]) == kMalformed) continue;
     for (std::size_t k = 1; k <= 2; ++k) {
       if (id[k] != before[k] && id[k] != 0) number_parent(reader, id[k]);
@@ -279,7 +280,7 @@ Pedigree readrecode(Run& run) {
   open(reader);
   allocate(units, "Error in allocating memory for tree", [&] { number_animals(reader); });
   const std::string file = printable(adjustl_trim(reader.parameters.datafile));
-  reader.remarks.tell_unread(units, file);
+  reader.remarks.tell_of_numbering(units, file);
   both_list(units.out, units.log, "Datafile read with ", pedigree.nobs, " records and ",
             pedigree.maxid, " individuals");
   if (reader.faults) handle_error(units, "ERRORs found in pedigree, See log file");
@@ -288,7 +289,7 @@ Pedigree readrecode(Run& run) {
   }
   reader.faults = false;
   read_values(reader);
-  reader.remarks.tell(units, file);
+  reader.remarks.tell_of_values(units, file);
   if (adjustl_trim(reader.parameters.recodefile) != "_null_") write_recoded_ids(run, pedigree);
   if (reader.faults) handle_error(units, "ERRORs found in data file, See log file");
   write_list(units.out, "Animals renumbered");

@@ -61,8 +61,8 @@ int probe_sink(const std::string& path);
 // Whether a run, be it this one, reads or writes the file.
 bool is_in_use(const std::string& path);
 
-// The folder of `path` is one run's at a time, as long as this is there, if all ask for it. Waits for
-// another run to leave it; does nothing where folders cannot be locked.
+// The folder of `path` is one run's at a time, as long as this is there, if all ask for it. Waits
+// for another run to leave it; does nothing where folders cannot be locked.
 class FolderLock {
  public:
   explicit FolderLock(const std::string& path);
