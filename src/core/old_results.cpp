@@ -95,6 +95,7 @@ void renameoldresultfiles(Run& run, std::string_view prefix) {
   const std::string file = as_shell_reads(p) + "*.txt.prev";
   write_list(run.journal.units.out);
   const FolderLock no_new_results(as_shell_reads(p) + "/");  // between a look and its command
+  refuse_locked(run, p + std::string(run.parameters.files.fcoefffile.trimmed()));
   if (may_be_replaced(run, file)) {
     run_in_shell("rm " + shell_word(p) + "\\*.txt.prev ",
                  path_exists(file) ? Complaints::kShown : Complaints::kHidden);

@@ -42,7 +42,7 @@ void claim_output(Run& run, const std::string& path) {
 }
 
 void refuse_locked(Run& run, const std::string& path) {
-  if (OutputFile::probe(path) != EWOULDBLOCK) return;
+  if (!is_in_use(path)) return;
   const std::vector<std::string>& inputs = run.files.inputs;
   const bool is_input = std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
     return are_one_file(input, path);
