@@ -136,7 +136,7 @@ TEST(WholeRun, FollowsTheTranscripts) {
       script.clear(), shown.clear(), ++count;
     }
   }
-  EXPECT_EQ(count, 41);
+  EXPECT_EQ(count, 42);
 }
 
 }  // namespace
