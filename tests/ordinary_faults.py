@@ -47,7 +47,7 @@ DATA = [
           ":fewer .* : {W}"),
     Fault("slash", "some", ["A S D X B M E / T", "A S D X B/05/03 M E T", "A S/D X B M E T"],
           ":what follows .*"),
-    Fault("cut", "one", ["A P S D X B M E T", "A S D X B M P E T", "A S D X B M E P T"],
+    Fault("cut", "one", ["A P S D X B M E T", "A S D X B M P E T", "A S D X B M E P TTTT"],
           ":(longer than 120|fewer than three) .*"),
     Fault("empty", "some", ["A,,D,X,B,M,E,T", "A S D X B M,,T", "A,S,D,,B,M,E,T"],
           ":(sex .* -1|(?!sex).* 0) is.*"),

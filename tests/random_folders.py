@@ -130,12 +130,14 @@ def leave_about(rng, names, held, written):
 def check_files(runs, before, after, held, written):
     paths, reads = (set().union(*some) for some in zip(*((run.paths, run.reads) for run in runs)))
     is_aside, both = re.compile(r"\.prev(/[^/]+)?\Z").search, len(runs) > 1
+    targets = {realpath(path) for path in before if path.endswith(".prev")}  # folders, by links
     for path, old in before.items():
         if after.get(path) == old: continue
         fault, may_move = f"{path} was {old}, is {after.get(path)}", path[-4:] in (".txt", ".log")
         assert stat.S_ISREG(old[0]) and old[1] not in held, fault
         assert old[1] not in reads or both and (path in paths or may_move), fault
-        aside = [e for q, e in after.items() if is_aside(q) and q.startswith(dirname(path))]
+        aside = [e for q, e in after.items()
+                 if is_aside(q) and q.startswith(dirname(path)) or dirname(q) in targets]
         gone = old[2] in written and (is_aside(path) or may_move and aside)
         assert path in paths or may_move and old in aside or gone, fault
         counts["moved" if old in aside else "replaced"] += path not in paths

@@ -43,20 +43,22 @@ void claim_output(Run& run, const std::string& path) {
 
 void refuse_locked(Run& run, const std::string& path) {
   if (!is_in_use(path)) return;
-  const std::vector<std::string>& inputs = run.files.inputs;
-  const bool is_input = std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
-    return are_one_file(input, path);
-  });
+  const auto is_among = [&](const std::vector<std::string>& files) {
+    return std::any_of(files.begin(), files.end(),
+                       [&](const std::string& file) { return are_one_file(file, path); });
+  };
   handle_error(run.journal.units, "ERROR in opening file ", path,
-               is_input ? " : it is an input file" : " : another run uses it");
+               is_among(run.files.inputs)    ? " : it is an input file"
+               : is_among(run.files.outputs) ? " : this run writes another file of that name"
+                                             : " : another run uses it");
 }
 
 void openresultsfile(Run& run, std::string_view prefix, std::string_view name, Unit& unit,
                      OutputFile::Show show) {
   Units& units = run.journal.units;
   const std::string path = std::string(adjustl_trim(prefix)) + std::string(adjustl_trim(name));
-  claim_output(run, path);
   refuse_locked(run, path);
+  claim_output(run, path);
   units.take_up(unit);
   const int status = unit.open_write(path, show);
   if (status != 0) handle_error(units, ErrorValue{status}, "ERROR in opening file ", path);

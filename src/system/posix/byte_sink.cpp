@@ -272,7 +272,8 @@ int probe_sink(const std::string& path) {
 bool is_in_use(const std::string& path) {
   const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (file < 0) return false;
-  const bool in_use = ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  const bool in_use =
+      is_regular(file) && ::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
   ::close(file);
   return in_use;
 }
