@@ -43,7 +43,7 @@ void read_group(Run& run, const Group& group, bool echo_when_faulty = false);
 // Takes `path` up among the outputs. Stops the run if an input file, an earlier output or standard
 // output has that name.
 void claim_output(Run& run, const std::string& path);
-// Stops the run if another one uses the file.
+// Stops the run if another one uses the file, or this one does under another name.
 void refuse_locked(Run& run, const std::string& path);
 
 // Opens the result file `name` behind the results prefix, from its start. A failure stops the run.
