@@ -18,6 +18,10 @@ bool are_same_path(const std::string& a, const std::string& b);
 bool is_folder(const std::string& path);
 bool is_link(const std::string& path);
 
+// Makes a folder in one that is there. Returns 0, also when it is there already, or the system's
+// error number. In memory there is nothing to make: a folder is there with its first file.
+int make_folder(const std::string& path);
+
 // What a shell makes of folder/*ending: the paths of what is there, in ascending order.
 std::vector<std::string> entries_of(const std::string& folder, const std::string& ending);
 

@@ -20,6 +20,8 @@ bool is_folder(const std::string& path) { return memory_files().is_folder(path);
 
 bool is_link(const std::string&) { return false; }
 
+int make_folder(const std::string&) { return 0; }
+
 // There is no shell.
 std::vector<std::string> entries_of(const std::string&, const std::string&) { return {}; }
 

@@ -35,6 +35,12 @@ bool is_link(const std::string& path) {
   return fs::is_symlink(path, missing);
 }
 
+int make_folder(const std::string& path) {
+  std::error_code fault;
+  fs::create_directory(path, fault);
+  return fault.value();
+}
+
 std::vector<std::string> entries_of(const std::string& folder, const std::string& ending) {
   std::vector<std::string> entries;
   std::error_code fault;

@@ -1,0 +1,177 @@
+// qob-prepare: reads a herd book, has it prepared, shows what was found and writes the files.
+#include <exception>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "core/stop.h"
+#include "core/text.h"
+#include "core/unit.h"
+#include "driver/prepare_arguments.h"
+#include "driver/run.h"
+#include "driver/uncaught.h"
+#include "prepare/csv.h"
+#include "prepare/data_files.h"
+#include "prepare/prepare.h"
+#include "prepare/summary.h"
+#include "prepare/text_encoding.h"
+#include "system/byte_files.h"
+#include "system/output_file.h"
+#include "system/paths.h"
+#include "system/process.h"
+
+namespace qob {
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{1} << 20U;
+constexpr std::size_t kLongestName = 76;  // with ".dat" 80 bytes, as long as a run reads them
+
+[[noreturn]] void refuse(const std::string& file, const std::string& why) {
+  stop(printable(file) + ": " + why);
+}
+
+std::string bytes_of(const std::string& path) {
+  std::unique_ptr<ByteSource> source;
+  const int status = open_source(path, source);
+  if (status != 0) refuse(path, error_text(status));
+  std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(source->size()) + 1);
+  for (std::size_t size = 0;;) {
+    bytes.resize(size + kPiece);
+    const std::ptrdiff_t count = source->read(bytes.data() + size, kPiece);
+    if (count < 0) refuse(path, error_text(static_cast<int>(-count)));
+    size += static_cast<std::size_t>(count);
+    bytes.resize(size);
+    if (count == 0) return bytes;
+  }
+}
+
+void refuse_spreadsheet(const std::string& path, std::string_view bytes) {
+  if (!bytes.starts_with("PK\x03\x04") && !bytes.starts_with("\xD0\xCF\x11\xE0")) return;
+  refuse(
+      path,
+      "a spreadsheet, and no text : open it and save it as \"CSV UTF-8\" (File, Save as), or xlsx2csv FILE.xlsx FILE.csv");
+}
+
+// The cells of the file; what had to be assumed of its bytes is told.
+Sheet sheet_of(const std::string& path, Unit& out) {
+  std::string text = bytes_of(path);
+  refuse_spreadsheet(path, text);
+  const Encoding encoding = decode_text(text);
+  if (encoding == Encoding::kBinary) refuse(path, "no text : expected a table saved as CSV");
+  if (encoding == Encoding::kWindows1252) {
+    out.write_line(
+        path +
+        ": read as Windows-1252, since it is no UTF-8: look at names with accents in NAME.names.csv");
+  }
+  Sheet sheet;
+  const std::string fault = read_csv(text, separator_of(text), sheet);
+  if (!fault.empty()) refuse(path, fault);
+  return sheet;
+}
+
+// The files of one herd book: where they go and how they are called.
+class Files {
+ public:
+  Files(const PrepareArguments& arguments) : arguments_(arguments) {
+    const std::string& file = arguments.file;
+    const std::size_t begin = file.find_last_of('/') + 1;  // npos + 1 is 0
+    const std::size_t dot = file.find_last_of('.');
+    name_ = file.substr(begin,
+                        dot == std::string::npos || dot <= begin ? std::string::npos : dot - begin);
+    folder_ = arguments.folder.empty() ? name_ : arguments.folder;
+    if (name_.empty() || name_.size() > kLongestName)
+      refuse(file, "a name of more than 76 bytes, or none : expected a shorter one");
+  }
+
+  const std::string& name() const { return name_; }
+  const std::string& folder() const { return folder_; }
+  std::string path(std::string_view ending) const {
+    return folder_ + "/" + name_ + std::string(ending);
+  }
+
+  void refuse_to_replace() const {
+    for (const char* ending : {".dat", ".names.csv", ".prm", ".faults.csv"}) {
+      const std::string file = path(ending);
+      if (are_same_path(file, arguments_.file))
+        refuse(file, "it is the herd book : expected another folder (-o)");
+      if (!arguments_.force && path_exists(file))
+        refuse(file,
+               "it is there already : expected --force to write over it, or another folder (-o)");
+    }
+  }
+
+  void make_folder() const {
+    const int status = qob::make_folder(folder_);
+    if (status != 0) refuse(folder_, error_text(status));
+  }
+
+  template <class Write>
+  void write(std::string_view ending, Write write_lines) const {
+    const std::string file = path(ending);
+    OutputFile out;
+    int status = out.open(file, OutputFile::Show::kWhenComplete);
+    if (status == 0) {
+      write_lines([&](const std::string& line) {
+        if (status == 0) status = out.write(line);
+      });
+      const int closed = out.close();
+      if (status == 0) status = closed;
+    }
+    if (status != 0) refuse(file, error_text(status));
+  }
+
+ private:
+  const PrepareArguments& arguments_;
+  std::string name_, folder_;
+};
+
+void write_files(const Files& files, const Prepared& prepared) {
+  files.write(".faults.csv", [&](const Lines& lines) { write_faults(prepared, lines); });
+  if (!prepared.is_sound()) return;
+  files.write(".names.csv", [&](const Lines& lines) { write_names(prepared, lines); });
+  files.write(".prm", [&](const Lines& lines) { lines(parameter_file(prepared, files.name())); });
+  files.write(".dat", [&](const Lines& lines) { write_data(prepared, lines); });
+}
+
+std::string in_shell_quotes(const std::string& text) {
+  if (text.find_first_not_of(
+          "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./-") ==
+      std::string::npos)
+    return text;
+  std::string quoted = "'";
+  for (const char c : text) quoted += c == '\'' ? "'\\''" : std::string(1, c);
+  return quoted + "'";
+}
+
+int prepare_herd_book(const PrepareArguments& arguments, Unit& out) {
+  const Sheet sheet = sheet_of(arguments.file, out);
+  const Files files(arguments);
+  files.refuse_to_replace();
+  const Prepared prepared = prepare(sheet, arguments.options);
+  files.make_folder();
+  write_files(files, prepared);
+  std::string text = summary_of(prepared, arguments.file, files.path(".faults.csv"));
+  text.pop_back();
+  out.write_line(text);
+  if (!prepared.is_sound()) return kFailure;
+  out.write_line("Written: " + files.path(".dat") + ", .prm, .names.csv");
+  out.write_line("Next: cd " + in_shell_quotes(files.folder()) + " && qob " +
+                 in_shell_quotes(files.name() + ".prm"));
+  return kSuccess;
+}
+
+}  // namespace
+}  // namespace qob
+
+int main(int argc, char** argv) {
+  qob::prepare_process();
+  std::set_new_handler([] { qob::stop(qob::kOutOfMemory); });
+  std::set_terminate([] { qob::stop(qob::what_nothing_caught()); });
+  int status = qob::kSuccess;
+  const auto arguments = qob::prepare_arguments(argc, argv, status);
+  if (!arguments) return status;
+  qob::Unit out(6);
+  out.open_standard_output();
+  return qob::prepare_herd_book(*arguments, out);
+}

@@ -1,0 +1,142 @@
+#include "prepare/candidacy.h"
+
+#include <cmath>
+
+#include "analysis/animal_statistics.h"
+#include "prepare/parentage.h"
+#include "prepare/words.h"
+
+namespace qob {
+namespace {
+
+class Choice {
+ public:
+  Choice(Book& book, const TimeSteps& steps, const Table<double>& completeness)
+      : book_(book),
+        options_(book.options),
+        herd_(book.herd),
+        steps_(steps),
+        completeness_(completeness) {}
+
+  std::array<Candidacy, 2> choose() {
+    for (std::int32_t i = 1; i <= herd_.count(); ++i) herd_.matings(i) = allowed(i);
+    set_missing_values();
+    for (std::int32_t i = 1; i <= herd_.count(); ++i) {
+      if (herd_.matings(i) > 0) count(i);
+    }
+    for (Candidacy& sex : sexes_) {
+      if (sex.count > 0) sex.completeness /= static_cast<double>(sex.count);
+    }
+    return sexes_;
+  }
+
+ private:
+  bool has_both_parents(std::int32_t i) const {
+    return herd_.parents(1, i) != 0 && herd_.parents(2, i) != 0;
+  }
+
+  // How many matings an animal of its sex may have, before anything is asked of itself.
+  std::int32_t wanted(std::int32_t i) const {
+    const std::int32_t by_column = herd_.matings(i);
+    if (herd_.sex(i) == 0) return by_column;
+    const auto& rule = options_.rules[static_cast<std::size_t>(herd_.sex(i) - 1)];
+    return rule && rule->matings ? *rule->matings : by_column;
+  }
+
+  std::int32_t allowed(std::int32_t i) {
+    const std::int32_t matings = herd_.row(i) == 0 ? 0 : wanted(i);
+    if (matings == 0) return 0;
+    if (herd_.sex(i) == 0) {
+      if (says_unknown(book_.cell(i, Field::kSex)))
+        book_.tell(Kind::kSex, i, Field::kSex, "a candidate of unknown sex : expected M or F");
+      return 0;
+    }
+    Candidacy& sex = sexes_[static_cast<std::size_t>(herd_.sex(i) - 1)];
+    std::int64_t* reason = reason_against(i, sex);
+    if (reason == nullptr) return matings;
+    ++*reason;
+    return 0;
+  }
+
+  std::int64_t* reason_against(std::int32_t i, Candidacy& sex) const {
+    if (herd_.castrated(i) != 0) return &sex.castrated;
+    if (!is_alive(i)) return &sex.not_alive;
+    if (!is_of_age(i)) return &sex.age;
+    if (options_.parents_known && !has_both_parents(i)) return &sex.unknown_parent;
+    return completeness_(i) < options_.min_completeness ? &sex.incomplete : nullptr;
+  }
+
+  bool is_alive(std::int32_t i) const {
+    return !options_.alive || folded(book_.sheet.cell(herd_.row(i), book_.columns.alive)) ==
+                                  folded(options_.alive->second);
+  }
+
+  bool is_of_age(std::int32_t i) const {
+    const auto& rule = options_.rules[static_cast<std::size_t>(herd_.sex(i) - 1)];
+    if (!rule) return true;
+    const std::int32_t age = steps_.age(herd_.step(i));
+    return age >= rule->youngest && age <= rule->oldest;
+  }
+
+  // The mean is that of the candidates that have a value.
+  void set_missing_values() {
+    double sum = 0.0;
+    std::int64_t n = 0;
+    for (std::int32_t i = 1; i <= herd_.count(); ++i) {
+      if (herd_.matings(i) == 0 || std::isnan(herd_.ebv(i))) continue;
+      sum += herd_.ebv(i);
+      ++n;
+    }
+    for (std::int32_t i = 1; i <= herd_.count(); ++i) {
+      if (herd_.matings(i) == 0 || !std::isnan(herd_.ebv(i))) continue;
+      if (options_.missing_ebv == MissingEbv::kIsAFault) {
+        book_.tell(
+            Kind::kEbv, i, Field::kEbv,
+            "a candidate without a breeding value : expected one, --missing-ebv mean or --no-ebv");
+        herd_.matings(i) = 0;
+      } else {
+        herd_.ebv(i) = n > 0 ? sum / static_cast<double>(n) : 0.0;
+      }
+    }
+  }
+
+  void count(std::int32_t i) {
+    Candidacy& sex = sexes_[static_cast<std::size_t>(herd_.sex(i) - 1)];
+    ++sex.count;
+    sex.both_parents_known += has_both_parents(i);
+    sex.matings += herd_.matings(i);
+    sex.completeness += completeness_(i);
+  }
+
+  Book& book_;
+  const PrepareOptions& options_;
+  Herd& herd_;
+  const TimeSteps& steps_;
+  const Table<double>& completeness_;
+  std::array<Candidacy, 2> sexes_;
+};
+
+}  // namespace
+
+std::array<Candidacy, 2> choose_candidates(Book& book, const TimeSteps& steps,
+                                           const Table<double>& completeness) {
+  return Choice(book, steps, completeness).choose();
+}
+
+Table<double> completeness_of(const Herd& herd) {
+  const Table<std::int32_t> order = parents_first(herd);
+  const std::int32_t n = herd.count();
+  Table<std::int32_t, 0> number(n + 1, 0);
+  Table2<std::int32_t> newped(2, n, 0);
+  Table<std::int32_t> btime(n, 0);
+  for (std::int32_t i = 1; i <= n; ++i) number(order(i)) = i;
+  for (std::int32_t i = 1; i <= n; ++i) {
+    for (int k = 1; k <= 2; ++k) newped(k, i) = number(herd.parents(k, order(i)));
+  }
+  const Table<double> pcin = animal_statistics(newped, btime, kCompletenessGenerations).pcin;
+  Table<double> completeness(n);
+  for (std::int32_t i = 1; i <= n; ++i) completeness(order(i)) = pcin(i);
+  return completeness;
+}
+
+}  // namespace qob

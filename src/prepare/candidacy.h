@@ -1,0 +1,31 @@
+// Who of a herd may be mated.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "prepare/herd.h"
+#include "prepare/time_steps.h"
+
+namespace qob {
+
+inline constexpr std::int32_t kCompletenessGenerations = 5;
+
+// What is told of the candidates of a sex, and of those whom a rule left out: each counts for the
+// first that did.
+struct Candidacy {
+  std::int64_t count = 0, both_parents_known = 0, matings = 0;
+  double completeness = 0.0;  // mean of the candidates
+  std::int64_t castrated = 0, not_alive = 0, age = 0, unknown_parent = 0, incomplete = 0;
+};
+
+// Sets the herd's matings to those that the rules leave, and the breeding values of candidates that
+// have none to what the options say; without such an option they are faults. completeness: pedigree
+// completeness index by animal.
+std::array<Candidacy, 2> choose_candidates(Book& book, const TimeSteps& steps,
+                                           const Table<double>& completeness);
+
+// Pedigree completeness indices over five generations (analysis/animal_statistics), by animal.
+Table<double> completeness_of(const Herd& herd);
+
+}  // namespace qob

@@ -1,0 +1,148 @@
+#include "prepare/columns.h"
+
+#include <charconv>
+#include <vector>
+
+#include "prepare/words.h"
+
+namespace qob {
+namespace {
+
+constexpr std::array<Field, 3> kNeeded = {Field::kIdentifier, Field::kSire, Field::kDam};
+
+class Search {
+ public:
+  Search(const Sheet& sheet, const PrepareOptions& options, Findings& findings)
+      : sheet_(sheet), options_(options), findings_(findings) {}
+
+  Columns columns() {
+    find_head();
+    for (const auto& [field, text] : options_.columns) {
+      columns_.at[static_cast<std::size_t>(field)] = column_of(text);
+    }
+    for (std::size_t f = 0; f < kFields; ++f) {
+      if (columns_.at[f] == 0 && columns_.head > 0) find(static_cast<Field>(f));
+    }
+    for (const Field field : kNeeded) {
+      if (columns_.of(field) == 0) tell_missing(field);
+    }
+    if (options_.alive) columns_.alive = column_of(options_.alive->first);
+    return columns_;
+  }
+
+ private:
+  // The first row that holds anything, or with no headings the number of columns.
+  void find_head() {
+    std::int64_t row = 1;
+    while (row <= sheet_.rows() && sheet_.is_empty(row)) ++row;
+    if (row > sheet_.rows()) {
+      findings_.add({Kind::kTable, 0, 0, "", "the table is empty", ""});
+    } else if (options_.header) {
+      columns_.head = row;
+      columns_.count = last_column(row);
+    } else {
+      for (row = 1; row <= sheet_.rows(); ++row)
+        columns_.count = std::max(columns_.count, last_column(row));
+    }
+  }
+
+  std::int32_t last_column(std::int64_t row) const {
+    std::int64_t column = sheet_.cells(row);
+    while (column > 0 && sheet_.cell(row, column).empty()) --column;
+    return static_cast<std::int32_t>(column);
+  }
+
+  std::string_view head(std::int32_t column) const { return sheet_.cell(columns_.head, column); }
+
+  // The columns whose heading is a word for the field: a sure one or, if none is, a likely one.
+  std::vector<std::int32_t> candidates(Field field) const {
+    std::vector<std::int32_t> sure, likely;
+    for (std::int32_t column = 1; column <= columns_.count; ++column) {
+      if (field_of(head(column)) == field) sure.push_back(column);
+      if (field_perhaps(head(column)) == field) likely.push_back(column);
+    }
+    return sure.empty() ? likely : sure;
+  }
+
+  void find(Field field) {
+    const std::vector<std::int32_t> found = candidates(field);
+    if (found.empty()) return;
+    std::int32_t& at = columns_.at[static_cast<std::size_t>(field)];
+    at = found.front();
+    if (found.size() == 1 || field == Field::kName || field == Field::kAlive ||
+        field == Field::kHerd)
+      return;
+    if (field == Field::kBirth) {
+      for (const std::int32_t column : found) at = size_of(column) > size_of(at) ? column : at;
+      return;
+    }
+    findings_.add({Kind::kTable, columns_.head, found[1], std::string(head(found[1])),
+                   "column " + std::to_string(found[0]) + " (" + std::string(head(found[0])) +
+                       ") is a " + std::string(name_of(field)) +
+                       " as well : expected one, or --column " + std::string(name_of(field)) +
+                       "=HEADING",
+                   ""});
+  }
+
+  // A date says more than a year.
+  std::size_t size_of(std::int32_t column) const {
+    std::size_t size = 0;
+    for (std::int64_t row = columns_.head + 1; row <= sheet_.rows(); ++row)
+      size += sheet_.cell(row, column).size();
+    return size;
+  }
+
+  // Of a heading, or of a position where there are none; 0 is a fault.
+  std::int32_t column_of(const std::string& text) {
+    if (columns_.head == 0) {
+      std::int32_t position = 0;
+      std::from_chars(text.data(), text.data() + text.size(), position);
+      if (position >= 1 && position <= columns_.count) return position;
+    }
+    for (std::int32_t column = 1; columns_.head > 0 && column <= columns_.count; ++column) {
+      if (head(column) == text) return column;
+    }
+    for (std::int32_t column = 1; columns_.head > 0 && column <= columns_.count; ++column) {
+      if (folded(head(column)) == folded(text)) return column;
+    }
+    findings_.add({Kind::kTable, columns_.head, 0, text,
+                   "there is no such column : expected " + there_are(), ""});
+    return 0;
+  }
+
+  std::string there_are() const {
+    if (columns_.head == 0) return "a position, 1 to " + std::to_string(columns_.count);
+    std::string text = "one of";
+    for (std::int32_t column = 1; column <= columns_.count; ++column) {
+      if (!head(column).empty()) text.append(column > 1 ? ", " : " ").append(head(column));
+    }
+    return text;
+  }
+
+  void tell_missing(Field field) {
+    const std::string name(name_of(field));
+    findings_.add({Kind::kTable, columns_.head, 0, "",
+                   "no column is known as " + name + " : expected --column " + name + "=" +
+                       (columns_.head > 0 ? "HEADING, " : "POSITION, ") + there_are(),
+                   ""});
+  }
+
+  const Sheet& sheet_;
+  const PrepareOptions& options_;
+  Findings& findings_;
+  Columns columns_;
+};
+
+}  // namespace
+
+Columns find_columns(const Sheet& sheet, const PrepareOptions& options, Findings& findings) {
+  return Search(sheet, options, findings).columns();
+}
+
+std::string heading(const Sheet& sheet, const Columns& columns, std::int32_t column) {
+  if (column == 0) return "";
+  const std::string text(columns.head > 0 ? sheet.cell(columns.head, column) : "");
+  return text.empty() ? "column " + std::to_string(column) : text;
+}
+
+}  // namespace qob

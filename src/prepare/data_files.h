@@ -1,0 +1,33 @@
+// The files that a prepared herd book becomes.
+//
+//   NAME.dat        the data file of a run, one animal a line, oldest first
+//   NAME.names.csv  whom its numbers stand for, with what the herd book says of them
+//   NAME.faults.csv what was found
+//   NAME.prm        parameters to start from (parameter_file)
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "prepare/prepare.h"
+
+namespace qob {
+
+// Takes a line at a time, with its line end.
+using Lines = std::function<void(const std::string& line)>;
+
+// number sire dam sex time matings ebv label: what `readrecode` reads. The label is the identifier,
+// its first 15 bytes at most, cut between characters. Of a herd that is sound.
+void write_data(const Prepared& prepared, const Lines& lines);
+
+// number,identifier,label,row,... in the order of the data file; row is that of the herd book,
+// empty for a parent without one.
+void write_names(const Prepared& prepared, const Lines& lines);
+
+// row,column,value,severity,kind,words,done in the order of rows; severity is fault or told.
+void write_faults(const Prepared& prepared, const Lines& lines);
+
+// A commented parameter file for `name`.dat.
+std::string parameter_file(const Prepared& prepared, const std::string& name);
+
+}  // namespace qob

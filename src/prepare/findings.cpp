@@ -1,0 +1,61 @@
+#include "prepare/findings.h"
+
+#include <utility>
+
+namespace qob {
+namespace {
+
+constexpr std::array<KindText, kKindCount> kTexts = {{
+    {"table", true, "the table", ""},
+    {"cells", true, "rows with more cells than headings", "the cells beyond are not read"},
+    {"identifier", true, "identifiers that are none", "the row is left out"},
+    {"duplicate", true, "identifiers with rows that differ", "the first row is taken"},
+    {"own-parent", true, "animals that are their own parent", "the parent is taken as unknown"},
+    {"same-parents", true, "one animal as sire and dam of another",
+     "both parents are taken as unknown"},
+    {"loop", true, "loops of descent", "one parent is taken as unknown"},
+    {"sex", true, "sexes that cannot be read", "the sex is taken from its use as a parent"},
+    {"parent-sex", true, "parents of the wrong sex", "its sex is taken from its use as a parent"},
+    {"both-roles", true, "animals that are a sire and a dam", "it stays both"},
+    {"birth", true, "births that cannot be read", "it is taken as unknown"},
+    {"younger-parent", true, "parents that are not born before their offspring",
+     "a time of birth is moved"},
+    {"number", true, "numbers that cannot be read", "it is taken as missing"},
+    {"ebv", true, "candidates without a breeding value", "it is no candidate"},
+    {"read", false, "how the table was read", ""},
+    {"repeated", false, "rows that are there twice", ""},
+    {"alike", false, "identifiers that differ by case or blanks alone", ""},
+    {"founder", false, "parents without a row", ""},
+    {"undated", false, "animals without a date of birth", ""},
+    {"moved", false, "times of birth that were moved", ""},
+    {"inferred", false, "sexes taken from use as a parent", ""},
+    {"label", false, "identifiers that are too long for a label", ""},
+}};
+
+}  // namespace
+
+const KindText& text_of(Kind kind) { return kTexts[static_cast<std::size_t>(kind)]; }
+
+std::optional<Kind> acceptable_kind(std::string_view name) {
+  for (std::size_t k = 0; k < kKindCount; ++k) {
+    if (kTexts[k].name == name && !kTexts[k].remedy.empty()) return static_cast<Kind>(k);
+  }
+  return std::nullopt;
+}
+
+Findings::Findings(const std::vector<Kind>& accepted) {
+  for (const Kind kind : accepted) accepted_[static_cast<std::size_t>(kind)] = true;
+}
+
+void Findings::add(Remark remark) {
+  const KindText& text = text_of(remark.kind);
+  if (text.is_fault && is_accepted(remark.kind) && remark.done.empty()) remark.done = text.remedy;
+  if (text.is_fault && !is_accepted(remark.kind)) {
+    hinder_ = true;
+    remark.done.clear();
+  }
+  ++count_[static_cast<std::size_t>(remark.kind)];
+  all_.push_back(std::move(remark));
+}
+
+}  // namespace qob

@@ -1,0 +1,87 @@
+// What is wrong in a herd book, and what was made of it.
+//
+// A fault is what makes an animal, a parent, a time or a value doubtful: no data file is written
+// until it is mended, or its kind is accepted, for which each has one stated remedy. Other findings
+// are told: they have one sensible meaning, and that was taken.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qob {
+
+enum class Kind : std::uint8_t {
+  // Faults of the table.
+  kTable,
+  kCells,
+  kIdentifier,
+  kDuplicate,
+  // Faults of parents.
+  kOwnParent,
+  kSameParents,
+  kLoop,
+  kSex,
+  kParentSex,
+  kBothRoles,
+  // Faults of times and values.
+  kBirth,
+  kYoungerParent,
+  kNumber,
+  kEbv,
+  // Told.
+  kRead,
+  kRepeated,
+  kAlike,
+  kFounder,
+  kUndated,
+  kMoved,
+  kInferred,
+  kLabel
+};
+inline constexpr std::size_t kKindCount = 22;
+
+struct KindText {
+  std::string_view name;  // as in --accept
+  bool is_fault;
+  std::string_view title;   // of several
+  std::string_view remedy;  // of a fault that is accepted; "": it cannot be
+};
+const KindText& text_of(Kind kind);
+// The kind of fault of that name, if it can be accepted.
+std::optional<Kind> acceptable_kind(std::string_view name);
+
+struct Remark {
+  Kind kind;
+  std::int64_t row;     // of the sheet; 0: of none
+  std::int32_t column;  // of the sheet; 0: of none
+  std::string value;
+  std::string words;  // what it is, and what was expected
+  std::string done;   // what was made of it
+};
+
+class Findings {
+ public:
+  // accepted: kinds of faults that do not keep the data file from being written.
+  explicit Findings(const std::vector<Kind>& accepted);
+
+  // done may be left out where it is the remedy of the kind.
+  void add(Remark finding);
+  bool is_accepted(Kind kind) const { return accepted_[static_cast<std::size_t>(kind)]; }
+  // Whether there is a fault that was not accepted.
+  bool hinder() const { return hinder_; }
+  std::int64_t count(Kind kind) const { return count_[static_cast<std::size_t>(kind)]; }
+  // In the order in which they were found.
+  const std::vector<Remark>& all() const { return all_; }
+
+ private:
+  std::array<bool, kKindCount> accepted_{};
+  std::array<std::int64_t, kKindCount> count_{};
+  std::vector<Remark> all_;
+  bool hinder_ = false;
+};
+
+}  // namespace qob

@@ -1,0 +1,27 @@
+#include "prepare/prepare.h"
+
+#include "prepare/animals.h"
+#include "prepare/dates.h"
+#include "prepare/numbering.h"
+#include "prepare/numbers.h"
+#include "prepare/parentage.h"
+
+namespace qob {
+
+Prepared prepare(const Sheet& sheet, const PrepareOptions& options) {
+  Prepared prepared{{sheet, options, Findings(options.accepted), {}, {}}, {}, {}, {}, {}};
+  Book& book = prepared.book;
+  book.columns = find_columns(sheet, options, book.findings);
+  if (book.findings.hinder()) return prepared;  // no cell would be what it is taken for
+  enter_animals(book);
+  read_births(book);
+  check_parents(book);
+  prepared.steps = set_time_steps(book);
+  read_numbers(book);
+  prepared.completeness = completeness_of(book.herd);
+  prepared.candidates = choose_candidates(book, prepared.steps, prepared.completeness);
+  if (prepared.is_sound()) prepared.animal = number_animals(book.herd);
+  return prepared;
+}
+
+}  // namespace qob

@@ -1,0 +1,56 @@
+#include "prepare/sheet.h"
+
+#include <array>
+
+namespace qob {
+namespace {
+
+// What spreadsheets put about a text: among them the blank that does not break a line, and the mark
+// that has no width.
+constexpr std::array<std::string_view, 6> kBlanks = {" ",  "\t",       "\n",
+                                                     "\r", "\xC2\xA0", "\xEF\xBB\xBF"};
+
+}  // namespace
+
+std::string_view without_blanks(std::string_view text) {
+  for (bool found = true; found;) {
+    found = false;
+    for (const std::string_view blank : kBlanks) {
+      for (; text.starts_with(blank); found = true) text.remove_prefix(blank.size());
+      for (; text.ends_with(blank); found = true) text.remove_suffix(blank.size());
+    }
+  }
+  return text;
+}
+
+bool Sheet::add_cell(std::string_view text) {
+  text = without_blanks(text);
+  const std::size_t used = text_.size() - rows_.back().text;
+  if (text.size() > kLongestRow - used) return false;
+  text_.append(text);
+  ends_.push_back(static_cast<std::uint32_t>(used + text.size()));
+  return true;
+}
+
+bool Sheet::end_row() {
+  if (rows() >= kMostRows) return false;
+  rows_.push_back({text_.size(), ends_.size()});
+  return true;
+}
+
+std::int64_t Sheet::cells(std::int64_t row) const {
+  return static_cast<std::int64_t>(begin_of(row + 1).cells - begin_of(row).cells);
+}
+
+std::string_view Sheet::cell(std::int64_t row, std::int64_t column) const {
+  if (column < 1 || column > cells(row)) return {};
+  const std::size_t k = begin_of(row).cells + static_cast<std::size_t>(column) - 1;
+  const std::size_t begin = column == 1 ? 0 : ends_[k - 1];
+  return std::string_view(text_).substr(begin_of(row).text + begin, ends_[k] - begin);
+}
+
+bool Sheet::is_empty(std::int64_t row) const {
+  return begin_of(row + 1).text == begin_of(row).text;
+}
+
+}  // namespace qob

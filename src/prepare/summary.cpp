@@ -1,0 +1,140 @@
+#include "prepare/summary.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "core/format.h"
+#include "core/text.h"
+
+namespace qob {
+namespace {
+
+constexpr std::int64_t kShownFaults = 5, kShownRemarks = 1;  // of a kind
+
+std::string counted(std::int64_t count, const std::string& one, const std::string& many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string share(double value) { return std::string(adjustl_trim(formatted("(F6.3)", value))); }
+
+std::string animals_of(const Prepared& prepared, const std::string& file) {
+  const Herd& herd = prepared.book.herd;
+  std::int64_t founders = 0;
+  double completeness = 0.0;
+  for (std::int32_t i = 1; i <= herd.count(); ++i) {
+    founders += herd.parents(1, i) == 0 && herd.parents(2, i) == 0;
+    completeness += prepared.completeness(i);
+  }
+  return file + ": " + counted(herd.count(), "animal", "animals") + ", " +
+         std::to_string(founders) + " of them founders, mean completeness over " +
+         std::to_string(kCompletenessGenerations) + " generations " +
+         share(completeness / std::max(herd.count(), 1)) + "\n";
+}
+
+std::string steps_of(const TimeSteps& steps) {
+  const std::string formula = steps.formula();
+  return "Time steps: " + std::string(steps.unit()) + " " + std::to_string(steps.first) + " to " +
+         std::to_string(steps.last) + (formula.empty() ? "" : " (" + formula + ")") + ": " +
+         steps.why + "\n";
+}
+
+std::string columns_of(const Prepared& prepared) {
+  const Book& book = prepared.book;
+  std::string text = "Columns:", left;
+  std::vector<char> used(static_cast<std::size_t>(book.columns.count) + 1, 0);
+  for (std::size_t f = 0; f < kFields; ++f) {
+    const std::int32_t at = book.columns.at[f];
+    if (at == 0) continue;
+    used[static_cast<std::size_t>(at)] = 1;
+    text.append(" ").append(name_of(static_cast<Field>(f)));
+    text.append("=" + heading(book.sheet, book.columns, at) + ",");
+  }
+  text.pop_back();
+  used[static_cast<std::size_t>(book.columns.alive)] = 1;
+  for (std::int32_t at = 1; at <= book.columns.count; ++at) {
+    if (used[static_cast<std::size_t>(at)] == 0)
+      left += (left.empty() ? "" : ", ") + heading(book.sheet, book.columns, at);
+  }
+  return text + (left.empty() ? "" : "; not read: " + left) + "\n";
+}
+
+std::string candidates_of(const Candidacy& sex, std::string_view title) {
+  std::string text = std::string(title) + ": " + counted(sex.count, "candidate", "candidates");
+  if (sex.count > 0) {
+    text += ", " + std::to_string(sex.both_parents_known) + " with both parents known, " +
+            counted(sex.matings, "mating", "matings") + " at most, mean completeness " +
+            share(sex.completeness);
+  }
+  std::string left;
+  for (const auto& [count, why] :
+       {std::pair{sex.castrated, " castrated"}, std::pair{sex.not_alive, " not alive"},
+        std::pair{sex.age, " too young or too old"},
+        std::pair{sex.unknown_parent, " with an unknown parent"},
+        std::pair{sex.incomplete, " with too little completeness"}}) {
+    if (count > 0) left += (left.empty() ? "" : ", ") + std::to_string(count) + why;
+  }
+  return text + (left.empty() ? "" : " (left out: " + left + ")") + "\n";
+}
+
+std::string line_of(const Prepared& prepared, const Remark& remark) {
+  const Book& book = prepared.book;
+  std::string text = "    ";
+  if (remark.row > 0) text += "row " + std::to_string(remark.row) + ", ";
+  if (remark.column > 0) text += heading(book.sheet, book.columns, remark.column) + " ";
+  if (!remark.value.empty()) text += "\"" + remark.value + "\"";
+  if (remark.row > 0 || !remark.value.empty()) text += ": ";
+  return text + remark.words + (remark.done.empty() ? "" : " : " + remark.done) + "\n";
+}
+
+// Of each kind its number and the first of them.
+std::string findings_of(const Prepared& prepared, bool faults) {
+  const Findings& findings = prepared.book.findings;
+  std::string text;
+  for (std::size_t k = 0; k < kKindCount; ++k) {
+    const Kind kind = static_cast<Kind>(k);
+    const KindText& words = text_of(kind);
+    if (words.is_fault != faults || findings.count(kind) == 0) continue;
+    text += "  " + std::to_string(findings.count(kind)) + " " + std::string(words.name) + ": " +
+            std::string(words.title) + (findings.is_accepted(kind) ? " (accepted)" : "") + "\n";
+    std::int64_t left = faults ? kShownFaults : kShownRemarks;
+    for (const Remark& remark : findings.all()) {
+      if (remark.kind == kind && left-- > 0) text += line_of(prepared, remark);
+      if (left == 0) break;
+    }
+  }
+  return text.empty() ? "" : (faults ? "Faults:\n" : "Told:\n") + text;
+}
+
+std::string ways_on(const Findings& findings) {
+  std::string text;
+  for (std::size_t k = 0; k < kKindCount; ++k) {
+    const Kind kind = static_cast<Kind>(k);
+    if (findings.count(kind) == 0 || findings.is_accepted(kind) || text_of(kind).remedy.empty())
+      continue;
+    text.append("  --accept ").append(text_of(kind).name);
+    text.append(": ").append(text_of(kind).remedy).append("\n");
+  }
+  return "No data file is written. Mend the herd book" +
+         (text.empty() ? ".\n" : ", or accept:\n" + text);
+}
+
+}  // namespace
+
+std::string summary_of(const Prepared& prepared, const std::string& file,
+                       const std::string& faults_file) {
+  const Findings& findings = prepared.book.findings;
+  std::string text;
+  if (prepared.book.herd.count() > 0) {
+    text = animals_of(prepared, file) + columns_of(prepared) + steps_of(prepared.steps) +
+           candidates_of(prepared.candidates[0], "Males") +
+           candidates_of(prepared.candidates[1], "Females");
+  }
+  text += findings_of(prepared, false) + findings_of(prepared, true);
+  if (!findings.all().empty() && !faults_file.empty())
+    text += "All of it, by row: " + faults_file + "\n";
+  return text + (findings.hinder() ? ways_on(findings) : "");
+}
+
+}  // namespace qob
