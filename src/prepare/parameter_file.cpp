@@ -102,7 +102,7 @@ std::string parameter_file(const Prepared& prepared, const std::string& name) {
          std::to_string(males.count) + " males and " + std::to_string(females.count) +
          " females to choose from.\n! Birth times are " + std::string(prepared.steps.unit()) +
          ", " + std::to_string(prepared.steps.first) + " to " +
-         std::to_string(prepared.steps.last) + ": " + prepared.steps.formula() +
+         std::to_string(prepared.steps.last) + (formula.empty() ? "" : ": " + formula) +
          ".\n!\n! Text after \"!\" is a comment; a key left out keeps its default (qob --help).\n\n" +
          text;
 }
