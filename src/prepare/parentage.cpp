@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +14,7 @@
 namespace qob {
 namespace {
 
+constexpr std::size_t kMostWords = 1000;        // for a sex
 constexpr std::size_t kMostNamed = 10;          // members of a loop
 constexpr std::size_t kLongestWalkBack = 1000;  // so that no file makes the walk long
 
@@ -132,8 +136,16 @@ class SexCheck {
   }
 
  private:
+  // A column has few words for a sex, and they are not looked up quickly.
+  std::optional<SexWord> known_sex_of(std::string_view cell) {
+    const auto found = words_.find(cell);
+    if (found != words_.end()) return found->second;
+    if (words_.size() >= kMostWords) return sex_of(cell);
+    return words_.emplace(cell, sex_of(cell)).first->second;
+  }
+
   void read_sex(std::int32_t i) {
-    const std::optional<SexWord> word = sex_of(book_.cell(i, Field::kSex));
+    const std::optional<SexWord> word = known_sex_of(book_.cell(i, Field::kSex));
     if (!word) {
       book_.tell(Kind::kSex, i, Field::kSex,
                  "no word for a sex : expected M or F, or nothing if it is unknown");
@@ -183,6 +195,7 @@ class SexCheck {
   Book& book_;
   Herd& herd_;
   Table<Use> use_;
+  std::map<std::string, std::optional<SexWord>, std::less<>> words_;
 };
 
 }  // namespace
