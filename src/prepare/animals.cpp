@@ -1,11 +1,13 @@
 #include "prepare/animals.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "core/text.h"
+#include "prepare/identifier_index.h"
 #include "prepare/words.h"
 
 namespace qob {
@@ -15,23 +17,16 @@ constexpr std::size_t kLongestIdentifier = 200;
 
 using Identifier = std::string_view;
 
-// An identifier and where it stands.
-struct Named {
-  Identifier identifier;
-  std::int32_t row;  // or number of the animal
-  friend auto operator<=>(const Named&, const Named&) = default;
-};
-
 class Entry {
  public:
   explicit Entry(Book& book) : book_(book), sheet_(book.sheet) {}
 
   void enter() {
     std::vector<Named> rows = rows_with_identifiers();
-    std::sort(rows.begin(), rows.end());
+    sort_by_identifier(rows);
     drop_doubles(rows);
-    known_ = std::move(rows);
-    number_rows();
+    number_rows(rows);
+    known_ = IdentifierIndex(std::move(rows));
     number_parents();
     tell_alike();
   }
@@ -59,7 +54,7 @@ class Entry {
       if (is_unknown(identifier)) {
         fault(Kind::kIdentifier, row, at, "no identifier : expected one in every row");
       } else if (is_fit(row, at)) {
-        rows.push_back({identifier, static_cast<std::int32_t>(row)});
+        rows.emplace_back(identifier, static_cast<std::int32_t>(row));
       }
     }
     return rows;
@@ -96,20 +91,20 @@ class Entry {
   void drop_doubles(std::vector<Named>& rows) {
     std::size_t kept = 0;
     for (std::size_t k = 1; k < rows.size(); ++k) {
-      if (rows[k].identifier == rows[kept].identifier) {
-        tell_double(rows[kept], rows[k].row);
+      if (rows[k].has_same_identifier(rows[kept])) {
+        tell_double(rows[kept], rows[k].number);
       } else {
         rows[++kept] = rows[k];
       }
     }
-    if (!rows.empty()) rows.resize(kept + 1);
+    if (!rows.empty()) rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(kept) + 1, rows.end());
   }
 
   void tell_double(const Named& first, std::int32_t row) {
     const std::int32_t at = column(Field::kIdentifier);
-    if (differing_column(first.row, row) != 0) return tell_differing(first.row, row);
+    if (differing_column(first.number, row) != 0) return tell_differing(first.number, row);
     book_.findings.add({Kind::kRepeated, row, at, std::string(first.identifier),
-                        "the same as row " + std::to_string(first.row), "read once"});
+                        "the same as row " + std::to_string(first.number), "read once"});
   }
 
   // The first column in which two rows differ; 0 if they are the same.
@@ -133,24 +128,16 @@ class Entry {
               ") : expected one row for an animal");
   }
 
-  // Animals are numbered in the order of their rows.
-  void number_rows() {
+  // Animals are numbered in the order of their rows; `rows` then has their numbers.
+  void number_rows(std::vector<Named>& rows) {
     Herd& herd = book_.herd;
-    std::vector<std::pair<std::int32_t, std::size_t>> order;
-    for (std::size_t k = 0; k < known_.size(); ++k) order.emplace_back(known_[k].row, k);
-    std::sort(order.begin(), order.end());
-    herd.row.assign(std::ssize(order), 0);
-    std::int32_t animal = 0;
-    for (const auto& [row, k] : order) {
-      herd.row(++animal) = row;
-      known_[k].row = animal;
-    }
-  }
-
-  // 0 if there is no such animal.
-  static std::int32_t number_of(const std::vector<Named>& known, Identifier identifier) {
-    const auto found = std::lower_bound(known.begin(), known.end(), Named{identifier, 0});
-    return found != known.end() && found->identifier == identifier ? found->row : 0;
+    herd.row.assign(std::ssize(rows), 0);
+    std::transform(rows.begin(), rows.end(), herd.row.begin(),
+                   [](const Named& named) { return named.number; });
+    std::sort(herd.row.begin(), herd.row.end());
+    Table<std::int32_t> animal(sheet_.rows(), 0);
+    for (std::int32_t i = 1; i <= herd.count(); ++i) animal(herd.row(i)) = i;
+    for (Named& named : rows) named.number = animal(named.number);
   }
 
   // Parents that have no row get numbers behind the others, in the order in which they are named.
@@ -160,77 +147,78 @@ class Entry {
     herd.parents.assign(2, n, 0);
     std::vector<Named> unrecorded;  // by place: 2 x animal + sire 0, dam 1
     for (std::int32_t i = 1; i <= n; ++i) {
-      for (int k = 1; k <= 2; ++k) number_parent(i, k, unrecorded);
+      for (int k = 1; k <= 2; ++k) {
+        if (number_parent(i, k)) unrecorded.emplace_back(parent_text(i, k), 2 * i + k - 1);
+      }
     }
-    std::stable_sort(unrecorded.begin(), unrecorded.end(),
-                     [](const Named& a, const Named& b) { return a.identifier < b.identifier; });
-    std::vector<Named> founders;  // the first place of each
-    std::unique_copy(unrecorded.begin(), unrecorded.end(), std::back_inserter(founders),
-                     [](const Named& a, const Named& b) { return a.identifier == b.identifier; });
-    add_founders(founders, n);
-    for (const Named& place : unrecorded) {
-      herd.parents(place.row % 2 + 1, place.row / 2) = number_of(founders, place.identifier);
+    sort_by_identifier(unrecorded);
+    std::vector<std::int32_t> places;  // the first of each
+    for (std::size_t k = 0; k < unrecorded.size(); ++k) {
+      if (k == 0 || !unrecorded[k].has_same_identifier(unrecorded[k - 1]))
+        places.push_back(unrecorded[k].number);
     }
+    std::sort(places.begin(), places.end());
+    enlarge(n + std::ssize(places));
+    std::vector<Named> founders;
+    for (const std::int32_t place : places)
+      founders.push_back(add_founder(place, n + static_cast<std::int32_t>(founders.size()) + 1));
+    sort_by_identifier(founders);
+    const IdentifierIndex index(std::move(founders));
+    for (const Named& place : unrecorded)
+      herd.parents(place.number % 2 + 1, place.number / 2) = index.find(place.identifier);
   }
 
-  void number_parent(std::int32_t i, int k, std::vector<Named>& unrecorded) {
-    const std::int32_t at = column(parent_field(k));
-    const std::int64_t row = book_.herd.row(i);
-    const Identifier identifier = sheet_.cell(row, at);
-    if (identifier == last_[k - 1].identifier) {  // full sibs often follow one another
-      book_.herd.parents(k, i) = last_[k - 1].row;
-      if (last_[k - 1].row == 0 && last_missing_[k - 1])
-        unrecorded.push_back({identifier, 2 * i + k - 1});
-      return;
+  Identifier parent_text(std::int32_t i, int k) const { return book_.cell(i, parent_field(k)); }
+
+  // Whether the parent is known and has no row. Full sibs often follow one another.
+  bool number_parent(std::int32_t i, int k) {
+    Parent& last = last_[static_cast<std::size_t>(k - 1)];
+    const Identifier text = parent_text(i, k);
+    if (text != last.text) {
+      const bool fit = !is_unknown(text) && is_fit(book_.herd.row(i), column(parent_field(k)));
+      const std::int32_t number = fit ? known_.find(text) : 0;
+      last = {text, number, fit && number == 0};
     }
-    const bool fit = !is_unknown(identifier) && is_fit(row, at);
-    const std::int32_t number = fit ? number_of(known_, identifier) : 0;
-    book_.herd.parents(k, i) = number;
-    last_missing_[k - 1] = fit && number == 0;
-    last_[k - 1] = {identifier, number};
-    if (last_missing_[k - 1]) unrecorded.push_back({identifier, 2 * i + k - 1});
+    book_.herd.parents(k, i) = last.number;
+    return last.is_unrecorded;
   }
 
-  // Their tables grow once; `founders` then holds their numbers.
-  void add_founders(std::vector<Named>& founders, std::int32_t n) {
+  void enlarge(std::int64_t count) {
     Herd& herd = book_.herd;
-    std::vector<std::size_t> order(founders.size());
-    for (std::size_t k = 0; k < order.size(); ++k) order[k] = k;
-    std::sort(order.begin(), order.end(),
-              [&](std::size_t a, std::size_t b) { return founders[a].row < founders[b].row; });
-    const std::int64_t count = n + std::ssize(founders);
+    const std::int32_t n = herd.count();
     Table<std::int32_t> row(count, 0);
     Table2<std::int32_t> parents(2, count, 0);
     herd.identifier.assign(count, "");
-    for (const Named& animal : known_) herd.identifier(animal.row) = animal.identifier;
+    for (const Named& animal : known_.names()) herd.identifier(animal.number) = animal.identifier;
     for (std::int32_t i = 1; i <= n; ++i) {
       row(i) = herd.row(i);
       for (int k = 1; k <= 2; ++k) parents(k, i) = herd.parents(k, i);
     }
     std::swap(herd.row, row);
     std::swap(herd.parents, parents);
-    std::int32_t number = n;
-    for (const std::size_t k : order) {
-      Named& founder = founders[k];
-      herd.identifier(++number) = founder.identifier;
-      book_.tell(Kind::kFounder, founder.row / 2, parent_field(founder.row % 2 + 1),
-                 "a parent without a row of its own", "taken as a founder");
-      founder.row = number;
-    }
+  }
+
+  Named add_founder(std::int32_t place, std::int32_t number) {
+    const int k = place % 2 + 1;
+    const Identifier text = parent_text(place / 2, k);
+    book_.herd.identifier(number) = text;
+    book_.tell(Kind::kFounder, place / 2, parent_field(k), "a parent without a row of its own",
+               "taken as a founder");
+    return {text, number};
   }
 
   // Identifiers that a person may take for one another.
   void tell_alike() {
     const Herd& herd = book_.herd;
-    std::vector<std::pair<std::string, std::int32_t>> texts;
-    for (std::int32_t i = 1; i <= herd.count(); ++i) {
-      const Identifier text = herd.identifier(i);
-      texts.emplace_back(folded(text), i);
-    }
-    std::sort(texts.begin(), texts.end());
-    for (std::size_t k = 1; k < texts.size(); ++k) {
-      if (texts[k].first != texts[k - 1].first) continue;
-      const std::int32_t a = texts[k - 1].second, b = texts[k].second;
+    std::vector<std::pair<std::uint64_t, std::int32_t>> codes;  // of the folded texts
+    for (std::int32_t i = 1; i <= herd.count(); ++i)
+      codes.emplace_back(Named(folded(herd.identifier(i)), i).code, i);
+    std::sort(codes.begin(), codes.end());
+    for (std::size_t k = 1; k < codes.size(); ++k) {
+      const std::int32_t a = codes[k - 1].second, b = codes[k].second;
+      if (codes[k].first != codes[k - 1].first ||
+          folded(herd.identifier(a)) != folded(herd.identifier(b)))
+        continue;
       book_.findings.add(
           {Kind::kAlike, std::max(herd.row(a), herd.row(b)), column(Field::kIdentifier),
            std::string(herd.identifier(b)),
@@ -239,11 +227,15 @@ class Entry {
     }
   }
 
+  struct Parent {
+    Identifier text;
+    std::int32_t number = 0;
+    bool is_unrecorded = false;
+  };
   Book& book_;
   const Sheet& sheet_;
-  std::vector<Named> known_;  // animals with a row, by identifier
-  std::array<Named, 2> last_ = {};
-  std::array<bool, 2> last_missing_ = {};
+  IdentifierIndex known_;  // animals with a row
+  std::array<Parent, 2> last_;
 };
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
-#include <vector>
 
 #include "core/edit.h"
 #include "core/format.h"
@@ -18,6 +17,7 @@ constexpr std::size_t kLabelWidth = 15;
 
 // Its first 15 bytes, cut between characters.
 std::string_view label_of(std::string_view identifier) {
+  if (identifier.size() <= kLabelWidth) return identifier;
   std::size_t end = 0;
   while (end < identifier.size()) {
     const std::size_t size = std::max<std::size_t>(character_size(identifier.substr(end)), 1);
@@ -47,7 +47,8 @@ std::string csv_row(std::initializer_list<std::string_view> cells) {
   std::string row;
   for (const std::string_view& cell : cells) {
     if (&cell != cells.begin()) row.push_back(',');
-    if (cell.find_first_of(",\"\r\n") == std::string_view::npos) {
+    if (std::none_of(cell.begin(), cell.end(),
+                     [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; })) {
       row.append(cell);
       continue;
     }
@@ -120,16 +121,12 @@ void write_names(const Prepared& prepared, const Lines& lines) {
 
 void write_faults(const Prepared& prepared, const Lines& lines) {
   const Book& book = prepared.book;
-  std::vector<const Remark*> remarks;
-  for (const Remark& remark : book.findings.all()) remarks.push_back(&remark);
-  std::stable_sort(remarks.begin(), remarks.end(),
-                   [](const Remark* a, const Remark* b) { return a->row < b->row; });
   lines("row,column,value,severity,kind,words,done\n");
-  for (const Remark* remark : remarks) {
-    const KindText& kind = text_of(remark->kind);
-    lines(csv_row({number_or_nothing(remark->row),
-                   heading(book.sheet, book.columns, remark->column), remark->value,
-                   kind.is_fault ? "fault" : "told", kind.name, remark->words, remark->done}));
+  for (const Remark& remark : book.findings.all()) {
+    const KindText& kind = text_of(remark.kind);
+    lines(csv_row({number_or_nothing(remark.row), heading(book.sheet, book.columns, remark.column),
+                   remark.value, kind.is_fault ? "fault" : "told", kind.name, remark.words,
+                   remark.done}));
   }
 }
 

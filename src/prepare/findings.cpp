@@ -1,5 +1,6 @@
 #include "prepare/findings.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qob {
@@ -56,6 +57,11 @@ void Findings::add(Remark remark) {
   }
   ++count_[static_cast<std::size_t>(remark.kind)];
   all_.push_back(std::move(remark));
+}
+
+void Findings::sort() {
+  std::stable_sort(all_.begin(), all_.end(),
+                   [](const Remark& a, const Remark& b) { return a.row < b.row; });
 }
 
 }  // namespace qob

@@ -74,7 +74,8 @@ class Findings {
   // Whether there is a fault that was not accepted.
   bool hinder() const { return hinder_; }
   std::int64_t count(Kind kind) const { return count_[static_cast<std::size_t>(kind)]; }
-  // In the order in which they were found.
+  // By row, and in a row in the order in which they were found.
+  void sort();
   const std::vector<Remark>& all() const { return all_; }
 
  private:

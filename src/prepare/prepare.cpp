@@ -20,6 +20,7 @@ Prepared prepare(const Sheet& sheet, const PrepareOptions& options) {
   read_numbers(book);
   prepared.completeness = completeness_of(book.herd);
   prepared.candidates = choose_candidates(book, prepared.steps, prepared.completeness);
+  book.findings.sort();
   if (prepared.is_sound()) prepared.animal = number_animals(book.herd);
   return prepared;
 }

@@ -13,6 +13,8 @@ constexpr std::array<std::string_view, 6> kBlanks = {" ",  "\t",       "\n",
 }  // namespace
 
 std::string_view without_blanks(std::string_view text) {
+  const auto is_plain = [](char c) { return c > ' ' && c <= '~'; };
+  if (text.empty() || (is_plain(text.front()) && is_plain(text.back()))) return text;
   for (bool found = true; found;) {
     found = false;
     for (const std::string_view blank : kBlanks) {

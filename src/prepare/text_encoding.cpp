@@ -70,10 +70,11 @@ std::string from_utf16(std::string_view bytes, bool low_first) {
 }
 
 bool is_utf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t size = character_size(text);
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const std::size_t size = byte(text[at]) < 0x80 ? 1 : character_size(text.substr(at));
     if (size == 0) return false;
-    text.remove_prefix(size);
+    at += size;
   }
   return true;
 }
