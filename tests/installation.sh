@@ -4,7 +4,9 @@
 set -Eeuo pipefail
 trap 'echo "$0: line $LINENO: $BASH_COMMAND failed"' ERR
 cd "$(dirname "$0")/.."
+export MANWIDTH=80 LC_ALL=C.UTF-8
 tools/install_packages man-db dpkg-dev
+umask 077  # must not matter to what is installed
 tools/package
 work=$(mktemp -d)
 trap 'chmod -R u+w "$work" && rm -rf "$work"' EXIT
@@ -28,9 +30,8 @@ check_installed() {
   [ "$(wc -l <"$work/cuvier/QOB_qob_MatingList.txt")" = 10 ]
   for program in "$1"/bin/*; do
     name=$(basename "$program")
-    MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$1/share/man/man1/$name".1* >"$work/page" 2>"$work/faults"
-    [ ! -s "$work/faults" ]
-    [ "$(LC_ALL=C.UTF-8 wc -L <"$work/page")" -le 80 ]
+    man --warnings -l "$1/share/man/man1/$name".1* >"$work/page" 2>"$work/faults"
+    [[ ! -s "$work/faults" && "$(wc -L <"$work/page")" -le 80 ]]
     "$program" --help | grep -oE -- '--[a-z-]+' | xargs -n 1 grep -F "$work/page" -e >/dev/null
     expect 0 --version bash -c '. "$1"; COMP_WORDS=(x --vers) COMP_CWORD=1; _qob "$2"; echo "${COMPREPLY[@]}"' \
       - "$1/share/bash-completion/completions/$name" "$program"
@@ -43,29 +44,28 @@ done
 check_installed "$work/prefix"
 dpkg-deb -x build/qob_*.deb "$work/unpacked"
 check_installed "$work/unpacked/usr"
+[ -z "$(find "$work/prefix" "$work/unpacked/usr" ! -perm -a+r)" ]
+gzip -t "$work"/unpacked/usr/share/man/man1/*.gz
 dpkg-deb -f build/qob_*.deb Depends | grep -q 'libstdc++6'
 expect 1 "these are there: cuvier" tools/demo no_herd
 install -D /bin/true "$work/foreign/bin/qob"
 PREFIX=$work/foreign expect 1 "bin/qob is another program" tools/demo cuvier
 
+umask 022
 # A checkout that was copied with its build folder; one that belongs to another user (whom root plays).
 mkdir -p "$work/copy/build/release"
 git ls-files -z | xargs -0 cp --parents -t "$work/copy"
 cp build/release/CMakeCache.txt "$work/copy/build/release"
 expect 0 "comes from $PWD: it is built anew" "$work/copy/tools/configure" release -DQOB_TESTS=OFF
-expect 0 "" "$work/copy/tools/configure" release
-[ ! -s "$work/said" ]
-other=()
-[ "$(id -u)" != 0 ] || other=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+expect 0 "" "$work/copy/tools/configure" release && [ ! -s "$work/said" ]
+other=(); [ "$(id -u)" != 0 ] || other=(setpriv --reuid=65534 --regid=65534 --clear-groups)
 chmod a-w "$work/copy/build/release/CMakeCache.txt"
 expect 1 "and you may not write there" "${other[@]}" "$work/copy/tools/configure" release
-rm -rf "$work/copy/build"
-chmod a-w "$work/copy"
+rm -rf "$work/copy/build" && chmod a-w "$work/copy"
 expect 1 "is not yours to write in" "${other[@]}" "$work/copy/tools/configure" release
 
 # Machines on which nothing can be installed, made of stand-ins.
-mkdir "$work/tools"
-command -v bash dirname dpkg-query env grep | xargs ln -s -t "$work/tools"
+mkdir "$work/tools" && command -v bash dirname dpkg-query env grep | xargs ln -s -t "$work/tools"
 stand_in() { install <(printf '#!/bin/sh\n%s\n' "$2") "$work/tools/$1"; }
 cannot_install() { expect 1 "$1" env PATH="$work/tools" tools/install_packages no-such-package; }
 cannot_install "there is no apt-get"
