@@ -11,6 +11,7 @@
 #include "driver/run.h"
 #include "driver/uncaught.h"
 #include "prepare/csv.h"
+#include "prepare/data_check.h"
 #include "prepare/data_files.h"
 #include "prepare/prepare.h"
 #include "prepare/summary.h"
@@ -161,6 +162,13 @@ int prepare_herd_book(const PrepareArguments& arguments, Unit& out) {
   return kSuccess;
 }
 
+// What a run tells on standard error is here what was asked for.
+int check(const std::string& file) {
+  Units units;
+  units.err.open_standard_output();
+  return check_data_file(file, units) ? kSuccess : kFailure;
+}
+
 }  // namespace
 }  // namespace qob
 
@@ -171,6 +179,7 @@ int main(int argc, char** argv) {
   int status = qob::kSuccess;
   const auto arguments = qob::prepare_arguments(argc, argv, status);
   if (!arguments) return status;
+  if (arguments->check) return qob::check(arguments->file);
   qob::Unit out(6);
   out.open_standard_output();
   return qob::prepare_herd_book(*arguments, out);

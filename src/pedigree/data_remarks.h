@@ -17,6 +17,8 @@ inline constexpr std::size_t kLineWidth = 120;
 
 class DataRemarks {
  public:
+  // shown: how many of a kind are told in full.
+  explicit DataRemarks(std::size_t shown = 1) : shown_(shown) {}
   // A record whose identifiers cannot be read.
   void add_unreadable(std::int64_t line);
   // A line behind the records, from the one on that ended them.
@@ -39,11 +41,14 @@ class DataRemarks {
   void add_parent(std::int64_t line, const Pedigree& pedigree, std::int32_t i, int k);
   void add_birth_time(std::int64_t line, std::int32_t btime);
 
+  std::size_t shown_;
   std::int64_t end_line_ = 0, unread_ = 0;  // the line that ended the records, lines behind it
-  Finding unreadable_;
-  Finding cut_, behind_slash_, empty_, many_, comma_, long_text_;
-  std::array<Finding, 2> wrong_sex_;  // of sires, of dams
-  Finding number_as_text_, no_record_, both_, selfed_, date_, no_time_;
+  Finding unreadable_{shown_};
+  Finding cut_{shown_}, behind_slash_{shown_}, empty_{shown_}, many_{shown_}, comma_{shown_};
+  Finding long_text_{shown_};
+  std::array<Finding, 2> wrong_sex_{Finding(shown_), Finding(shown_)};  // of sires, of dams
+  Finding number_as_text_{shown_}, no_record_{shown_}, both_{shown_}, selfed_{shown_};
+  Finding date_{shown_}, no_time_{shown_};
   Table<char> used_;  // as a sire (1), as a dam (2)
   struct BirthTime {
     std::int64_t line = 0;  // 0 before the first one is known

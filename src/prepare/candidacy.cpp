@@ -1,6 +1,8 @@
 #include "prepare/candidacy.h"
 
+#include <algorithm>
 #include <cmath>
+#include <string>
 
 #include "analysis/animal_statistics.h"
 #include "prepare/parentage.h"
@@ -121,6 +123,20 @@ class Choice {
 std::array<Candidacy, 2> choose_candidates(Book& book, const TimeSteps& steps,
                                            const Table<double>& completeness) {
   return Choice(book, steps, completeness).choose();
+}
+
+std::int64_t planned_matings(Book& book, const std::array<Candidacy, 2>& candidates) {
+  const auto& [males, females] = candidates;
+  if (males.count == 0 || females.count == 0) return -1;
+  const std::int64_t room = std::min(males.matings, females.matings);
+  const std::int64_t asked = book.options.matings;
+  if (asked == 0) return std::min(room, females.count);
+  if (asked > room) {
+    book.findings.add({Kind::kRead, 0, 0, std::to_string(asked),
+                       "more matings than the candidates may have",
+                       std::to_string(room) + " are planned"});
+  }
+  return std::min(room, asked);
 }
 
 Table<double> completeness_of(const Herd& herd) {

@@ -1,18 +1,10 @@
 // The parameter file that a prepared herd starts from: every group and key, with what it means.
-#include <algorithm>
 #include <string>
 
 #include "prepare/data_files.h"
 
 namespace qob {
 namespace {
-
-// One for each female, as far as the males' matings suffice.
-std::int64_t planned_matings(const Prepared& prepared) {
-  const std::int32_t asked = prepared.book.options.matings;
-  if (!prepared.has_candidates()) return -1;
-  return asked > 0 ? asked : std::min(prepared.candidates[0].matings, prepared.candidates[1].count);
-}
 
 std::string in_quotes(const std::string& text) {
   std::string quoted = "'";
@@ -94,7 +86,7 @@ std::string parameter_file(const Prepared& prepared, const std::string& name) {
   put(text, "DATAFILE", in_quotes(name + ".dat"));
   put(text, "LASTTIME", std::to_string(prepared.steps.last));
   put(text, "TIMESTEPS", prepared.has_candidates() ? "0" : "-1");
-  put(text, "MATINGS", std::to_string(planned_matings(prepared)));
+  put(text, "MATINGS", std::to_string(prepared.matings));
   put(text, "MERIT", any_merit ? "1.0" : "0.0");
   put(text, "RELATIONSHIP", any_merit ? "-20.0" : "-1.0");
   const std::string formula = prepared.steps.formula();

@@ -9,7 +9,7 @@
 namespace qob {
 
 Prepared prepare(const Sheet& sheet, const PrepareOptions& options) {
-  Prepared prepared{{sheet, options, Findings(options.accepted), {}, {}}, {}, {}, {}, {}};
+  Prepared prepared{{sheet, options, Findings(options.accepted), {}, {}}, {}, {}, -1, {}, {}};
   Book& book = prepared.book;
   book.columns = find_columns(sheet, options, book.findings);
   if (book.findings.hinder()) return prepared;  // no cell would be what it is taken for
@@ -20,6 +20,7 @@ Prepared prepare(const Sheet& sheet, const PrepareOptions& options) {
   read_numbers(book);
   prepared.completeness = completeness_of(book.herd);
   prepared.candidates = choose_candidates(book, prepared.steps, prepared.completeness);
+  prepared.matings = planned_matings(book, prepared.candidates);
   book.findings.sort();
   if (prepared.is_sound()) prepared.animal = number_animals(book.herd);
   return prepared;

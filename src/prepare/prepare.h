@@ -21,13 +21,13 @@ struct Prepared {
   Book book;
   TimeSteps steps;
   std::array<Candidacy, 2> candidates;  // males, females
+  std::int64_t matings;                 // to plan; -1: there are no candidates
   Table<double> completeness;           // by animal, over five generations
   Table<std::int32_t> animal;           // by number in the data file
 
   // Whether a data file can be written.
   bool is_sound() const { return !book.findings.hinder(); }
-  // Whether there is somebody to mate.
-  bool has_candidates() const { return candidates[0].count > 0 && candidates[1].count > 0; }
+  bool has_candidates() const { return matings >= 0; }
 };
 
 // sheet and options must live as long as what is returned.
