@@ -23,7 +23,7 @@ constexpr std::array<KindText, kKindCount> kTexts = {{
      "a time of birth is moved"},
     {"number", true, "numbers that cannot be read", "it is taken as missing"},
     {"ebv", true, "candidates without a breeding value", "it is no candidate"},
-    {"read", false, "how the table was read", ""},
+    {"read", false, "remarks on how the table is read", ""},
     {"repeated", false, "rows that are there twice", ""},
     {"alike", false, "identifiers that differ by case or blanks alone", ""},
     {"founder", false, "parents without a row", ""},

@@ -49,7 +49,7 @@ constexpr std::string_view kData =
   optimise='penalty',
   w_merit=MERIT,
   w_relationship=RELATIONSHIP,
-  dfconstraint=0.01,
+! dfconstraint=0.01,     (for optimise='constraint': the largest rate)
   limitmalematings=1 /
 
 ! The search. The same seed gives the same plan; 0 takes one from the clock.

@@ -96,8 +96,8 @@ std::string findings_of(const Prepared& prepared, bool faults) {
     const Kind kind = static_cast<Kind>(k);
     const KindText& words = text_of(kind);
     if (words.is_fault != faults || findings.count(kind) == 0) continue;
-    text += "  " + std::to_string(findings.count(kind)) + " " + std::string(words.name) + ": " +
-            std::string(words.title) + (findings.is_accepted(kind) ? " (accepted)" : "") + "\n";
+    text += "  " + std::to_string(findings.count(kind)) + " " + std::string(words.title) + " [" +
+            std::string(words.name) + (findings.is_accepted(kind) ? ", accepted" : "") + "]\n";
     std::int64_t left = faults ? kShownFaults : kShownRemarks;
     for (const Remark& remark : findings.all()) {
       if (remark.kind == kind && left-- > 0) text += line_of(prepared, remark);
