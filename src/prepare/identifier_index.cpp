@@ -30,20 +30,21 @@ void sort_by_identifier(std::vector<Named>& names) {
 }
 
 IdentifierIndex::IdentifierIndex(std::vector<Named> names) : names_(std::move(names)) {
-  while (shift_ > 32 && std::size_t{1} << (63 - shift_) < names_.size()) --shift_;
+  while (shift_ > 36 && std::size_t{1} << (63 - shift_) < names_.size()) --shift_;
   begin_.assign((std::size_t{1} << (64 - shift_)) + 1, 0);
-  for (const Named& name : names_) ++begin_[(name.code >> shift_) + 1];
+  for (const Named& name : names_) ++begin_[bucket_of(name) + 1];
   for (std::size_t k = 1; k < begin_.size(); ++k) begin_[k] += begin_[k - 1];
 }
 
 std::int32_t IdentifierIndex::find(std::string_view identifier) const {
   if (names_.empty()) return 0;
   const Named wanted(identifier, 0);
-  const std::size_t bucket = wanted.code >> shift_;
-  const auto end = names_.begin() + begin_[bucket + 1];
-  const auto found =
-      std::lower_bound(names_.begin() + begin_[bucket], end, wanted,
-                       [](const Named& a, const Named& b) { return key_of(a) < key_of(b); });
+  const std::size_t bucket = bucket_of(wanted);
+  const Named* begin = names_.data() + begin_[bucket];
+  const Named* end = names_.data() + begin_[bucket + 1];
+  const Named* found = std::lower_bound(begin, end, wanted, [](const Named& a, const Named& b) {
+    return key_of(a) < key_of(b);
+  });
   return found != end && found->has_same_identifier(wanted) ? found->number : 0;
 }
 

@@ -1,6 +1,7 @@
 // Animals by their identifiers.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,10 @@ class IdentifierIndex {
   const std::vector<Named>& names() const { return names_; }
 
  private:
+  std::size_t bucket_of(const Named& name) const {
+    return static_cast<std::size_t>(name.code >> shift_);
+  }
+
   std::vector<Named> names_;
   std::vector<std::uint32_t> begin_;  // by the first bits of a code: where those codes begin
   unsigned shift_ = 63;

@@ -29,7 +29,7 @@ class Sheet {
 
  private:
   struct Row {
-    std::uint64_t text = 0, cells = 0;  // where its text and its cells begin
+    std::size_t text = 0, cells = 0;  // where its text and its cells begin
   };
   const Row& begin_of(std::int64_t row) const { return rows_[static_cast<std::size_t>(row - 1)]; }
 
