@@ -157,7 +157,9 @@ class SexCheck {
 
   void note_use(std::int32_t i, int k) {
     const std::int32_t p = herd_.parents(k, i);
-    if (p != 0 && use_(p).offspring[k - 1] == 0) use_(p).offspring[k - 1] = i;
+    if (p == 0) return;
+    std::int32_t& first = use_(p).offspring[static_cast<std::size_t>(k - 1)];
+    if (first == 0) first = i;
   }
 
   void compare(std::int32_t p) {
