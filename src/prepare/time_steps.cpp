@@ -14,7 +14,7 @@ namespace {
 
 // Towards the past, also before 1900.
 std::int32_t floor_divided(std::int32_t number, std::int32_t by) {
-  return number >= 0 ? number / by : -((by - 1 - number) / by);
+  return number >= 0 ? number / by : -1 - (-1 - number) / by;
 }
 
 std::int32_t step_of(Date date, Step step, std::int32_t days) {
