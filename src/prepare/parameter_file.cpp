@@ -82,13 +82,14 @@ std::string parameter_file(const Prepared& prepared, const std::string& name) {
   const auto& [males, females] = prepared.candidates;
   const bool any_merit = prepared.book.options.missing_ebv != MissingEbv::kNoneIsRead;
   std::string text(kData);
-  put(text, "NAMES", name);
-  put(text, "DATAFILE", in_quotes(name + ".dat"));
   put(text, "LASTTIME", std::to_string(prepared.steps.last));
   put(text, "TIMESTEPS", prepared.has_candidates() ? "0" : "-1");
   put(text, "MATINGS", std::to_string(prepared.matings));
   put(text, "MERIT", any_merit ? "1.0" : "0.0");
   put(text, "RELATIONSHIP", any_merit ? "-20.0" : "-1.0");
+  // The last in the text first, as a name may hold the word for a place.
+  put(text, "DATAFILE", in_quotes(name + ".dat"));
+  put(text, "NAMES", name);
   const std::string formula = prepared.steps.formula();
   return "! " + name + ": " + std::to_string(prepared.animal.size()) + " animals, " +
          std::to_string(males.count) + " males and " + std::to_string(females.count) +
