@@ -1,5 +1,6 @@
 #include "prepare/columns.h"
 
+#include <algorithm>
 #include <charconv>
 #include <vector>
 
@@ -17,6 +18,7 @@ class Search {
 
   Columns columns() {
     find_head();
+    if (columns_.head > 0) read_headings();
     for (const auto& [field, text] : options_.columns) {
       columns_.at[static_cast<std::size_t>(field)] = column_of(text);
     }
@@ -54,26 +56,28 @@ class Search {
 
   std::string_view head(std::int32_t column) const { return sheet_.cell(columns_.head, column); }
 
-  // The columns whose heading is a word for the field: a sure one or, if none is, a likely one.
-  std::vector<std::int32_t> candidates(Field field) const {
-    std::vector<std::int32_t> sure, likely;
+  void read_headings() {
     for (std::int32_t column = 1; column <= columns_.count; ++column) {
-      if (field_of(head(column)) == field) sure.push_back(column);
-      if (field_perhaps(head(column)) == field) likely.push_back(column);
+      const std::string_view text = head(column);
+      if (const auto field = field_of(text)) {
+        sure_[static_cast<std::size_t>(*field)].push_back(column);
+      } else if (const auto perhaps = field_perhaps(text)) {
+        likely_[static_cast<std::size_t>(*perhaps)].push_back(column);
+      }
     }
-    return sure.empty() ? likely : sure;
   }
 
   void find(Field field) {
-    const std::vector<std::int32_t> found = candidates(field);
+    const std::size_t f = static_cast<std::size_t>(field);
+    const std::vector<std::int32_t>& found = sure_[f].empty() ? likely_[f] : sure_[f];
     if (found.empty()) return;
-    std::int32_t& at = columns_.at[static_cast<std::size_t>(field)];
+    std::int32_t& at = columns_.at[f];
     at = found.front();
     if (found.size() == 1 || field == Field::kName || field == Field::kAlive ||
         field == Field::kHerd)
       return;
     if (field == Field::kBirth) {
-      for (const std::int32_t column : found) at = size_of(column) > size_of(at) ? column : at;
+      at = longest_of(found);
       return;
     }
     findings_.add({Kind::kTable, columns_.head, found[1], std::string(head(found[1])),
@@ -84,12 +88,15 @@ class Search {
                    ""});
   }
 
-  // A date says more than a year.
-  std::size_t size_of(std::int32_t column) const {
-    std::size_t size = 0;
-    for (std::int64_t row = columns_.head + 1; row <= sheet_.rows(); ++row)
-      size += sheet_.cell(row, column).size();
-    return size;
+  // A date says more than a year. found: ascending.
+  std::int32_t longest_of(const std::vector<std::int32_t>& found) const {
+    std::vector<std::size_t> sizes(found.size(), 0);
+    for (std::int64_t row = columns_.head + 1; row <= sheet_.rows(); ++row) {
+      for (std::size_t k = 0; k < found.size() && found[k] <= sheet_.cells(row); ++k)
+        sizes[k] += sheet_.cell(row, found[k]).size();
+    }
+    const auto longest = std::max_element(sizes.begin(), sizes.end());
+    return found[static_cast<std::size_t>(longest - sizes.begin())];
   }
 
   // Of a heading, or of a position where there are none; 0 is a fault.
@@ -131,6 +138,8 @@ class Search {
   const PrepareOptions& options_;
   Findings& findings_;
   Columns columns_;
+  // Columns whose heading is a word for a field, by field: surely, or where no other is.
+  std::array<std::vector<std::int32_t>, kFields> sure_, likely_;
 };
 
 }  // namespace
