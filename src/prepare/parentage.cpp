@@ -81,12 +81,14 @@ class LoopSearch {
   // The path from `begin` on leads from an animal by its parents to itself. The link is cut whose
   // parent is younger than its offspring, or else the last, which closed it.
   void cut_loop(std::size_t begin) {
-    std::vector<std::int32_t> members = {path_[begin].animal};  // each a parent of the next
-    for (std::size_t n = path_.size() - 1; n > begin; --n) members.push_back(path_[n].animal);
+    std::vector<std::int32_t> members = {path_[begin].animal};  // the first, each the next's parent
+    const std::size_t count = path_.size() - begin;
+    for (std::size_t n = 1; n <= std::min(count - 1, kMostNamed); ++n)
+      members.push_back(path_[path_.size() - n].animal);
     walk_back_to_younger_parent(begin);
     const std::int32_t last = path_.back().animal;
     const int k = path_.back().next - 1;
-    book_.tell(Kind::kLoop, last, parent_field(k), describe(members));
+    book_.tell(Kind::kLoop, last, parent_field(k), describe(members, count));
     herd_.parents(k, last) = 0;
   }
 
@@ -101,18 +103,18 @@ class LoopSearch {
   }
 
   // "A is a parent of B, B of C, C of A (rows 3, 5, 9)"
-  std::string describe(const std::vector<std::int32_t>& members) const {
+  // count: of the loop's members.
+  std::string describe(const std::vector<std::int32_t>& members, std::size_t count) const {
     std::string text, rows;
-    for (std::size_t n = 0; n < std::min(members.size(), kMostNamed); ++n) {
+    for (std::size_t n = 0; n < std::min(count, kMostNamed); ++n) {
       const std::int32_t offspring = members[(n + 1) % members.size()];
       text +=
           name_of(members[n]) + (n == 0 ? " is a parent of " : " of ") + name_of(offspring) + ", ";
       rows += (n == 0 ? "" : ", ") + std::to_string(herd_.row(members[n]));
     }
     text.resize(text.size() - 2);
-    const std::string more = members.size() > kMostNamed
-                                 ? " and " + std::to_string(members.size() - kMostNamed) + " more"
-                                 : "";
+    const std::string more =
+        count > kMostNamed ? " and " + std::to_string(count - kMostNamed) + " more" : "";
     return text + more + " (rows " + rows + more + ")";
   }
   std::string name_of(std::int32_t i) const { return std::string(herd_.identifier(i)); }
