@@ -1,5 +1,6 @@
 #include "prepare/sheet.h"
 
+#include <algorithm>
 #include <array>
 
 namespace qob {
@@ -28,7 +29,8 @@ std::string_view without_blanks(std::string_view text) {
 bool Sheet::add_cell(std::string_view text) {
   text = without_blanks(text);
   const std::size_t used = text_.size() - rows_.back().text;
-  if (text.size() > kLongestRow - used) return false;
+  if (text.size() > kLongestRow - used || ends_.size() - rows_.back().cells >= kLongestRow)
+    return false;
   text_.append(text);
   ends_.push_back(static_cast<std::uint32_t>(used + text.size()));
   return true;
@@ -49,6 +51,14 @@ std::string_view Sheet::cell(std::int64_t row, std::int64_t column) const {
   const std::size_t k = begin_of(row).cells + static_cast<std::size_t>(column) - 1;
   const std::size_t begin = column == 1 ? 0 : ends_[k - 1];
   return std::string_view(text_).substr(begin_of(row).text + begin, ends_[k] - begin);
+}
+
+std::int64_t Sheet::next_filled(std::int64_t row, std::int64_t column) const {
+  if (column > cells(row)) return 0;
+  const auto begin = ends_.begin() + static_cast<std::ptrdiff_t>(begin_of(row).cells);
+  const auto from = begin + (column - 1), end = begin + cells(row);
+  const auto filled = std::upper_bound(from, end, column == 1 ? 0 : *(from - 1));
+  return filled == end ? 0 : filled - begin + 1;
 }
 
 bool Sheet::is_empty(std::int64_t row) const {

@@ -11,8 +11,9 @@ namespace qob {
 // Four bytes a cell and eight a row beside the text itself.
 class Sheet {
  public:
-  // What a sheet holds at most: rows are counted in 32 bits, and so are the bytes of a row.
-  static constexpr std::int64_t kMostRows = 2'000'000'000;
+  // What a sheet holds at most, so that animals, also those that rows only name as parents, and
+  // the cells and bytes of a row are counted in 32 bits.
+  static constexpr std::int64_t kMostRows = 500'000'000;
   static constexpr std::size_t kLongestRow = 1U << 30U;
 
   // Adds a cell to the row that is being made, without the blanks about it, and ends that row.
@@ -24,6 +25,8 @@ class Sheet {
   std::int64_t cells(std::int64_t row) const;
   // "" beyond the row's last cell. Valid as long as nothing is added.
   std::string_view cell(std::int64_t row, std::int64_t column) const;
+  // The first column from `column` on whose cell holds anything; 0 if there is none.
+  std::int64_t next_filled(std::int64_t row, std::int64_t column) const;
   // Whether no cell of the row holds anything.
   bool is_empty(std::int64_t row) const;
 
