@@ -25,6 +25,8 @@ class Entry {
     std::vector<Named> rows = rows_with_identifiers();
     sort_by_identifier(rows);
     drop_doubles(rows);
+    if (rows.empty())
+      book_.findings.add({Kind::kTable, 0, 0, "", "no row is that of an animal", ""});
     number_rows(rows);
     known_ = IdentifierIndex(std::move(rows));
     number_parents();
@@ -41,7 +43,8 @@ class Entry {
   }
 
   void fault(Kind kind, std::int64_t row, std::int32_t at, std::string words) {
-    book_.findings.add({kind, row, at, std::string(sheet_.cell(row, at)), std::move(words), ""});
+    book_.findings.add({kind, row, at, std::string(sheet_.cell(row, at)), std::move(words),
+                        at == column(Field::kIdentifier) ? "" : "the parent is taken as unknown"});
   }
 
   std::vector<Named> rows_with_identifiers() {
@@ -109,11 +112,12 @@ class Entry {
 
   // The first column in which two rows differ; 0 if they are the same.
   std::int32_t differing_column(std::int64_t a, std::int64_t b) const {
-    const std::int64_t count = std::max(sheet_.cells(a), sheet_.cells(b));
-    for (std::int64_t k = 1; k <= count; ++k) {
+    const std::int64_t shorter = std::min(sheet_.cells(a), sheet_.cells(b));
+    for (std::int64_t k = 1; k <= shorter; ++k) {
       if (sheet_.cell(a, k) != sheet_.cell(b, k)) return static_cast<std::int32_t>(k);
     }
-    return 0;
+    const std::int64_t longer = sheet_.cells(a) > shorter ? a : b;
+    return static_cast<std::int32_t>(sheet_.next_filled(longer, shorter + 1));
   }
 
   void tell_differing(std::int64_t first, std::int64_t row) {
