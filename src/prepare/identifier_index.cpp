@@ -42,9 +42,8 @@ std::int32_t IdentifierIndex::find(std::string_view identifier) const {
   const std::size_t bucket = bucket_of(wanted);
   const Named* begin = names_.data() + begin_[bucket];
   const Named* end = names_.data() + begin_[bucket + 1];
-  const Named* found = std::lower_bound(begin, end, wanted, [](const Named& a, const Named& b) {
-    return key_of(a) < key_of(b);
-  });
+  const Named* found = std::lower_bound(
+      begin, end, wanted, [](const Named& a, const Named& b) { return key_of(a) < key_of(b); });
   return found != end && found->has_same_identifier(wanted) ? found->number : 0;
 }
 

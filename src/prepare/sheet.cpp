@@ -55,9 +55,10 @@ std::string_view Sheet::cell(std::int64_t row, std::int64_t column) const {
 
 std::int64_t Sheet::next_filled(std::int64_t row, std::int64_t column) const {
   if (column > cells(row)) return 0;
-  const auto begin = ends_.begin() + static_cast<std::ptrdiff_t>(begin_of(row).cells);
-  const auto from = begin + (column - 1), end = begin + cells(row);
-  const auto filled = std::upper_bound(from, end, column == 1 ? 0 : *(from - 1));
+  const std::uint32_t* begin = ends_.data() + begin_of(row).cells;
+  const std::uint32_t* from = begin + (column - 1);
+  const std::uint32_t* end = begin + cells(row);
+  const std::uint32_t* filled = std::upper_bound(from, end, column == 1 ? 0 : *(from - 1));
   return filled == end ? 0 : filled - begin + 1;
 }
 
