@@ -54,18 +54,15 @@ void refuse_spreadsheet(const std::string& path, std::string_view bytes) {
       "a spreadsheet, and no text : open it and save it as \"CSV UTF-8\" (File, Save as), or xlsx2csv FILE.xlsx FILE.csv");
 }
 
-// The cells of the file; what had to be assumed of its bytes is told.
-Sheet sheet_of(const std::string& path, Unit& out) {
+Sheet sheet_of(const std::string& path) {
   std::string text = bytes_of(path);
   refuse_spreadsheet(path, text);
   const Encoding encoding = decode_text(text);
   if (encoding == Encoding::kBinary) refuse(path, "no text : expected a table saved as CSV");
-  if (encoding == Encoding::kWindows1252) {
-    out.write_line(
-        path +
-        ": read as Windows-1252, since it is no UTF-8: look at names with accents in NAME.names.csv");
-  }
   Sheet sheet;
+  if (encoding == Encoding::kWindows1252)
+    sheet.assume(
+        "the text is no UTF-8 and is read as Windows-1252: look whether letters with accents are right");
   const std::string fault = read_csv(text, separator_of(text), sheet);
   if (!fault.empty()) refuse(path, fault);
   return sheet;
@@ -146,7 +143,7 @@ std::string in_shell_quotes(const std::string& text) {
 }
 
 int prepare_herd_book(const PrepareArguments& arguments, Unit& out) {
-  const Sheet sheet = sheet_of(arguments.file, out);
+  const Sheet sheet = sheet_of(arguments.file);
   const Files files(arguments);
   files.refuse_to_replace();
   const Prepared prepared = prepare(sheet, arguments.options);

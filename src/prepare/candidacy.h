@@ -25,8 +25,8 @@ struct Candidacy {
 std::array<Candidacy, 2> choose_candidates(Book& book, const TimeSteps& steps,
                                            const Table<double>& completeness);
 
-// How many matings to plan: as many as asked for, else one for each female, as far as the candidates
-// may have so many, which is told if not; -1 where there are no candidates of a sex.
+// How many matings to plan: as many as asked for, else one for each female, as far as the
+// candidates may have so many, which is told if not; -1 where there are no candidates of a sex.
 std::int64_t planned_matings(Book& book, const std::array<Candidacy, 2>& candidates);
 
 // Pedigree completeness indices over five generations (analysis/animal_statistics), by animal.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace qob {
@@ -20,6 +21,9 @@ class Sheet {
   // False: the sheet is full, and nothing was added.
   bool add_cell(std::string_view text);
   bool end_row();
+  // What had to be assumed of the text that the cells come from; "" if nothing.
+  void assume(std::string what) { assumed_ = std::move(what); }
+  const std::string& assumed() const { return assumed_; }
 
   std::int64_t rows() const { return static_cast<std::int64_t>(rows_.size()) - 1; }
   std::int64_t cells(std::int64_t row) const;
@@ -37,6 +41,7 @@ class Sheet {
   const Row& begin_of(std::int64_t row) const { return rows_[static_cast<std::size_t>(row - 1)]; }
 
   std::string text_;
+  std::string assumed_;
   std::vector<std::uint32_t> ends_;  // of cells, within their row's text
   std::vector<Row> rows_{1};         // one more than there are rows: the one being made
 };
