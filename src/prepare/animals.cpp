@@ -17,6 +17,18 @@ constexpr std::size_t kLongestIdentifier = 200;
 
 using Identifier = std::string_view;
 
+// What a spreadsheet makes of a long number: "2.76E+14".
+bool is_shortened(Identifier text) {
+  const std::size_t exponent = text.find("E+");
+  const auto is_digits = [](Identifier digits) {
+    return !digits.empty() && digits.find_first_not_of("0123456789") == Identifier::npos;
+  };
+  return exponent != Identifier::npos && is_digits(text.substr(0, 1)) &&
+         (exponent == 1 ||
+          ((text[1] == '.' || text[1] == ',') && is_digits(text.substr(2, exponent - 2)))) &&
+         is_digits(text.substr(exponent + 2));
+}
+
 class Entry {
  public:
   explicit Entry(Book& book) : book_(book), sheet_(book.sheet) {}
@@ -84,6 +96,9 @@ class Entry {
     } else if (std::any_of(text.begin(), text.end(),
                            [](char c) { return is_control(c) || c == '\t'; })) {
       fault(Kind::kIdentifier, row, at, "a line end or control character in an identifier");
+    } else if (is_shortened(text)) {
+      fault(Kind::kIdentifier, row, at,
+            "a number whose last digits a spreadsheet has lost : expected the column as text");
     } else {
       return true;
     }

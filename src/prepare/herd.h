@@ -1,6 +1,7 @@
 // The animals of a herd book, as its rows and what follows from them tell.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <string_view>
@@ -47,6 +48,8 @@ struct Book {
   Findings findings;
   Columns columns;
   Herd herd;
+  std::array<char, kFields>
+      decimal{};  // what parts decimals in a field's column; 0: there are none
 
   // The cell of an animal in the column of a field; "" where there is none.
   std::string_view cell(std::int32_t animal, Field field) const {

@@ -98,6 +98,8 @@ class NumberColumn {
   }
 
   void conclude() {
+    char& decimal = book_.decimal[static_cast<std::size_t>(field_)];
+    decimal = comma_ != 0 ? ',' : point_ != 0 ? '.' : '\0';
     if (comma_ == 0) return;
     if (point_ != 0) {
       book_.tell(Kind::kTable, comma_, field_,

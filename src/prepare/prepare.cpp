@@ -9,7 +9,7 @@
 namespace qob {
 
 Prepared prepare(const Sheet& sheet, const PrepareOptions& options) {
-  Prepared prepared{{sheet, options, Findings(options.accepted), {}, {}}, {}, {}, -1, {}, {}};
+  Prepared prepared{{sheet, options, Findings(options.accepted), {}, {}, {}}, {}, {}, -1, {}, {}};
   Book& book = prepared.book;
   if (!sheet.assumed().empty()) book.findings.add({Kind::kRead, 0, 0, "", sheet.assumed(), ""});
   book.columns = find_columns(sheet, options, book.findings);

@@ -49,7 +49,11 @@ std::string columns_of(const Prepared& prepared) {
     if (at == 0) continue;
     used[static_cast<std::size_t>(at)] = 1;
     text.append(" ").append(name_of(static_cast<Field>(f)));
-    text.append("=" + heading(book.sheet, book.columns, at) + ",");
+    const char decimal = book.decimal[f];
+    text.append("=" + heading(book.sheet, book.columns, at))
+        .append(decimal == '.'   ? " (decimal points),"
+                : decimal == ',' ? " (decimal commas),"
+                                 : ",");
   }
   text.pop_back();
   used[static_cast<std::size_t>(book.columns.alive)] = 1;
@@ -80,12 +84,13 @@ std::string candidates_of(const Candidacy& sex, std::string_view title) {
 
 std::string line_of(const Prepared& prepared, const Remark& remark) {
   const Book& book = prepared.book;
-  std::string text = "    ";
-  if (remark.row > 0) text += "row " + std::to_string(remark.row) + ", ";
-  if (remark.column > 0) text += heading(book.sheet, book.columns, remark.column) + " ";
-  if (!remark.value.empty()) text += "\"" + remark.value + "\"";
-  if (remark.row > 0 || !remark.value.empty()) text += ": ";
-  return text + remark.words + (remark.done.empty() ? "" : " : " + remark.done) + "\n";
+  std::string where;
+  const auto add = [&](const std::string& part) { where += (where.empty() ? "" : ", ") + part; };
+  if (remark.row > 0) add("row " + std::to_string(remark.row));
+  if (remark.column > 0) add(heading(book.sheet, book.columns, remark.column));
+  if (!remark.value.empty()) add("\"" + remark.value + "\"");
+  return "    " + where + (where.empty() ? "" : ": ") + remark.words +
+         (remark.done.empty() ? "" : " : " + remark.done) + "\n";
 }
 
 // Of each kind its number and the first of them.
@@ -96,9 +101,9 @@ std::string findings_of(const Prepared& prepared, bool faults) {
     const Kind kind = static_cast<Kind>(k);
     const KindText& words = text_of(kind);
     if (words.is_fault != faults || findings.count(kind) == 0) continue;
-    text += "  " + std::to_string(findings.count(kind)) + " " + std::string(words.title) + " [" +
+    text += "  " + std::string(words.title) + ": " + std::to_string(findings.count(kind)) + " [" +
             std::string(words.name) + (findings.is_accepted(kind) ? ", accepted" : "") + "]\n";
-    std::int64_t left = faults ? kShownFaults : kShownRemarks;
+    std::int64_t left = faults || kind == Kind::kRead ? kShownFaults : kShownRemarks;
     for (const Remark& remark : findings.all()) {
       if (remark.kind == kind && left-- > 0) text += line_of(prepared, remark);
       if (left == 0) break;
