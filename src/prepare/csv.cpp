@@ -60,7 +60,7 @@ char separator_of(std::string_view text) {
 
 std::string read_csv(std::string_view text, char separator, Sheet& sheet) {
   csv_parser parser;
-  csv_init(&parser, CSV_REPALL_NL | CSV_STRICT_FINI);
+  csv_init(&parser, CSV_REPALL_NL | CSV_STRICT | CSV_STRICT_FINI);
   csv_set_delim(&parser, static_cast<unsigned char>(separator));
   Reader reader{sheet};
   const bool read =
@@ -72,6 +72,9 @@ std::string read_csv(std::string_view text, char separator, Sheet& sheet) {
   if (reader.full) return "row " + std::to_string(row) + ": more than a table can hold";
   if (ended) return "";
   if (error != CSV_EPARSE) return csv_strerror(error);
+  if (!read)
+    return "row " + std::to_string(row) +
+           ": a quotation mark within a cell : expected the cell in such marks, and it twice";
   return "row " + std::to_string(row) + ": a quotation mark opens a cell that nothing closes";
 }
 

@@ -14,7 +14,9 @@ namespace qob {
 char separator_of(std::string_view text);
 
 // Reads the cells of a text in UTF-8 with LF line ends (text_encoding). A cell in quotes may hold
-// separators, line ends and doubled quotes. Returns what is wrong, with the row, or "".
+// separators, line ends and doubled quotes. Other quotes are wrong: what they enclose would be
+// guessed, up to rows that are taken for a part of a cell. Returns what is wrong, with the row, or
+// "".
 std::string read_csv(std::string_view text, char separator, Sheet& sheet);
 
 }  // namespace qob
