@@ -8,6 +8,7 @@
 
 #include "core/text.h"
 #include "prepare/identifier_index.h"
+#include "prepare/text_encoding.h"
 #include "prepare/words.h"
 
 namespace qob {
@@ -139,7 +140,7 @@ class Entry {
     const std::int32_t at = differing_column(first, row);
     const auto shown = [&](std::int64_t r) {
       const std::string_view text = sheet_.cell(r, at);
-      return text.empty() ? std::string("nothing") : "\"" + std::string(text) + "\"";
+      return text.empty() ? std::string("nothing") : "\"" + excerpt(text) + "\"";
     };
     fault(Kind::kDuplicate, row, column(Field::kIdentifier),
           "rows " + std::to_string(first) + " and " + std::to_string(row) + " differ in " +

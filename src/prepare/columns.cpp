@@ -4,11 +4,13 @@
 #include <charconv>
 #include <vector>
 
+#include "prepare/text_encoding.h"
 #include "prepare/words.h"
 
 namespace qob {
 namespace {
 
+constexpr std::size_t kMostListed = 50;
 constexpr std::array<Field, 3> kNeeded = {Field::kIdentifier, Field::kSire, Field::kDam};
 
 class Search {
@@ -81,10 +83,10 @@ class Search {
       return;
     }
     findings_.add({Kind::kTable, columns_.head, found[1], std::string(head(found[1])),
-                   "column " + std::to_string(found[0]) + " (" + std::string(head(found[0])) +
-                       ") is a " + std::string(name_of(field)) +
-                       " as well : expected one, or --column " + std::string(name_of(field)) +
-                       "=HEADING",
+                   "column " + std::to_string(found[0]) + " (" +
+                       heading(sheet_, columns_, found[0]) + ") is a " +
+                       std::string(name_of(field)) + " as well : expected one, or --column " +
+                       std::string(name_of(field)) + "=HEADING",
                    ""});
   }
 
@@ -119,11 +121,11 @@ class Search {
 
   std::string there_are() const {
     if (columns_.head == 0) return "a position, 1 to " + std::to_string(columns_.count);
-    std::string text = "one of";
+    std::vector<std::int32_t> which;
     for (std::int32_t column = 1; column <= columns_.count; ++column) {
-      if (!head(column).empty()) text.append(column > 1 ? ", " : " ").append(head(column));
+      if (!head(column).empty()) which.push_back(column);
     }
-    return text;
+    return "one of " + headings(sheet_, columns_, which);
   }
 
   void tell_missing(Field field) {
@@ -150,8 +152,18 @@ Columns find_columns(const Sheet& sheet, const PrepareOptions& options, Findings
 
 std::string heading(const Sheet& sheet, const Columns& columns, std::int32_t column) {
   if (column == 0) return "";
-  const std::string text(columns.head > 0 ? sheet.cell(columns.head, column) : "");
-  return text.empty() ? "column " + std::to_string(column) : text;
+  const std::string_view text = columns.head > 0 ? sheet.cell(columns.head, column) : "";
+  return text.empty() ? "column " + std::to_string(column) : excerpt(text);
+}
+
+std::string headings(const Sheet& sheet, const Columns& columns,
+                     const std::vector<std::int32_t>& which) {
+  std::string text;
+  for (std::size_t k = 0; k < std::min(which.size(), kMostListed); ++k)
+    text += (k == 0 ? "" : ", ") + heading(sheet, columns, which[k]);
+  if (which.size() > kMostListed)
+    text += " and " + std::to_string(which.size() - kMostListed) + " more";
+  return text;
 }
 
 }  // namespace qob

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "prepare/findings.h"
 #include "prepare/options.h"
@@ -24,7 +25,11 @@ struct Columns {
 // missing, or there twice, is a fault of the table.
 Columns find_columns(const Sheet& sheet, const PrepareOptions& options, Findings& findings);
 
-// The heading of a column, or its position: "column 3".
+// The heading of a column as messages name it (excerpt), or its position: "column 3".
 std::string heading(const Sheet& sheet, const Columns& columns, std::int32_t column);
+
+// The headings of some columns, "sire, dam, sex", or the first of them if they are many.
+std::string headings(const Sheet& sheet, const Columns& columns,
+                     const std::vector<std::int32_t>& which);
 
 }  // namespace qob

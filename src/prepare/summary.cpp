@@ -7,6 +7,7 @@
 
 #include "core/format.h"
 #include "core/text.h"
+#include "prepare/text_encoding.h"
 
 namespace qob {
 namespace {
@@ -42,7 +43,7 @@ std::string steps_of(const TimeSteps& steps) {
 
 std::string columns_of(const Prepared& prepared) {
   const Book& book = prepared.book;
-  std::string text = "Columns:", left;
+  std::string text = "Columns:";
   std::vector<char> used(static_cast<std::size_t>(book.columns.count) + 1, 0);
   for (std::size_t f = 0; f < kFields; ++f) {
     const std::int32_t at = book.columns.at[f];
@@ -57,11 +58,12 @@ std::string columns_of(const Prepared& prepared) {
   }
   text.pop_back();
   used[static_cast<std::size_t>(book.columns.alive)] = 1;
+  std::vector<std::int32_t> left;
   for (std::int32_t at = 1; at <= book.columns.count; ++at) {
-    if (used[static_cast<std::size_t>(at)] == 0)
-      left += (left.empty() ? "" : ", ") + heading(book.sheet, book.columns, at);
+    if (used[static_cast<std::size_t>(at)] == 0) left.push_back(at);
   }
-  return text + (left.empty() ? "" : "; not read: " + left) + "\n";
+  if (!left.empty()) text += "; not read: " + headings(book.sheet, book.columns, left);
+  return text + "\n";
 }
 
 std::string candidates_of(const Candidacy& sex, std::string_view title) {
@@ -88,7 +90,7 @@ std::string line_of(const Prepared& prepared, const Remark& remark) {
   const auto add = [&](const std::string& part) { where += (where.empty() ? "" : ", ") + part; };
   if (remark.row > 0) add("row " + std::to_string(remark.row));
   if (remark.column > 0) add(heading(book.sheet, book.columns, remark.column));
-  if (!remark.value.empty()) add("\"" + remark.value + "\"");
+  if (!remark.value.empty()) add("\"" + excerpt(remark.value) + "\"");
   return "    " + where + (where.empty() ? "" : ": ") + remark.words +
          (remark.done.empty() ? "" : " : " + remark.done) + "\n";
 }

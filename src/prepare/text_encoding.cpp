@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "core/text.h"
+
 namespace qob {
 namespace {
 
@@ -10,6 +12,7 @@ using Code = std::uint32_t;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr Code kReplacement = 0xFFFD;
+constexpr std::size_t kExcerpt = 80;
 
 // The characters 0x80 to 0x9F of Windows-1252; those that it does not have stand for themselves.
 constexpr std::array<Code, 32> kWindows = {
@@ -134,6 +137,13 @@ std::size_t character_size(std::string_view text) {
   const bool overlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
   const bool no_character = (first == 0xED && second > 0x9F) || (first == 0xF4 && second > 0x8F);
   return overlong || no_character ? 0 : size;
+}
+
+std::string excerpt(std::string_view text) {
+  std::size_t end = 0;
+  while (end < text.size() && end < kExcerpt)
+    end += std::max<std::size_t>(character_size(text.substr(end)), 1);
+  return printable(text.substr(0, end)) + (end < text.size() ? "..." : "");
 }
 
 Encoding decode_text(std::string& bytes) {

@@ -19,4 +19,7 @@ Encoding decode_text(std::string& bytes);
 // 0 if they are no character.
 std::size_t character_size(std::string_view text);
 
+// `text` as a message names it: its first characters, if it is long, and no control characters.
+std::string excerpt(std::string_view text);
+
 }  // namespace qob
