@@ -1,4 +1,5 @@
 // qob-prepare: reads a herd book, has it prepared, shows what was found and writes the files.
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <string>
@@ -36,7 +37,8 @@ std::string bytes_of(const std::string& path) {
   const int status = open_source(path, source);
   if (status != 0) refuse(path, error_text(status));
   std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(source->size()) + 1);
+  bytes.reserve(static_cast<std::size_t>(source->size()) +
+                kPiece);  // also for what the last read asks
   for (std::size_t size = 0;;) {
     bytes.resize(size + kPiece);
     const std::ptrdiff_t count = source->read(bytes.data() + size, kPiece);
@@ -80,6 +82,8 @@ class Files {
     folder_ = arguments.folder.empty() ? name_ : arguments.folder;
     if (name_.empty() || name_.size() > kLongestName)
       refuse(file, "a name of more than 76 bytes, or none : expected a shorter one");
+    if (std::any_of(name_.begin(), name_.end(), is_control))
+      refuse(file, "a line end or control character in its name : expected another name");
   }
 
   const std::string& name() const { return name_; }
