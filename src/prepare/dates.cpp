@@ -1,8 +1,10 @@
 #include "prepare/dates.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
+#include "prepare/text_encoding.h"
 #include "prepare/words.h"
 
 namespace qob {
@@ -25,9 +27,13 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // What stands before a time of the day: "2001-04-03 00:00:00", "2001-04-03T12:00Z".
 std::string_view without_time(std::string_view text) {
-  const std::size_t at = text.find_first_of(" T");
-  if (at == std::string_view::npos || text.find(':', at) == std::string_view::npos) return text;
-  return text.substr(0, at);
+  const std::size_t end = std::min(text.find_first_of(" T"), text.size());
+  std::string_view time = text.substr(end);
+  time.remove_prefix(std::min(time.find_first_not_of(" T"), time.size()));
+  const std::size_t hour = time.find_first_not_of("0123456789");
+  const bool is_time = (hour == 1 || hour == 2) && time[hour] == ':' &&
+                       time.find_first_not_of("0123456789:.,+- APMapmUTCGZ") == time.npos;
+  return is_time ? text.substr(0, end) : text;
 }
 
 // Up to three numbers with one kind of separator; none for any other text.
@@ -103,9 +109,7 @@ bool is_year_last(const Parts& parts) {
   return parts.count == 3 && parts.digits[2] == 4 && parts.digits[0] <= 2 && parts.digits[1] <= 2;
 }
 
-// 3/4/2001 or 3-4-2001, which countries read in two ways; points stand in one.
-bool has_two_readings(const Parts& parts) { return is_year_last(parts) && parts.separator != '.'; }
-
+// 3/4/2001 and 3-4-2001 are read in two ways, 3.4.2001 in one.
 std::optional<Date> from_parts(const Parts& parts, bool day_first) {
   const auto& [a, b, c] = parts.value;
   if (parts.count == 1) return from_one(a, parts.digits[0]);
@@ -120,16 +124,18 @@ std::optional<Date> from_parts(const Parts& parts, bool day_first) {
   return day_first || parts.separator == '.' ? date_of(c, b, a) : date_of(c, a, b);
 }
 
-// What the cells of a column say of the order of day and month.
+// What the cells of a column say of the order of day and month: those that are a date in one of
+// the two alone.
 struct Order {
   std::int32_t day_first = 0, month_first = 0, open = 0;  // animals: the first that says so
 };
 
 void note(Order& order, const Parts& parts, std::int32_t i) {
-  if (!has_two_readings(parts) || parts.value[0] == parts.value[1]) return;
-  std::int32_t& which = parts.value[0] > 12   ? order.day_first
-                        : parts.value[1] > 12 ? order.month_first
-                                              : order.open;
+  const auto day_first = from_parts(parts, true), month_first = from_parts(parts, false);
+  if (day_first == month_first) return;
+  std::int32_t& which = !month_first ? order.day_first
+                        : !day_first ? order.month_first
+                                     : order.open;
   if (which == 0) which = i;
 }
 
@@ -138,8 +144,7 @@ bool is_day_first(Book& book, const Order& order) {
   if (book.options.day_order != DayOrder::kByColumn)
     return book.options.day_order == DayOrder::kDayFirst;
   const auto cell = [&](std::int32_t i) {
-    return std::string(book.cell(i, Field::kBirth)) + " (row " + std::to_string(book.herd.row(i)) +
-           ")";
+    return excerpt(book.cell(i, Field::kBirth)) + " (row " + std::to_string(book.herd.row(i)) + ")";
   };
   const std::string mend = " : expected 2001-04-03, or --dates dmy or mdy";
   if (order.day_first != 0 && order.month_first != 0) {
