@@ -1,17 +1,20 @@
 #include "prepare/numbers.h"
 
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <string>
 
 #include "core/edit.h"
 #include "core/lexer.h"
+#include "prepare/text_encoding.h"
 #include "prepare/words.h"
 
 namespace qob {
 namespace {
 
 constexpr double kMostMatings = 1'000'000'000.0;
+constexpr double kLargest = 1E30;  // so that no mean or square of them is too large
 constexpr std::string_view kMinus = "\xE2\x88\x92";  // U+2212
 
 // A number as it stands in a cell: how it is written, and its text with a point.
@@ -65,10 +68,10 @@ class NumberColumn {
       const std::optional<Written> number = written(cell);
       if (number && is_sound(*number, i)) {
         double value = 0.0;
-        if (read_list(number->text, value) == 0) {
+        if (read_list(number->text, value) == 0 && std::abs(value) <= kLargest) {
           take(i, value);
         } else {
-          tell(i, "a number that is too large : expected at most 1.8E308");
+          tell(i, "a number that is too large : expected at most 1E30");
         }
       } else if (!number && !says_unknown(cell)) {
         tell(i, "no number : expected one, or nothing if it is unknown");
@@ -94,7 +97,7 @@ class NumberColumn {
   }
 
   std::string where(std::int32_t i) const {
-    return std::string(book_.cell(i, field_)) + " (row " + std::to_string(book_.herd.row(i)) + ")";
+    return excerpt(book_.cell(i, field_)) + " (row " + std::to_string(book_.herd.row(i)) + ")";
   }
 
   void conclude() {
