@@ -24,7 +24,7 @@ std::string_view label_of(std::string_view identifier) {
     if (end + size > kLabelWidth) break;
     end += size;
   }
-  return trim(identifier.substr(0, end));
+  return without_blanks(identifier.substr(0, end));
 }
 
 // A text as the lexer of data files takes it whole.

@@ -9,7 +9,7 @@
 
 namespace qob {
 
-// Four bytes a cell and eight a row beside the text itself.
+// Four bytes a cell and sixteen a row beside the text itself.
 class Sheet {
  public:
   // What a sheet holds at most, so that animals, also those that rows only name as parents, and
