@@ -172,7 +172,7 @@ class Entry {
       }
     }
     sort_by_identifier(unrecorded);
-    std::vector<std::int32_t> places;  // the first of each
+    std::vector<std::int32_t>& places = founder_places_;
     for (std::size_t k = 0; k < unrecorded.size(); ++k) {
       if (k == 0 || !unrecorded[k].has_same_identifier(unrecorded[k - 1]))
         places.push_back(unrecorded[k].number);
@@ -180,8 +180,8 @@ class Entry {
     std::sort(places.begin(), places.end());
     enlarge(n + std::ssize(places));
     std::vector<Named> founders;
-    for (const std::int32_t place : places)
-      founders.push_back(add_founder(place, n + static_cast<std::int32_t>(founders.size()) + 1));
+    while (founders.size() < places.size())
+      founders.push_back(add_founder(n + static_cast<std::int32_t>(founders.size()) + 1));
     sort_by_identifier(founders);
     const IdentifierIndex index(std::move(founders));
     for (const Named& place : unrecorded)
@@ -195,9 +195,11 @@ class Entry {
     Parent& last = last_[static_cast<std::size_t>(k - 1)];
     const Identifier text = parent_text(i, k);
     if (text != last.text) {
-      const bool fit = !is_unknown(text) && is_fit(book_.herd.row(i), column(parent_field(k)));
-      const std::int32_t number = fit ? known_.find(text) : 0;
-      last = {text, number, fit && number == 0};
+      const bool unknown = is_unknown(text);
+      const bool fit = unknown || is_fit(book_.herd.row(i), column(parent_field(k)));
+      const std::int32_t number = unknown || !fit ? 0 : known_.find(text);
+      // What is not fit is told in each row.
+      last = {fit ? text : Identifier{}, number, fit && !unknown && number == 0};
     }
     book_.herd.parents(k, i) = last.number;
     return last.is_unrecorded;
@@ -218,13 +220,21 @@ class Entry {
     std::swap(herd.parents, parents);
   }
 
-  Named add_founder(std::int32_t place, std::int32_t number) {
-    const int k = place % 2 + 1;
-    const Identifier text = parent_text(place / 2, k);
+  Named add_founder(std::int32_t number) {
+    const auto [offspring, field] = place_of(number);
+    const Identifier text = book_.cell(offspring, field);
     book_.herd.identifier(number) = text;
-    book_.tell(Kind::kFounder, place / 2, parent_field(k), "a parent without a row of its own",
+    book_.tell(Kind::kFounder, offspring, field, "a parent without a row of its own",
                "taken as a founder");
     return {text, number};
+  }
+
+  // The cell that names an animal first: its own, or of a founder its offspring's.
+  std::pair<std::int32_t, Field> place_of(std::int32_t i) const {
+    if (book_.herd.row(i) != 0) return {i, Field::kIdentifier};
+    const std::int32_t place =
+        founder_places_[static_cast<std::size_t>(i) - known_.names().size() - 1];
+    return {place / 2, parent_field(place % 2 + 1)};
   }
 
   // Identifiers that a person may take for one another.
@@ -239,11 +249,10 @@ class Entry {
       if (codes[k].first != codes[k - 1].first ||
           folded(herd.identifier(a)) != folded(herd.identifier(b)))
         continue;
-      book_.findings.add(
-          {Kind::kAlike, std::max(herd.row(a), herd.row(b)), column(Field::kIdentifier),
-           std::string(herd.identifier(b)),
-           "differs from \"" + std::string(herd.identifier(a)) + "\" by case or blanks alone",
-           "taken as two animals"});
+      const auto [animal, field] = place_of(b);
+      book_.tell(Kind::kAlike, animal, field,
+                 "differs from \"" + std::string(herd.identifier(a)) + "\" by case or blanks alone",
+                 "taken as two animals");
     }
   }
 
@@ -254,7 +263,8 @@ class Entry {
   };
   Book& book_;
   const Sheet& sheet_;
-  IdentifierIndex known_;  // animals with a row
+  IdentifierIndex known_;                     // animals with a row
+  std::vector<std::int32_t> founder_places_;  // where those without are named first
   std::array<Parent, 2> last_;
 };
 
