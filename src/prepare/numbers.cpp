@@ -85,7 +85,10 @@ class NumberColumn {
 
   // Digits in groups are refused: "1.234" may be more than a thousand or hardly more than one.
   bool is_sound(const Written& number, std::int32_t i) {
-    if (number.grouped || number.points + number.commas > 1) {
+    const bool may_be_thousands =  // where none are expected that are not whole
+        field_ == Field::kMatings && number.text.find('.') + 4 == number.text.size();
+    const int marks = number.points + number.commas;
+    if (number.grouped || marks > 1 || (marks == 1 && may_be_thousands)) {
       tell(
           i,
           "thousands are parted from hundreds : expected digits and at most one decimal point or comma");
