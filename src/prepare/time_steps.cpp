@@ -151,9 +151,11 @@ class Timing {
     const std::int32_t i = shared.front().offspring, p = parent_of(shared.front());
     const std::string unit = step == Step::kYear ? "year" : "month";
     return (step == Step::kYear ? "years" : "months") + std::string(" do not part ") +
-           std::to_string(shared.size()) + " parents from their offspring (the first in row " +
-           std::to_string(herd_.row(i)) + ": " + std::string(herd_.identifier(p)) + ", parent of " +
-           std::string(herd_.identifier(i)) + "); with --step " + unit + " that is a fault";
+           (shared.size() == 1 ? std::string("1 parent from its")
+                               : std::to_string(shared.size()) + " parents from their") +
+           " offspring (the first in row " + std::to_string(herd_.row(i)) + ": " +
+           std::string(herd_.identifier(p)) + ", parent of " + std::string(herd_.identifier(i)) +
+           "); with --step " + unit + " that is a fault";
   }
 
   Steps steps_by(Step step) const {
@@ -231,18 +233,27 @@ class Timing {
     });
   }
 
+  Table<char> dated_descendants() const {
+    Table<char> has_any(herd_.count(), 0);
+    for (std::int64_t n = herd_.count(); n >= 1; --n) {
+      const std::int32_t i = order_(n);
+      for (int k = 1; k <= 2 && (has_any(i) != 0 || herd_.birth(i).is_known()); ++k) {
+        if (herd_.parents(k, i) != 0) has_any(herd_.parents(k, i)) = 1;
+      }
+    }
+    return has_any;
+  }
+
   void tell_undated() {
     if (chosen_.step == Step::kGeneration) return;
-    Table<char> is_parent(herd_.count(), 0);
-    for (const Link& link : links([](std::int32_t, std::int32_t) { return true; }))
-      is_parent(parent_of(link)) = 1;
+    const Table<char> has_dated_descendant = dated_descendants();
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
       if (herd_.birth(i).is_known() || herd_.row(i) == 0) continue;
       const bool is_doubtful = !says_unknown(book_.cell(i, Field::kBirth));
       book_.tell(Kind::kUndated, i, Field::kBirth,
                  is_doubtful ? "no date of birth that can be kept" : "no date of birth",
                  "time step " + std::to_string(herd_.step(i)) +
-                     (is_parent(i) != 0                         ? ", before its first offspring"
+                     (has_dated_descendant(i) != 0              ? ", before its first offspring"
                       : after_parents(herd_.step, i) != kNoStep ? ", after its parents"
                                                                 : ", the first time step"));
     }
