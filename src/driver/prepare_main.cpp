@@ -105,7 +105,8 @@ class Files {
 
   void make_folder() const {
     const int status = qob::make_folder(folder_);
-    if (status != 0) refuse(folder_, error_text(status));
+    if (status != 0)
+      refuse(folder_, std::string(error_text(status)) + " : expected a folder or a new name (-o)");
   }
 
   template <class Write>

@@ -20,6 +20,7 @@ class Search {
 
   Columns columns() {
     find_head();
+    if (columns_.count == 0) return columns_;
     if (columns_.head > 0) read_headings();
     for (const auto& [field, text] : options_.columns) {
       columns_.at[static_cast<std::size_t>(field)] = column_of(text);
