@@ -43,7 +43,7 @@ FAULTS = [
     ("founder", "any", "sire", "nobody 1"), ("founder", "any", "dam", "nobody 1"),
     ("alike", "long", "sire", "L"), ("inferred", "parent", "sex", "|?"),
     ("undated", "dated", "birth", "|0|?"), ("younger-parent", "dated", "birth", "older"),
-    ("loop", "grandchild", "", ""), ("both-roles", "dammed", "dam", "a sire")]
+    ("loop", "grandchild", "", ""), ("both-roles", "grandson", "dam", "")]
 
 
 def run(here, *command):
@@ -52,8 +52,8 @@ def run(here, *command):
     return done.returncode, done.stdout + done.stderr
 
 
-def rows_of(path, **form):
-    with open(path, encoding="utf-8", newline="") as file: return list(csv.DictReader(file, **form))
+def rows_of(path):
+    with open(path, encoding="utf-8", newline="") as file: return list(csv.DictReader(file))
 
 
 def read_book(path, rng):
@@ -81,9 +81,13 @@ def analysed(folder, name, **values):
     prm.write_text(text)
     status, shown = run(folder, programs.qob, prm.name, "--quiet")
     assert status == 0, shown
-    names = {r["number"]: r["identifier"] for r in rows_of(folder / f"{name}.names.csv")}
+    table = rows_of(folder / f"{name}.names.csv")
+    names = {r["number"]: r["identifier"] for r in table}
     lines = (folder / "QOB_f_coeff.txt").read_text().split("\n")[4:-1]
     coefficients = {names[v[:12].strip()]: (v[48:56], v[64:72]) for v in lines}
+    for r in table:
+        pci = coefficients[r["identifier"]][1].strip()
+        assert r.get("completeness", pci) == pci, f"completeness {pci} of {r}"
     plan = folder / "QOB_qob_MatingList.txt"
     matings = [v.split()[:8] for v in plan.read_text().split("\n")[1:-1]] if plan.exists() else []
     return coefficients, [(names[v[0]], names[v[1]], *v[2:]) for v in matings]
@@ -189,11 +193,12 @@ def befallen(rows, whom, candidates):
     known = {r["identifier"]: r for r in rows}
     used = {r[f] for r in rows for f in ("sire", "dam")}
     dated = lambda r: r["birth"] and any(known.get(r[f], r)["birth"] for f in ("sire", "dam") if r[f])
-    fits = {"any": lambda r: True, "sired": lambda r: r["sire"], "dammed": lambda r: r["dam"],
+    fits = {"any": lambda r: True, "sired": lambda r: r["sire"], 
             "long": lambda r: len(r["sire"]) > 1, "dated": dated,
             "parent": lambda r: r["identifier"] in used and r["sex"],
             "barren": lambda r: r["identifier"] not in used,
             "candidate": lambda r: r["identifier"] in candidates,
+            "grandson": lambda r: known.get(r["sire"], {}).get("sire"),
             "grandchild": lambda r: r["sex"] and known.get(known.get(r["sire"], {}).get("dam"))}
     return [k for k, r in enumerate(rows) if fits[whom](r)]
 
@@ -226,10 +231,7 @@ def put(rows, fault, k, rng):
         ancestor[field] = r["identifier"]
         return rows.index(ancestor), field
     if kind == "both-roles":
-        _, depth = pedigree_of(rows)
-        text = rng.choice(sorted(s for s in {v["sire"] for v in rows} - {"", r["sire"]}
-                                 if depth[s] < depth[r["identifier"]]
-                                 and (known.get(s, {}).get("birth") or "0") < (r["birth"] or "9")))
+        text = known[r["sire"]]["sire"]
         r["dam"] = text
         return max((next(i for i, v in enumerate(rows) if v[f] == text), f) for f in ("sire", "dam"))
     r[field] = text
