@@ -180,11 +180,14 @@ void read_births(Book& book) {
     const std::optional<Parts> parts = parts_of(book.cell(i, Field::kBirth));
     if (parts) note(order, *parts, i);
   }
+  const bool by_column = book.options.day_order == DayOrder::kByColumn;
   const bool day_first = is_day_first(book, order);
   for (std::int32_t i = 1; i <= herd.count(); ++i) {
     const std::string_view cell = book.cell(i, Field::kBirth);
     const std::optional<Parts> parts = parts_of(cell);
-    const std::optional<Date> date = parts ? from_parts(*parts, day_first) : std::nullopt;
+    std::optional<Date> date = parts ? from_parts(*parts, day_first) : std::nullopt;
+    if (!date && parts && has_two_readings(*parts) && by_column)
+      date = from_parts(*parts, !day_first);  // a column with both orders is one fault
     if (date) {
       herd.birth(i) = *date;
     } else if (!says_unknown(cell) && !(parts && parts->value == Parts{}.value)) {
