@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/program.h"
+#include "support/transcripts.h"
 
 namespace qob::test {
 namespace {
@@ -118,25 +119,14 @@ const std::string kWords =
     "halves() { for f in ./*; do test -s \"$f\" && test -n \"$(tail -c 1 \"$f\")\" && echo $f; done; }\n";
 
 TEST(WholeRun, FollowsTheTranscripts) {
-  std::ifstream transcripts(kSource + "/tests/driver/transcripts.txt");
-  int count = 0;
-  for (std::string line, script, shown; std::getline(transcripts, line) || !script.empty();) {
-    if (transcripts && line.starts_with("$ ")) {
-      script += line.substr(2) + "\n";
-    } else if (transcripts && !line.empty()) {
-      if (!line.starts_with("# ")) shown += line + "\n";
-    } else if (!script.empty()) {
-      const TemporaryFolder folder;
-      folder.write("herd.dat", kHerd);
-      folder.write("qob.prm", kParameters);
-      const std::string file = folder.write("../" + folder.name() + ".sh", kWords + script);
-      std::system(("cd " + (folder / "") + " && sh " + file + " > " + file + ".txt").c_str());
-      EXPECT_EQ(read_file(file + ".txt"), shown) << script;
-      fs::remove(file), fs::remove(file + ".txt");
-      script.clear(), shown.clear(), ++count;
-    }
+  const auto transcripts = transcripts_of(kSource + "/tests/driver/transcripts.txt");
+  for (const Transcript& transcript : transcripts) {
+    const TemporaryFolder folder;
+    folder.write("herd.dat", kHerd);
+    folder.write("qob.prm", kParameters);
+    EXPECT_EQ(shown_by(folder, kWords + transcript.script), transcript.shown) << transcript.script;
   }
-  EXPECT_EQ(count, 42);
+  EXPECT_EQ(transcripts.size(), 42U);
 }
 
 }  // namespace

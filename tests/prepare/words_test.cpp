@@ -4,23 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <optional>
-#include <sstream>
 #include <string>
+
+#include "support/tables.h"
 
 namespace qob {
 namespace {
 
-// Each line of the table: what is to be told of the texts behind it.
-template <class Tell>
-void check(const char* table, Tell tell) {
-  std::istringstream lines(table);
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream texts(line);
-    std::string expected;
-    std::getline(texts, expected, '|');
-    for (std::string text; std::getline(texts, text, '|');) EXPECT_EQ(tell(text), expected) << text;
-  }
-}
+using test::check;
 
 TEST(Words, HeadingsNameFields) {
   check(
