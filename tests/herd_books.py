@@ -3,8 +3,9 @@
 
 usage: tests/herd_books.py QOB QOB_PREPARE HERD.csv... [--runs N] [--seed S]
 
-A herd book: CSV with the columns id, sire, dam, sex, born or birthdate, and perhaps bv. The first
-violation ends it with status 1 and leaves its folder, whose path it tells. For each herd book
+A herd book: CSV in UTF-8 with the columns id, sire, dam, sex, born or birthdate, and perhaps bv, or
+with other headings in COLUMNS. The first violation ends it with status 1 and leaves its folder,
+whose path it tells. For each herd book
   by hand    F and completeness of every animal are those of a data file that is written here, of
              the same pedigree in another order and with other numbers
   mended     of the book without its faults, that and nothing but what is true is told
@@ -14,9 +15,12 @@ violation ends it with status 1 and leaves its folder, whose path it tells. For 
              is told with its kind, row and column, and no other fault
 """
 import argparse, csv, datetime, io, pathlib, random, re, shutil, subprocess, tempfile
-from collections import Counter, defaultdict
+from collections import Counter
 
-FIELDS = ["identifier", "sire", "dam", "sex", "birth", "ebv"]
+COLUMNS = {"id": "identifier", "Ear tag": "identifier", "sire": "sire", "Sire": "sire", "dam": "dam",
+           "Dam": "dam", "sex": "sex", "Sex": "sex", "birthdate": "birth", "born": "birth",
+           "Birth date": "birth", "bv": "ebv", "EBV": "ebv"}
+FIELDS = [*dict.fromkeys(COLUMNS.values())]
 # Headings in the order of FIELDS, a word for each sex, one for an unknown parent.
 LANGUAGES = [line.split("|") for line in """Animal ID|Sire|Dam|Sex|Birth date|EBV|male|female|unknown
 LOM|Vater|Mutter|Geschlecht|Geburtsdatum|Zuchtwert|männlich|weiblich|unbekannt
@@ -38,7 +42,7 @@ FAULTS = [
     ("birth", "any", "birth", "spring|2001-02-29|2001-13-01|31.4.2001|3.2.01|1.2|1500|20010230"),
     ("number", "any", "ebv", "1.234.5|1.234,5|1 234|1'000|abc|--1|1e999"),
     ("table", "any", "ebv", "1,5"), ("ebv", "candidate", "ebv", "|NA|-"),
-    ("identifier", "barren", "identifier", "|0|unknown|" + 201 * "x"),
+    ("identifier", "barren", "identifier", "|0|unknown|2.76E+14|" + 201 * "x"),
     ("cells", "any", "column 7", "more"), ("duplicate", "any", "", ""), ("repeated", "any", "", ""),
     ("founder", "any", "sire", "nobody 1"), ("founder", "any", "dam", "nobody 1"),
     ("alike", "long", "sire", "L"), ("inferred", "parent", "sex", "|?"),
@@ -59,9 +63,9 @@ def rows_of(path):
 def read_book(path, rng):
     """Rows with the FIELDS as texts; breeding values are drawn where there are none."""
     rows = rows_of(path)
-    birth = "birthdate" if "birthdate" in rows[0] else "born"
-    return [dict(zip(FIELDS, (r["id"], r["sire"], r["dam"], r["sex"], r[birth],
-                              r.get("bv") or f"{rng.gauss(0, 1):.3f}"))) for r in rows]
+    heading = {f: next((c for c in COLUMNS if c in rows[0] and COLUMNS[c] == f), f) for f in FIELDS}
+    return [{f: r.get(heading[f]) or f"{rng.gauss(0, 1):.3f}" * (f == "ebv") for f in FIELDS}
+            for r in rows]
 
 
 def prepare(folder, book, *options):
@@ -119,12 +123,12 @@ def write_by_hand(folder, name, rows, rng):
         csv.writer(file).writerows([("number", "identifier"), *((number[i], i) for i in order)])
 
 
-def mended(rows, findings, column):
-    """The rows without faults; column: what field a heading stands for."""
+def mended(rows, findings):
+    """The rows without faults."""
     rows, gone = [dict(r) for r in rows], set()
     for f in findings:
         if f["severity"] != "fault": continue
-        k, kind, field = int(f["row"]) - 2, f["kind"], column(f["column"])
+        k, kind, field = int(f["row"]) - 2, f["kind"], COLUMNS[f["column"]]
         about = [r for r in rows if r["identifier"] in (rows[k]["identifier"], f["value"])]
         if kind in ("duplicate", "identifier"): gone.add(k)
         elif kind == "younger-parent": [r.update(birth="") for r in about]
@@ -266,9 +270,7 @@ def check_by_hand(folder, path, rows, rng):
     assert status == bool(faults)
     status, text, _ = prepare(folder / "prepared", path, *accept)
     assert status == 0, text
-    names = dict(zip(["id", "sire", "dam", "born", "birthdate", "bv"], ["identifier", "sire", "dam",
-                                                                        "birth", "birth", "ebv"]))
-    clean = mended(rows, findings, lambda heading: names.get(heading, heading))
+    clean = mended(rows, findings)
     coefficients, _ = analysed(folder / "prepared", path.stem, timesteps=-1)
     hand = folder / "hand"
     hand.mkdir()
