@@ -8,6 +8,8 @@
 
 namespace qob {
 
+inline bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
 // What separates values.
 inline bool is_blank(char c) { return c == ' ' || c == '\t'; }
 

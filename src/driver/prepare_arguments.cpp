@@ -113,14 +113,10 @@ std::string add_accepted(const std::string& text, PrepareOptions& options) {
 template <class Set>
 CLI::Option* add(CLI::App& app, const std::string& name, const std::string& form,
                  const std::string& help, Set set) {
-  const auto read = [set, name](const std::vector<std::string>& texts) {
-    for (const std::string& text : texts) {
-      const std::string fault = set(text);
-      if (!fault.empty()) throw CLI::ValidationError(name, fault);
-    }
-    return true;
-  };
-  return app.add_option(name, CLI::callback_t(read), help)
+  return app
+      .add_option(
+          name, [](const CLI::results_t&) { return true; }, help)
+      ->check(CLI::Validator([set](std::string& text) { return set(text); }, ""))
       ->type_name(form)
       ->allow_extra_args(false);
 }
@@ -145,6 +141,8 @@ void add_table_options(CLI::App& app, PrepareOptions& options) {
         options.day_order = text == "mdy" ? DayOrder::kMonthFirst : DayOrder::kDayFirst;
         return text == "mdy" || text == "dmy" ? std::string() : text + " : expected dmy or mdy";
       });
+  app.add_flag("--decimals", options.decimals,
+               "1.234 is hardly more than one, where no number of the column tells");
   add(app, "--step", "STEP",
       "time steps: auto, year, season, quarter, month, generation or a number of days",
       [&](const std::string& text) { return set_step(text, options); });

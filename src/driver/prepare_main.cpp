@@ -73,7 +73,7 @@ Sheet sheet_of(const std::string& path) {
 // The files of one herd book: where they go and how they are called.
 class Files {
  public:
-  Files(const PrepareArguments& arguments) : arguments_(arguments) {
+  explicit Files(const PrepareArguments& arguments) : arguments_(arguments) {
     const std::string& file = arguments.file;
     const std::size_t begin = file.find_last_of('/') + 1;  // npos + 1 is 0
     const std::size_t dot = file.find_last_of('.');
@@ -155,9 +155,13 @@ int prepare_herd_book(const PrepareArguments& arguments, Unit& out) {
   files.make_folder();
   write_files(files, prepared);
   std::string text = summary_of(prepared, arguments.file, files.path(".faults.csv"));
-  text.pop_back();
+  text.resize(text.empty() ? 0 : text.size() - 1);  // the line's own end
   out.write_line(text);
-  if (!prepared.is_sound()) return kFailure;
+  if (!prepared.is_sound()) {
+    if (path_exists(files.path(".dat")))
+      out.write_line(files.path(".dat") + ": still that of an earlier herd book");
+    return kFailure;
+  }
   out.write_line("Written: " + files.path(".dat") + ", .prm, .names.csv");
   out.write_line("Next: cd " + in_shell_quotes(files.folder()) + " && qob " +
                  in_shell_quotes(files.name() + ".prm"));

@@ -61,12 +61,11 @@ bool is_parted_by_blanks(std::string_view record) {
 
 // The digits about the first comma that stands between some; "" if none does.
 std::string comma_between_digits(std::string_view record) {
-  const auto is_digit = [&](std::size_t k) { return record[k] >= '0' && record[k] <= '9'; };
   for (std::size_t at = 1; at + 1 < record.size(); ++at) {
-    if (record[at] != ',' || !is_digit(at - 1) || !is_digit(at + 1)) continue;
+    if (record[at] != ',' || !is_digit(record[at - 1]) || !is_digit(record[at + 1])) continue;
     std::size_t begin = at, end = at + 1;
-    while (begin > 0 && is_digit(begin - 1)) --begin;
-    while (end < record.size() && is_digit(end)) ++end;
+    while (begin > 0 && is_digit(record[begin - 1])) --begin;
+    while (end < record.size() && is_digit(record[end])) ++end;
     return std::string(record.substr(begin, end - begin));
   }
   return {};

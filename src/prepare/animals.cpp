@@ -56,7 +56,7 @@ class Entry {
   }
 
   void fault(Kind kind, std::int64_t row, std::int32_t at, std::string words) {
-    book_.findings.add({kind, row, at, std::string(sheet_.cell(row, at)), std::move(words),
+    book_.findings.add({kind, row, at, "", std::move(words),
                         at == column(Field::kIdentifier) ? "" : "the parent is taken as unknown"});
   }
 
@@ -77,11 +77,18 @@ class Entry {
   }
 
   void check_width(std::int64_t row) {
+    for (std::int32_t k = 1; k <= sheet_.cells(row); ++k) {
+      if (sheet_.cell(row, k).find('\n') == Identifier::npos) continue;
+      book_.findings.add(
+          {Kind::kCells, row, k, "",
+           "a line end in a cell : is there a quotation mark too many, so that rows are in it?",
+           "it is read as it stands"});
+    }
     for (std::int64_t k = sheet_.cells(row); k > book_.columns.count; --k) {
       const std::string_view text = sheet_.cell(row, k);
       if (text.empty()) continue;
       book_.findings.add(
-          {Kind::kCells, row, static_cast<std::int32_t>(k), std::string(text),
+          {Kind::kCells, row, static_cast<std::int32_t>(k), "",
            "a cell without a heading : expected " + std::to_string(book_.columns.count) + " cells",
            ""});
       return;
@@ -122,7 +129,7 @@ class Entry {
   void tell_double(const Named& first, std::int32_t row) {
     const std::int32_t at = column(Field::kIdentifier);
     if (differing_column(first.number, row) != 0) return tell_differing(first.number, row);
-    book_.findings.add({Kind::kRepeated, row, at, std::string(first.identifier),
+    book_.findings.add({Kind::kRepeated, row, at, "",
                         "the same as row " + std::to_string(first.number), "read once"});
   }
 

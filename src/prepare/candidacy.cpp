@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "analysis/animal_statistics.h"
 #include "prepare/parentage.h"
@@ -18,9 +20,14 @@ class Choice {
         options_(book.options),
         herd_(book.herd),
         steps_(steps),
-        completeness_(completeness) {}
+        completeness_(completeness) {
+    for (const Date& birth : herd_.birth)
+      last_year_ = std::max<std::int32_t>(last_year_, birth.year);
+    any_date_ = last_year_ > 0;
+  }
 
   std::array<Candidacy, 2> choose() {
+    refuse_rules_without_matings();
     for (std::int32_t i = 1; i <= herd_.count(); ++i) herd_.matings(i) = allowed(i);
     set_missing_values();
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
@@ -33,6 +40,16 @@ class Choice {
   }
 
  private:
+  void refuse_rules_without_matings() {
+    for (const auto& rule : options_.rules) {
+      if (!rule || rule->matings || book_.columns.of(Field::kMatings) > 0) continue;
+      book_.findings.add(
+          {Kind::kTable, book_.columns.head, 0, "",
+           "a rule for candidates without matings, and no column is known as matings : expected \"matings=NUMBER\" in it",
+           ""});
+    }
+  }
+
   bool has_both_parents(std::int32_t i) const {
     return herd_.parents(1, i) != 0 && herd_.parents(2, i) != 0;
   }
@@ -41,8 +58,12 @@ class Choice {
   std::int32_t wanted(std::int32_t i) const {
     const std::int32_t by_column = herd_.matings(i);
     if (herd_.sex(i) == 0) return by_column;
-    const auto& rule = options_.rules[static_cast<std::size_t>(herd_.sex(i) - 1)];
+    const auto& rule = rule_of(i);
     return rule && rule->matings ? *rule->matings : by_column;
+  }
+
+  const std::optional<AgeRule>& rule_of(std::int32_t i) const {
+    return options_.rules[static_cast<std::size_t>(herd_.sex(i) - 1)];
   }
 
   std::int32_t allowed(std::int32_t i) {
@@ -62,8 +83,12 @@ class Choice {
 
   std::int64_t* reason_against(std::int32_t i, Candidacy& sex) const {
     if (herd_.castrated(i) != 0) return &sex.castrated;
+    if (herd_.matings(i) == 0 && book_.cell(i, Field::kMatings) == "0") return &sex.forbidden;
     if (!is_alive(i)) return &sex.not_alive;
-    if (!is_of_age(i)) return &sex.age;
+    if (rule_of(i) && rule_of(i)->has_ages()) {
+      if (any_date_ && !herd_.birth(i).is_known()) return &sex.undated;
+      if (!is_of_age(i)) return &sex.age;
+    }
     if (options_.parents_known && !has_both_parents(i)) return &sex.unknown_parent;
     return completeness_(i) < options_.min_completeness ? &sex.incomplete : nullptr;
   }
@@ -74,21 +99,28 @@ class Choice {
   }
 
   bool is_of_age(std::int32_t i) const {
-    const auto& rule = options_.rules[static_cast<std::size_t>(herd_.sex(i) - 1)];
-    if (!rule) return true;
-    const std::int32_t age = steps_.age(herd_.step(i));
-    return age >= rule->youngest && age <= rule->oldest;
+    const bool by_year = steps_.step == Step::kGeneration && any_date_;
+    const std::int32_t age =
+        by_year ? last_year_ + 1 - herd_.birth(i).year : steps_.age(herd_.step(i));
+    return age >= rule_of(i)->youngest && age <= rule_of(i)->oldest;
   }
 
-  // The mean is that of the candidates that have a value.
-  void set_missing_values() {
-    double sum = 0.0;
-    std::int64_t n = 0;
+  // The mean of the candidates that have a value, whatever the order of their rows.
+  double mean_value() const {
+    std::vector<double> values;
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
-      if (herd_.matings(i) == 0 || std::isnan(herd_.ebv(i))) continue;
-      sum += herd_.ebv(i);
-      ++n;
+      if (herd_.matings(i) > 0 && !std::isnan(herd_.ebv(i))) values.push_back(herd_.ebv(i));
     }
+    std::sort(values.begin(), values.end());
+    double sum = 0.0;
+    for (const double value : values) sum += value;
+    return values.empty() ? 0.0 : sum / static_cast<double>(values.size());
+  }
+
+  void set_missing_values() {
+    if (options_.missing_ebv == MissingEbv::kIsAFault && book_.columns.of(Field::kEbv) == 0)
+      return refuse_without_values();
+    const double mean = mean_value();
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
       if (herd_.matings(i) == 0 || !std::isnan(herd_.ebv(i))) continue;
       if (options_.missing_ebv == MissingEbv::kIsAFault) {
@@ -97,9 +129,18 @@ class Choice {
             "a candidate without a breeding value : expected one, --missing-ebv mean or --no-ebv");
         herd_.matings(i) = 0;
       } else {
-        herd_.ebv(i) = n > 0 ? sum / static_cast<double>(n) : 0.0;
+        herd_.ebv(i) = mean;
       }
     }
+  }
+
+  void refuse_without_values() {
+    const bool any = std::any_of(herd_.matings.begin(), herd_.matings.end(),
+                                 [](std::int32_t m) { return m > 0; });
+    if (!any) return;
+    book_.findings.add({Kind::kTable, book_.columns.head, 0, "",
+                        "no column is known as ebv : expected --column ebv=HEADING, or --no-ebv",
+                        ""});
   }
 
   void count(std::int32_t i) {
@@ -115,6 +156,8 @@ class Choice {
   Herd& herd_;
   const TimeSteps& steps_;
   const Table<double>& completeness_;
+  bool any_date_ = false;
+  std::int32_t last_year_ = 0;
   std::array<Candidacy, 2> sexes_;
 };
 

@@ -16,7 +16,8 @@ inline constexpr std::int32_t kCompletenessGenerations = 5;
 struct Candidacy {
   std::int64_t count = 0, both_parents_known = 0, matings = 0;
   double completeness = 0.0;  // mean of the candidates
-  std::int64_t castrated = 0, not_alive = 0, age = 0, unknown_parent = 0, incomplete = 0;
+  std::int64_t castrated = 0, forbidden = 0, not_alive = 0, undated = 0, age = 0;
+  std::int64_t unknown_parent = 0, incomplete = 0;
 };
 
 // Sets the herd's matings to those that the rules leave, and the breeding values of candidates that

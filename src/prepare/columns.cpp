@@ -2,15 +2,16 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <vector>
 
-#include "prepare/text_encoding.h"
 #include "prepare/words.h"
 
 namespace qob {
 namespace {
 
-constexpr std::size_t kMostListed = 50;
+constexpr std::size_t kMostListed = 20;
+constexpr std::int64_t kMostTitles = 20;  // rows above the headings
 constexpr std::array<Field, 3> kNeeded = {Field::kIdentifier, Field::kSire, Field::kDam};
 
 class Search {
@@ -32,11 +33,16 @@ class Search {
       if (columns_.of(field) == 0) tell_missing(field);
     }
     if (options_.alive) columns_.alive = column_of(options_.alive->first);
+    const std::int32_t alive = columns_.of(Field::kAlive);
+    if (!options_.alive && alive > 0)
+      tell(alive, "does not decide who is a candidate",
+           "expected --alive COLUMN=VALUE, if it should");
     return columns_;
   }
 
  private:
-  // The first row that holds anything, or with no headings the number of columns.
+  // The first row that holds anything or, behind titles, the first with the headings of parents;
+  // with no headings the number of columns.
   void find_head() {
     std::int64_t row = 1;
     while (row <= sheet_.rows() && sheet_.is_empty(row)) ++row;
@@ -44,11 +50,29 @@ class Search {
       findings_.add({Kind::kTable, 0, 0, "", "the table is empty", ""});
     } else if (options_.header) {
       columns_.head = row;
-      columns_.count = last_column(row);
+      for (std::int64_t k = row; k <= std::min(sheet_.rows(), row + kMostTitles); ++k) {
+        if (!has_headings(k)) continue;
+        columns_.head = k;
+        break;
+      }
+      columns_.count = last_column(columns_.head);
+      if (columns_.head > row)
+        findings_.add({Kind::kRead, row, 1, "", "no headings",
+                       "passed over, up to row " + std::to_string(columns_.head - 1)});
     } else {
       for (row = 1; row <= sheet_.rows(); ++row)
         columns_.count = std::max(columns_.count, last_column(row));
     }
+  }
+
+  bool has_headings(std::int64_t row) const {
+    bool sire = false, dam = false;
+    for (std::int64_t k = 1; k <= sheet_.cells(row); ++k) {
+      const std::optional<Field> field = field_of(sheet_.cell(row, k));
+      sire = sire || field == Field::kSire;
+      dam = dam || field == Field::kDam;
+    }
+    return sire && dam;
   }
 
   std::int32_t last_column(std::int64_t row) const {
@@ -76,19 +100,25 @@ class Search {
     if (found.empty()) return;
     std::int32_t& at = columns_.at[f];
     at = found.front();
+    if (sure_[f].empty())
+      tell(at, "the heading may mean other things", "read as " + std::string(name_of(field)));
     if (found.size() == 1 || field == Field::kName || field == Field::kAlive ||
         field == Field::kHerd)
       return;
     if (field == Field::kBirth) {
       at = longest_of(found);
-      return;
+      return tell(at, "several columns are births", "this one is read, which says most");
     }
-    findings_.add({Kind::kTable, columns_.head, found[1], std::string(head(found[1])),
+    findings_.add({Kind::kTable, columns_.head, found[1], "",
                    "column " + std::to_string(found[0]) + " (" +
-                       heading(sheet_, columns_, found[0]) + ") is a " +
+                       heading(sheet_, columns_, found[0]) + ") is known as " +
                        std::string(name_of(field)) + " as well : expected one, or --column " +
                        std::string(name_of(field)) + "=HEADING",
                    ""});
+  }
+
+  void tell(std::int32_t column, const std::string& words, const std::string& done) {
+    findings_.add({Kind::kRead, columns_.head, column, "", words, done});
   }
 
   // A date says more than a year. found: ascending.

@@ -4,13 +4,14 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
+#include <utility>
 
 namespace qob {
 namespace {
 
 constexpr std::array<char, 4> kSeparators = {',', ';', '\t', '|'};
 constexpr std::size_t kLinesLookedAt = 50;
+constexpr std::string_view kTold = "sep=";
 
 // How often each separator stands in the next line, outside of quotes; takes the line off `text`.
 std::array<std::size_t, 4> count_separators(std::string_view& text) {
@@ -44,8 +45,14 @@ void take_row(int, void* data) {
 
 }  // namespace
 
-// By how many lines agree with the first that has any: a decimal comma or a remark stands in some.
+// By how many lines agree with the first that has any (a decimal comma or a remark stands in some),
+// and then by which stands there more often. Spreadsheets may tell it in a first line of its own.
 char separator_of(std::string_view text) {
+  if (text.starts_with(kTold) && text.size() > kTold.size() &&
+      text.substr(kTold.size() + 1).starts_with('\n')) {
+    const char told = text[kTold.size()];
+    if (std::find(kSeparators.begin(), kSeparators.end(), told) != kSeparators.end()) return told;
+  }
   std::array<std::size_t, 4> expected = {}, agreeing = {};
   for (std::size_t line = 0; line < kLinesLookedAt && !text.empty(); ++line) {
     const std::array<std::size_t, 4> count = count_separators(text);
@@ -54,8 +61,11 @@ char separator_of(std::string_view text) {
       agreeing[k] += count[k] > 0 && count[k] == expected[k];
     }
   }
-  const auto* best = std::max_element(agreeing.begin(), agreeing.end());
-  return kSeparators[static_cast<std::size_t>(best - agreeing.begin())];
+  std::size_t best = 0;
+  for (std::size_t k = 1; k < kSeparators.size(); ++k) {
+    if (std::pair(agreeing[k], expected[k]) > std::pair(agreeing[best], expected[best])) best = k;
+  }
+  return kSeparators[best];
 }
 
 std::string read_csv(std::string_view text, char separator, Sheet& sheet) {

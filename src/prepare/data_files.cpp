@@ -8,24 +8,9 @@
 #include "core/format.h"
 #include "core/text.h"
 #include "prepare/dates.h"
-#include "prepare/text_encoding.h"
 
 namespace qob {
 namespace {
-
-constexpr std::size_t kLabelWidth = 15;
-
-// Its first 15 bytes, cut between characters.
-std::string_view label_of(std::string_view identifier) {
-  if (identifier.size() <= kLabelWidth) return identifier;
-  std::size_t end = 0;
-  while (end < identifier.size()) {
-    const std::size_t size = std::max<std::size_t>(character_size(identifier.substr(end)), 1);
-    if (end + size > kLabelWidth) break;
-    end += size;
-  }
-  return without_blanks(identifier.substr(0, end));
-}
 
 // A text as the lexer of data files takes it whole.
 void append_text(std::string& line, std::string_view text) {
@@ -92,7 +77,7 @@ void write_data(const Prepared& prepared, const Lines& lines) {
       line.append(std::to_string(value)).push_back(' ');
     }
     line.append(shortest(ebv_of(herd, i))).push_back(' ');
-    append_text(line, label_of(herd.identifier(i)));
+    append_text(line, prepared.labels.of(herd.identifier(i)));
     line.push_back('\n');
     lines(line);
   }
@@ -109,10 +94,11 @@ void write_names(const Prepared& prepared, const Lines& lines) {
   };
   std::int32_t number = 0;
   for (const std::int32_t i : prepared.animal) {
-    lines(csv_row({std::to_string(++number), herd.identifier(i), label_of(herd.identifier(i)),
-                   number_or_nothing(herd.row(i)), book.cell(i, Field::kName),
-                   sex_text(herd.sex(i)), iso_date(herd.birth(i)), std::to_string(herd.step(i)),
-                   parent(i, 1), parent(i, 2), std::to_string(herd.matings(i)),
+    lines(csv_row({std::to_string(++number), herd.identifier(i),
+                   prepared.labels.of(herd.identifier(i)), number_or_nothing(herd.row(i)),
+                   book.cell(i, Field::kName), sex_text(herd.sex(i)), iso_date(herd.birth(i)),
+                   std::to_string(herd.step(i)), parent(i, 1), parent(i, 2),
+                   std::to_string(herd.matings(i)),
                    std::isnan(herd.ebv(i)) ? std::string() : shortest(herd.ebv(i)),
                    formatted("(F6.4)", prepared.completeness(i)), book.cell(i, Field::kAlive),
                    book.cell(i, Field::kHerd)}));
@@ -122,11 +108,11 @@ void write_names(const Prepared& prepared, const Lines& lines) {
 void write_faults(const Prepared& prepared, const Lines& lines) {
   const Book& book = prepared.book;
   lines("row,column,value,severity,kind,words,done\n");
-  for (const Remark& remark : book.findings.all()) {
-    const KindText& kind = text_of(remark.kind);
-    lines(csv_row({number_or_nothing(remark.row), heading(book.sheet, book.columns, remark.column),
-                   remark.value, kind.is_fault ? "fault" : "told", kind.name, remark.words,
-                   remark.done}));
+  for (const Found& found : book.findings.all()) {
+    const KindText& kind = text_of(found.kind);
+    lines(csv_row({number_or_nothing(found.row), heading(book.sheet, book.columns, found.column),
+                   book.value_of(found), kind.is_fault ? "fault" : "told", kind.name, found.words,
+                   found.done}));
   }
 }
 

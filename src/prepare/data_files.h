@@ -17,7 +17,7 @@ namespace qob {
 using Lines = std::function<void(const std::string& line)>;
 
 // number sire dam sex time matings ebv label: what `readrecode` reads. The label is the identifier,
-// its first 15 bytes at most, cut between characters. Of a herd that is sound.
+// cut to 15 bytes if it is longer (labels). Of a herd that is sound.
 void write_data(const Prepared& prepared, const Lines& lines);
 
 // number,identifier,label,row,... in the order of the data file; row is that of the herd book,

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <vector>
 
-#include "prepare/text_encoding.h"
+#include "core/text.h"
 #include "prepare/words.h"
 
 namespace qob {
@@ -12,8 +13,10 @@ namespace {
 
 constexpr std::int32_t kFirstYear = 1700, kLastYear = 2200;
 constexpr std::int32_t kFirstSerial = 10000, kLastSerial = 99999;  // 1927 to 2173
-constexpr std::int32_t kSerialOfNewYear1900 =
-    2;  // so because spreadsheets count a 29 February 1900
+// So because spreadsheets count a 29 February 1900.
+constexpr std::int32_t kSerialOfNewYear1900 = 2;
+constexpr std::int64_t kFewDates = 10;
+constexpr std::int32_t kLongestGap = 10;  // years without births before the last ones
 
 // The parts of a date as they stand in a cell.
 struct Parts {
@@ -22,8 +25,6 @@ struct Parts {
   std::size_t count = 0;
   char separator = ' ';
 };
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // What stands before a time of the day: "2001-04-03 00:00:00", "2001-04-03T12:00Z".
 std::string_view without_time(std::string_view text) {
@@ -109,6 +110,8 @@ bool is_year_last(const Parts& parts) {
   return parts.count == 3 && parts.digits[2] == 4 && parts.digits[0] <= 2 && parts.digits[1] <= 2;
 }
 
+bool has_two_readings(const Parts& parts) { return is_year_last(parts) && parts.separator != '.'; }
+
 // 3/4/2001 and 3-4-2001 are read in two ways, 3.4.2001 in one.
 std::optional<Date> from_parts(const Parts& parts, bool day_first) {
   const auto& [a, b, c] = parts.value;
@@ -116,12 +119,13 @@ std::optional<Date> from_parts(const Parts& parts, bool day_first) {
   if (parts.count == 2) {
     if (parts.digits[1] == 4 && parts.digits[0] <= 2 && a > 0) return date_of(b, a, 0);
     const bool decimal = parts.separator == '.';  // 2001.0, a year in other programs' hands
-    return parts.digits[0] == 4 && decimal == (b == 0) ? date_of(a, b, 0) : std::nullopt;
+    const bool season = parts.separator == '/' && parts.digits[1] == 2;  // 2001/02 may be one
+    return parts.digits[0] == 4 && decimal == (b == 0) && !season ? date_of(a, b, 0) : std::nullopt;
   }
   if (a == 0 || b == 0 || c == 0) return std::nullopt;
   if (parts.digits[0] == 4 && parts.digits[1] <= 2 && parts.digits[2] <= 2) return date_of(a, b, c);
   if (!is_year_last(parts)) return std::nullopt;
-  return day_first || parts.separator == '.' ? date_of(c, b, a) : date_of(c, a, b);
+  return day_first || !has_two_readings(parts) ? date_of(c, b, a) : date_of(c, a, b);
 }
 
 // What the cells of a column say of the order of day and month: those that are a date in one of
@@ -161,6 +165,36 @@ bool is_day_first(Book& book, const Order& order) {
   return order.month_first == 0;
 }
 
+// A birth long after all others is most often a slip, and would be the time that all plans look
+// from.
+void check_last_births(Book& book) {
+  std::vector<std::int32_t> years;
+  for (const Date& birth : book.herd.birth) {
+    if (birth.is_known()) years.push_back(birth.year);
+  }
+  std::sort(years.begin(), years.end());
+  const auto late =
+      std::adjacent_find(years.begin() + std::ssize(years) / 2, years.end(),
+                         [](std::int32_t a, std::int32_t b) { return b - a > kLongestGap; });
+  if (std::ssize(years) < kFewDates || late == years.end()) return;
+  for (std::int32_t i = 1; i <= book.herd.count(); ++i) {
+    Date& birth = book.herd.birth(i);
+    if (birth.year <= *late) continue;
+    book.tell(Kind::kBirth, i, Field::kBirth,
+              "more than 10 years behind all others, the last of " + std::to_string(*late) +
+                  " : expected an earlier one");
+    birth = Date{};
+  }
+}
+
+// Spreadsheets keep dates as numbers, but those whose days and months they have exchanged as well.
+void tell_serials(Book& book, std::int32_t first, std::int64_t count) {
+  if (count == 0) return;
+  book.tell(Kind::kRead, first, Field::kBirth,
+            std::to_string(count) + " dates are serial numbers of a spreadsheet",
+            "the first is read as " + iso_date(book.herd.birth(first)));
+}
+
 void tell_unreadable(Book& book, std::int32_t i, const std::optional<Parts>& parts) {
   const bool short_year =
       parts && parts->count == 3 && parts->digits[0] <= 2 && parts->digits[2] <= 2;
@@ -182,6 +216,8 @@ void read_births(Book& book) {
   }
   const bool by_column = book.options.day_order == DayOrder::kByColumn;
   const bool day_first = is_day_first(book, order);
+  std::int32_t first_serial = 0;
+  std::int64_t serials = 0;
   for (std::int32_t i = 1; i <= herd.count(); ++i) {
     const std::string_view cell = book.cell(i, Field::kBirth);
     const std::optional<Parts> parts = parts_of(cell);
@@ -190,10 +226,13 @@ void read_births(Book& book) {
       date = from_parts(*parts, !day_first);  // a column with both orders is one fault
     if (date) {
       herd.birth(i) = *date;
+      if (parts->count == 1 && parts->digits[0] == 5 && ++serials == 1) first_serial = i;
     } else if (!says_unknown(cell) && !(parts && parts->value == Parts{}.value)) {
       tell_unreadable(book, i, parts);
     }
   }
+  tell_serials(book, first_serial, serials);
+  check_last_births(book);
 }
 
 std::int32_t day_number(Date date) {

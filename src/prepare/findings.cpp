@@ -1,7 +1,6 @@
 #include "prepare/findings.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace qob {
 namespace {
@@ -48,20 +47,25 @@ Findings::Findings(const std::vector<Kind>& accepted) {
   for (const Kind kind : accepted) accepted_[static_cast<std::size_t>(kind)] = true;
 }
 
-void Findings::add(Remark remark) {
-  const KindText& text = text_of(remark.kind);
-  if (text.is_fault && is_accepted(remark.kind) && remark.done.empty()) remark.done = text.remedy;
-  if (text.is_fault && !is_accepted(remark.kind)) {
-    hinder_ = true;
-    remark.done.clear();
-  }
+std::string_view Findings::kept(const std::string& text) {
+  return text.empty() ? std::string_view{} : *texts_.insert(text).first;
+}
+
+void Findings::add(const Remark& remark) {
+  const KindText& kind = text_of(remark.kind);
+  const bool hinders = kind.is_fault && !is_accepted(remark.kind);
+  const bool has_remedy = kind.is_fault && remark.done.empty();
+  hinder_ = hinder_ || hinders;
   ++count_[static_cast<std::size_t>(remark.kind)];
-  all_.push_back(std::move(remark));
+  all_.push_back({remark.kind, remark.column, remark.row, kept(remark.value), kept(remark.words),
+                  hinders      ? std::string_view{}
+                  : has_remedy ? kind.remedy
+                               : kept(remark.done)});
 }
 
 void Findings::sort() {
   std::stable_sort(all_.begin(), all_.end(),
-                   [](const Remark& a, const Remark& b) { return a.row < b.row; });
+                   [](const Found& a, const Found& b) { return a.row < b.row; });
 }
 
 }  // namespace qob

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,9 +59,17 @@ struct Remark {
   Kind kind;
   std::int64_t row;     // of the sheet; 0: of none
   std::int32_t column;  // of the sheet; 0: of none
-  std::string value;
-  std::string words;  // what it is, and what was expected
-  std::string done;   // what was made of it
+  std::string value;    // "": what stands in the cell
+  std::string words;    // what it is, and what was expected
+  std::string done;     // what was made of it
+};
+
+// One that was found; the texts live in the findings.
+struct Found {
+  Kind kind;
+  std::int32_t column;
+  std::int64_t row;
+  std::string_view value, words, done;
 };
 
 class Findings {
@@ -69,19 +78,22 @@ class Findings {
   explicit Findings(const std::vector<Kind>& accepted);
 
   // done may be left out where it is the remedy of the kind.
-  void add(Remark finding);
+  void add(const Remark& remark);
   bool is_accepted(Kind kind) const { return accepted_[static_cast<std::size_t>(kind)]; }
   // Whether there is a fault that was not accepted.
   bool hinder() const { return hinder_; }
   std::int64_t count(Kind kind) const { return count_[static_cast<std::size_t>(kind)]; }
   // By row, and in a row in the order in which they were found.
   void sort();
-  const std::vector<Remark>& all() const { return all_; }
+  const std::vector<Found>& all() const { return all_; }
 
  private:
   std::array<bool, kKindCount> accepted_{};
   std::array<std::int64_t, kKindCount> count_{};
-  std::vector<Remark> all_;
+  std::string_view kept(const std::string& text);
+
+  std::vector<Found> all_;
+  std::set<std::string> texts_;  // each once: most findings of a kind say the same
   bool hinder_ = false;
 };
 

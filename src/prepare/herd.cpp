@@ -6,8 +6,7 @@
 namespace qob {
 
 void Book::tell(Kind kind, std::int32_t animal, Field field, std::string words, std::string done) {
-  findings.add({kind, herd.row(animal), columns.of(field), std::string(cell(animal, field)),
-                std::move(words), std::move(done)});
+  findings.add({kind, herd.row(animal), columns.of(field), "", std::move(words), std::move(done)});
 }
 
 }  // namespace qob

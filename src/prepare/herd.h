@@ -1,6 +1,7 @@
 // The animals of a herd book, as its rows and what follows from them tell.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -55,6 +56,12 @@ struct Book {
   std::string_view cell(std::int32_t animal, Field field) const {
     const std::int32_t row = herd.row(animal);
     return row == 0 ? std::string_view{} : sheet.cell(row, columns.of(field));
+  }
+  // What a finding is about: its value, or else what stands in its cell.
+  std::string_view value_of(const Found& found) const {
+    return found.value.empty()
+               ? sheet.cell(std::max<std::int64_t>(found.row, 1), found.row > 0 ? found.column : 0)
+               : found.value;
   }
   // Adds a finding on that cell, or on the animal's row.
   void tell(Kind kind, std::int32_t animal, Field field, std::string words, std::string done = "");

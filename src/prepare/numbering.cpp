@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "prepare/parentage.h"
@@ -11,7 +12,7 @@
 namespace qob {
 namespace {
 
-constexpr int kRounds = 2;
+constexpr int kMostRounds = 50;  // for a pedigree of alike animals in a long chain
 
 using Code = std::uint64_t;
 
@@ -44,9 +45,10 @@ class Codes {
  public:
   explicit Codes(const Herd& herd) : herd_(herd), order_(parents_first(herd)), code_(herd.count()) {
     set_own_values();
-    for (int round = 1; round <= kRounds; ++round) {
+    for (std::int64_t before = 0, now = 1; now > before && rounds_++ < kMostRounds;) {
       take_up_ancestors();
       take_up_descendants();
+      before = std::exchange(now, count_distinct());
     }
   }
   Code operator()(std::int32_t i) const { return code_(i); }
@@ -85,7 +87,14 @@ class Codes {
     }
   }
 
+  std::int64_t count_distinct() const {
+    std::vector<Code> codes(code_.begin(), code_.end());
+    std::sort(codes.begin(), codes.end());
+    return std::unique(codes.begin(), codes.end()) - codes.begin();
+  }
+
   const Herd& herd_;
+  int rounds_ = 0;
   Table<std::int32_t> order_;
   Table<Code> code_;
 };

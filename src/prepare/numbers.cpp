@@ -1,5 +1,6 @@
 #include "prepare/numbers.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -7,7 +8,6 @@
 
 #include "core/edit.h"
 #include "core/lexer.h"
-#include "prepare/text_encoding.h"
 #include "prepare/words.h"
 
 namespace qob {
@@ -15,6 +15,7 @@ namespace {
 
 constexpr double kMostMatings = 1'000'000'000.0;
 constexpr double kLargest = 1E30;  // so that no mean or square of them is too large
+constexpr std::int32_t kFewRows = 5;
 constexpr std::string_view kMinus = "\xE2\x88\x92";  // U+2212
 
 // A number as it stands in a cell: how it is written, and its text with a point.
@@ -23,8 +24,6 @@ struct Written {
   int points = 0, commas = 0;
   bool grouped = false;  // blanks or apostrophes between its digits
 };
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // None for any other text: sign, digits with what parts them, exponent.
 std::optional<Written> written(std::string_view cell) {
@@ -96,7 +95,23 @@ class NumberColumn {
     }
     if (number.points > 0 && point_ == 0) point_ = i;
     if (number.commas > 0 && comma_ == 0) comma_ = i;
+    const bool open = marks == 1 && looks_like_thousands(number.text);
+    open_ = open_ || open;
+    decided_ = decided_ || (!open && (marks == 1 || is_long(number.text)));
     return true;
+  }
+
+  // "1.234" or "-23.456", but not "0.123" or "1.23".
+  static bool looks_like_thousands(std::string_view text) {
+    if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+    const std::size_t point = text.find('.');
+    return point >= 1 && point <= 3 && point + 4 == text.size() && text[0] != '0' &&
+           text.find('E') == text.npos;
+  }
+
+  // A whole number that would have its thousands parted where others have them.
+  static bool is_long(std::string_view text) {
+    return std::count_if(text.begin(), text.end(), is_digit) > 3;
   }
 
   std::string where(std::int32_t i) const {
@@ -106,12 +121,16 @@ class NumberColumn {
   void conclude() {
     char& decimal = book_.decimal[static_cast<std::size_t>(field_)];
     decimal = comma_ != 0 ? ',' : point_ != 0 ? '.' : '\0';
-    if (comma_ == 0) return;
-    if (point_ != 0) {
+    const std::int32_t mark = comma_ != 0 ? comma_ : point_;
+    if (comma_ != 0 && point_ != 0) {
       book_.tell(Kind::kTable, comma_, field_,
                  "a decimal point in " + where(point_) + ", a comma in " + where(comma_) +
                      " : expected one of them in a column");
-    } else {
+    } else if (open_ && !decided_ && !book_.options.decimals) {
+      book_.tell(
+          Kind::kTable, mark, field_,
+          "more than a thousand or hardly more than one, and no number of the column decides it : expected no marks between thousands, or --decimals if it has decimals");
+    } else if (comma_ != 0) {
       book_.tell(Kind::kRead, comma_, field_, "decimal commas", "read as decimal points");
     }
   }
@@ -119,7 +138,21 @@ class NumberColumn {
   Book& book_;
   Field field_;
   std::int32_t point_ = 0, comma_ = 0;  // the first animal with a decimal point, with a comma
+  bool open_ = false;                   // whether marks may part thousands
+  bool decided_ = false;                // whether a number shows that they do not
 };
+
+// "Index" may be the heading of a breeding value or of 1, 2, 3, ...
+void refuse_count_of_rows(Book& book) {
+  const Herd& herd = book.herd;
+  std::int32_t i = 1;
+  while (i <= herd.count() && herd.row(i) != 0 && herd.ebv(i) == i) ++i;
+  const bool all_rows = i > herd.count() || herd.row(i) == 0;
+  if (all_rows && i > kFewRows) {
+    book.tell(Kind::kTable, 1, Field::kEbv,
+              "a count of rows, 1, 2, 3 and so on : expected --column ebv=HEADING, or --no-ebv");
+  }
+}
 
 }  // namespace
 
@@ -131,6 +164,7 @@ void read_numbers(Book& book) {
     NumberColumn(book, Field::kEbv).read([&](std::int32_t i, double value) {
       herd.ebv(i) = value;
     });
+    refuse_count_of_rows(book);
   }
   NumberColumn(book, Field::kMatings).read([&](std::int32_t i, double value) {
     if (value >= 0.0 && value <= kMostMatings &&

@@ -28,6 +28,10 @@ enum class MissingEbv : std::uint8_t { kIsAFault, kIsTheMean, kNoneIsRead };
 struct AgeRule {
   std::optional<std::int32_t> matings;  // none: as its column says
   std::int32_t youngest = 0, oldest = std::numeric_limits<std::int32_t>::max();
+
+  bool has_ages() const {
+    return youngest > 0 || oldest < std::numeric_limits<std::int32_t>::max();
+  }
 };
 
 struct PrepareOptions {
@@ -35,6 +39,7 @@ struct PrepareOptions {
   bool header = true;                                  // false: columns have positions alone
   std::vector<std::string> unknown;                    // more words for an unknown parent
   DayOrder day_order = DayOrder::kByColumn;
+  bool decimals = false;  // marks before three digits part decimals, not thousands
   Step step = Step::kAuto;
   std::int32_t days = 0;                                     // of Step::kDays
   std::array<std::optional<AgeRule>, 2> rules;               // of males, of females

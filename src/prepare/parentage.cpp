@@ -131,6 +131,7 @@ class SexCheck {
 
   void check() {
     for (std::int32_t i = 1; i <= herd_.count(); ++i) read_sex(i);
+    check_letters();
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
       for (int k = 1; k <= 2; ++k) note_use(i, k);
     }
@@ -155,6 +156,24 @@ class SexCheck {
     }
     herd_.sex(i) = static_cast<std::int8_t>(word->sex);
     herd_.castrated(i) = static_cast<char>(word->castrated);
+  }
+
+  // W is a female beside M, but where F is the female it may be a wether.
+  void check_letters() {
+    const auto holds = [](std::string_view cell, std::string_view letter) {
+      return folded(cell) == letter;
+    };
+    const auto any = [&](std::string_view letter) {
+      return std::any_of(words_.begin(), words_.end(),
+                         [&](const auto& word) { return holds(word.first, letter); });
+    };
+    if (!any("w") || !any("f")) return;
+    for (std::int32_t i = 1; i <= herd_.count(); ++i) {
+      if (!holds(book_.cell(i, Field::kSex), "w")) continue;
+      book_.tell(Kind::kSex, i, Field::kSex,
+                 "W beside F in one column : expected F or, if it is a wether, MC");
+      herd_.sex(i) = 0;
+    }
   }
 
   void note_use(std::int32_t i, int k) {

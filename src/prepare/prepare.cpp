@@ -9,7 +9,8 @@
 namespace qob {
 
 Prepared prepare(const Sheet& sheet, const PrepareOptions& options) {
-  Prepared prepared{{sheet, options, Findings(options.accepted), {}, {}, {}}, {}, {}, -1, {}, {}};
+  Prepared prepared{
+      {sheet, options, Findings(options.accepted), {}, {}, {}}, {}, {}, -1, {}, {}, {}};
   Book& book = prepared.book;
   if (!sheet.assumed().empty()) book.findings.add({Kind::kRead, 0, 0, "", sheet.assumed(), ""});
   book.columns = find_columns(sheet, options, book.findings);
@@ -22,6 +23,7 @@ Prepared prepare(const Sheet& sheet, const PrepareOptions& options) {
   prepared.completeness = completeness_of(book.herd);
   prepared.candidates = choose_candidates(book, prepared.steps, prepared.completeness);
   prepared.matings = planned_matings(book, prepared.candidates);
+  prepared.labels = choose_labels(book);
   book.findings.sort();
   if (prepared.is_sound()) prepared.animal = number_animals(book.herd);
   return prepared;

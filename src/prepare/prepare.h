@@ -13,6 +13,7 @@
 
 #include "prepare/candidacy.h"
 #include "prepare/herd.h"
+#include "prepare/labels.h"
 #include "prepare/time_steps.h"
 
 namespace qob {
@@ -22,8 +23,9 @@ struct Prepared {
   TimeSteps steps;
   std::array<Candidacy, 2> candidates;  // males, females
   std::int64_t matings;                 // to plan; -1: there are no candidates
-  Table<double> completeness;           // by animal, over five generations
-  Table<std::int32_t> animal;           // by number in the data file
+  Labels labels;
+  Table<double> completeness;  // by animal, over five generations
+  Table<std::int32_t> animal;  // by number in the data file
 
   // Whether a data file can be written.
   bool is_sound() const { return !book.findings.hinder(); }

@@ -1,33 +1,14 @@
 #include "prepare/sheet.h"
 
 #include <algorithm>
-#include <array>
+
+#include "prepare/letters.h"
 
 namespace qob {
-namespace {
-
-// What spreadsheets put about a text: among them the blank that does not break a line, and the mark
-// that has no width.
-constexpr std::array<std::string_view, 6> kBlanks = {" ",  "\t",       "\n",
-                                                     "\r", "\xC2\xA0", "\xEF\xBB\xBF"};
-
-}  // namespace
-
-std::string_view without_blanks(std::string_view text) {
-  const auto is_plain = [](char c) { return c > ' ' && c <= '~'; };
-  if (text.empty() || (is_plain(text.front()) && is_plain(text.back()))) return text;
-  for (bool found = true; found;) {
-    found = false;
-    for (const std::string_view blank : kBlanks) {
-      for (; text.starts_with(blank); found = true) text.remove_prefix(blank.size());
-      for (; text.ends_with(blank); found = true) text.remove_suffix(blank.size());
-    }
-  }
-  return text;
-}
-
 bool Sheet::add_cell(std::string_view text) {
-  text = without_blanks(text);
+  const auto is_plain = [](char c) { return c > ' ' && c <= '~'; };  // as nearly all are
+  if (!text.empty() && !(is_plain(text.front()) && is_plain(text.back())))
+    text = without_blanks(text);
   const std::size_t used = text_.size() - rows_.back().text;
   if (text.size() > kLongestRow - used || ends_.size() - rows_.back().cells >= kLongestRow)
     return false;

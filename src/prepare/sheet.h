@@ -46,7 +46,4 @@ class Sheet {
   std::vector<Row> rows_{1};         // one more than there are rows: the one being made
 };
 
-// `text` without the blanks about it, among them those that do not break a line.
-std::string_view without_blanks(std::string_view text);
-
 }  // namespace qob

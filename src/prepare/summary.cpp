@@ -75,7 +75,8 @@ std::string candidates_of(const Candidacy& sex, std::string_view title) {
   }
   std::string left;
   for (const auto& [count, why] :
-       {std::pair{sex.castrated, " castrated"}, std::pair{sex.not_alive, " not alive"},
+       {std::pair{sex.castrated, " castrated"}, std::pair{sex.forbidden, " with 0 matings"},
+        std::pair{sex.not_alive, " not alive"}, std::pair{sex.undated, " without a date of birth"},
         std::pair{sex.age, " too young or too old"},
         std::pair{sex.unknown_parent, " with an unknown parent"},
         std::pair{sex.incomplete, " with too little completeness"}}) {
@@ -84,15 +85,24 @@ std::string candidates_of(const Candidacy& sex, std::string_view title) {
   return text + (left.empty() ? "" : " (left out: " + left + ")") + "\n";
 }
 
-std::string line_of(const Prepared& prepared, const Remark& remark) {
+// Those whose sex nothing tells.
+std::string sexless_of(const Herd& herd) {
+  const auto count = std::count(herd.sex.begin(), herd.sex.end(), 0);
+  return count == 0
+             ? ""
+             : "Of unknown sex: " + counted(count, "animal", "animals") + ", no candidates\n";
+}
+
+std::string line_of(const Prepared& prepared, const Found& remark) {
   const Book& book = prepared.book;
   std::string where;
   const auto add = [&](const std::string& part) { where += (where.empty() ? "" : ", ") + part; };
   if (remark.row > 0) add("row " + std::to_string(remark.row));
   if (remark.column > 0) add(heading(book.sheet, book.columns, remark.column));
-  if (!remark.value.empty()) add("\"" + excerpt(remark.value) + "\"");
-  return "    " + where + (where.empty() ? "" : ": ") + remark.words +
-         (remark.done.empty() ? "" : " : " + remark.done) + "\n";
+  const std::string_view value = book.value_of(remark);
+  if (!value.empty()) add("\"" + excerpt(value) + "\"");
+  return "    " + where + (where.empty() ? "" : ": ") + printable(remark.words) +
+         (remark.done.empty() ? "" : " : " + std::string(remark.done)) + "\n";
 }
 
 // Of each kind its number and the first of them.
@@ -106,7 +116,7 @@ std::string findings_of(const Prepared& prepared, bool faults) {
     text += "  " + std::string(words.title) + ": " + std::to_string(findings.count(kind)) + " [" +
             std::string(words.name) + (findings.is_accepted(kind) ? ", accepted" : "") + "]\n";
     std::int64_t left = faults || kind == Kind::kRead ? kShownFaults : kShownRemarks;
-    for (const Remark& remark : findings.all()) {
+    for (const Found& remark : findings.all()) {
       if (remark.kind == kind && left-- > 0) text += line_of(prepared, remark);
       if (left == 0) break;
     }
@@ -123,7 +133,7 @@ std::string ways_on(const Findings& findings) {
     text.append("  --accept ").append(text_of(kind).name);
     text.append(": ").append(text_of(kind).remedy).append("\n");
   }
-  return "No data file is written. Mend the herd book" +
+  return "No data file is written. Mend the herd book, and run this again with --force" +
          (text.empty() ? ".\n" : ", or accept:\n" + text);
 }
 
@@ -136,11 +146,13 @@ std::string summary_of(const Prepared& prepared, const std::string& file,
   if (prepared.book.herd.count() > 0) {
     text = animals_of(prepared, file) + columns_of(prepared) + steps_of(prepared.steps) +
            candidates_of(prepared.candidates[0], "Males") +
-           candidates_of(prepared.candidates[1], "Females");
+           candidates_of(prepared.candidates[1], "Females") + sexless_of(prepared.book.herd);
   }
   text += findings_of(prepared, false) + findings_of(prepared, true);
   if (!findings.all().empty() && !faults_file.empty())
     text += "All of it, by row: " + faults_file + "\n";
+  if (!findings.hinder() && !prepared.has_candidates())
+    text += "Nobody to mate, so that a run will plan none: see --males and --females\n";
   return text + (findings.hinder() ? ways_on(findings) : "");
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "core/text.h"
+#include "prepare/letters.h"
 
 namespace qob {
 namespace {
@@ -12,7 +12,6 @@ using Code = std::uint32_t;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr Code kReplacement = 0xFFFD;
-constexpr std::size_t kExcerpt = 80;
 
 // The characters 0x80 to 0x9F of Windows-1252; those that it does not have stand for themselves.
 constexpr std::array<Code, 32> kWindows = {
@@ -75,9 +74,10 @@ std::string from_utf16(std::string_view bytes, bool low_first) {
 bool is_utf8(std::string_view text) {
   std::size_t at = 0;
   while (at < text.size()) {
-    const std::size_t size = byte(text[at]) < 0x80 ? 1 : character_size(text.substr(at));
-    if (size == 0) return false;
-    at += size;
+    const bool is_ascii = byte(text[at]) < 0x80;
+    const Character character = is_ascii ? Character{0, 1} : first_character(text.substr(at));
+    if (character.code == kNoCharacter) return false;
+    at += character.length;
   }
   return true;
 }
@@ -120,31 +120,6 @@ void unify_line_ends(std::string& text) {
 }
 
 }  // namespace
-
-std::size_t character_size(std::string_view text) {
-  const Code first = byte(text[0]);
-  if (first < 0x80) return 1;
-  const std::size_t size = first < 0xC2   ? 0
-                           : first < 0xE0 ? 2
-                           : first < 0xF0 ? 3
-                           : first < 0xF5 ? 4
-                                          : 0;
-  if (size == 0 || text.size() < size) return 0;
-  for (std::size_t k = 1; k < size; ++k) {
-    if ((byte(text[k]) & 0xC0U) != 0x80) return 0;
-  }
-  const Code second = byte(text[1]);
-  const bool overlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
-  const bool no_character = (first == 0xED && second > 0x9F) || (first == 0xF4 && second > 0x8F);
-  return overlong || no_character ? 0 : size;
-}
-
-std::string excerpt(std::string_view text) {
-  std::size_t end = 0;
-  while (end < text.size() && end < kExcerpt)
-    end += std::max<std::size_t>(character_size(text.substr(end)), 1);
-  return printable(text.substr(0, end)) + (end < text.size() ? "..." : "");
-}
 
 Encoding decode_text(std::string& bytes) {
   const Encoding encoding = to_utf8(bytes);

@@ -15,11 +15,4 @@ enum class Encoding : std::uint8_t { kUtf8, kUtf16, kWindows1252, kBinary };
 // is no text.
 Encoding decode_text(std::string& bytes);
 
-// The bytes that one character of UTF-8 takes at the start of `text`, which is not empty: 1 to 4;
-// 0 if they are no character.
-std::size_t character_size(std::string_view text);
-
-// `text` as a message names it: its first characters, if it is long, and no control characters.
-std::string excerpt(std::string_view text);
-
 }  // namespace qob

@@ -44,13 +44,18 @@ bool is_older(Date parent, Date offspring) {
 struct Link {
   std::int32_t offspring;
   int k;  // 1: by its sire, 2: by its dam
+  friend auto operator<=>(const Link&, const Link&) = default;
 };
 
 using Steps = Table<std::int32_t>;
 
 class Timing {
  public:
-  explicit Timing(Book& book) : book_(book), herd_(book.herd), order_(parents_first(book.herd)) {}
+  explicit Timing(Book& book)
+      : book_(book),
+        herd_(book.herd),
+        order_(parents_first(book.herd)),
+        is_forgotten_(book.herd.count(), 0) {}
 
   TimeSteps set() {
     check_dates();
@@ -95,6 +100,8 @@ class Timing {
                      " : expected an older parent");
     }
     forget_wrong_dates();
+    check_dates_of_ancestors();
+    std::sort(wrong_.begin(), wrong_.end());
   }
 
   void tell(const Link& link, std::string words) {
@@ -112,8 +119,31 @@ class Timing {
     for (const Link& link : wrong_) {
       const std::int32_t p = parent_of(link), i = link.offspring;
       if (!herd_.birth(p).is_known() || !herd_.birth(i).is_known()) continue;
-      herd_.birth(against(p) > against(i) ? p : i) = Date{};
+      const std::int32_t wrong = against(p) > against(i) ? p : i;
+      herd_.birth(wrong) = Date{};
+      is_forgotten_(wrong) = 1;
     }
+  }
+
+  // Of animals without a date the latest that an ancestor's tells: an offspring that is older than
+  // that contradicts it.
+  void check_dates_of_ancestors() {
+    Table<Date> at_least = herd_.birth;
+    for (const std::int32_t i : order_) {
+      for (int k = 1; k <= 2; ++k) {
+        const std::int32_t p = herd_.parents(k, i);
+        if (p == 0 || !at_least(p).is_known()) continue;
+        if (!herd_.birth(i).is_known()) {
+          at_least(i) = std::max(at_least(i), at_least(p));
+        } else if (!herd_.birth(p).is_known() && !is_older(at_least(p), herd_.birth(i))) {
+          wrong_.push_back({i, k});
+          tell(wrong_.back(), "an ancestor of it is born " + iso_date(at_least(p)) +
+                                  ", its offspring " + iso_date(herd_.birth(i)) +
+                                  " : expected older ancestors");
+        }
+      }
+    }
+    for (const Link& link : wrong_) is_forgotten_(link.offspring) = 1;
   }
 
   void choose() {
@@ -133,20 +163,27 @@ class Timing {
       chosen_.step = Step::kYear;
       chosen_.why = "they part every parent from its offspring";
     } else if (!months) {
-      chosen_.why = by_year;
+      fall_back(by_year);
     } else if (const std::string by_month = shared_by(Step::kMonth); by_month.empty()) {
       chosen_.step = Step::kMonth;
       chosen_.why = "they part every parent from its offspring; " + by_year;
     } else {
-      chosen_.why = by_month;
+      fall_back(by_month);
     }
+  }
+
+  void fall_back(const std::string& why) {
+    chosen_.why = why;
+    book_.findings.add(
+        {Kind::kRead, 0, book_.columns.of(Field::kBirth), "", why, "time steps are generations"});
   }
 
   // The parents that a step does not part from their offspring, the first in full; "" if none.
   std::string shared_by(Step step) const {
     const Steps steps = steps_by(step);
-    const std::vector<Link> shared =
-        links([&](std::int32_t p, std::int32_t i) { return steps(p) >= steps(i); });
+    const std::vector<Link> shared = links([&](std::int32_t p, std::int32_t i) {
+      return steps(p) >= steps(i) && is_forgotten_(p) == 0 && is_forgotten_(i) == 0;
+    });
     if (shared.empty()) return "";
     const std::int32_t i = shared.front().offspring, p = parent_of(shared.front());
     const std::string unit = step == Step::kYear ? "year" : "month";
@@ -226,11 +263,8 @@ class Timing {
     }
   }
 
-  // `wrong_` is in the order of animals.
   bool is_told(const Link& link) const {
-    return std::binary_search(wrong_.begin(), wrong_.end(), link, [](const Link& a, const Link& b) {
-      return std::pair(a.offspring, a.k) < std::pair(b.offspring, b.k);
-    });
+    return std::binary_search(wrong_.begin(), wrong_.end(), link);
   }
 
   Table<char> dated_descendants() const {
@@ -249,9 +283,8 @@ class Timing {
     const Table<char> has_dated_descendant = dated_descendants();
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
       if (herd_.birth(i).is_known() || herd_.row(i) == 0) continue;
-      const bool is_doubtful = !says_unknown(book_.cell(i, Field::kBirth));
       book_.tell(Kind::kUndated, i, Field::kBirth,
-                 is_doubtful ? "no date of birth that can be kept" : "no date of birth",
+                 is_forgotten_(i) != 0 ? "a date of birth that cannot be kept" : "no date of birth",
                  "time step " + std::to_string(herd_.step(i)) +
                      (has_dated_descendant(i) != 0              ? ", before its first offspring"
                       : after_parents(herd_.step, i) != kNoStep ? ", after its parents"
@@ -275,7 +308,8 @@ class Timing {
   Herd& herd_;
   Table<std::int32_t> order_;
   TimeSteps chosen_;
-  std::vector<Link> wrong_;
+  std::vector<Link> wrong_;   // told, in the order of animals
+  Table<char> is_forgotten_;  // whose date stands against those of relatives
 };
 
 }  // namespace

@@ -12,96 +12,6 @@ namespace {
 
 constexpr bool is_plain(char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); }
 
-// A character of UTF-8 text and its length; a byte that is no UTF-8 is kNoCharacter.
-struct Character {
-  char32_t code;
-  std::size_t length;
-};
-constexpr char32_t kNoCharacter = 0xFFFFFFFF;
-
-Character first_character(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  if (byte(0) < 0x80) return {byte(0), 1};
-  const std::size_t length = byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
-  if (byte(0) < 0xC0 || byte(0) > 0xF4 || text.size() < length) return {kNoCharacter, 1};
-  char32_t code = byte(0) & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return {kNoCharacter, 1};
-    code = code << 6 | (byte(i) & 0x3Fu);
-  }
-  if (code < (length == 2 ? 0x80u : length == 3 ? 0x800u : 0x10000u)) return {kNoCharacter, 1};
-  return {code, length};
-}
-
-// Calls `use(code, bytes)` for each character.
-template <class Use>
-void for_each_character(std::string_view text, Use use) {
-  while (!text.empty()) {
-    const auto [code, length] = first_character(text);
-    use(code, text.substr(0, length));
-    text.remove_prefix(length);
-  }
-}
-
-// Blanks, line ends, the blanks of typesetters, marks of byte order.
-bool is_space(char32_t c) {
-  return c == ' ' || (c >= '\t' && c <= '\r') || c == 0xA0 || (c >= 0x2000 && c <= 0x200B) ||
-         c == 0x202F || c == 0x3000 || c == 0xFEFF;
-}
-
-// ASCII, Latin-1 and Latin Extended-A. What is not as it was has at most two bytes.
-char32_t lower(char32_t c) {
-  if ((c >= 'A' && c <= 'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7)) return c + 0x20;
-  if (c == 0x130) return 'i';
-  if (c == 0x178) return 0xFF;
-  if (c == 0x17F) return 's';
-  if (c == 0x1E9E) return 0xDF;
-  if ((c >= 0x100 && c <= 0x137) || (c >= 0x14A && c <= 0x177)) return c | 1;
-  if ((c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E)) return c + (c & 1);
-  return c;
-}
-
-// The plain letters of U+00C0 to U+017F; capitals stand for the pairs behind them.
-constexpr std::string_view kLetters =
-    "aaaaaaAceeeeiiiidnooooo ouuuuyTSaaaaaaAceeeeiiiidnooooo ouuuuyTy"
-    "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiIIjjkkkllllllllll"
-    "nnnnnnnnnooooooOOrrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
-constexpr std::string_view kPairs = "AaeIijOoeSssTth";
-static_assert(kLetters.size() == 0x180 - 0xC0);
-
-}  // namespace
-
-std::string folded(std::string_view text) {
-  std::string out;
-  for_each_character(text, [&](char32_t c, std::string_view bytes) {
-    const char32_t low = lower(c);
-    if (is_space(c)) return;
-    if (low == c) {
-      out += bytes;
-    } else if (low < 0x80) {
-      out += static_cast<char>(low);
-    } else {
-      out += {static_cast<char>(0xC0 | low >> 6), static_cast<char>(0x80 | (low & 0x3F))};
-    }
-  });
-  return out;
-}
-
-std::string plain(std::string_view text) {
-  std::string out;
-  for_each_character(text, [&](char32_t c, std::string_view) {
-    const char32_t low = lower(c);
-    const bool accented = low >= 0xC0 && low < 0x180;
-    const char letter = accented ? kLetters[low - 0xC0] : low < 0x80 ? static_cast<char>(low) : ' ';
-    const std::size_t pair = kPairs.find(letter);
-    if (accented && letter >= 'A' && letter <= 'Z') out += kPairs.substr(pair + 1, 2);
-    if (is_plain(letter)) out += letter;
-  });
-  return out;
-}
-
-namespace {
-
 using enum Field;
 
 struct Row {
@@ -377,11 +287,14 @@ bool says_unknown(std::string_view cell) {
 }
 
 std::optional<SexWord> sex_of(std::string_view cell) {
+  if (cell.find('?') != cell.npos && !says_unknown(cell)) return std::nullopt;  // a doubt
   const bool male = cell.find("♂") != cell.npos;
   const bool female = cell.find("♀") != cell.npos;
   if (male && female) return std::nullopt;
   const std::string sign = male ? "m" : female ? "f" : "";
   const std::string text = sign + plain(cell);
+  const bool counted = text == "10" || text == "01" || text == "20" || text == "001";
+  if (counted && cell.find_first_of(".,") == cell.npos) return std::nullopt;
   for (const SexRow& row : kSexes) {
     if (contains(row.words, text)) return row.means;
   }

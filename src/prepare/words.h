@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "prepare/letters.h"
+
 namespace qob {
 
 // What a column of a herd book holds.
@@ -54,13 +56,5 @@ struct SexWord {
 // The sex that a cell tells: a code, a sign, a word, or an animal ("Färse", "wether"), also with a
 // word for castration ("m kastr."). None for other cells.
 std::optional<SexWord> sex_of(std::string_view cell);
-
-// `text` without blanks and in lower case, to tell identifiers that differ in nothing else: "DE 12"
-// and "de12" are the same. UTF-8; bytes that are none stay as they are.
-std::string folded(std::string_view text);
-
-// The lower-case ASCII letters and digits of `text`, of letters with accents the letter ("Käl-be"
-// is "kalbe", "æ" is "ae", "ß" is "ss"); all else is dropped.
-std::string plain(std::string_view text);
 
 }  // namespace qob
