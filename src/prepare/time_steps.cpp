@@ -143,7 +143,7 @@ class Timing {
         }
       }
     }
-    for (const Link& link : wrong_) is_forgotten_(link.offspring) = 1;
+    for (const Link& link : wrong_) is_forgotten_(link.offspring) = is_forgotten_(parent_of(link)) = 1;
   }
 
   void choose() {
@@ -173,7 +173,7 @@ class Timing {
   }
 
   void fall_back(const std::string& why) {
-    chosen_.why = why;
+    chosen_.why = "no unit of time parts every parent from its offspring";
     book_.findings.add(
         {Kind::kRead, 0, book_.columns.of(Field::kBirth), "", why, "time steps are generations"});
   }
