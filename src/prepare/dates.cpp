@@ -222,7 +222,7 @@ void read_births(Book& book) {
     const std::string_view cell = book.cell(i, Field::kBirth);
     const std::optional<Parts> parts = parts_of(cell);
     std::optional<Date> date = parts ? from_parts(*parts, day_first) : std::nullopt;
-    if (!date && parts && has_two_readings(*parts) && by_column)
+    if (!date && parts && by_column)
       date = from_parts(*parts, !day_first);  // a column with both orders is one fault
     if (date) {
       herd.birth(i) = *date;
