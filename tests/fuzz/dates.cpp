@@ -36,15 +36,19 @@ Readings readings_of(std::string_view cell) {
 }
 
 // A date is a day, month or year of the calendar, and its text reads back to it.
-void check_dates(const Herd& herd) {
+void check_dates(const Book& book) {
+  const Herd& herd = book.herd;
   std::string texts;
   for (const Date& date : herd.birth) texts += iso_date(date) + "\n";
   fuzz::Column again("birth", texts);
   read_births(again.book);
   for (std::int32_t i = 1; i <= herd.count(); ++i) {
     const Date date = herd.birth(i);
+    const std::string_view cell = book.cell(i, Field::kBirth);
     fuzz::require(again.book.herd.birth(i) == date, "the text of a date reads back to it");
     if (!date.is_known()) continue;
+    fuzz::require(cell.find_first_not_of("0123456789-/.:,+ TAPMapmUCGZ") == cell.npos,
+                  "no other words");
     const int month = date.month > 0 ? date.month : 7;
     const int day = date.day > 0 ? date.day : date.month > 0 ? 15 : 1;
     fuzz::require(date.month > 0 || date.day == 0, "no day without its month");
@@ -79,7 +83,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     options.day_order = order;
     fuzz::Column column("birth", fuzz::text_of(data, size), options);
     read_births(column.book);
-    check_dates(column.book.herd);
+    check_dates(column.book);
     if (order == DayOrder::kByColumn) check_order(column);
   }
   return 0;
