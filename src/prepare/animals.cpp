@@ -18,6 +18,13 @@ constexpr std::size_t kLongestIdentifier = 200;
 
 using Identifier = std::string_view;
 
+// What stays of an identifier where a person or a spreadsheet was careless of it.
+std::string essence(Identifier text) {
+  std::string folds = folded(text);
+  folds.erase(0, folds.find_first_not_of('0'));
+  return folds;
+}
+
 // What a spreadsheet makes of a long number: "2.76E+14".
 bool is_shortened(Identifier text) {
   const std::size_t exponent = text.find("E+");
@@ -247,18 +254,19 @@ class Entry {
   // Identifiers that a person may take for one another.
   void tell_alike() {
     const Herd& herd = book_.herd;
-    std::vector<std::pair<std::uint64_t, std::int32_t>> codes;  // of the folded texts
+    std::vector<std::pair<std::uint64_t, std::int32_t>> codes;  // of their essence
     for (std::int32_t i = 1; i <= herd.count(); ++i)
-      codes.emplace_back(Named(folded(herd.identifier(i)), i).code, i);
+      codes.emplace_back(Named(essence(herd.identifier(i)), i).code, i);
     std::sort(codes.begin(), codes.end());
     for (std::size_t k = 1; k < codes.size(); ++k) {
       const std::int32_t a = codes[k - 1].second, b = codes[k].second;
       if (codes[k].first != codes[k - 1].first ||
-          folded(herd.identifier(a)) != folded(herd.identifier(b)))
+          essence(herd.identifier(a)) != essence(herd.identifier(b)))
         continue;
       const auto [animal, field] = place_of(b);
       book_.tell(Kind::kAlike, animal, field,
-                 "differs from \"" + std::string(herd.identifier(a)) + "\" by case or blanks alone",
+                 "differs from \"" + std::string(herd.identifier(a)) +
+                     "\" by case, blanks or leading zeros alone",
                  "taken as two animals");
     }
   }

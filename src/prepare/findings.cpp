@@ -24,7 +24,7 @@ constexpr std::array<KindText, kKindCount> kTexts = {{
     {"ebv", true, "candidates without a breeding value", "it is no candidate"},
     {"read", false, "remarks on how the table is read", ""},
     {"repeated", false, "rows that are there twice", ""},
-    {"alike", false, "identifiers that differ by case or blanks alone", ""},
+    {"alike", false, "identifiers that differ by case, blanks or leading zeros alone", ""},
     {"founder", false, "parents without a row", ""},
     {"undated", false, "animals without a date of birth", ""},
     {"moved", false, "times of birth that were moved", ""},
