@@ -149,8 +149,8 @@ def date_of(text, moved, form, day):
 
 
 def rewritten(rows, rng):
-    """The rows and headings of the same herd as another person keeps it, bytes, and identifiers by
-    those they stand for."""
+    """The bytes of the same herd's table as another person keeps it, old identifiers by new ones, and
+    how many remarks on its reading are to be told."""
     language, form = rng.choice(LANGUAGES), rng.choice([*DATES, "years"])
     years = [int(r["birth"][:4]) for r in rows if r["birth"]]
     known = {r["identifier"]: r for r in rows}
@@ -173,7 +173,9 @@ def rewritten(rows, rng):
     csv.writer(text, delimiter=rng.choice(",;\t|"), lineterminator=rng.choice(["\n", "\r\n"]),
                quoting=rng.choice([csv.QUOTE_MINIMAL, csv.QUOTE_ALL])).writerows(
                    [v[c] for c in columns] for v in [language[:6], *table])
-    return text.getvalue().encode(rng.choice(ENCODINGS)), {v: k for k, v in new.items()}, comma
+    encoding = rng.choice(ENCODINGS)
+    table = text.getvalue().encode(encoding)
+    return table, {v: k for k, v in new.items()}, comma + (encoding == "cp1252" and max(table) > 127)
 
 
 def write_plainly(path, rows, headings):
@@ -181,12 +183,12 @@ def write_plainly(path, rows, headings):
         csv.writer(file).writerows([headings, *(r.values() for r in rows)])
 
 
-def true_remarks(rows, text, commas=0):
+def true_remarks(rows, text, read):
     """How often what holds of rows without faults is to be told."""
     parents, _ = pedigree_of(rows)
     used = {p for pair in parents.values() for p in pair}
     alike = Counter(re.sub(r"\s", "", i).lower() for i in parents)
-    return +Counter(founder=len(parents) - len(rows), read=commas,
+    return +Counter(founder=len(parents) - len(rows), read=read,
                     alike=sum(n - 1 for n in alike.values()),
                     undated=sum(not r["birth"] for r in rows) * ("Time steps: gen" not in text),
                     inferred=sum(not r["sex"] and r["identifier"] in used for r in rows))
@@ -244,9 +246,10 @@ def put(rows, fault, k, rng):
 
 def check_fault(folder, clean, candidates, rng):
     rows, headings = [dict(r) for r in clean], rng.choice(LANGUAGES)[:6]
-    fault = rng.choice([f for f in FAULTS if befallen(rows, f[1], candidates)])
+    for fault in rng.sample(FAULTS, len(FAULTS)):
+        if some := befallen(rows, fault[1], candidates): break
     kind = fault[0]
-    k, field = put(rows, fault, rng.choice(befallen(rows, fault[1], candidates)), rng)
+    k, field = put(rows, fault, rng.choice(some), rng)
     column = dict(zip(FIELDS, headings)).get(field, field)
     write_plainly(folder / "fault.csv", rows, headings)
     status, text, findings = prepare(folder / "fault", folder / "fault.csv", *RULES)
@@ -285,13 +288,13 @@ def check_by_hand(folder, path, rows, rng):
 def check_rewritten(folder, clean, rng):
     """Also gives the candidates."""
     write_plainly(folder / "plain.csv", clean, LANGUAGES[0][:6])
-    table, old, comma = rewritten(clean, rng)
+    table, old, read = rewritten(clean, rng)
     (folder / "other.csv").write_bytes(table)
     results = []
-    for name, rows, commas in [("plain", clean, 0), ("other", None, comma)]:
+    for name, remarks in [("plain", 0), ("other", read)]:
         status, text, findings = prepare(folder / name, folder / f"{name}.csv", *RULES)
         told = Counter(f["kind"] for f in findings)
-        true = true_remarks(clean, text, commas)
+        true = true_remarks(clean, text, remarks)
         if name == "other": true["alike"] = told["alike"]  # of identifiers that were drawn
         assert status == 0 and told == +true, f"{name}: told {told}, true {true}\n{text}"
         results.append(analysed(folder / name, name, generations=50))
