@@ -34,7 +34,8 @@ Labels choose_labels(Book& book) {
   const std::int64_t shared = std::min(by_first, by_last);
   const auto example = std::find_if(herd.identifier.begin(), herd.identifier.end(), is_long);
   book.findings.add({Kind::kLabel, 0, 0, std::string(*example),
-                     std::to_string(count) + " identifiers are longer than 15 bytes",
+                     (count == 1 ? "1 identifier is" : std::to_string(count) + " identifiers are") +
+                         std::string(" longer than 15 bytes"),
                      "results show their " + std::string(best.by_end_ ? "last 15" : "first 15") +
                          (shared > 0 ? ", and " + std::to_string(shared) +
                                            " animals have the label of another: go by their numbers"
