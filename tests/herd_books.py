@@ -24,7 +24,7 @@ FIELDS = [*dict.fromkeys(COLUMNS.values())]
 # Headings in the order of FIELDS, a word for each sex, one for an unknown parent.
 LANGUAGES = [line.split("|") for line in """Animal ID|Sire|Dam|Sex|Birth date|EBV|male|female|unknown
 LOM|Vater|Mutter|Geschlecht|Geburtsdatum|Zuchtwert|männlich|weiblich|unbekannt
-N° national|Père|Mère|Sexe|Date de naissance|Index|mâle|femelle|inconnu
+N° national|Père|Mère|Sexe|Date de naissance|Valeur génétique|mâle|femelle|inconnu
 Crotal|Padre|Madre|Sexo|Fecha de nacimiento|Mérito|macho|hembra|desconocido
 Levensnummer|Vader|Moeder|Geslacht|Geboortedatum|Fokwaarde|mannelijk|vrouwelijk|onbekend
 CKR-nr.|Far|Mor|Køn|Fødselsdato|Avlsværdi|han|hun|ukendt""".split("\n")]
@@ -175,7 +175,8 @@ def rewritten(rows, rng):
                    [v[c] for c in columns] for v in [language[:6], *table])
     encoding = rng.choice(ENCODINGS)
     table = text.getvalue().encode(encoding)
-    return table, {v: k for k, v in new.items()}, comma + (encoding == "cp1252" and max(table) > 127)
+    remarks = comma + (encoding == "cp1252" and max(table) > 127) + (form == "serial" and any(years))
+    return table, {v: k for k, v in new.items()}, remarks
 
 
 def write_plainly(path, rows, headings):
@@ -188,9 +189,12 @@ def true_remarks(rows, text, read):
     parents, _ = pedigree_of(rows)
     used = {p for pair in parents.values() for p in pair}
     alike = Counter(re.sub(r"\s", "", i).lower() for i in parents)
-    return +Counter(founder=len(parents) - len(rows), read=read,
+    by_depth = "Time steps: gen" in text
+    return +Counter(founder=len(parents) - len(rows),
+                    read=read + (by_depth and any(r["birth"] for r in rows)),
                     alike=sum(n - 1 for n in alike.values()),
-                    undated=sum(not r["birth"] for r in rows) * ("Time steps: gen" not in text),
+                    undated=sum(not r["birth"] for r in rows) * (not by_depth),
+                    label=any(len(i.encode()) > 15 for i in parents),
                     inferred=sum(not r["sex"] and r["identifier"] in used for r in rows))
 
 
@@ -295,7 +299,7 @@ def check_rewritten(folder, clean, rng):
         status, text, findings = prepare(folder / name, folder / f"{name}.csv", *RULES)
         told = Counter(f["kind"] for f in findings)
         true = true_remarks(clean, text, remarks)
-        if name == "other": true["alike"] = told["alike"]  # of identifiers that were drawn
+        if name == "other": true |= {k: told[k] for k in ("alike", "label")}  # drawn identifiers
         assert status == 0 and told == +true, f"{name}: told {told}, true {true}\n{text}"
         results.append(analysed(folder / name, name, generations=50))
     (coefficients, plan), (other_coefficients, other_plan) = results

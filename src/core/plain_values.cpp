@@ -18,7 +18,6 @@ constexpr int kLargestPower = 22;
 constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
 constexpr std::ptrdiff_t kMostDigits = 19;  // that 64 bits hold, whatever they are
 
-
 }  // namespace
 
 // Goes to the next value, over one comma behind the value before.
