@@ -143,7 +143,8 @@ class Timing {
         }
       }
     }
-    for (const Link& link : wrong_) is_forgotten_(link.offspring) = is_forgotten_(parent_of(link)) = 1;
+    for (const Link& link : wrong_)
+      is_forgotten_(link.offspring) = is_forgotten_(parent_of(link)) = 1;
   }
 
   void choose() {
