@@ -188,7 +188,7 @@ class Timing {
     if (shared.empty()) return "";
     const std::int32_t i = shared.front().offspring, p = parent_of(shared.front());
     const std::string unit = step == Step::kYear ? "year" : "month";
-    return (step == Step::kYear ? "years" : "months") + std::string(" do not part ") +
+    return (step == Step::kYear ? "years" : "months") + std::string(" do not separate ") +
            (shared.size() == 1 ? std::string("1 parent from its")
                                : std::to_string(shared.size()) + " parents from their") +
            " offspring (the first in row " + std::to_string(herd_.row(i)) + ": " +
