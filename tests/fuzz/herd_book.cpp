@@ -65,18 +65,15 @@ void check_findings(const Prepared& prepared) {
   const Book& book = prepared.book;
   const Sheet sheet =
       read_back(text_of_lines(prepared, write_faults), std::ssize(book.findings.all()), 7);
-  std::vector<const Remark*> remarks;
-  for (const Remark& remark : book.findings.all()) remarks.push_back(&remark);
-  std::stable_sort(remarks.begin(), remarks.end(),
-                   [](const Remark* a, const Remark* b) { return a->row < b->row; });
-  std::int64_t row = 1;
-  for (const Remark* remark : remarks) {
-    fuzz::require(sheet.cell(++row, 3) == remark->value && sheet.cell(row, 6) == remark->words &&
-                      sheet.cell(row, 7) == remark->done,
+  std::int64_t row = 1, before = 0;
+  for (const Found& found : book.findings.all()) {
+    fuzz::require(sheet.cell(++row, 3) == book.value_of(found) &&
+                      sheet.cell(row, 6) == found.words && sheet.cell(row, 7) == found.done,
                   "a finding reads back");
-    const KindText& kind = text_of(remark->kind);
-    fuzz::require(!kind.is_fault || book.findings.is_accepted(remark->kind) || !prepared.is_sound(),
-                  "a fault hinders");
+    fuzz::require(found.row >= before, "findings are in the order of rows");
+    before = found.row;
+    const bool hinders = text_of(found.kind).is_fault && !book.findings.is_accepted(found.kind);
+    fuzz::require(!hinders || !prepared.is_sound(), "a fault hinders");
   }
 }
 

@@ -15,7 +15,7 @@ bool is_plain(char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
 // Whether `end` is where a character of `text` ends.
 bool is_boundary(std::string_view text, std::size_t end) {
   std::size_t at = 0;
-  while (at < end) at += std::max<std::size_t>(character_size(text.substr(at)), 1);
+  while (at < end) at += first_character(text.substr(at)).length;
   return at == end;
 }
 
