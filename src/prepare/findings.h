@@ -76,6 +76,8 @@ class Findings {
  public:
   // accepted: kinds of faults that do not keep the data file from being written.
   explicit Findings(const std::vector<Kind>& accepted);
+  Findings(Findings&&) = default;  // a copy's findings would have the texts of this one
+  Findings& operator=(Findings&&) = default;
 
   // done may be left out where it is the remedy of the kind.
   void add(const Remark& remark);
