@@ -8,7 +8,7 @@
 
 #include "core/text.h"
 #include "prepare/identifier_index.h"
-#include "prepare/text_encoding.h"
+#include "prepare/letters.h"
 #include "prepare/words.h"
 
 namespace qob {

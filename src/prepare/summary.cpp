@@ -7,7 +7,7 @@
 
 #include "core/format.h"
 #include "core/text.h"
-#include "prepare/text_encoding.h"
+#include "prepare/letters.h"
 
 namespace qob {
 namespace {
