@@ -55,7 +55,7 @@ class Timing {
       : book_(book),
         herd_(book.herd),
         order_(parents_first(book.herd)),
-        is_forgotten_(book.herd.count(), 0) {}
+        is_doubtful_(book.herd.count(), 0) {}
 
   TimeSteps set() {
     check_dates();
@@ -101,7 +101,6 @@ class Timing {
     }
     forget_wrong_dates();
     check_dates_of_ancestors();
-    std::sort(wrong_.begin(), wrong_.end());
   }
 
   void tell(const Link& link, std::string words) {
@@ -119,9 +118,7 @@ class Timing {
     for (const Link& link : wrong_) {
       const std::int32_t p = parent_of(link), i = link.offspring;
       if (!herd_.birth(p).is_known() || !herd_.birth(i).is_known()) continue;
-      const std::int32_t wrong = against(p) > against(i) ? p : i;
-      herd_.birth(wrong) = Date{};
-      is_forgotten_(wrong) = 1;
+      herd_.birth(against(p) > against(i) ? p : i) = Date{};
     }
   }
 
@@ -129,22 +126,26 @@ class Timing {
   // that contradicts it.
   void check_dates_of_ancestors() {
     Table<Date> at_least = herd_.birth;
+    std::vector<Link> more;
     for (const std::int32_t i : order_) {
       for (int k = 1; k <= 2; ++k) {
         const std::int32_t p = herd_.parents(k, i);
         if (p == 0 || !at_least(p).is_known()) continue;
         if (!herd_.birth(i).is_known()) {
           at_least(i) = std::max(at_least(i), at_least(p));
-        } else if (!herd_.birth(p).is_known() && !is_older(at_least(p), herd_.birth(i))) {
-          wrong_.push_back({i, k});
-          tell(wrong_.back(), "an ancestor of it is born " + iso_date(at_least(p)) +
-                                  ", its offspring " + iso_date(herd_.birth(i)) +
-                                  " : expected older ancestors");
+        } else if (!herd_.birth(p).is_known() && !is_older(at_least(p), herd_.birth(i)) &&
+                   !is_told({i, k})) {
+          more.push_back({i, k});
+          tell(more.back(), "an ancestor of it is born " + iso_date(at_least(p)) +
+                                ", its offspring " + iso_date(herd_.birth(i)) +
+                                " : expected older ancestors");
         }
       }
     }
+    wrong_.insert(wrong_.end(), more.begin(), more.end());
+    std::sort(wrong_.begin(), wrong_.end());
     for (const Link& link : wrong_)
-      is_forgotten_(link.offspring) = is_forgotten_(parent_of(link)) = 1;
+      is_doubtful_(link.offspring) = is_doubtful_(parent_of(link)) = 1;
   }
 
   void choose() {
@@ -183,7 +184,7 @@ class Timing {
   std::string shared_by(Step step) const {
     const Steps steps = steps_by(step);
     const std::vector<Link> shared = links([&](std::int32_t p, std::int32_t i) {
-      return steps(p) >= steps(i) && is_forgotten_(p) == 0 && is_forgotten_(i) == 0;
+      return steps(p) >= steps(i) && is_doubtful_(p) == 0 && is_doubtful_(i) == 0;
     });
     if (shared.empty()) return "";
     const std::int32_t i = shared.front().offspring, p = parent_of(shared.front());
@@ -285,7 +286,8 @@ class Timing {
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
       if (herd_.birth(i).is_known() || herd_.row(i) == 0) continue;
       book_.tell(Kind::kUndated, i, Field::kBirth,
-                 is_forgotten_(i) != 0 ? "a date of birth that cannot be kept" : "no date of birth",
+                 says_unknown(book_.cell(i, Field::kBirth)) ? "no date of birth"
+                                                            : "a date of birth that cannot be kept",
                  "time step " + std::to_string(herd_.step(i)) +
                      (has_dated_descendant(i) != 0              ? ", before its first offspring"
                       : after_parents(herd_.step, i) != kNoStep ? ", after its parents"
@@ -309,8 +311,8 @@ class Timing {
   Herd& herd_;
   Table<std::int32_t> order_;
   TimeSteps chosen_;
-  std::vector<Link> wrong_;   // told, in the order of animals
-  Table<char> is_forgotten_;  // whose date stands against those of relatives
+  std::vector<Link> wrong_;  // told, in the order of animals
+  Table<char> is_doubtful_;  // who is part of a link that is told
 };
 
 }  // namespace
