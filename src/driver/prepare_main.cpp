@@ -1,6 +1,7 @@
 // qob-prepare: reads a herd book, has it prepared, shows what was found and writes the files.
 #include <algorithm>
 #include <exception>
+#include <functional>
 #include <new>
 #include <string>
 #include <string_view>
@@ -16,7 +17,6 @@
 #include "prepare/data_files.h"
 #include "prepare/prepare.h"
 #include "prepare/summary.h"
-#include "system/output_file.h"
 #include "system/paths.h"
 #include "system/process.h"
 
@@ -64,19 +64,8 @@ class Files {
       refuse(folder_, std::string(error_text(status)) + " : expected a folder or a new name (-o)");
   }
 
-  template <class Write>
-  void write(std::string_view ending, Write write_lines) const {
-    const std::string file = path(ending);
-    OutputFile out;
-    int status = out.open(file, OutputFile::Show::kWhenComplete);
-    if (status == 0) {
-      write_lines([&](const std::string& line) {
-        if (status == 0) status = out.write(line);
-      });
-      const int closed = out.close();
-      if (status == 0) status = closed;
-    }
-    if (status != 0) refuse(file, error_text(status));
+  void write(std::string_view ending, const std::function<void(const Lines&)>& lines) const {
+    write_lines(path(ending), lines);
   }
 
  private:

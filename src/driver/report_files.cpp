@@ -4,21 +4,15 @@
 #include <utility>
 
 #include "core/parameters.h"
-#include "core/stop.h"
 #include "core/text.h"
+#include "driver/sheet_file.h"
 #include "system/input_file.h"
-#include "system/output_file.h"
 #include "system/paths.h"
-#include "system/process.h"
 
 namespace qob {
 namespace {
 
 constexpr std::size_t kMostTold = 8;
-
-[[noreturn]] void refuse(const std::string& path, const std::string& why) {
-  stop(printable(path) + ": " + why);
-}
 
 // Prefixes of results in a folder, as they are to be typed.
 std::string prefixes_in(const std::string& folder, std::string_view name) {
@@ -90,18 +84,9 @@ void Outputs::expect_table(const std::string& path, std::string_view headings) c
   if (!own) refuse_foreign(path);
 }
 
-void Outputs::expect_new(const std::string& path) const {
+void Outputs::expect_workbook(const std::string& path, const std::string& table) const {
   refuse_input(inputs, path);
-  if (!force && path_exists(path)) refuse_foreign(path);
-}
-
-void write_whole(const std::string& path, std::string_view text) {
-  OutputFile file;
-  int status = file.open(path, OutputFile::Show::kWhenComplete);
-  if (status == 0) status = file.write(text);
-  const int closed = file.close();
-  if (status == 0) status = closed;
-  if (status != 0) refuse(path, error_text(status));
+  if (!force && path_exists(path) && !path_exists(table)) refuse_foreign(path);
 }
 
 }  // namespace qob

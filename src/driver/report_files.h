@@ -1,4 +1,4 @@
-// The files of qob-report by name: where results are, what may be written, and writing it.
+// The files of qob-report by name: where results are, and what may be written.
 #pragma once
 
 #include <string>
@@ -21,11 +21,9 @@ struct Outputs {
   void expect_report(const std::string& path) const;
   // The same for a table whose first line is to be `headings`.
   void expect_table(const std::string& path, std::string_view headings) const;
-  // The same for a file that cannot be told from others: is it there, somebody else has made it.
-  void expect_new(const std::string& path) const;
+  // The same for the tables as one workbook, whose bytes do not tell whose it is: it is taken for our
+  // own if it stands beside our own `table`.
+  void expect_workbook(const std::string& path, const std::string& table) const;
 };
-
-// Writes whole lines; the file is there when it is complete. Stops if it cannot be written.
-void write_whole(const std::string& path, std::string_view text);
 
 }  // namespace qob

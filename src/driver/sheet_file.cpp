@@ -8,6 +8,7 @@
 #include "core/text.h"
 #include "core/text_encoding.h"
 #include "system/byte_files.h"
+#include "system/output_file.h"
 #include "system/process.h"
 
 namespace qob {
@@ -55,6 +56,19 @@ Sheet sheet_of(const std::string& path) {
   const std::string fault = read_csv(text, separator_of(text), sheet);
   if (!fault.empty()) refuse(path, fault);
   return sheet;
+}
+
+void write_lines(const std::string& path, const std::function<void(const Lines&)>& write) {
+  OutputFile out;
+  int status = out.open(path, OutputFile::Show::kWhenComplete);
+  if (status == 0) {
+    write([&](const std::string& line) {
+      if (status == 0) status = out.write(line);
+    });
+    const int closed = out.close();
+    if (status == 0) status = closed;
+  }
+  if (status != 0) refuse(path, error_text(status));
 }
 
 }  // namespace qob
