@@ -1,4 +1,4 @@
-#include "prepare/letters.h"
+#include "core/letters.h"
 
 #include <algorithm>
 
