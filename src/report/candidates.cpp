@@ -10,7 +10,7 @@
 namespace qob {
 namespace {
 
-ReportedCandidate describe(const FinishedRun::Planned& planned, const Population& population,
+ReportedCandidate describe(const FinishedRun::Planned& planned, const PopulationMeasures& population,
                            std::int32_t i, std::int32_t matings, const ListColumns& relationships) {
   const Candidates& candidates = planned.selection.candidates;
   const std::int32_t animal = candidates.cands(i);
@@ -45,7 +45,7 @@ bool comes_before(const ReportedCandidate& a, const ReportedCandidate& b) {
 }  // namespace
 
 std::vector<ReportedCandidate> reported_candidates(FinishedRun& finished,
-                                                   const Population& population,
+                                                   const PopulationMeasures& population,
                                                    AnimalList& animals) {
   FinishedRun::Planned& planned = *finished.planned;
   const Candidates& candidates = planned.selection.candidates;

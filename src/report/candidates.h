@@ -13,7 +13,7 @@ namespace qob {
 // finished: with a plan. The chosen come first, by their matings, then the others, by what they
 // lack; candidates that are alike by their merit.
 std::vector<ReportedCandidate> reported_candidates(FinishedRun& finished,
-                                                   const Population& population,
+                                                   const PopulationMeasures& population,
                                                    AnimalList& animals);
 
 }  // namespace qob

@@ -94,7 +94,7 @@ Choice Exchanges::choice(std::int32_t i) const {
                   : less_merit                    ? Lack::kMerit
                                                   : Lack::kRelationship,
           .value = -best.value,
-          .merit = of_merit > 0.0 ? -best.value / of_merit : kNone};
+          .merit = of_merit > 0.0 ? -best.value / of_merit : kNaN};
 }
 
 }  // namespace

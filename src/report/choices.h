@@ -11,7 +11,7 @@ namespace qob {
 
 struct Choice {
   Lack lack = Lack::kChosen;
-  double value = kNone, merit = kNone;  // lacking_value, lacking_merit of ReportedCandidate
+  double value = kNaN, merit = kNaN;  // lacking_value, lacking_merit of ReportedCandidate
 };
 
 // By candidate, from 0. Each candidate that was not chosen takes one mating (a male: one unit of

@@ -17,7 +17,7 @@ namespace qob {
 
 struct Reported {
   Report report;  // all but checksums, and what qob-prepare found
-  Population population;
+  PopulationMeasures population;
 };
 
 // finished: taken up. names: of its herd book, or empty. given: a plan that somebody has made, to be

@@ -16,7 +16,7 @@ constexpr double kUnfinished = 0.5;   // animals of the last time step, of what 
 constexpr std::size_t kUsualSteps = 5;
 constexpr double kSameText = 1.0e-5;  // results files tell six digits
 
-enum class Kin { kNone, kParent, kFullSibs, kHalfSibs };
+enum class Kin { kNotKin, kParent, kFullSibs, kHalfSibs };
 
 Kin kin(const Pedigree& pedigree, std::int32_t a, std::int32_t b) {
   const auto is_parent_of = [&](std::int32_t p, std::int32_t i) {
@@ -26,7 +26,7 @@ Kin kin(const Pedigree& pedigree, std::int32_t a, std::int32_t b) {
   const bool sire = pedigree.sire(a) != 0 && pedigree.sire(a) == pedigree.sire(b);
   const bool dam = pedigree.dam(a) != 0 && pedigree.dam(a) == pedigree.dam(b);
   if (sire && dam) return Kin::kFullSibs;
-  return sire || dam ? Kin::kHalfSibs : Kin::kNone;
+  return sire || dam ? Kin::kHalfSibs : Kin::kNotKin;
 }
 
 class Warner {
@@ -109,7 +109,7 @@ void Warner::of_close_relatives() {
     const std::int32_t sire = planned.selection.candidates.cands(mateset.male(j)),
                        dam = planned.selection.candidates.cands(mateset.female(j));
     const Kin found = kin(finished_.pedigree, sire, dam);
-    if (found == Kin::kNone) continue;
+    if (found == Kin::kNotKin) continue;
     count[found] += 1.0;
     pairs.push_back(animals_.place(sire));
     pairs.push_back(animals_.place(dam));
@@ -157,8 +157,8 @@ void Warner::of_unfinished_time() {
   if (static_cast<double>(last.animals) >= kUnfinished * usual) return;
   const TrendRow& to = trend[trend.size() - 2];
   const double interval = std::max(std::round(report_.population.interval), 1.0);
-  double rate = kNone;
-  double from = kNone;
+  double rate = kNaN;
+  double from = kNaN;
   for (const TrendRow& row : trend) {
     if (row.birth_time > to.birth_time - interval || !(row.mean_f < 1.0)) continue;
     rate = 1.0 - (1.0 - to.mean_f) / (1.0 - row.mean_f);
