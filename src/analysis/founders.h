@@ -1,7 +1,7 @@
-// Where the genes of some animals come from: founders and founder equivalents.
+// Where the genes of some animals come from: shares of founders and founder equivalents.
 //
-// Founders are animals without a known parent. What an unknown parent of an animal with a known one
-// gave comes from a founder of its own, that nobody knows.
+// A founder is an animal without a known parent. The genes that an animal with one known parent has
+// from the other come from a founder of its own, which nobody knows.
 #pragma once
 
 #include <cstdint>
@@ -17,16 +17,17 @@ struct FounderShare {
 };
 
 struct Founders {
-  std::vector<FounderShare> ranked;  // all founders, the largest shares first, of equals the oldest
-  double unknown_genes = 0.0;        // from unknown parents of animals with a known one
-  // 1 / sum q^2 over founders, known or not, q their shares: so many founders that contribute
-  // equally would give the same expected diversity (Lacy 1989, Zoo Biol. 8:111).
+  std::vector<FounderShare>
+      ranked;                  // the known ones, the largest shares first, of equals the oldest
+  double unknown_genes = 0.0;  // the shares of all unknown ones
+  // 1 / sum q^2, q the shares of all founders: so many that contribute equally would be expected to
+  // give the same diversity (Lacy 1989, Zoo Biol. 8:111).
   double equivalents = 0.0;
-  std::int64_t contributing = 0;  // founders, known or not, with a share above 0
+  std::int64_t contributing = 0;  // founders of both kinds with a share above 0
 };
 
-// Shares q = T'x, x = 1/N for the N animals of the reference (by animal, 1 = belongs to it); they
-// and unknown_genes sum to 1. Without a reference all shares are NaN. newped: 2 x maxid.
+// Shares q = T'x, x = 1/N for the N animals of the reference; all shares sum to 1. Without a
+// reference they are NaN. newped: 2 x maxid; reference: by animal, 1 = belongs to it.
 Founders founders_of(const Table2<std::int32_t>& newped, const Table<char>& reference);
 
 }  // namespace qob

@@ -3,7 +3,8 @@
 // The numbers come from the core, computed anew over the pedigree of the run with full digits; the
 // run's own files say what was run, how the search went and what was planned. Animals are told once
 // (`animals`) and named everywhere else by their place there, from 0. Where a number is none (no
-// pedigree behind it, 0/0), it is NaN and becomes null. Times are in the time steps of the data file.
+// pedigree behind it, 0/0), it is NaN and becomes null. Times are in the time steps of the data
+// file.
 #pragma once
 
 #include <cstdint>
@@ -32,7 +33,8 @@ struct ReportedAnimal {
 };
 
 // A common ancestor of two parents and its share of the inbreeding of their offspring: the sum over
-// all pairs of paths to it that meet in no other animal of (1/2)^(n1 + n2 + 1) (1 + F) (Wright 1922).
+// all pairs of paths to it that meet in no other animal of (1/2)^(n1 + n2 + 1) (1 + F) (Wright
+// 1922).
 struct CommonAncestor {
   std::int32_t animal = 0;
   double f = 0.0;
@@ -67,12 +69,12 @@ struct ReportedCandidate {
   std::int32_t rank = 0;  // from 1: by matings, then by what is lacking, then by merit
   double merit = 0.0;
   std::int32_t max_matings = 0, matings = 0;
-  std::int32_t offspring = 0;         // recorded in the pedigree
-  double relationship = 0.0;          // mean, to all candidates, itself included
-  double to_chosen = 0.0;             // mean, to the chosen ones, each weighted by its matings
-  double mean_kinship = 0.0;          // mean coancestry with the living, itself included if it lives
-  double contribution_so_far = 0.0;   // share of the genes of the last time step that came from it
-  double contribution_wanted = 0.0;   // share of the genes of the planned generation: matings / 2n
+  std::int32_t offspring = 0;        // recorded in the pedigree
+  double relationship = 0.0;         // mean, to all candidates, itself included
+  double to_chosen = 0.0;            // mean, to the chosen ones, each weighted by its matings
+  double mean_kinship = 0.0;         // mean coancestry with the living, itself included if it lives
+  double contribution_so_far = 0.0;  // share of the genes of the last time step that came from it
+  double contribution_wanted = 0.0;  // share of the genes of the planned generation: matings / 2n
   bool unknown_parent = false;
   Lack lack = Lack::kChosen;
   double lacking_value = kNaN;  // by how much the plan's value would fall
@@ -100,14 +102,15 @@ struct ReportedPlan {
   double ne = kNaN;    // 1 / (2 rate)
   double gain = kNaN;  // merit less the mean of the last time step
   SexUse males, females;
-  double unknown_genes = 0.0;  // share of the genes of the offspring from chosen parents' unknown parents
+  double unknown_genes =
+      0.0;  // share of the genes of the offspring from chosen parents' unknown parents
   // The last time step, the ground of the rate.
   std::int32_t last_birth_time = 0, last_animals = 0;
   double last_f = kNaN, last_merit = kNaN, last_relationship = kNaN, generation_interval = kNaN;
-  std::vector<ReportedMating> matings;       // sire by sire, as in the mating list
-  std::vector<Alternatives> alternatives;    // by female
-  std::vector<std::int32_t> sires, dams;     // chosen, in the order of the list
-  std::vector<std::int32_t> matrix;          // F of sire by dam in hundred-thousandths, row by row
+  std::vector<ReportedMating> matings;     // sire by sire, as in the mating list
+  std::vector<Alternatives> alternatives;  // by female
+  std::vector<std::int32_t> sires, dams;   // chosen, in the order of the list
+  std::vector<std::int32_t> matrix;        // F of sire by dam in hundred-thousandths, row by row
 };
 
 // A plan that somebody has made, valued as the best one is (`--evaluate`).
@@ -127,7 +130,7 @@ struct TrendRow {
   std::int64_t sires = 0, dams = 0;  // different parents of those born
   std::int64_t inbred = 0;
   double mean_f = kNaN, max_f = kNaN;
-  double coancestry = kNaN;   // mean of different animals born then
+  double coancestry = kNaN;  // mean of different animals born then
   double completeness = kNaN;
   double generations = kNaN;  // complete generations equivalent
   double interval = kNaN;     // mean age of the known parents
@@ -136,10 +139,11 @@ struct TrendRow {
 // A regression on birth time that gives a rate and an effective size.
 struct EffectiveSize {
   double rate = kNaN, rate_se = kNaN;  // per generation
-  double ne = kNaN, ne_low = kNaN, ne_high = kNaN;  // at the rate, and one standard error about it
-  std::int64_t n = 0;                                  // animals or birth times
-  std::int32_t first = 0, last = 0;                    // birth times of the span
-  std::string why_not;                                 // "" or why there is none
+  double ne = kNaN, ne_low = kNaN,
+         ne_high = kNaN;            // at the rate, and one standard error about it
+  std::int64_t n = 0;                // animals or birth times
+  std::int32_t first = 0, last = 0;  // birth times of the span
+  std::string why_not;               // "" or why there is none
 };
 
 struct PathInterval {
@@ -220,8 +224,8 @@ struct MadeParameter {
 };
 
 struct Making {
-  std::string program, time;              // the report's
-  std::string run_program, run_started;   // the run's
+  std::string program, time;             // the report's
+  std::string run_program, run_started;  // the run's
   std::string prefix;
   std::int32_t seed = 0;
   std::vector<MadeParameter> parameters;
