@@ -9,7 +9,8 @@ namespace qob {
 
 // Per animal; gen(0) is that of the unknown parent.
 struct AnimalStatistics {
-  Table<double, 0> gen;  // generation coefficient: 1 for a founder
+  Table<double, 0>
+      gen;  // generation coefficient: 1 for a founder; 1 + complete generations equivalent
   Table<double> genint;  // mean age of its recorded parents at its birth, time steps
   Table<double> pcin;    // pedigree completeness index
 };
