@@ -1,0 +1,8 @@
+// Who with whom: to be written.
+
+import { part } from "../shared/dom.js";
+import type { Result } from "./model.js";
+
+export function section(_result: Result): HTMLElement {
+  return part("matings", "The matings");
+}
