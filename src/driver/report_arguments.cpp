@@ -17,11 +17,11 @@ constexpr const char* kMore =
     "          qob-report --compare ./QOB_ ./strict_\n"
     "          qob-report --evaluate matings.csv ./QOB_";
 
-// What the page or its JSON is called when nobody says: it stands with the results. A comparison and
-// an evaluation do not take the place of the plan's own report.
+// What the page or its JSON is called when nobody says: it stands with the results. A comparison
+// and an evaluation do not take the place of the plan's own report.
 std::string name_beside_results(const ReportArguments& arguments) {
   const bool compares = arguments.prefixes.size() > 1;
-  const char* what = compares                  ? "comparison"
+  const char* what = compares                   ? "comparison"
                      : !arguments.given.empty() ? "evaluation"
                      : arguments.json           ? "result"
                                                 : "report";
@@ -34,7 +34,8 @@ std::string contradiction(const ReportArguments& arguments, bool compares) {
   if (plans == 0) return "PREFIX is required";
   if (plans > kMostCompared) return "--compare: expected two or three prefixes in all";
   if (compares && plans == 1) return "--compare: expected a second prefix";
-  if (arguments.prefixes.front().empty()) return "PREFIX is empty : expected ./ for results under their bare names";
+  if (arguments.prefixes.front().empty())
+    return "PREFIX is empty : expected ./ for results under their bare names";
   return "";
 }
 

@@ -49,8 +49,9 @@ void refuse_input(const std::vector<std::string>& inputs, const std::string& pat
 }
 
 [[noreturn]] void refuse_foreign(const std::string& path) {
-  refuse(path,
-         "it is there, and not from qob-report : expected --force to write over it, or another name");
+  refuse(
+      path,
+      "it is there, and not from qob-report : expected --force to write over it, or another name");
 }
 
 }  // namespace
@@ -60,13 +61,12 @@ void expect_results(const std::string& prefix) {
   const std::string_view summary = names.fsummaryfile.trimmed();
   if (path_exists(prefix + std::string(summary))) return;
   const std::size_t end = prefix.find_last_of('/');
-  const std::string folder = is_folder(prefix)            ? prefix
+  const std::string folder = is_folder(prefix)          ? prefix
                              : end == std::string::npos ? "."
-                                                          : prefix.substr(0, end);
+                                                        : prefix.substr(0, end);
   const std::string there = prefixes_in(folder, summary);
-  refuse(prefix,
-         "no results of a run begin with this : expected the prefix of their names, " +
-             (there.empty() ? "resultsdirectory in the parameter file" : "here " + there));
+  refuse(prefix, "no results of a run begin with this : expected the prefix of their names, " +
+                     (there.empty() ? "resultsdirectory in the parameter file" : "here " + there));
 }
 
 void Outputs::expect_report(const std::string& path) const {
@@ -78,9 +78,8 @@ void Outputs::expect_table(const std::string& path, std::string_view headings) c
   refuse_input(inputs, path);
   if (force || !path_exists(path)) return;
   bool first = true;
-  const bool own = any_line(path, [&](std::string_view line) {
-    return std::exchange(first, false) && line == headings;
-  });
+  const bool own = any_line(
+      path, [&](std::string_view line) { return std::exchange(first, false) && line == headings; });
   if (!own) refuse_foreign(path);
 }
 

@@ -7,8 +7,8 @@
 
 namespace qob {
 
-// Stops unless results of a run begin with `prefix`. Whoever has named a parameter file, a folder or
-// a result file instead is told which prefixes there are.
+// Stops unless results of a run begin with `prefix`. Whoever has named a parameter file, a folder
+// or a result file instead is told which prefixes there are.
 void expect_results(const std::string& prefix);
 
 // What may be written to.
@@ -21,8 +21,8 @@ struct Outputs {
   void expect_report(const std::string& path) const;
   // The same for a table whose first line is to be `headings`.
   void expect_table(const std::string& path, std::string_view headings) const;
-  // The same for the tables as one workbook, whose bytes do not tell whose it is: it is taken for our
-  // own if it stands beside our own `table`.
+  // The same for the tables as one workbook, whose bytes do not tell whose it is: it is taken for
+  // our own if it stands beside our own `table`.
   void expect_workbook(const std::string& path, const std::string& table) const;
 };
 

@@ -125,8 +125,7 @@ GivenList given_list(const std::string& file) {
     if (fault.empty() || ++count > kMostFaults) continue;
     faults += "\n  row " + std::to_string(row) + ": " + fault;
   }
-  if (count > kMostFaults)
-    faults += "\n  ... and " + std::to_string(count - kMostFaults) + " more";
+  if (count > kMostFaults) faults += "\n  ... and " + std::to_string(count - kMostFaults) + " more";
   if (count > 0) refuse(file, "the plan cannot be read" + faults);
   return list;
 }

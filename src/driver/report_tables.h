@@ -1,5 +1,5 @@
-// The tables of a report as files of one folder: one CSV a table, and all of them as the sheets of a
-// workbook.
+// The tables of a report as files of one folder: one CSV a table, and all of them as the sheets of
+// a workbook.
 #pragma once
 
 #include <string>
