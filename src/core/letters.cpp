@@ -110,6 +110,14 @@ std::string_view last_bytes(std::string_view text, std::size_t most) {
   return text;
 }
 
+std::string valid_utf8(std::string_view text) {
+  std::string out;
+  for_each_character(text, [&](char32_t c, std::string_view bytes) {
+    out += c == kNoCharacter ? std::string_view("\xEF\xBF\xBD") : bytes;
+  });
+  return out;
+}
+
 std::string excerpt(std::string_view text) {
   const std::string_view first = first_bytes(text, kExcerpt);
   return printable(first) + (first.size() < text.size() ? "..." : "");

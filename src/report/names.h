@@ -43,22 +43,22 @@ class Names {
   // Completeness of its pedigree as qob-prepare found it; NaN where the file does not tell it.
   double completeness(std::int32_t number) const;
 
-  // The animal of a user's identifier, blanks about it and the case of letters aside where that is
-  // one animal only. False: there is none.
-  bool find(std::string_view identifier, std::int32_t& number) const;
+  // The number of the animal with that identifier, blanks about it aside; 0: there is none.
+  std::int32_t number_of(std::string_view identifier) const;
 
  private:
   enum Field : std::uint8_t { kNumber, kIdentifier, kName, kBirth, kAlive, kCompleteness, kFields };
 
-  std::string find_columns();
-  std::string index_animals();
+  std::string find_columns(std::int64_t head);
+  std::string add_animal(std::int64_t row, std::vector<Named>& names);
+  std::string index_identifiers(std::vector<Named> names);
   std::string_view cell(std::int32_t number, Field field) const;
 
   Sheet sheet_;
   std::int64_t column_[kFields] = {};  // from 1; 0: there is none
-  IdTree tree_;                        // from numbers to places in row_
-  std::vector<std::int32_t> row_;      // rows of the sheet
-  IdentifierIndex index_;              // from identifiers to places in row_
+  IdTree places_;                      // of numbers in row_, from 1
+  std::vector<std::int32_t> row_;      // of the sheet
+  IdentifierIndex numbers_;            // by identifier
   bool tells_living_ = false;
 };
 

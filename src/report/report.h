@@ -7,9 +7,12 @@
 // file.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -63,6 +66,9 @@ struct Alternatives {
 // What a candidate that was not chosen lacks: how the plan's value would change if it took one
 // mating of the chosen animal of its sex with which it changes best.
 enum class Lack : std::uint8_t { kChosen, kMerit, kRelationship, kBoth, kNothing, kNotKnown };
+inline constexpr std::array<std::string_view, 6> kLackWords = {"chosen", "merit",   "relationship",
+                                                               "both",   "nothing", "not_known"};
+constexpr std::string_view word_of(Lack lack) { return kLackWords[static_cast<std::size_t>(lack)]; }
 
 struct ReportedCandidate {
   std::int32_t animal = 0;
