@@ -101,7 +101,8 @@ bool Stopwatch::set_form(std::string_view form) {
   return true;
 }
 
-bool Stopwatch::create_watch(const WatchList& watches, const ClockNames& names, const ClockNames& clocks) {
+bool Stopwatch::create_watch(const WatchList& watches, const ClockNames& names,
+                             const ClockNames& clocks) {
   constexpr Operation kCreate{"create_watch", "Watch not created.", "Watches not created."};
   const std::string_view refused = kCreate.outcome(watches);
   if (names.size() != watches.size()) {
@@ -156,7 +157,8 @@ bool Stopwatch::stop_watch(const WatchList& watches, const ClockNames& clocks) {
                watches, clocks);
 }
 
-bool Stopwatch::print_watch(const WatchList& watches, const ClockNames& clocks, std::string_view form) {
+bool Stopwatch::print_watch(const WatchList& watches, const ClockNames& clocks,
+                            std::string_view form) {
   constexpr Operation kPrint{"print_watch", "Watch not printed.", "Watch values not printed.",
                              "Requested action not performed on * clock.", kAnyState};
   if (options_.print_unit == nullptr) return true;
@@ -193,7 +195,8 @@ bool Stopwatch::print_times(const Operation& print, const Watch& watch, const Ch
   return good;
 }
 
-bool Stopwatch::apply(const Operation& operation, const WatchList& watches, const ClockNames& clocks) {
+bool Stopwatch::apply(const Operation& operation, const WatchList& watches,
+                      const ClockNames& clocks) {
   const auto chosen = choose(operation.routine, clocks, operation.outcome(watches));
   if (!chosen) return false;
   const auto now = clocks_.read();
@@ -231,7 +234,8 @@ bool Stopwatch::fits(const Operation& operation, const Watch& watch, std::size_t
               outcome.replace(outcome.find('*'), 1, name));
 }
 
-std::optional<Stopwatch::Chosen> Stopwatch::choose(std::string_view routine, const ClockNames& clocks,
+std::optional<Stopwatch::Chosen> Stopwatch::choose(std::string_view routine,
+                                                   const ClockNames& clocks,
                                                    std::string_view all_refused,
                                                    std::string_view one_refused) {
   Chosen chosen;

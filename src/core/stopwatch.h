@@ -86,7 +86,8 @@ class Stopwatch {
 
   // Watches with these names (132 characters at most) and clocks, by default those of the options,
   // all stopped at zero. What a watch held before is lost.
-  bool create_watch(const WatchList& watches, const ClockNames& names, const ClockNames& clocks = {});
+  bool create_watch(const WatchList& watches, const ClockNames& names,
+                    const ClockNames& clocks = {});
   bool destroy_watch(const WatchList& watches);
 
   // Stopped clocks run; running and paused ones stop.
@@ -95,7 +96,8 @@ class Stopwatch {
 
   // Prints the clocks to the print unit, several watches under a heading; by default in the
   // options' form.
-  bool print_watch(const WatchList& watches, const ClockNames& clocks = {}, std::string_view form = {});
+  bool print_watch(const WatchList& watches, const ClockNames& clocks = {},
+                   std::string_view form = {});
 
  protected:
   // An operation and what its warnings say was left undone.

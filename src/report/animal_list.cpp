@@ -60,8 +60,7 @@ std::string identifier_of(const Pedigree& pedigree, const Names& names, std::int
 std::string name_of(const Pedigree& pedigree, const Names& names, std::int32_t animal) {
   if (names.count() > 0) return std::string(names.name(pedigree.oldped(animal, 1)));
   const std::string_view text = adjustl_trim(pedigree.txt(animal));
-  return text == "." || text == std::to_string(pedigree.oldped(animal, 1)) ? ""
-                                                                           : std::string(text);
+  return text == "." || text == std::to_string(pedigree.oldped(animal, 1)) ? "" : std::string(text);
 }
 
 std::string birth_of(const Pedigree& pedigree, const Names& names, std::int32_t animal) {

@@ -10,8 +10,9 @@
 namespace qob {
 namespace {
 
-ReportedCandidate describe(const FinishedRun::Planned& planned, const PopulationMeasures& population,
-                           std::int32_t i, std::int32_t matings, const ListColumns& relationships) {
+ReportedCandidate describe(const FinishedRun::Planned& planned,
+                           const PopulationMeasures& population, std::int32_t i,
+                           std::int32_t matings, const ListColumns& relationships) {
   const Candidates& candidates = planned.selection.candidates;
   const std::int32_t animal = candidates.cands(i);
   ReportedCandidate c;

@@ -65,10 +65,10 @@ Exchange Exchanges::exchange(std::int32_t i, std::int32_t chosen, int sex) const
   Exchange e;
   e.merit = candidates_.merit(i) - candidates_.merit(chosen);
   e.relationship =
-      relationship_change(d, goal.apv2(i) - goal.apv2(chosen),
-                          to_chosen_(i) - to_chosen_(chosen), squares, goal.last_genint);
-  e.value = change_of_value(merit_gain(d, e.merit, goal.k_factor[sex - 1]), d * e.merit,
-                            e.relationship);
+      relationship_change(d, goal.apv2(i) - goal.apv2(chosen), to_chosen_(i) - to_chosen_(chosen),
+                          squares, goal.last_genint);
+  e.value =
+      change_of_value(merit_gain(d, e.merit, goal.k_factor[sex - 1]), d * e.merit, e.relationship);
   return e;
 }
 
@@ -88,7 +88,7 @@ Choice Exchanges::choice(std::int32_t i) const {
   const double of_merit =  // what one unit more of its merit would add
       change_of_value(merit_gain(d, 1.0, problem_.selection.goal.k_factor[sex - 1]), d, 0.0) -
       change_of_value(0.0, 0.0, 0.0);
-  const bool less_merit = best.merit < 0.0, related = best.relationship > 0.0;
+  const bool less_merit = best.merit<0.0, related = best.relationship> 0.0;
   const bool counts = problem_.objective.criterion != Criterion::kMerit;
   return {.lack = less_merit && related && counts ? Lack::kBoth
                   : less_merit                    ? Lack::kMerit

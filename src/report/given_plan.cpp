@@ -40,8 +40,7 @@ class GivenReader {
 
 bool GivenReader::number_of(const std::string& identifier, std::int32_t& number) const {
   if (names_.count() > 0) return names_.find(identifier, number);
-  return !identifier.empty() &&
-         identifier.find_first_not_of("0123456789") == std::string::npos &&
+  return !identifier.empty() && identifier.find_first_not_of("0123456789") == std::string::npos &&
          read_list(identifier, number) == 0;
 }
 

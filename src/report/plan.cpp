@@ -12,8 +12,8 @@
 namespace qob {
 namespace {
 
-constexpr int kDrawn = 4;            // generations of ancestors of a parent that are drawn
-constexpr std::size_t kShown = 12;   // common ancestors of one mating that are told one by one,
+constexpr int kDrawn = 4;             // generations of ancestors of a parent that are drawn
+constexpr std::size_t kShown = 12;    // common ancestors of one mating that are told one by one,
 constexpr double kShownShare = 0.01;  // each with this part of F at least
 constexpr std::size_t kAlternatives = 3;
 constexpr double kMatrixUnit = 1.0e5;

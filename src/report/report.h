@@ -140,7 +140,7 @@ struct TrendRow {
 struct EffectiveSize {
   double rate = kNaN, rate_se = kNaN;  // per generation
   double ne = kNaN, ne_low = kNaN,
-         ne_high = kNaN;            // at the rate, and one standard error about it
+         ne_high = kNaN;             // at the rate, and one standard error about it
   std::int64_t n = 0;                // animals or birth times
   std::int32_t first = 0, last = 0;  // birth times of the span
   std::string why_not;               // "" or why there is none

@@ -23,8 +23,8 @@ Table<char> living(const FinishedRun& finished, const Names& names, ReportedPopu
   }
   Table<char> lives(pedigree.maxid, 0);
   for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    const bool does = by_column ? names.alive(pedigree.oldped(i, 1)) == Alive::kYes
-                                : pedigree.btime(i) >= oldest;
+    const bool does =
+        by_column ? names.alive(pedigree.oldped(i, 1)) == Alive::kYes : pedigree.btime(i) >= oldest;
     lives(i) = does ? 1 : 0;
   }
   told.living_by = by_column ? "column" : "birth time";

@@ -20,8 +20,8 @@ struct Reported {
   PopulationMeasures population;
 };
 
-// finished: taken up. names: of its herd book, or empty. given: a plan that somebody has made, to be
-// valued beside the run's, or nullptr. Stops with all that is wrong with it, row by row.
+// finished: taken up. names: of its herd book, or empty. given: a plan that somebody has made, to
+// be valued beside the run's, or nullptr. Stops with all that is wrong with it, row by row.
 Reported report_on(FinishedRun& finished, const Names& names, const GivenList* given);
 
 }  // namespace qob

@@ -62,8 +62,7 @@ void Warner::of_rate() {
   const double rate = plan.value.rate;
   if (rate > plan.constraint)
     add("constraint", true).values = {{"rate", rate}, {"constraint", plan.constraint}};
-  if (rate > kLargestRate)
-    add("rate", true).values = {{"rate", rate}, {"limit", kLargestRate}};
+  if (rate > kLargestRate) add("rate", true).values = {{"rate", rate}, {"limit", kLargestRate}};
   if (plan.ne < kLeastSize) add("ne", true).values = {{"ne", plan.ne}, {"limit", kLeastSize}};
 }
 

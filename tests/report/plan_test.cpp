@@ -89,7 +89,8 @@ TEST_F(CommonAncestorsTest, SharesAreThoseOfAllPathsAndSumToF) {
   }
 }
 
-// What a candidate lacks is what the best of all exchanges for it loses, by the definition of value.
+// What a candidate lacks is what the best of all exchanges for it loses, by the definition of
+// value.
 TEST_F(SelectionTest, NoExchangeIsBetterThanWhatIsSaidToBeLacking) {
   for (int seed = 1; seed <= 30; ++seed) {
     Stream data(static_cast<std::uint32_t>(seed));
