@@ -39,7 +39,10 @@ class GivenReader {
 };
 
 bool GivenReader::number_of(const std::string& identifier, std::int32_t& number) const {
-  if (names_.count() > 0) return names_.find(identifier, number);
+  if (names_.count() > 0) {
+    number = names_.number_of(identifier);
+    return number != 0;
+  }
   return !identifier.empty() && identifier.find_first_not_of("0123456789") == std::string::npos &&
          read_list(identifier, number) == 0;
 }
