@@ -102,7 +102,7 @@ constexpr Column<ReportedMating> kMatings[] = {
     {"dam_completeness", [](auto& s, auto& m) -> Cell { return s.animal(m.dam).completeness; }},
     {"expected_merit", [](auto&, auto& m) -> Cell { return m.merit; }},
     {"expected_inbreeding", [](auto&, auto& m) -> Cell { return m.f; }},
-    {"expected_inbreeding_variance", [](auto&, auto& m) -> Cell { return m.vf; }},
+    {"mendelian_variance", [](auto&, auto& m) -> Cell { return m.vf; }},
     {"common_ancestors",
      [](auto&, auto& m) -> Cell { return std::ssize(m.common) + std::int64_t{m.other_common}; }},
     {"main_common_ancestor",
