@@ -17,10 +17,10 @@ export type Shape = keyof typeof SIGNS;
 const SIGNS = { circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", line: "▬" } as const;
 
 /** What the shapes and colours of a picture mean. */
-export function key(...entries: readonly { name: Child; colour: string; symbol?: Shape; faint?: boolean }[]): HTMLElement {
-  const entry = ({ name, colour, symbol = "circle", faint }: (typeof entries)[number]) =>
+export function key(...entries: readonly { name: Child; colour: string; symbol?: Shape; opacity?: number }[]): HTMLElement {
+  const entry = ({ name, colour, symbol = "circle", opacity = 1 }: (typeof entries)[number]) =>
     h("span", { class: "plot-swatch" },
-      h("span", { "aria-hidden": "true", style: { color: colour, opacity: faint ? "0.35" : "1" } }, SIGNS[symbol]), name);
+      h("span", { "aria-hidden": "true", style: { color: colour, opacity: String(opacity) } }, SIGNS[symbol]), name);
   return h("div", { class: "plot-swatches" }, entries.map(entry));
 }
 

@@ -44,16 +44,23 @@ function legend(others: number): HTMLElement {
 
 const shape = ({ of }: Row): "square" | "circle" => (of.sex === 1 ? "square" : "circle");
 
+/** Radius by matings, so that one mating is seen and the area tells how many there are. */
+function size(chosen: readonly Row[], width: number): (row: Row) => number {
+  const most = chosen.reduce((most, { matings }) => Math.max(most, matings), 1);
+  const largest = width < 500 ? 9 : 13;
+  return ({ matings }) => Math.max(3.5, largest * Math.sqrt(matings / most));
+}
+
 function drawn(width: number, chosen: readonly Row[], others: readonly Row[], axis: Axis): Element {
   const all = [...others, ...chosen];
   const x = (row: Row) => row[axis] * 100;
   const y = (row: Row) => row.merit;
   const decimals = meritDecimals(all);
   return draw({
-    width, height: Math.min(560, Math.max(340, width * 0.6)), marginLeft: 52, marginRight: 20, inset: 8,
+    width, height: Math.min(560, Math.max(340, width * 0.6)), marginLeft: 56, marginRight: 20, marginBottom: 44, inset: 8,
     x: { label: words.picture[axis].axis, labelArrow: "none", labelAnchor: "right", nice: true },
     y: { label: words.picture.merit, labelArrow: "none", grid: true, nice: true },
-    r: { type: "sqrt", domain: [0, Math.max(1, ...chosen.map(({ matings }) => matings))], range: [0, width < 500 ? 9 : 12] },
+    r: { type: "identity" },
     opacity: { type: "sqrt", range: [0.15, 0.85] },
     symbol: { type: "identity" }, color: { type: "identity" },
     marks: [
@@ -61,7 +68,7 @@ function drawn(width: number, chosen: readonly Row[], others: readonly Row[], ax
         ? Plot.hexagon(others, Plot.hexbin({ fillOpacity: "count" }, { x, y, fill: COLOUR.muted, binWidth: 11, r: 6 }))
         : Plot.dot(others, { x, y, r: 3, symbol: shape, stroke: COLOUR.muted, strokeWidth: 1.2 }),
       Plot.dot(chosen, {
-        x, y, r: ({ matings }: Row) => Math.max(matings, 0.2), symbol: shape, fill: ({ of }: Row) => (of.sex === 1 ? MALE : FEMALE),
+        x, y, r: size(chosen, width), symbol: shape, fill: ({ of }: Row) => (of.sex === 1 ? MALE : FEMALE),
         stroke: "var(--card)", strokeWidth: 1, sort: { channel: "-r" }, fillOpacity: 0.9,
       }),
       Plot.dot(all, Plot.pointer({ x, y, r: 9, stroke: COLOUR.text, strokeWidth: 2 })),

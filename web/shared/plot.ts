@@ -50,8 +50,8 @@ export function draw(options: Plot.PlotOptions): HTMLElement | SVGSVGElement {
 }
 
 /** The legend of a scale, as Plot.legend() makes it. */
-export function legend(options: Plot.LegendOptions & Plot.ScaleOptions & Record<string, unknown>): Element {
-  return unstyled(Plot.legend({ className: "plot", ...options } as Plot.LegendOptions));
+export function legend(options: Parameters<typeof Plot.legend>[0]): Element {
+  return unstyled(Plot.legend({ className: "plot", ...options }));
 }
 
 function unstyled<E extends Element>(drawn: E): E {

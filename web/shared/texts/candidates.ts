@@ -29,13 +29,13 @@ export const tip = {
 
 export const lack = {
   chosen: (matings: string) => `chosen: ${matings}`,
-  merit: (merit: string) => `too little merit: would need ${merit} more`,
-  relationship: (merit: string) => `too closely related to the chosen: only with ${merit} more merit as good a choice`,
-  both: (merit: string) => `too little merit and too closely related to the chosen: would need ${merit} more merit`,
+  merit: (merit: string) => `would need ${merit} more merit`,
+  relationship: (merit: string) => `too related to the chosen: would need ${merit} more merit`,
+  both: (merit: string) => `too related and too little merit: would need ${merit} more`,
   merit_only: "too little merit",
-  relationship_only: "too closely related to the chosen",
-  both_only: "too little merit and too closely related to the chosen",
-  nothing: "as good as the chosen: the search had no place for it",
+  relationship_only: "too related to the chosen",
+  both_only: "too related to the chosen and too little merit",
+  nothing: "as good as the chosen: the search had no place",
   not_known: "cannot be said",
 };
 

@@ -78,7 +78,7 @@ export const trend = {
   },
   columns: {
     birth: "Born", animals: "Animals", males: "Males", females: "Females", sires: "Sires", dams: "Dams", inbred: "Inbred",
-    mean_f: "Mean F", max_f: "Largest F", coancestry: "Coancestry", completeness: "Completeness",
+    mean_f: "Mean F, %", max_f: "Largest F, %", coancestry: "Coancestry, %", completeness: "PCI, %",
     generations: "Generations", interval: "Age of parents",
   },
   none: "No birth times are known.",
@@ -103,8 +103,16 @@ export const ages = {
   pyramid: {
     title: "Age pyramid",
     description: (males: string, females: string) =>
-      `The living by birth time, ${males} males to the left and ${females} females to the right, the youngest on top. Light: living; darker and hatched: candidates for mating; darkest, with the number: chosen.`,
+      `The living by birth time, ${males} males to the left and ${females} females to the right, the youngest on top. From the middle outwards: chosen (darkest, their number at the end), other candidates, others that live (lightest).`,
     axis: "← males      females →",
+    chosen_here: (n: string) => `${n} chosen`,
+    says: (of: {
+      birth: string; males: number; females: number; candidate_males: number; candidate_females: number; chosen_males: number; chosen_females: number;
+    }) => [
+      `born ${of.birth}`,
+      `males: ${of.males} living, ${of.candidate_males} candidates, ${of.chosen_males} chosen`,
+      `females: ${of.females} living, ${of.candidate_females} candidates, ${of.chosen_females} chosen`,
+    ].join("\n"),
     living: "living, no candidates", candidates: "candidates, not chosen", chosen: "chosen", male: "males", female: "females",
   },
   columns: {
@@ -118,8 +126,11 @@ export const kinship = {
   title: "Mean kinship: whose genes are rare",
   intro: (mean: string, diversity: string) =>
     `The living have a mean kinship of ${mean}, so gene diversity is ${diversity}. An animal of lower mean kinship carries genes of which few others have copies: bred from, it keeps variation; one of higher mean kinship repeats what is common. Ranked: the candidates.`,
-  low: { title: "Candidates of lowest mean kinship", males: "Males", females: "Females" },
-  columns: { place: "Place", animal: "Animal", mean_kinship: "Mean kinship", offspring: "Offspring", matings: "Matings", completeness: "Completeness" },
+  caption: "Candidates by mean kinship",
+  columns: {
+    place: "Place", animal: "Animal", sex: "Sex", birth: "Born", mean_kinship: "Mean kinship, %", completeness: "PCI, %",
+    offspring: "Offspring", matings: "Matings planned",
+  },
   incomplete: "Beware of candidates of incomplete pedigree (low completeness): they seem rare because their ancestors are not recorded.",
 };
 
@@ -133,7 +144,7 @@ export const intervals = {
     axis: "time steps", all: "all times", recent: (since: string) => `since ${since}`,
   },
   paths: {
-    "sire-son": "sire to son", "sire-daughter": "sire to daughter", "dam-son": "dam to son", "dam-daughter": "dam to daughter", all: "all four",
+    "sire-son": "sire – son", "sire-daughter": "sire – daughter", "dam-son": "dam – son", "dam-daughter": "dam – daughter", all: "all four",
   } as Record<string, string>,
   columns: { path: "Path", n: "Offspring", mean: "Mean", se: "Standard error", recent_n: "Offspring, recent", recent_mean: "Mean, recent", recent_se: "Standard error, recent" },
   none: "There are no parents of parents with known birth times.",
@@ -156,7 +167,8 @@ export const effective_size = {
   range: (low: string, high: string) => `${low} to ${high} at one standard error`,
   rate: (rate: string, se: string) => `rate ${rate} a generation, standard error ${se}`,
   span: (n: string, first: string, last: string) => `from ${n} values, born ${first} to ${last}`,
-  none: "There is none",
+  none: "None",
+  no_upper: "no upper limit",
   figure: {
     title: "Effective size with one standard error, and the limit of 50",
     description: "A bar to the left of the dashed line: the population loses variation faster than is usually thought safe.",
@@ -166,13 +178,21 @@ export const effective_size = {
 
 export const founders = {
   title: "Founders",
-  intro: (n: string, half: string) => `${n} founders have genes in the living; the first ${half} of them make half of these genes.`,
+  intro: (n: string, half: string) =>
+    `${n} founders have genes in the living${half && `; ${half} of them make half of all genes`}.`,
+  told: (place: string, name: string, share: string, added: string) => `${place}. ${name}\nshare ${share}\nadded up ${added}`,
+  told_added: (n: string, share: string) => `the first ${n} founders\n${share}`,
   figure: {
     title: "What the founders gave, ranked",
-    description: (name: string, share: string, n: string) => `Each founder's share of the genes of the living, the largest first (${name}: ${share}), and the shares added up. Shown: the first ${n}.`,
-    place: "founder, by rank", share: "percent of the genes", cumulative: "added up, percent",
+    description: (name: string, share: string, n: string) =>
+      `Each founder's share of the genes of the living, the largest first: ${name} with ${share}. Shown: the first ${n}; the table holds all that are told.`,
+    place: "founder, by rank", share: "percent of the genes",
+    added: "The shares added up",
+    added_description: (half: string, all: string) =>
+      `${half && `The first ${half} founders make half of the genes. `}All known founders together make ${all}; the rest comes from unknown parents.`,
+    cumulative: "percent of the genes",
   },
-  columns: { place: "Place", animal: "Founder", birth: "Born", contribution: "Share of the genes", cumulative: "Added up" },
+  columns: { place: "Place", animal: "Founder", birth: "Born", contribution: "Share of the genes, %", cumulative: "Added up, %" },
   none: "No founder has genes in the living.",
 };
 
