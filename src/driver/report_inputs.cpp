@@ -68,16 +68,39 @@ std::string title_of(std::string_view kind) {
   return std::string(kind);
 }
 
-// row,column,value,severity,kind,words,done
+// Columns of a faults file.
+enum : std::int64_t { kRow = 1, kColumn, kValue, kSeverity, kKind, kWords, kDone };
+
 std::string finding_text(const Sheet& sheet, std::int64_t row) {
-  std::string text = sheet.cell(row, 1).empty() ? "" : "row " + std::string(sheet.cell(row, 1));
-  for (const std::int64_t k : {2, 3}) {
+  const std::string_view at = sheet.cell(row, kRow), done = sheet.cell(row, kDone);
+  std::string text = at.empty() ? "" : "row " + std::string(at);
+  for (const std::int64_t k : {kColumn, kValue}) {
     const std::string_view cell = sheet.cell(row, k);
     if (!cell.empty()) text += (text.empty() ? "" : ", ") + std::string(cell);
   }
-  text += (text.empty() ? "" : ": ") + std::string(sheet.cell(row, 6));
-  const std::string_view done = sheet.cell(row, 7);
+  text += (text.empty() ? "" : ": ") + std::string(sheet.cell(row, kWords));
   return done.empty() ? text : text + " : " + std::string(done);
+}
+
+// Findings of one kind: the row of the first, and how many there are.
+struct OneKind {
+  std::int64_t first, count;
+};
+
+// In the order of their first rows.
+std::vector<OneKind> by_kind(const Sheet& sheet) {
+  std::vector<OneKind> kinds;
+  for (std::int64_t row = 2; row <= sheet.rows(); ++row) {
+    const auto known = std::find_if(kinds.begin(), kinds.end(), [&](const OneKind& one) {
+      return sheet.cell(one.first, kKind) == sheet.cell(row, kKind);
+    });
+    if (known != kinds.end()) {
+      ++known->count;
+    } else {
+      kinds.push_back({row, 1});
+    }
+  }
+  return kinds;
 }
 
 void add_checksum(MadeFile& file) {
@@ -132,27 +155,13 @@ GivenList given_list(const std::string& file) {
 
 std::vector<Warning> prepared_findings(const std::string& faults_file) {
   const Sheet sheet = sheet_of(faults_file);
-  struct Group {
-    std::int64_t first, count;
-  };
-  std::vector<std::pair<std::string, Group>> groups;  // by kind, in the order of rows
-  for (std::int64_t row = 2; row <= sheet.rows(); ++row) {
-    const std::string_view kind = sheet.cell(row, 5);
-    const auto group = std::find_if(groups.begin(), groups.end(),
-                                    [&](const auto& one) { return one.first == kind; });
-    if (group != groups.end()) {
-      ++group->second.count;
-    } else {
-      groups.emplace_back(kind, Group{row, 1});
-    }
-  }
   std::vector<Warning> warnings;
-  for (const auto& [kind, group] : groups) {
+  for (const OneKind& found : by_kind(sheet)) {
     Warning warning;
     warning.kind = "prepared";
-    warning.serious = sheet.cell(group.first, 4) == "fault";
-    warning.text = title_of(kind) + ": " + std::to_string(group.count) + " (" +
-                   finding_text(sheet, group.first) + and_more(group.count) + ")";
+    warning.serious = sheet.cell(found.first, kSeverity) == "fault";
+    warning.text = title_of(sheet.cell(found.first, kKind)) + ": " + std::to_string(found.count) +
+                   " (" + finding_text(sheet, found.first) + and_more(found.count) + ")";
     warnings.push_back(std::move(warning));
   }
   return warnings;
