@@ -14,7 +14,7 @@ class Sources {
       : report_(report),
         of_(animals),
         offspring_(animals.pedigree.maxid, 0),
-        merit_(report.animals.size(), kNone) {
+        merit_(report.animals.size(), kNaN) {
     for (std::int32_t i = 1; i <= pedigree().maxid; ++i) {
       for (const std::int32_t parent : {pedigree().sire(i), pedigree().dam(i)})
         ++offspring_(parent);

@@ -30,16 +30,16 @@ inline Report small_report() {
   plan.dams = {2, 1};
   plan.matrix = {25000, 0};
   report.candidates = {
-      {0, 1, 2.0, 4, 1, 1, 0.5, 0.5, 0.25, 0.5, 0.5, true, Lack::kChosen, kNone, kNone},
+      {0, 1, 2.0, 4, 1, 1, 0.5, 0.5, 0.25, 0.5, 0.5, true, Lack::kChosen, kNaN, kNaN},
       {1, 2, -1e22, 4, 0, 1, 0.5, 0.5, 0.25, 0.5, 0.0, true, Lack::kNotKnown, 0.1, 7.0}};
-  report.population.trend = {{1, "2001", 2, 1, 1, 0, 0, 0, 0.0, 0.0, kNone, 0.5, 0.0, kNone}};
+  report.population.trend = {{1, "2001", 2, 1, 1, 0, 0, 0, 0.0, 0.0, kNaN, 0.5, 0.0, kNaN}};
   report.population.by_coancestry.why_not = "one birth time";
-  report.population.intervals = {{"sire-son", 1, 2.0, kNone}};
+  report.population.intervals = {{"sire-son", 1, 2.0, kNaN}};
   report.population.founders_ranked = {{0, 0.5}, {1, 0.5}};
   report.population.founders_cumulative = {0.5, 1.0};
   report.population.families = {{1, 1, 1}};
   report.population.ages = {{3, "3", 0, 1, 0, 1, 0, 1}};
-  report.search.rows = {{0, 1.0, 0.5, -1.0, 0.1, kNone, 2.0, 0.2, 0.01}};
+  report.search.rows = {{0, 1.0, 0.5, -1.0, 0.1, kNaN, 2.0, 0.2, 0.01}};
   report.search.restarts = {20};
   report.warnings = {{"ne", true, "", {{"ne", 12.5}, {"limit", 50.0}}, {0}}};
   report.making.parameters = {{"OCS", "seed", "1"}};
@@ -75,7 +75,7 @@ struct SmallHerd {
     pedigree.txt.assign(3, Text<15>(",a"));
     pedigree.f = of<Table<double, 0>>({-1, 0, 0.1, 1.0 / 3.0});
     statistics.gen = of<Table<double, 0>>({0, 1, 1, 2});
-    statistics.pcin = kinship = generations = contribution = of<Table<double>>({0, 0.25, kNone});
+    statistics.pcin = kinship = generations = contribution = of<Table<double>>({0, 0.25, kNaN});
   }
   AnimalFigures figures() const {
     return {pedigree, names, statistics, kinship, generations, contribution, founders};
