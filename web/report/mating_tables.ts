@@ -2,7 +2,7 @@
 
 import { h, type Child } from "../shared/dom.js";
 import { digits, fixed } from "../shared/format.js";
-import { table, type Column } from "../shared/table.js";
+import { holds, searchBox, table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
 import { openMating } from "./mating.js";
 import { animal, called, type Mating, type Plan, type Result } from "./model.js";
@@ -46,10 +46,10 @@ function offspringColumns(result: Result): Column<Mating>[] {
 }
 
 /** For each chosen female the other males, in words. */
-function othersColumn(result: Result, plan: Plan): Column<Mating> {
+function othersColumn(result: Result, plan: Plan, wrap: boolean): Column<Mating> {
   const others = new Map(plan.alternatives.map(({ dam, sires, f }) =>
     [dam, sires.map((sire, i) => words.other(called(animal(result, sire)), f[i] ?? NaN)).join(", ")]));
-  return column("other_males", words.OTHERS, { value: (row) => others.get(row.dam) ?? words.NO_OTHER });
+  return column("other_males", words.OTHERS, { value: (row) => others.get(row.dam) ?? words.NO_OTHER, wrap });
 }
 
 /** All matings, sortable and searchable. */
@@ -57,7 +57,7 @@ export function matingsTable(result: Result, matings: readonly Mating[], file: s
   const merits = meritsOf(result);
   const columns = [
     ...parentColumns(result, "sire", merits), ...parentColumns(result, "dam", merits),
-    ...offspringColumns(result), ...(plan ? [othersColumn(result, plan)] : []),
+    ...offspringColumns(result), ...(plan ? [othersColumn(result, plan, false)] : []),
   ];
   return table(columns, matings, { caption: words.ALL_CAPTION, file });
 }
@@ -69,13 +69,22 @@ export function sheets(result: Result, plan: Plan): HTMLElement {
   const merits = meritsOf(result);
   const bySire = new Map<number, Mating[]>();
   for (const mating of plan.matings) bySire.set(mating.sire, [...(bySire.get(mating.sire) ?? []), mating]);
-  const columns = [...offspringFirst(result, merits), othersColumn(result, plan)];
+  const columns = [...offspringFirst(result, merits), othersColumn(result, plan, true)];
   const all = [...bySire].map(([sire, matings]) => sheet(result, sire, matings, columns, merits));
   const open = (now: boolean) => () => all.forEach((each) => (each.open = now));
   open(all.length <= FEW_SIRES)();
   printedOpen(all);
   const button = (text: string, now: boolean): Child => h("button", { type: "button", class: "plainbutton", onclick: open(now) }, text);
-  return h("div", {}, h("div", { class: "tools" }, button(words.OPEN_ALL, true), button(words.CLOSE_ALL, false)), all);
+  const search = searchBox(words.BY_SIRE, (wanted) => sought(all, wanted));
+  return h("div", {}, h("div", { class: "tools" }, search, button(words.OPEN_ALL, true), button(words.CLOSE_ALL, false)), all);
+}
+
+/** Shows the sheets in which the wanted words stand, opened. */
+function sought(sheets: readonly HTMLDetailsElement[], wanted: string): void {
+  for (const each of sheets) {
+    each.hidden = !holds(each.textContent ?? "", wanted);
+    if (wanted && !each.hidden) each.open = true;
+  }
 }
 
 function offspringFirst(result: Result, merits: Merits): Column<Mating>[] {

@@ -1,9 +1,10 @@
 // The matrix of chosen males by chosen females, coloured by the F of their offspring. One picture of
 // pixels, however large, over which a frame follows the pointer or the arrow keys.
 
+import * as Plot from "@observablehq/plot";
 import { fill, h, note } from "../shared/dom.js";
 import { csv, download } from "../shared/download.js";
-import { draw, legend, Plot } from "../shared/plot.js";
+import { draw, legend } from "../shared/plot.js";
 import { table } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
 import { openMating } from "./mating.js";
@@ -31,7 +32,7 @@ export function matrix(result: Result, plan: Plan): HTMLElement {
   return h("div", {},
     h("p", {}, words.matrixLead(grid.sires.length, grid.dams.length)),
     h("div", { class: "legend" }, scale),
-    field(result, grid, told), told, note(words.MATRIX_HELP),
+    note(words.MATRIX_HELP), told, field(result, grid, told),
     h("div", { class: "tools" }, download(words.SAVE_MATRIX, "matrix.csv", "text/csv", () => asCsv(grid))),
     grid.f.length <= LISTED ? pairs(grid) : note(words.MATRIX_BIG(grid.f.length)));
 }
@@ -42,7 +43,7 @@ function makeGrid(result: Result, { matrix: { sires, dams, f }, matings }: Plan)
   const name = (place: number) => called(animal(result, place));
   const shares = f.map((each) => each / HUNDRED_THOUSAND);
   const names = { sires: sires.map(name), dams: dams.map(name) };
-  const room = (texts: string[]) => Math.min(150, 14 + 6.4 * texts.reduce((most, { length }) => Math.max(most, length), 0));
+  const room = (texts: string[]) => Math.min(176, 14 + 7.6 * texts.reduce((most, { length }) => Math.max(most, length), 0));
   const cell = dams.length <= 16 ? 44 : dams.length <= 60 ? 20 : 13;
   return {
     ...names, f: shares, cell, left: room(names.sires), top: room(names.dams),

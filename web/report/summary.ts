@@ -13,6 +13,7 @@ export function section(result: Result): HTMLElement {
     h("p", { class: "lead" }, plan ? planned(result, plan) : populated(result)),
     h("p", { class: "lead" }, beware(result)),
     plan ? figures(plan) : populationFigures(result),
+    plan && h("details", {}, h("summary", {}, words.HOW), h("ul", {}, words.FORMULAS.map((each) => h("li", {}, each)))),
     plan && given.map((each) => beside(result, plan, each)));
 }
 

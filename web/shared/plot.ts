@@ -87,4 +87,6 @@ function asTable<T>(title: string, { columns, rows, file }: NonNullable<Picture<
   return details;
 }
 
+/** For types and marks import * as Plot from "@observablehq/plot" itself: of that import the bundle holds
+ * only what is used, of this one everything. */
 export { Plot };

@@ -6,7 +6,7 @@ import {
   type ColumnDef, type Row, type SortingState, type Table, type TableState,
 } from "@tanstack/table-core";
 import { elementScroll, observeElementOffset, observeElementRect, Virtualizer } from "@tanstack/virtual-core";
-import { add, fill, h, type Child } from "./dom.js";
+import { fill, h, type Child } from "./dom.js";
 import { csv, download } from "./download.js";
 import { count, fixed } from "./format.js";
 import * as words from "./texts/shared.js";
@@ -24,6 +24,8 @@ export interface Column<T> {
   /** Numbers: decimals shown (0), and whether as percent without the sign (say so in the title). */
   decimals?: number;
   percent?: boolean;
+  /** Long texts: may take several lines, where all rows are drawn. */
+  wrap?: boolean;
 }
 
 export interface TableOptions<T> {
@@ -50,13 +52,14 @@ export function table<T>(columns: readonly Column<T>[], rows: readonly T[], opti
   const grid = h("table", {}, h("caption", { class: "unseen" }, options.caption), head, body);
   const box = h("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": options.caption }, grid);
   const model = makeModel(columns, rows, options, () => redraw());
-  const draw = rows.length > LONG ? drawInSight(box, body) : drawAll(body);
+  const long = rows.length > LONG;
+  const draw = long ? drawInSight(box, body) : drawAll(body);
 
   function redraw(): void {
     fill(head, headings(columns, model));
     const shown = model.getRowModel().rows;
     fill(found, shown.length < rows.length && words.found(count(shown.length), count(rows.length)));
-    draw(shown.length, (i) => line(columns, shown[i]!, options.mark), columns.length);
+    draw(shown.length, (i) => line(columns, shown[i]!, long, options.mark), columns.length);
   }
 
   redraw();
@@ -110,14 +113,16 @@ function compare(a: string | number, b: string | number): number {
 function searchable<T>(columns: readonly Column<T>[], row: T, known: Map<T, string>): string {
   let text = known.get(row);
   if (text === undefined) {
-    text = columns.map(({ value }) => value(row)).join(" ").toLowerCase();
+    text = columns.map(({ value }) => value(row)).join(" ");
     known.set(row, text);
   }
   return text;
 }
 
-function holds(text: string, wanted: string): boolean {
-  return wanted.toLowerCase().split(/\s+/).every((word) => text.includes(word));
+/** Whether all wanted words stand in a text. */
+export function holds(text: string, wanted: string): boolean {
+  const lower = text.toLowerCase();
+  return wanted.toLowerCase().split(/\s+/).every((word) => lower.includes(word));
 }
 
 function headings<T>(columns: readonly Column<T>[], model: Table<T>): HTMLElement {
@@ -144,10 +149,10 @@ function pressed(model: object, i: number): void {
   heads.get(model)?.querySelectorAll("button")[i]?.focus();
 }
 
-function line<T>(columns: readonly Column<T>[], { original }: Row<T>, mark: TableOptions<T>["mark"]): HTMLElement {
+function line<T>(columns: readonly Column<T>[], { original }: Row<T>, long: boolean, mark: TableOptions<T>["mark"]): HTMLElement {
   const cell = (column: Column<T>, i: number) => {
     const value = column.value(original);
-    const kind = typeof value === "number" ? "number" : undefined;
+    const kind = typeof value === "number" ? "number" : column.wrap && !long ? "wrap" : undefined;
     const shown = column.show ? column.show(original) : shownValue(column, value);
     return i === 0 ? h("th", { scope: "row", class: kind }, shown) : h("td", { class: kind }, shown);
   };
@@ -208,7 +213,8 @@ function drawInSight(box: HTMLElement, body: HTMLElement): Draw {
   };
 }
 
-function searchBox(caption: string, wanted: (text: string) => void): HTMLElement {
+/** A field that says what it is to be searched for, shortly after the last key. */
+export function searchBox(caption: string, wanted: (text: string) => void): HTMLElement {
   const field = h("input", { type: "search", placeholder: words.SEARCH, "aria-label": `${words.SEARCH}: ${caption}` });
   let waiting = 0;
   field.addEventListener("input", () => {
@@ -227,11 +233,15 @@ function saving<T>(file: string, columns: readonly Column<T>[], model: Table<T>)
   );
 }
 
-/** A short table without tools: for a few rows of figures. */
-export function plain(caption: string, header: readonly Child[], rows: readonly (readonly Child[])[]): HTMLElement {
-  const cells = (row: readonly Child[]) =>
-    row.map((cell, i) => (i === 0 ? h("th", { scope: "row" }, cell) : h("td", { class: "number" }, cell)));
-  const grid = h("table", {}, h("caption", { class: "unseen" }, caption));
-  add(grid, [h("thead", {}, h("tr", {}, header.map((cell) => h("th", { scope: "col" }, cell)))), h("tbody", {}, rows.map((row) => h("tr", {}, cells(row))))]);
+/** A short table without tools, for a few rows of figures. Columns of text, by their place, stand at
+ * the left; the others are numbers. */
+export function plain(caption: string, header: readonly Child[], rows: readonly (readonly Child[])[], texts: readonly number[] = [0]): HTMLElement {
+  const kind = (i: number) => (texts.includes(i) ? undefined : "number");
+  const cell = (value: Child, i: number) => (i === 0 ? h("th", { scope: "row", class: kind(i) }, value) : h("td", { class: kind(i) }, value));
+  const heading = (value: Child, i: number) => h("th", { scope: "col", class: kind(i) }, value);
+  const grid = h("table", {},
+    h("caption", { class: "unseen" }, caption),
+    h("thead", {}, h("tr", {}, header.map(heading))),
+    h("tbody", {}, rows.map((row) => h("tr", {}, row.map(cell)))));
   return h("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": caption }, grid);
 }

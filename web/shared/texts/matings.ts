@@ -26,13 +26,13 @@ export const SIRE = ["Sire", "Identifier of the male"] as const;
 export const SIRE_NAME = ["Its name", "Name of the male"] as const;
 export const DAM = ["Dam", "Identifier of the female"] as const;
 export const DAM_NAME = ["Its name", "Name of the female"] as const;
-export const OFFSPRING_MERIT = ["Offspring: merit", "Expected merit of the offspring: the mean of its parents' merits"] as const;
-export const OFFSPRING_F = ["F %", "Expected inbreeding of the offspring: half of its parents' additive relationship (Wright 1922)"] as const;
+export const OFFSPRING_MERIT = ["Offspring merit", "Expected merit of the offspring: the mean of its parents' merits"] as const;
+export const OFFSPRING_F = ["Offspring F %", "Expected inbreeding of the offspring: half of its parents' additive relationship (Wright 1922)"] as const;
 export const OFFSPRING_VF = ["vF", "Mendelian sampling variance of the offspring, as a share of the additive genetic variance: ½ (1 − mean F of the parents). The more inbred the parents, the less their offspring differ."] as const;
 export const parentColumn = (of: "sire" | "dam") => ({
-  merit: [`${of === "sire" ? "Sire" : "Dam"}: merit`, `Merit (breeding value) of the ${of}`] as const,
-  f: ["F %", `Inbreeding of the ${of}`] as const,
-  completeness: ["compl. %", `Completeness of the pedigree of the ${of}: how much of its ancestry is known`] as const,
+  merit: [`${of === "sire" ? "Sire" : "Dam"} merit`, `Merit (breeding value) of the ${of}`] as const,
+  f: [`${of === "sire" ? "Sire" : "Dam"} F %`, `Inbreeding of the ${of}`] as const,
+  completeness: ["Completeness %", `Completeness of the pedigree of the ${of}: how much of its ancestry is known`] as const,
 });
 export const OTHERS = ["Other chosen males (F %)", "Chosen males with which the offspring of this female would be least inbred"] as const;
 export const other = (called: string, f: number) => `${called} (${fixed(f * 100, 2)})`;
@@ -53,7 +53,7 @@ export const ALTERNATIVE_COLUMNS = ["Male", "F of the offspring"];
 
 // The pedigree.
 export const PEDIGREE = "Pedigree of the offspring";
-export const PEDIGREE_LEAD = "Five generations of ancestors; common ancestors carry their mark (a letter) and a thick frame.";
+export const PEDIGREE_LEAD = "Five generations of ancestors, in each pair the sire above the dam. The common ancestors listed above carry their letter and a thick frame.";
 export const SIRE_SIDE = "Sire's side";
 export const DAM_SIDE = "Dam's side";
 export const UNKNOWN = "unknown";

@@ -84,17 +84,26 @@ export const MERIT_NOTE = (gain: number) => `${gain >= 0 ? "+" : ""}${digits(gai
 export const INBREEDING = "Inbreeding of the offspring";
 export const INBREEDING_NOTE = (last: number) => `mean F; the last birth time has ${percent(last)}`;
 export const RELATIONSHIP = "Relationship";
-export const RELATIONSHIP_NOTE = (last: number) => `mean additive relationship of the next generation (twice its coancestry); the last birth time has ${percent(last)}`;
+export const RELATIONSHIP_NOTE = (last: number) => `mean of the next generation; the last birth time has ${percent(last)}`;
 export const RATE = "Rate of inbreeding";
-export const RATE_NOTE = "a generation: (r − r₀) × L / (2 − r₀), where r and r₀ are the mean relationships of the next generation and of the last birth time and L is the generation interval";
+export const RATE_NOTE = "a generation";
 export const NE = "Effective size";
-export const NE_NOTE = "animals, 1/(2 × rate) (Falconer & Mackay 1996); FAO (1998) advises 50 or more";
+export const NE_NOTE = "animals; FAO (1998) advises 50 or more";
 export const FOUNDERS = "Founder equivalents";
 export const FOUNDERS_NOTE = "equally used founders that would give the same diversity (Lacy 1989)";
 export const KINSHIP = "Mean kinship";
 export const KINSHIP_NOTE = "of the living";
 export const DIVERSITY = "Gene diversity";
 export const DIVERSITY_NOTE = "kept by the living";
+
+export const HOW = "How these figures are computed";
+export const FORMULAS = [
+  "Merit of the offspring: the mean of their parents' merits, in the units of the breeding values of the data.",
+  "F, inbreeding: the probability that the two genes of an animal at one place come from the same gene of an ancestor (Wright 1922).",
+  "Relationship: the additive relationship, twice the coancestry, as the mean of all pairs of the next generation, each with itself included.",
+  "Rate of inbreeding a generation: (r − r₀) × L / (2 − r₀), where r is the mean relationship of the next generation, r₀ that of the last birth time and L the generation interval, the mean age of the parents.",
+  "Effective size: 1 / (2 × rate), the number of animals of an ideal population whose inbreeding rises as fast (Falconer & Mackay 1996).",
+];
 
 // A given plan beside the best one.
 export const GIVEN_TITLE = "The given plan beside the best one found";
