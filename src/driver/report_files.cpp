@@ -25,16 +25,18 @@ std::string prefixes_in(const std::string& folder, std::string_view name) {
   return told + (files.size() > kMostTold ? ", ..." : "");
 }
 
-// Whether one of the lines of a file that can be read holds what `is_mark` says.
+// Whether one of the lines of a file that can be read holds what `is_mark` says, or it has none: an
+// interrupted report leaves an empty file.
 template <class IsMark>
-bool any_line(const std::string& path, IsMark is_mark) {
+bool is_empty_or_has(const std::string& path, IsMark is_mark) {
   InputFile file;
   std::string_view line;
   if (file.open(path) != 0) return false;
-  while (file.next_line(line) == 0) {
+  bool is_empty = true;
+  for (; file.next_line(line) == 0; is_empty = false) {
     if (is_mark(line)) return true;
   }
-  return false;
+  return is_empty;
 }
 
 // The page holds the JSON, and that begins with its format.
@@ -71,14 +73,14 @@ void expect_results(const std::string& prefix) {
 
 void Outputs::expect_report(const std::string& path) const {
   refuse_input(inputs, path);
-  if (!force && path_exists(path) && !any_line(path, is_report)) refuse_foreign(path);
+  if (!force && path_exists(path) && !is_empty_or_has(path, is_report)) refuse_foreign(path);
 }
 
 void Outputs::expect_table(const std::string& path, std::string_view headings) const {
   refuse_input(inputs, path);
   if (force || !path_exists(path)) return;
   bool first = true;
-  const bool own = any_line(
+  const bool own = is_empty_or_has(
       path, [&](std::string_view line) { return std::exchange(first, false) && line == headings; });
   if (!own) refuse_foreign(path);
 }
