@@ -35,7 +35,7 @@ function ranked(rows: readonly Founder[], first: Founder): HTMLElement {
   return figure({
     title, description: description(first.name, percent(first.contribution), count(shown.length)),
     plot: (width) => draw({
-      width, height: 260, marginLeft: 48, marginBottom: 40,
+      width, height: 260, marginLeft: 48, marginTop: 30, marginBottom: 42,
       x: { label: place, ticks: whole(1, shown.length, 8), labelArrow: "right", tickFormat: count },
       y: { label: share, grid: true },
       marks: [
@@ -57,7 +57,7 @@ function added(cumulative: readonly number[], half: number): HTMLElement {
   return figure({
     title, description: added_description(half > 0 ? count(half) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
     plot: (width) => draw({
-      width, height: 260, marginLeft: 48, marginBottom: 40,
+      width, height: 260, marginLeft: 48, marginTop: 30, marginBottom: 42,
       x: { label: place, labelArrow: "right", ticks: whole(0, cumulative.length, 8), tickFormat: count },
       y: { label, grid: true, domain: [0, 100] },
       marks: [

@@ -10,7 +10,7 @@ export const living_by = {
 
 export const figures = {
   title: "Figures that a geneticist asks for",
-  source: (formula: string, source: string) => `${formula} (${source})`,
+  source: (formula: string, source: string) => `Formula: ${formula} (${source}).`,
   between: (low: string, high: string) => `${low} to ${high}`,
   mean_f: {
     name: "Mean inbreeding of the living",
@@ -56,18 +56,18 @@ export const trend = {
   f: {
     title: "Inbreeding and coancestry by birth time",
     description: (first: string, last: string, from: string, to: string) =>
-      `Mean inbreeding of those born goes from ${from} in ${first} to ${to} in ${last}. Coancestry above inbreeding: relatives are kept from mating for now, and inbreeding follows later.`,
+      `Mean inbreeding of those born goes from ${from} in ${first} to ${to} in ${last}. Where coancestry lies higher, relatives are kept from mating for now, and inbreeding follows later.`,
     mean: "mean inbreeding", coancestry: "mean coancestry", axis: "percent",
   },
   max: {
     title: "Largest inbreeding by birth time",
-    description: (max: string, when: string) => `The most inbred animal of each birth time; the largest of all is ${max}, in ${when}. A child of full sibs or of parent and offspring has 25 %.`,
-    max: "largest inbreeding", axis: "percent", full_sibs: "full sibs: 25 %",
+    description: (max: string, when: string) => `The most inbred animal of each birth time; the largest of all is ${max}, in ${when}. A child of full sibs or of parent and offspring has 25 %.`,
+    max: "largest inbreeding", axis: "percent", full_sibs: "full sibs: 25 %",
   },
   completeness: {
     title: "How complete the pedigrees are",
     description: (last: string, when: string) =>
-      `Completeness of five generations (MacCluer and others 1983): 100 % if all ancestors are known, 0 if a parent is unknown. In ${when} it is ${last}. Below about 60 %, inbreeding is seen too small.`,
+      `Completeness of five generations (MacCluer and others 1983): 100 % if all ancestors are known, 0 if a parent is unknown. In ${when} it is ${last}. Below about 60 %, inbreeding is seen too small.`,
     line: "completeness", axis: "percent",
   },
   generations: {
