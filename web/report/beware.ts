@@ -47,14 +47,17 @@ const NOTHING_TOLD: words.Told = { percent: String, count: String, number: Strin
 function told({ values, text }: Warning, result: Result): words.Told {
   const value = (name: string) => values[name] ?? NaN;
   return {
-    percent: (name) => percent(value(name)),
+    percent: (name) => percent(value(name), isWhole(value(name) * 100) ? 0 : 2),
     count: (name) => count(value(name)),
-    number: (name) => digits(value(name)),
+    number: (name) => (isWhole(value(name)) ? count(value(name)) : digits(value(name))),
     birth: (name) => birthOf(result)(value(name)),
     has: (name) => Number.isFinite(value(name)),
     text,
   };
 }
+
+/** Limits such as 1 % and 50 are told without digits that nobody set. */
+const isWhole = (value: number) => Math.abs(value - Math.round(value)) < 1e-9;
 
 /** More than so many are folded away. */
 const OPEN = 6;

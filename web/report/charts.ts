@@ -14,7 +14,7 @@ export interface Series<T> {
 
 export type Shape = keyof typeof SIGNS;
 
-const SIGNS = { circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", line: "━━", dashes: "╍╍", dots: "┅┅" } as const;
+const SIGNS = { circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", line: "━━", cross: "✕", dashes: "╍╍", dots: "┅┅" } as const;
 
 /** What the shapes and colours of a picture mean. */
 export function key(...entries: readonly { name: Child; colour: string; symbol?: Shape; opacity?: number }[]): HTMLElement {

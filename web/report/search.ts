@@ -74,7 +74,7 @@ function drawn(width: number, search: Search): Element {
     Plot.lineY(rows, { x: "generation", y, stroke, strokeWidth, strokeDasharray, clip: true });
   const at = rows.filter(({ generation }) => generation <= found).pop();
   return draw({
-    width, height: 320, marginLeft: 64, marginRight: 16, marginTop: 34, marginBottom: 42,
+    width, height: 320, marginLeft: 64, marginRight: 24, marginTop: 34, marginBottom: 42,
     x: { label: words.picture.generation, labelArrow: "right", tickFormat: count, ticks: width / 90 },
     y: { label: words.picture.axis, domain, grid: true },
     marks: [

@@ -55,7 +55,7 @@ export const warnings: Record<string, (told: Told) => Words> = {
   }),
   brothers: (told) => ({
     title: "Two brothers have most of the matings",
-    text: `They have ${told.count("matings")} matings, ${told.percent("share")} of all. Half of the next generation will be near relatives: the generation after finds few unrelated mates.`,
+    text: `They have ${told.count("matings")} matings, ${told.percent("share")} of all. So much of the next generation will be close relatives, which then find few unrelated mates.`,
   }),
   rate: (told) => ({
     title: "Inbreeding would rise fast",
