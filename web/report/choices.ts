@@ -5,12 +5,12 @@ import { candidates, type Row } from "./candidates.js";
 import * as words from "../shared/texts/compare.js";
 
 /** A result that holds a plan, with the letter that it is called by. */
-export interface Planned { letter: string; name: string; result: Result; plan: Plan; rows: readonly Row[] }
+export interface Planned { letter: string; result: Result; plan: Plan; rows: readonly Row[] }
 
 export function planned({ plans }: Comparison): Planned[] {
   return plans.flatMap((result, i) => {
     const letter = words.letters[i] ?? String(i + 1);
-    return result.plan ? [{ letter, name: words.plan(letter, result.title), result, plan: result.plan, rows: candidates(result) }] : [];
+    return result.plan ? [{ letter, result, plan: result.plan, rows: candidates(result) }] : [];
   });
 }
 

@@ -1,7 +1,7 @@
 // Two or three plans side by side: their figures, a picture of each on the same scales, who is in which.
 
 import { group, h, note, part, type Child } from "../shared/dom.js";
-import { count, digits, fixed, NONE, percent } from "../shared/format.js";
+import { count, fixed, NONE, percent } from "../shared/format.js";
 import { plain, table, type Column } from "../shared/table.js";
 import * as candidate_words from "../shared/texts/candidates.js";
 import * as words from "../shared/texts/compare.js";
@@ -16,7 +16,7 @@ export function section(comparison: Comparison): HTMLElement {
   const chosen = choices(plans);
   const without = comparison.plans.filter(({ plan }) => plan === null).map(({ title }) => h("p", {}, `${title}: ${words.no_plan}`));
   return part("compare", words.title,
-    h("ul", {}, plans.map(({ name }) => h("li", {}, name))), without,
+    h("ul", {}, plans.map((each) => h("li", {}, h("strong", {}, words.plan(each.letter)), ": ", about(each)))), without,
     plans.length > 0 && [figures(plans), merits(plans), males(plans, chosen.filter(({ of }) => of.sex === 1)), who(plans, chosen)]);
 }
 
@@ -27,9 +27,6 @@ function figures(plans: readonly Planned[]): HTMLElement {
   const most = (values: readonly number[]) => values.reduce((a, b) => Math.max(a, b), -Infinity);
   return group(names.title,
     plain(names.caption, [names.figure, ...plans.map(({ letter }) => letter)], [
-      row(names.goal, goal),
-      row(names.pairing, ({ pairing }) => names.pairings[pairing] ?? pairing),
-      row(names.made, (_, { result }) => result.making.run_started || NONE),
       row(names.matings, ({ matings }) => count(matings.length)),
       row(names.males, ({ males }) => names.of(count(males.chosen), count(males.candidates))),
       row(names.females, ({ females }) => names.of(count(females.chosen), count(females.candidates))),
@@ -47,9 +44,14 @@ function figures(plans: readonly Planned[]): HTMLElement {
     note(names.note));
 }
 
+function about({ plan, result }: Planned): string {
+  return words.about(result.title, goal(plan), words.figures.pairings[plan.pairing] ?? plan.pairing, result.making.run_started);
+}
+
 function goal({ criterion, w_merit, w_relationship, constraint }: Plan): string {
   const { goals } = words.figures;
-  if (criterion === "penalty") return goals.penalty(digits(w_merit), digits(w_relationship));
+  const said = (value: number) => String(Number(value.toPrecision(6))).replace("-", "−");
+  if (criterion === "penalty") return goals.penalty(said(w_merit), said(w_relationship));
   return criterion === "constraint" ? goals.constraint(percent(constraint)) : goals.merit;
 }
 

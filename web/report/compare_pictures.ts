@@ -38,7 +38,7 @@ function drawn(width: number, points: readonly Point[], means: readonly Mean[]):
   const decimals = meritDecimals(points.map(({ row }) => row));
   return draw({
     width, height: side ? 380 : 90 + 260 * means.length, marginLeft: 52, marginTop: side ? 48 : 30, marginRight: side ? 20 : 34, marginBottom: 42, inset: 6,
-    fx: { label: null }, fy: { label: null },
+    fx: { label: null, tickFormat: words.plan }, fy: { label: null },
     x: { label: words.choice.x, labelArrow: "none", labelAnchor: "right", ticks: 5, nice: true },
     y: { label: words.choice.merit, labelArrow: "none", grid: true, nice: true },
     r: { type: "identity" }, symbol: { type: "identity" }, color: { type: "identity" },
@@ -68,7 +68,7 @@ export function males(plans: readonly Planned[], chosen: readonly Choice[]): HTM
       const left = Math.min(width * 0.42, 20 + 7.2 * shown.reduce((most, { name }) => Math.max(most, name.length), 4));
       return draw({
         width, height: 80 + 20 * shown.length, marginLeft: left, marginTop: 34, marginBottom: 42,
-        fx: { label: null, padding: 0.12 },
+        fx: { label: null, padding: 0.12, tickFormat: words.plan },
         x: { label: axis, labelArrow: "right", ticks: 3, grid: true, insetRight: 22 },
         y: { type: "band", domain: shown.map(({ name }) => name), label: null, tickSize: 0, tickFormat: (name: string) => shortened(name, left / 7.2) },
         marks: [

@@ -3,23 +3,20 @@
 export const title = "The plans side by side";
 /** Plans are called A, B and C; the title of each follows. */
 export const letters = ["A", "B", "C"] as const;
-export const plan = (letter: string, title: string) => `Plan ${letter}: ${title}`;
+export const plan = (letter: string) => `Plan ${letter}`;
+export const about = (title: string, goal: string, pairing: string, started: string) => `${title}; ${goal}; pairs ${pairing}${started && `; run started ${started}`}`;
 export const no_plan = "This result holds no plan.";
-export const same_title = "The plans differ in their settings, which stand in the first rows.";
 
 export const figures = {
   title: "Figures",
   caption: "Figures of the plans",
   figure: "Figure",
-  goal: "Goal",
   goals: {
-    penalty: (merit: string, relationship: string) => `merit × ${merit}, relationship × ${relationship}`,
-    constraint: (rate: string) => `most merit at a rate of inbreeding of at most ${rate}`,
-    merit: "most merit",
+    penalty: (merit: string, relationship: string) => `goal: ${merit} × merit, ${relationship} × relationship`,
+    constraint: (rate: string) => `goal: most merit at a rate of inbreeding of at most ${rate}`,
+    merit: "goal: most merit",
   },
-  pairing: "Pairing",
-  pairings: { mai: "least inbreeding", random: "as found" } as Record<string, string>,
-  made: "Run started",
+  pairings: { mai: "for least inbreeding", random: "as found" } as Record<string, string>,
   matings: "Matings", males: "Males chosen", females: "Females chosen", most: "Most matings of a male",
   merit: "Merit of the offspring", gain: "Gain over those born last", inbreeding: "Mean inbreeding of the offspring",
   largest: "Largest inbreeding of an offspring", relationship: "Mean relationship", rate: "Rate of inbreeding a generation", ne: "Effective size",
