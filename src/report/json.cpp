@@ -40,6 +40,19 @@ Json columns_of(const std::vector<Record>& records, const Field<Get>&... fields)
   return object;
 }
 
+// Of tables with a row for each candidate, reals have eight digits, so that a page of 20,000 is
+// sent by mail; the CSV tables have all.
+template <class Record>
+auto eight_digits(double Record::*real) {
+  return [real](const Record& record) {
+    const double x = record.*real;
+    if (x == 0.0 || !std::isfinite(x)) return x;
+    const double unit = std::pow(10.0, 7.0 - std::floor(std::log10(std::abs(x))));
+    const double rounded = std::round(x * unit) / unit;
+    return std::isfinite(rounded) ? rounded : x;
+  };
+}
+
 // The array of what `make` makes of each.
 template <class Record, class Make>
 Json list_of(const std::vector<Record>& records, Make make) {
@@ -54,8 +67,8 @@ Json animals(const std::vector<ReportedAnimal>& animals) {
   return columns_of(animals, Field{"number", &A::number}, Field{"id", &A::id},
                     Field{"name", &A::name}, Field{"birth", &A::birth},
                     Field{"birth_time", birth_time}, Field{"sex", &A::sex}, Field{"sire", &A::sire},
-                    Field{"dam", &A::dam}, Field{"f", &A::f},
-                    Field{"completeness", &A::completeness});
+                    Field{"dam", &A::dam}, Field{"f", eight_digits(&A::f)},
+                    Field{"completeness", eight_digits(&A::completeness)});
 }
 
 Json value(const PlanValue& value) {
@@ -124,16 +137,18 @@ Json plan(const ReportedPlan& plan) {
 
 Json candidates(const std::vector<ReportedCandidate>& candidates) {
   using C = ReportedCandidate;
-  return columns_of(
-      candidates, Field{"animal", &C::animal}, Field{"rank", &C::rank}, Field{"merit", &C::merit},
-      Field{"max_matings", &C::max_matings}, Field{"matings", &C::matings},
-      Field{"offspring", &C::offspring}, Field{"relationship", &C::relationship},
-      Field{"to_chosen", &C::to_chosen}, Field{"mean_kinship", &C::mean_kinship},
-      Field{"contribution_so_far", &C::contribution_so_far},
-      Field{"contribution_wanted", &C::contribution_wanted},
-      Field{"unknown_parent", &C::unknown_parent},
-      Field{"lack", [](const C& c) { return word_of(c.lack); }},
-      Field{"lacking_value", &C::lacking_value}, Field{"lacking_merit", &C::lacking_merit});
+  return columns_of(candidates, Field{"animal", &C::animal}, Field{"rank", &C::rank},
+                    Field{"merit", &C::merit}, Field{"max_matings", &C::max_matings},
+                    Field{"matings", &C::matings}, Field{"offspring", &C::offspring},
+                    Field{"relationship", eight_digits(&C::relationship)},
+                    Field{"to_chosen", eight_digits(&C::to_chosen)},
+                    Field{"mean_kinship", eight_digits(&C::mean_kinship)},
+                    Field{"contribution_so_far", eight_digits(&C::contribution_so_far)},
+                    Field{"contribution_wanted", eight_digits(&C::contribution_wanted)},
+                    Field{"unknown_parent", &C::unknown_parent},
+                    Field{"lack", [](const C& c) { return word_of(c.lack); }},
+                    Field{"lacking_value", eight_digits(&C::lacking_value)},
+                    Field{"lacking_merit", eight_digits(&C::lacking_merit)});
 }
 
 Json trend(const std::vector<TrendRow>& rows) {
