@@ -107,6 +107,7 @@ def founders(herd, living):
 
 def effective_ancestors(herd, living):
     parents, taken, total, squares = list(herd.parents), set(), 0.0, 0.0
+    old = {j for i in living for j, share in enumerate(herd.flow[i]) if share > 0 and j != i}
     while total < 1 - 1e-9:
         flow, explained = [0.0] * len(herd.id), [0.0] * len(herd.id)
         for i in living: flow[i] = 1 / len(living)
@@ -116,7 +117,8 @@ def effective_ancestors(herd, living):
             explained[i] = 1.0 if i in taken else sum(explained[p] for p in parents[i]) / 2
         marginal = [0.0, *(flow[i] * (1 - explained[i]) for i in herd.all)]
         largest = max(marginal) * (1 - 1e-9)
-        k = next(i for i in herd.all if marginal[i] >= largest)  # of equals the oldest
+        # Of equals the oldest, but one that is nobody's ancestor last.
+        k = min((i for i in herd.all if marginal[i] >= largest), key=lambda i: (i not in old, i))
         taken.add(k)
         parents[k] = (0, 0)
         total += marginal[k]
