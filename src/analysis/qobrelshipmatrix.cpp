@@ -91,15 +91,20 @@ void allocate_matrix(Units& units, Relationship& relationship) {
 
 std::optional<Relationship> setup_nrm(Run& run, Pedigree& pedigree) {
   const TimedPhase timed(run.journal, run.journal.watches.pedigree);
-  Units& units = run.journal.units;
-  Unit& log = units.log;
   read_parameters(run);
-  const RelationshipMatrix& parameters = run.parameters.relationship;
-  if (parameters.timesteps < 0) {
+  if (run.parameters.relationship.timesteps < 0) {
+    Unit& log = run.journal.units.log;
     write_list(log, "Numerator Relationship not computed");
     write_list(log, "QOB terminated with parameter TimeSteps<0 in &RelationshipMatrix");
     return std::nullopt;
   }
+  return relationships(run, pedigree);
+}
+
+Relationship relationships(Run& run, Pedigree& pedigree) {
+  Units& units = run.journal.units;
+  Unit& log = units.log;
+  const RelationshipMatrix& parameters = run.parameters.relationship;
   const std::int32_t last = *std::max_element(pedigree.btime.begin(), pedigree.btime.end());
   // Behind the last time step of 32 bits the next one wraps, and every animal is told as illegal.
   const auto next = static_cast<std::int32_t>(static_cast<std::uint32_t>(last) + 1);

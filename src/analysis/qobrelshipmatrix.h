@@ -23,4 +23,7 @@ namespace qob {
 // negative: the run ends with the history.
 std::optional<Relationship> setup_nrm(Run& run, Pedigree& pedigree);
 
+// The same for a group that is read already and asks for a matrix.
+Relationship relationships(Run& run, Pedigree& pedigree);
+
 }  // namespace qob

@@ -18,6 +18,11 @@ bool is_one_of(const std::string& path, const std::vector<std::string>& files) {
 
 }  // namespace
 
+std::string Files::input(std::string_view name) const {
+  const std::string path(adjustl_trim(name));
+  return path.starts_with('/') ? path : folder + path;
+}
+
 void read_group(Run& run, const Group& group, bool echo_when_faulty) {
   int status = run.parameter_file.rewind();
   if (status == 0) status = run.parameter_file.read(group);

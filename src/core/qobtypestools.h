@@ -24,9 +24,13 @@ namespace qob {
 
 // Files by name, so that none is written over. Inputs are known before the first output is opened.
 struct Files {
+  std::string folder;  // where names of inputs begin: "" for the working folder, else with its "/"
   std::vector<std::string> inputs;
   std::vector<std::string> outputs;  // of this run so far
   InputFile relationships;           // open while the file may be read, so that no run writes it
+
+  // The path of the input of that name, which may have blanks about it.
+  std::string input(std::string_view name) const;
 };
 
 struct Run {

@@ -27,6 +27,7 @@ void stop_with_message(Units& units, std::string_view message, std::optional<Err
   message = trim(message.substr(0, kLongestMessage));
   const std::string line = value ? formatted("(2A,I5)", message, " Value of error: ", value->value)
                                  : std::string(message);
+  if (!units.log.is_open() && !units.out.is_open()) stop(line);  // a program without a log
   units.log.write_line(line);
   units.out.write_line(line);
   if (!streams_are_terminals()) units.err.write_line(line);

@@ -1,6 +1,7 @@
 // qob-prepare: reads a herd book, has it prepared, shows what was found and writes the files.
 #include <algorithm>
 #include <exception>
+#include <functional>
 #include <new>
 #include <string>
 #include <string_view>
@@ -10,65 +11,19 @@
 #include "core/unit.h"
 #include "driver/prepare_arguments.h"
 #include "driver/run.h"
+#include "driver/sheet_file.h"
 #include "driver/uncaught.h"
-#include "prepare/csv.h"
 #include "prepare/data_check.h"
 #include "prepare/data_files.h"
 #include "prepare/prepare.h"
 #include "prepare/summary.h"
-#include "prepare/text_encoding.h"
-#include "system/byte_files.h"
-#include "system/output_file.h"
 #include "system/paths.h"
 #include "system/process.h"
 
 namespace qob {
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{1} << 20U;
 constexpr std::size_t kLongestName = 76;  // with ".dat" 80 bytes, as long as a run reads them
-
-[[noreturn]] void refuse(const std::string& file, const std::string& why) {
-  stop(printable(file) + ": " + why);
-}
-
-std::string bytes_of(const std::string& path) {
-  std::unique_ptr<ByteSource> source;
-  const int status = open_source(path, source);
-  if (status != 0) refuse(path, error_text(status));
-  std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(source->size()) +
-                kPiece);  // also for what the last read asks
-  for (std::size_t size = 0;;) {
-    bytes.resize(size + kPiece);
-    const std::ptrdiff_t count = source->read(bytes.data() + size, kPiece);
-    if (count < 0) refuse(path, error_text(static_cast<int>(-count)));
-    size += static_cast<std::size_t>(count);
-    bytes.resize(size);
-    if (count == 0) return bytes;
-  }
-}
-
-void refuse_spreadsheet(const std::string& path, std::string_view bytes) {
-  if (!bytes.starts_with("PK\x03\x04") && !bytes.starts_with("\xD0\xCF\x11\xE0")) return;
-  refuse(
-      path,
-      "a spreadsheet, and no text : open it and save it as \"CSV UTF-8\" (File, Save as), or xlsx2csv FILE.xlsx FILE.csv");
-}
-
-Sheet sheet_of(const std::string& path) {
-  std::string text = bytes_of(path);
-  refuse_spreadsheet(path, text);
-  const Encoding encoding = decode_text(text);
-  if (encoding == Encoding::kBinary) refuse(path, "no text : expected a table saved as CSV");
-  Sheet sheet;
-  if (encoding == Encoding::kWindows1252)
-    sheet.assume(
-        "the text is no UTF-8 and is read as Windows-1252: look whether letters with accents are right");
-  const std::string fault = read_csv(text, separator_of(text), sheet);
-  if (!fault.empty()) refuse(path, fault);
-  return sheet;
-}
 
 // The files of one herd book: where they go and how they are called.
 class Files {
@@ -109,19 +64,8 @@ class Files {
       refuse(folder_, std::string(error_text(status)) + " : expected a folder or a new name (-o)");
   }
 
-  template <class Write>
-  void write(std::string_view ending, Write write_lines) const {
-    const std::string file = path(ending);
-    OutputFile out;
-    int status = out.open(file, OutputFile::Show::kWhenComplete);
-    if (status == 0) {
-      write_lines([&](const std::string& line) {
-        if (status == 0) status = out.write(line);
-      });
-      const int closed = out.close();
-      if (status == 0) status = closed;
-    }
-    if (status != 0) refuse(file, error_text(status));
+  void write(std::string_view ending, const std::function<void(const Lines&)>& lines) const {
+    write_lines(path(ending), lines);
   }
 
  private:

@@ -19,9 +19,13 @@ constexpr std::int32_t kProgressStep = 10000;
 constexpr std::int32_t kMostAnimals = std::numeric_limits<std::int32_t>::max();
 
 struct Reader {
-  explicit Reader(Run& run) : parameters(run.parameters.data), units(run.journal.units) {}
+  explicit Reader(Run& run)
+      : parameters(run.parameters.data),
+        path(run.files.input(parameters.datafile)),
+        units(run.journal.units) {}
 
   const DataParameters& parameters;
+  const std::string path;
   Units& units;
   Pedigree pedigree;
   InputFile file{kLongestLine};
@@ -38,11 +42,10 @@ struct Reader {
 void open(Reader& reader) {
   Units& units = reader.units;
   const Text<80>& name = reader.parameters.datafile;
-  const std::string path(adjustl_trim(name));
-  if (!InputFile::exists(path)) {
+  if (!InputFile::exists(reader.path)) {
     handle_error(units, "ERROR File with data not found: ", name);
   }
-  const int status = reader.file.open(path);
+  const int status = reader.file.open(reader.path);
   if (status != 0) {
     handle_error(units, ErrorValue{status},
                  "ERROR Could not open DataFile in Subroutine ReadRecode", name);

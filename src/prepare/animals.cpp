@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "core/identifier_index.h"
+#include "core/letters.h"
 #include "core/text.h"
-#include "prepare/identifier_index.h"
-#include "prepare/letters.h"
 #include "prepare/words.h"
 
 namespace qob {

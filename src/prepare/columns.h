@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "core/sheet.h"
 #include "prepare/findings.h"
 #include "prepare/options.h"
-#include "prepare/sheet.h"
 
 namespace qob {
 

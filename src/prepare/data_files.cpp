@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <initializer_list>
 
+#include "core/csv_row.h"
 #include "core/edit.h"
 #include "core/format.h"
 #include "core/text.h"
@@ -25,24 +25,6 @@ void append_text(std::string& line, std::string_view text) {
   line.push_back('\'');
   for (const char c : text) line.append(c == '\'' ? 2 : 1, c);
   line.push_back('\'');
-}
-
-// A row of CSV (RFC 4180), with LF.
-std::string csv_row(std::initializer_list<std::string_view> cells) {
-  std::string row;
-  for (const std::string_view& cell : cells) {
-    if (&cell != cells.begin()) row.push_back(',');
-    if (std::none_of(cell.begin(), cell.end(),
-                     [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; })) {
-      row.append(cell);
-      continue;
-    }
-    row.push_back('"');
-    for (const char c : cell) row.append(c == '"' ? 2 : 1, c);
-    row.push_back('"');
-  }
-  row.push_back('\n');
-  return row;
 }
 
 std::string number_or_nothing(std::int64_t number) {

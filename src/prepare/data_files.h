@@ -6,15 +6,12 @@
 //   NAME.prm        parameters to start from (parameter_file)
 #pragma once
 
-#include <functional>
 #include <string>
 
+#include "core/csv_row.h"
 #include "prepare/prepare.h"
 
 namespace qob {
-
-// Takes a line at a time, with its line end.
-using Lines = std::function<void(const std::string& line)>;
 
 // number sire dam sex time matings ebv label: what `readrecode` reads. The label is the identifier,
 // cut to 15 bytes if it is longer (labels). Of a herd that is sound.

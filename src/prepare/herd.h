@@ -7,11 +7,11 @@
 #include <limits>
 #include <string_view>
 
+#include "core/sheet.h"
 #include "core/tables.h"
 #include "prepare/columns.h"
 #include "prepare/findings.h"
 #include "prepare/options.h"
-#include "prepare/sheet.h"
 
 namespace qob {
 

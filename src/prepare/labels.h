@@ -4,8 +4,8 @@
 
 #include <string_view>
 
+#include "core/letters.h"
 #include "prepare/herd.h"
-#include "prepare/letters.h"
 
 namespace qob {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "core/format.h"
+#include "core/letters.h"
 #include "core/text.h"
-#include "prepare/letters.h"
 
 namespace qob {
 namespace {

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "prepare/letters.h"
+#include "core/letters.h"
 
 namespace qob {
 

@@ -75,7 +75,7 @@ void tell_effective_sizes(const Pedigree& pedigree, ReportedPopulation& told) {
   told.by_coancestry = effective_size(rate_of_rise(std::move(coancestry), told.interval));
 }
 
-void tell_founders(const PopulationInput& input, Population& population) {
+void tell_founders(const PopulationInput& input, PopulationMeasures& population) {
   ReportedPopulation& told = population.reported;
   const Table2<std::int32_t>& newped = input.pedigree.newped;
   Founders founders = founders_of(newped, input.living);
@@ -95,7 +95,7 @@ void tell_founders(const PopulationInput& input, Population& population) {
   population.founders = std::move(founders.ranked);
 }
 
-void tell_kinship(const PopulationInput& input, Population& population) {
+void tell_kinship(const PopulationInput& input, PopulationMeasures& population) {
   MeanKinship kinship = mean_kinship(input.pedigree.newped, input.pedigree.f, input.living);
   population.reported.mean_kinship = kinship.mean;
   population.reported.gene_diversity = kinship.diversity();
@@ -120,9 +120,9 @@ Table<double> contributions_so_far(const Pedigree& pedigree) {
 
 }  // namespace
 
-Population measure_population(const PopulationInput& input) {
+PopulationMeasures measure_population(const PopulationInput& input) {
   const Pedigree& pedigree = input.pedigree;
-  Population population;
+  PopulationMeasures population;
   ReportedPopulation& told = population.reported;
   told.animals = pedigree.maxid;
   told.living = std::count(input.living.begin(), input.living.end(), 1);

@@ -27,7 +27,7 @@ struct PopulationInput {
 };
 
 // Tables are by animal.
-struct Population {
+struct PopulationMeasures {
   // All but living_by and living_since. `birth` of trend and ages is the time step, "" where it is
   // not known; who has the herd book's texts may put them there.
   ReportedPopulation reported;
@@ -37,6 +37,6 @@ struct Population {
   std::vector<FounderShare> founders;  // all, the largest shares of the living's genes first
 };
 
-Population measure_population(const PopulationInput& input);
+PopulationMeasures measure_population(const PopulationInput& input);
 
 }  // namespace qob

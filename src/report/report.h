@@ -7,15 +7,18 @@
 // file.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace qob {
 
-inline constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 inline constexpr std::int32_t kNobody = -1;    // an unknown parent
 inline constexpr std::int32_t kNotShown = -2;  // a known parent that is not among the animals told
 
@@ -63,6 +66,9 @@ struct Alternatives {
 // What a candidate that was not chosen lacks: how the plan's value would change if it took one
 // mating of the chosen animal of its sex with which it changes best.
 enum class Lack : std::uint8_t { kChosen, kMerit, kRelationship, kBoth, kNothing, kNotKnown };
+inline constexpr std::array<std::string_view, 6> kLackWords = {"chosen", "merit",   "relationship",
+                                                               "both",   "nothing", "not_known"};
+constexpr std::string_view word_of(Lack lack) { return kLackWords[static_cast<std::size_t>(lack)]; }
 
 struct ReportedCandidate {
   std::int32_t animal = 0;
@@ -77,8 +83,8 @@ struct ReportedCandidate {
   double contribution_wanted = 0.0;  // share of the genes of the planned generation: matings / 2n
   bool unknown_parent = false;
   Lack lack = Lack::kChosen;
-  double lacking_value = kNone;  // by how much the plan's value would fall
-  double lacking_merit = kNone;  // the merit it lacks to be as good a choice
+  double lacking_value = kNaN;  // by how much the plan's value would fall
+  double lacking_merit = kNaN;  // the merit it lacks to be as good a choice
 };
 
 struct SexUse {
@@ -89,24 +95,24 @@ struct SexUse {
 
 // What a plan is worth, as the search values it (ocs/mateset.h).
 struct PlanValue {
-  double inbreeding = kNone, rate = kNone, relationship = kNone, merit = kNone;
-  double scaled_merit = kNone, fitness = kNone, age = kNone;
+  double inbreeding = kNaN, rate = kNaN, relationship = kNaN, merit = kNaN;
+  double scaled_merit = kNaN, fitness = kNaN, age = kNaN;
   bool legal = false;
 };
 
 struct ReportedPlan {
   std::string criterion;  // "penalty", "constraint", "merit"
-  double w_merit = 0.0, w_relationship = 0.0, constraint = kNone;
+  double w_merit = 0.0, w_relationship = 0.0, constraint = kNaN;
   std::string pairing;  // "mai" or "random"
   PlanValue value;
-  double ne = kNone;    // 1 / (2 rate)
-  double gain = kNone;  // merit less the mean of the last time step
+  double ne = kNaN;    // 1 / (2 rate)
+  double gain = kNaN;  // merit less the mean of the last time step
   SexUse males, females;
   double unknown_genes =
       0.0;  // share of the genes of the offspring from chosen parents' unknown parents
   // The last time step, the ground of the rate.
   std::int32_t last_birth_time = 0, last_animals = 0;
-  double last_f = kNone, last_merit = kNone, last_relationship = kNone, generation_interval = kNone;
+  double last_f = kNaN, last_merit = kNaN, last_relationship = kNaN, generation_interval = kNaN;
   std::vector<ReportedMating> matings;     // sire by sire, as in the mating list
   std::vector<Alternatives> alternatives;  // by female
   std::vector<std::int32_t> sires, dams;   // chosen, in the order of the list
@@ -129,18 +135,18 @@ struct TrendRow {
   std::int64_t animals = 0, males = 0, females = 0;
   std::int64_t sires = 0, dams = 0;  // different parents of those born
   std::int64_t inbred = 0;
-  double mean_f = kNone, max_f = kNone;
-  double coancestry = kNone;  // mean of different animals born then
-  double completeness = kNone;
-  double generations = kNone;  // complete generations equivalent
-  double interval = kNone;     // mean age of the known parents
+  double mean_f = kNaN, max_f = kNaN;
+  double coancestry = kNaN;  // mean of different animals born then
+  double completeness = kNaN;
+  double generations = kNaN;  // complete generations equivalent
+  double interval = kNaN;     // mean age of the known parents
 };
 
 // A regression on birth time that gives a rate and an effective size.
 struct EffectiveSize {
-  double rate = kNone, rate_se = kNone;  // per generation
-  double ne = kNone, ne_low = kNone,
-         ne_high = kNone;            // at the rate, and one standard error about it
+  double rate = kNaN, rate_se = kNaN;  // per generation
+  double ne = kNaN, ne_low = kNaN,
+         ne_high = kNaN;             // at the rate, and one standard error about it
   std::int64_t n = 0;                // animals or birth times
   std::int32_t first = 0, last = 0;  // birth times of the span
   std::string why_not;               // "" or why there is none
@@ -149,7 +155,7 @@ struct EffectiveSize {
 struct PathInterval {
   std::string path;  // "sire-son", "sire-daughter", "dam-son", "dam-daughter", "all"
   std::int64_t n = 0;
-  double mean = kNone, se = kNone;
+  double mean = kNaN, se = kNaN;
 };
 
 struct ReportedFounder {
@@ -173,18 +179,18 @@ struct ReportedPopulation {
   std::int64_t animals = 0, founders = 0, living = 0;
   std::string living_by;  // "column" (the herd book says who lives) or "birth time"
   std::int32_t living_since = 0;
-  double mean_f = kNone, max_f = kNone;
+  double mean_f = kNaN, max_f = kNaN;
   std::vector<TrendRow> trend;  // by birth time, ascending
   EffectiveSize by_inbreeding, by_coancestry;
-  double interval = kNone;  // of all four paths
+  double interval = kNaN;  // of all four paths
   std::vector<PathInterval> intervals, recent_intervals;
   std::int32_t recent_since = 0;
   // Of the genes of the living.
-  double founder_equivalents = kNone, founder_genomes = kNone;
-  double effective_ancestors = kNone;       // lower bound where the ancestors were not all taken
-  double effective_ancestors_high = kNone;  // upper bound
-  double mean_kinship = kNone, gene_diversity = kNone;
-  double unknown_genes = kNone;  // share that comes from unknown parents of animals of known ones
+  double founder_equivalents = kNaN, founder_genomes = kNaN;
+  double effective_ancestors = kNaN;       // lower bound where the ancestors were not all taken
+  double effective_ancestors_high = kNaN;  // upper bound
+  double mean_kinship = kNaN, gene_diversity = kNaN;
+  double unknown_genes = kNaN;  // share that comes from unknown parents of animals of known ones
   std::vector<ReportedFounder> founders_ranked;  // largest contributions first
   std::vector<double> founders_cumulative;       // share of the first 1, 2, ... founders
   std::vector<FamilySize> families;
@@ -193,8 +199,8 @@ struct ReportedPopulation {
 
 struct SearchRow {
   std::int32_t generation = 0;
-  double best = 0.0, median = 0.0, worst = 0.0, mean = 0.0, sd = kNone;
-  double merit = kNone, relationship = kNone, rate = kNone;
+  double best = 0.0, median = 0.0, worst = 0.0, mean = 0.0, sd = kNaN;
+  double merit = kNaN, relationship = kNaN, rate = kNaN;
 };
 
 struct ReportedSearch {

@@ -4,11 +4,11 @@
 #include <array>
 #include <cmath>
 
+#include "core/csv.h"
 #include "core/parameters.h"
-#include "prepare/csv.h"
+#include "core/text_encoding.h"
 #include "prepare/data_files.h"
 #include "prepare/summary.h"
-#include "prepare/text_encoding.h"
 
 using namespace qob;
 

@@ -1,10 +1,10 @@
 // Headings, identifiers and words for a sex from any text.
 #include "prepare/words.h"
 
+#include "core/letters.h"
+#include "core/text_encoding.h"
 #include "fuzz/herd_book.h"
 #include "prepare/data_files.h"
-#include "prepare/letters.h"
-#include "prepare/text_encoding.h"
 
 using namespace qob;
 

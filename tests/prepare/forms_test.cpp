@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "core/edit.h"
+#include "core/text_encoding.h"
 #include "prepare/dates.h"
 #include "prepare/prepare.h"
-#include "prepare/text_encoding.h"
 #include "support/tables.h"
 
 namespace qob::test {

@@ -1,4 +1,4 @@
-#include "prepare/letters.h"
+#include "core/letters.h"
 
 #include <algorithm>
 
@@ -108,6 +108,14 @@ std::string_view first_bytes(std::string_view text, std::size_t most) {
 std::string_view last_bytes(std::string_view text, std::size_t most) {
   while (text.size() > most) text.remove_prefix(first_character(text).length);
   return text;
+}
+
+std::string valid_utf8(std::string_view text) {
+  std::string out;
+  for_each_character(text, [&](char32_t c, std::string_view bytes) {
+    out += c == kNoCharacter ? std::string_view("\xEF\xBF\xBD") : bytes;
+  });
+  return out;
 }
 
 std::string excerpt(std::string_view text) {

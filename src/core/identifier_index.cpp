@@ -1,4 +1,4 @@
-#include "prepare/identifier_index.h"
+#include "core/identifier_index.h"
 
 #include <algorithm>
 #include <tuple>

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "prepare/sheet.h"
+#include "core/sheet.h"
 
 namespace qob {
 

@@ -1,4 +1,4 @@
-#include "prepare/csv.h"
+#include "core/csv.h"
 
 #include <csv.h>
 

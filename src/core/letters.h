@@ -41,6 +41,9 @@ std::string plain(std::string_view text);
 // `text` as a message names it: its first characters, if it is long, and no control characters.
 std::string excerpt(std::string_view text);
 
+// `text` with U+FFFD for each byte that is no UTF-8.
+std::string valid_utf8(std::string_view text);
+
 // Its first bytes, at most `most`, or its last, cut between characters.
 std::string_view first_bytes(std::string_view text, std::size_t most);
 std::string_view last_bytes(std::string_view text, std::size_t most);

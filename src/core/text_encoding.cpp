@@ -1,9 +1,9 @@
-#include "prepare/text_encoding.h"
+#include "core/text_encoding.h"
 
 #include <algorithm>
 #include <array>
 
-#include "prepare/letters.h"
+#include "core/letters.h"
 
 namespace qob {
 namespace {

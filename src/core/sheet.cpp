@@ -1,8 +1,8 @@
-#include "prepare/sheet.h"
+#include "core/sheet.h"
 
 #include <algorithm>
 
-#include "prepare/letters.h"
+#include "core/letters.h"
 
 namespace qob {
 bool Sheet::add_cell(std::string_view text) {

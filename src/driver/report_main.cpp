@@ -1,0 +1,159 @@
+// qob-report: takes up a run that has ended, has it reported, and writes the page or its JSON, and
+// the tables.
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <iterator>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/stop.h"
+#include "core/text.h"
+#include "core/unit.h"
+#include "driver/report_arguments.h"
+#include "driver/report_files.h"
+#include "driver/report_inputs.h"
+#include "driver/report_tables.h"
+#include "driver/report_template.h"
+#include "driver/run.h"
+#include "driver/sheet_file.h"
+#include "driver/uncaught.h"
+#include "report/json.h"
+#include "report/page.h"
+#include "report/reporting.h"
+#include "system/clock.h"
+#include "system/paths.h"
+#include "system/process.h"
+
+namespace qob {
+namespace {
+
+std::string two_digits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+
+// 2026-01-31 09:05:00
+std::string time_of_report() {
+  const LocalTime now = local_time();
+  return std::to_string(now.year) + "-" + two_digits(now.month) + "-" + two_digits(now.day) + " " +
+         two_digits(now.hour) + ":" + two_digits(now.minute) + ":" + two_digits(now.second);
+}
+
+void add_prepared(const std::string& faults_file, Report& report) {
+  if (faults_file.empty()) return;
+  std::vector<Warning> found = prepared_findings(faults_file);
+  std::vector<Warning>& all = report.warnings;
+  std::move(found.begin(), found.end(), std::back_inserter(all));
+  std::stable_partition(all.begin(), all.end(), [](const Warning& one) { return one.serious; });
+}
+
+// What there is of a run, and where it comes from.
+struct Source {
+  FinishedRun run;
+  Names names;
+  std::string names_file, faults_file;  // "": there is none
+
+  Source(const std::string& prefix, const std::string& wanted_names) {
+    take_up_run(prefix, run);
+    const std::string data = run.input(run.run.parameters.data.datafile);
+    names_file = wanted_names.empty() ? prepared_file(data, ".names.csv") : wanted_names;
+    faults_file = prepared_file(data, ".faults.csv");
+    if (!names_file.empty()) read_names(names_file, names);
+  }
+};
+
+// How the report was made, as far as the run does not tell it.
+void complete(const Source& source, Report& report) {
+  add_prepared(source.faults_file, report);
+  Making& making = report.making;
+  making.program = std::string("qob-report ") + QOB_VERSION;
+  making.time = time_of_report();
+  if (!source.names_file.empty()) making.files.push_back({"names", source.names_file, "", 0});
+  if (!source.faults_file.empty()) making.files.push_back({"faults", source.faults_file, "", 0});
+  add_checksums(making.files);
+}
+
+void write_tables_of(const Source& source, const Reported& reported,
+                     const ReportArguments& arguments, const Outputs& outputs) {
+  const PopulationMeasures& measures = reported.population;
+  std::vector<ReportedFounder> founders;
+  for (const FounderShare& founder : measures.founders)
+    founders.push_back({founder.animal, founder.share});
+  write_tables(arguments.tables, outputs, reported.report,
+               {source.run.pedigree, source.names, source.run.statistics, measures.mean_kinship,
+                measures.complete_generations, measures.contribution_so_far, founders});
+}
+
+// What must not be written over.
+Outputs outputs_of(const Source& source, const ReportArguments& arguments) {
+  const FinishedRun& run = source.run;
+  const Parameters& p = run.run.parameters;
+  const std::string& folder = run.run.files.folder;
+  Outputs outputs{entries_of(folder.empty() ? "." : folder.substr(0, folder.size() - 1), ".prm"),
+                  arguments.force};
+  for (const std::string& file :
+       {run.input(p.data.datafile), run.input(p.relationship.gfile), run.log.path,
+        source.names_file, source.faults_file, arguments.given}) {
+    if (!file.empty()) outputs.inputs.push_back(file);
+  }
+  const FileNames& names = p.files;
+  for (const auto* name :
+       {&names.lst_file, &names.candfile, &names.male_file, &names.fsummaryfile, &names.fcoefffile,
+        &names.gcfile, &names.maxgcfile, &names.cnv1_file, &names.cnv2_file}) {
+    outputs.inputs.push_back(run.result(*name));
+  }
+  return outputs;
+}
+
+// The road of one report.
+Report report_of(const std::string& prefix, const ReportArguments& arguments) {
+  Source source(prefix, arguments.names);
+  const Outputs outputs = outputs_of(source, arguments);
+  outputs.expect_report(arguments.output);
+  const bool is_given = !arguments.given.empty();
+  const GivenList given = is_given ? given_list(arguments.given) : GivenList();
+  Reported reported = report_on(source.run, source.names, is_given ? &given : nullptr);
+  complete(source, reported.report);
+  if (!arguments.tables.empty()) write_tables_of(source, reported, arguments, outputs);
+  return std::move(reported.report);
+}
+
+std::string json_of_all(const std::vector<Report>& reports) {
+  return reports.size() == 1 ? json_of(reports.front()) : comparison_json(reports);
+}
+
+int report(const ReportArguments& arguments) {
+  Unit out(6);
+  out.open_standard_output();
+  for (const std::string& prefix : arguments.prefixes) expect_results(prefix);
+  const bool has_page = !arguments.json && !page_template().empty();
+  if (!has_page && !arguments.json && arguments.tables.empty())
+    stop(
+        "this qob-report was built without pages : expected --json or --tables, or a build with -DQOB_WEB=ON");
+
+  std::vector<Report> reports;
+  for (const std::string& prefix : arguments.prefixes)
+    reports.push_back(report_of(prefix, arguments));
+  if (!arguments.tables.empty()) out.write_line("Tables: " + printable(arguments.tables));
+  if (!has_page && !arguments.json) {
+    out.write_line("No page: this qob-report was built without pages (-DQOB_WEB=OFF)");
+    return kSuccess;
+  }
+  const std::string json = json_of_all(reports) + "\n";
+  const std::string text = arguments.json ? json : page_of(page_template(), json);
+  write_lines(arguments.output, [&](const Lines& lines) { lines(text); });
+  out.write_line((arguments.json ? "Result: " : "Report: ") + printable(arguments.output));
+  return kSuccess;
+}
+
+}  // namespace
+}  // namespace qob
+
+int main(int argc, char** argv) {
+  qob::prepare_process();
+  std::set_new_handler([] { qob::stop(qob::kOutOfMemory); });
+  std::set_terminate([] { qob::stop(qob::what_nothing_caught()); });
+  int status = qob::kSuccess;
+  const auto arguments = qob::report_arguments(argc, argv, status);
+  return arguments ? qob::report(*arguments) : status;
+}

@@ -1,0 +1,221 @@
+#include "report/warnings.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+
+#include "core/text.h"
+#include "ocs/objective.h"
+
+namespace qob {
+namespace {
+
+constexpr double kManyMatings = 0.5;  // of two brothers, together
+constexpr double kUnfinished = 0.5;   // animals of the last time step, of what is usual
+constexpr std::size_t kUsualSteps = 5;
+constexpr double kSameText = 1.0e-5;  // results files tell six digits
+
+enum class Kin { kNotKin, kParent, kFullSibs, kHalfSibs };
+
+Kin kin(const Pedigree& pedigree, std::int32_t a, std::int32_t b) {
+  const auto is_parent_of = [&](std::int32_t p, std::int32_t i) {
+    return pedigree.sire(i) == p || pedigree.dam(i) == p;
+  };
+  if (is_parent_of(a, b) || is_parent_of(b, a)) return Kin::kParent;
+  const bool sire = pedigree.sire(a) != 0 && pedigree.sire(a) == pedigree.sire(b);
+  const bool dam = pedigree.dam(a) != 0 && pedigree.dam(a) == pedigree.dam(b);
+  if (sire && dam) return Kin::kFullSibs;
+  return sire || dam ? Kin::kHalfSibs : Kin::kNotKin;
+}
+
+class Warner {
+ public:
+  Warner(FinishedRun& finished, const Report& report, AnimalList& animals)
+      : finished_(finished), report_(report), animals_(animals) {}
+
+  std::vector<Warning> all();
+
+ private:
+  void of_plan();
+  void of_rate();
+  void of_changed_results();
+  void of_unknown_parents();
+  void of_close_relatives();
+  void of_brothers();
+  void of_unfinished_time();
+  void of_regression();
+  void told();
+  Warning& add(std::string kind, bool serious) {
+    list_.push_back({std::move(kind), serious, "", {}, {}});
+    return list_.back();
+  }
+
+  FinishedRun& finished_;
+  const Report& report_;
+  AnimalList& animals_;
+  std::vector<Warning> list_;
+};
+
+void Warner::of_rate() {
+  const ReportedPlan& plan = report_.plan;
+  const double rate = plan.value.rate;
+  if (rate > plan.constraint)
+    add("constraint", true).values = {{"rate", rate}, {"constraint", plan.constraint}};
+  if (rate > kLargestRate) add("rate", true).values = {{"rate", rate}, {"limit", kLargestRate}};
+  if (plan.ne < kLeastSize) add("ne", true).values = {{"ne", plan.ne}, {"limit", kLeastSize}};
+}
+
+// The files tell the best plan's merit and relationship with six digits.
+void Warner::of_changed_results() {
+  const std::vector<SearchRow>& rows = report_.search.rows;
+  if (rows.empty()) return;
+  const auto differs = [](double told, double now) {
+    return std::abs(told - now) > kSameText * std::max(std::abs(told), 1.0e-3);
+  };
+  const PlanValue& value = report_.plan.value;
+  std::string text;
+  if (differs(rows.back().merit, value.merit)) text += "merit";
+  if (differs(rows.back().relationship, value.relationship))
+    text.append(text.empty() ? "" : ", ").append("relationship");
+  if (!text.empty()) add("changed", true).text = text;
+}
+
+void Warner::of_unknown_parents() {
+  const Candidates& candidates = finished_.planned->selection.candidates;
+  const Uses uses = uses_of(candidates, finished_.planned->mateset());
+  std::array<double, 2> chosen = {0.0, 0.0}, matings = {0.0, 0.0};
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
+    if (uses(i) == 0 || !candidates.has_unknown_parent(i)) continue;
+    const std::size_t sex = candidates.is_male(i) ? 0 : 1;
+    chosen[sex] += 1.0;
+    matings[sex] += uses(i);
+  }
+  if (chosen[0] + chosen[1] == 0.0) return;
+  add("unknown_parents", true).values = {{"chosen_males", chosen[0]},
+                                         {"chosen_females", chosen[1]},
+                                         {"male_matings", matings[0]},
+                                         {"female_matings", matings[1]},
+                                         {"genes", report_.plan.unknown_genes}};
+}
+
+void Warner::of_close_relatives() {
+  const FinishedRun::Planned& planned = *finished_.planned;
+  const Mateset mateset = finished_.planned->mateset();
+  std::map<Kin, double> count;
+  std::vector<std::int32_t> pairs;
+  for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
+    const std::int32_t sire = planned.selection.candidates.cands(mateset.male(j)),
+                       dam = planned.selection.candidates.cands(mateset.female(j));
+    const Kin found = kin(finished_.pedigree, sire, dam);
+    if (found == Kin::kNotKin) continue;
+    count[found] += 1.0;
+    pairs.push_back(animals_.place(sire));
+    pairs.push_back(animals_.place(dam));
+  }
+  if (pairs.empty()) return;
+  Warning& warning = add("close_relatives", true);
+  warning.values = {{"parent_offspring", count[Kin::kParent]},
+                    {"full_sibs", count[Kin::kFullSibs]},
+                    {"half_sibs", count[Kin::kHalfSibs]}};
+  warning.animals = std::move(pairs);
+}
+
+// The two that have most.
+void Warner::of_brothers() {
+  const Candidates& candidates = finished_.planned->selection.candidates;
+  const Uses uses = uses_of(candidates, finished_.planned->mateset());
+  std::int32_t most = 0, a = 0, b = 0;
+  for (std::int32_t i = 1; i <= candidates.nmcands; ++i) {
+    for (std::int32_t k = i + 1; uses(i) > 0 && k <= candidates.nmcands; ++k) {
+      if (uses(k) == 0 || uses(i) + uses(k) <= most) continue;
+      const Kin found = kin(finished_.pedigree, candidates.cands(i), candidates.cands(k));
+      if (found != Kin::kFullSibs && found != Kin::kHalfSibs) continue;
+      most = uses(i) + uses(k);
+      a = candidates.cands(i);
+      b = candidates.cands(k);
+    }
+  }
+  const double share = static_cast<double>(most) / finished_.planned->selection.nmatings;
+  if (share <= kManyMatings) return;
+  Warning& warning = add("brothers", true);
+  warning.values = {{"share", share}, {"matings", static_cast<double>(most)}};
+  warning.animals = {animals_.place(a), animals_.place(b)};
+}
+
+// Few animals in the last time step, compared with those before it: more may be on their way.
+void Warner::of_unfinished_time() {
+  const std::vector<TrendRow>& trend = report_.population.trend;
+  if (trend.size() < 3) return;
+  std::vector<std::int64_t> before;
+  for (std::size_t k = trend.size() - 1; k-- > 0 && before.size() < kUsualSteps;)
+    before.push_back(trend[k].animals);
+  std::sort(before.begin(), before.end());
+  const auto usual = static_cast<double>(before[before.size() / 2]);
+  const TrendRow& last = trend.back();
+  if (static_cast<double>(last.animals) >= kUnfinished * usual) return;
+  const TrendRow& to = trend[trend.size() - 2];
+  const double interval = std::max(std::round(report_.population.interval), 1.0);
+  double rate = kNaN;
+  double from = kNaN;
+  for (const TrendRow& row : trend) {
+    if (row.birth_time > to.birth_time - interval || !(row.mean_f < 1.0)) continue;
+    rate = 1.0 - (1.0 - to.mean_f) / (1.0 - row.mean_f);
+    from = row.birth_time;
+  }
+  add("unfinished_last_time", true).values = {{"birth_time", last.birth_time},
+                                              {"animals", static_cast<double>(last.animals)},
+                                              {"usual", usual},
+                                              {"rate", rate},
+                                              {"from", from},
+                                              {"to", to.birth_time},
+                                              {"interval", interval}};
+}
+
+void Warner::of_regression() {
+  for (const EffectiveSize* size :
+       {&report_.population.by_inbreeding, &report_.population.by_coancestry}) {
+    const bool is_inbreeding = size == &report_.population.by_inbreeding;
+    if (!(size->rate > kLargestRate)) continue;
+    add("regression_rate", false).values = {{"rate", size->rate},
+                                            {"ne", size->ne},
+                                            {"limit", kLargestRate},
+                                            {"by_inbreeding", is_inbreeding ? 1.0 : 0.0}};
+  }
+}
+
+void Warner::told() {
+  std::string_view rest = finished_.told;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find('\n');
+    add("told", false).text = rest.substr(0, end);
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+  }
+}
+
+void Warner::of_plan() {
+  of_changed_results();
+  of_rate();
+  of_unknown_parents();
+  of_close_relatives();
+  of_brothers();
+  if (!finished_.planned->relationship.pedsource) add("relationships_from_file", false);
+}
+
+std::vector<Warning> Warner::all() {
+  if (finished_.planned) of_plan();
+  of_unfinished_time();
+  of_regression();
+  told();
+  std::stable_sort(list_.begin(), list_.end(),
+                   [](const Warning& a, const Warning& b) { return a.serious > b.serious; });
+  return std::move(list_);
+}
+
+}  // namespace
+
+std::vector<Warning> warnings_of(FinishedRun& finished, const Report& report, AnimalList& animals) {
+  return Warner(finished, report, animals).all();
+}
+
+}  // namespace qob

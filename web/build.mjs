@@ -1,0 +1,68 @@
+// Makes the page that a report is: one file with program, style and licences inside, and a content
+// security policy that lets nothing but these in. node build.mjs [OUT.html]
+
+import { build } from "esbuild";
+import { createHash } from "node:crypto";
+import { mkdirSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
+import { dirname, join } from "node:path";
+import { fileURLToPath } from "node:url";
+
+const here = dirname(fileURLToPath(import.meta.url));
+const out = process.argv[2] ?? join(here, "dist", "report.html");
+
+/** Bundles; returns the text and the files that went in. */
+async function bundled(entry) {
+  const { outputFiles, metafile } = await build({
+    absWorkingDir: here, entryPoints: [entry], bundle: true, minify: true, write: false, metafile: true,
+    format: "iife", target: "es2021", charset: "utf8", legalComments: "none", logLevel: "warning",
+  });
+  return { text: outputFiles[0].text.trim(), inputs: Object.values(metafile.outputs)[0].inputs };
+}
+
+/** Name, version, licence and its text of every package of which something is in the bundle. */
+function licences(inputs) {
+  const used = Object.entries(inputs).filter(([, { bytesInOutput }]) => bytesInOutput > 0);
+  const folder = ([file]) => file.match(/^node_modules\/(?:@[^/]+\/)?[^/]+/)?.[0];
+  const folders = [...new Set(used.map(folder).filter(Boolean))].sort();
+  return folders.map((folder) => {
+    const { name, version, license } = JSON.parse(readFileSync(join(here, folder, "package.json"), "utf8"));
+    const file = readdirSync(join(here, folder)).find((name) => /^licen[cs]e/i.test(name));
+    if (!license) throw new Error(`${name} does not say its licence.`);
+    return { name, version, license, text: file ? readFileSync(join(here, folder, file), "utf8") : "" };
+  });
+}
+
+const hash = (text) => `'sha256-${createHash("sha256").update(text).digest("base64")}'`;
+
+/** Puts texts in the place of markers, each of which must stand once. */
+function put(template, texts) {
+  return Object.entries(texts).reduce((page, [marker, text]) => {
+    const parts = page.split(`/*${marker}*/`);
+    if (parts.length !== 2) throw new Error(`The template must hold /*${marker}*/ once, not ${parts.length - 1} times.`);
+    return parts.join(text);
+  }, template);
+}
+
+/** The hashes must be those of all that runs or styles, no more and no fewer. */
+function checked(page) {
+  const inside = [...page.matchAll(/<(script|style)>([^]*?)<\/\1>/g)].map(([, , text]) => hash(text));
+  const allowed = page.match(/'sha256-[^']+'/g) ?? [];
+  if (inside.length !== 2 || inside.join() !== [...allowed].reverse().join()) throw new Error("The hashes of the policy are not those of the page.");
+  if (page.split("/*DATA*/").length !== 2) throw new Error("The page must hold the marker of the data once.");
+  return page;
+}
+
+const script = await bundled("report/main.ts");
+const style = await bundled("theme.css");
+if (/<\/script|<!--/i.test(script.text) || /<\/style/i.test(style.text)) throw new Error("The bundle would end its element.");
+const policy = ["default-src 'none'", `script-src ${hash(script.text)}`, `style-src ${hash(style.text)}`, "img-src data: blob:", "base-uri 'none'", "form-action 'none'"];
+const page = put(readFileSync(join(here, "template.html"), "utf8"), {
+  POLICY: policy.join("; "),
+  TITLE: "Mating plan",
+  LICENCES: JSON.stringify(licences(script.inputs)).replaceAll("<", "\\u003c"),
+  STYLE: style.text,
+  SCRIPT: script.text,
+});
+mkdirSync(dirname(out), { recursive: true });
+writeFileSync(out, checked(page));
+console.log(`${out}: ${Math.round(Buffer.byteLength(page) / 1000)} kB`);

@@ -1,0 +1,68 @@
+// Effective size from two regressions, with its standard error and span, or why there is none.
+
+import { group, h } from "../shared/dom.js";
+import { count, digits, fixed, NONE, percent } from "../shared/format.js";
+import { COLOUR, draw, figure, Plot } from "../shared/plot.js";
+import * as words from "../shared/texts/population.js";
+import { birthOf, type Birth } from "./births.js";
+import { cards, type Card } from "./cards.js";
+import type { EffectiveSize, Result } from "./model.js";
+
+const text = words.effective_size;
+
+/** Below so many animals a population is at risk (FAO 1998). */
+const LIMIT = 50;
+
+export function section(result: Result): HTMLElement {
+  const { by_inbreeding, by_coancestry } = result.population;
+  const sizes = [
+    { of: by_inbreeding, words: text.by_inbreeding, colour: COLOUR.blue, symbol: "circle" as const },
+    { of: by_coancestry, words: text.by_coancestry, colour: COLOUR.orange, symbol: "triangle" as const },
+  ];
+  const known = sizes.filter(({ of }) => Number.isFinite(of.ne));
+  return group(text.title,
+    h("p", {}, text.intro),
+    cards(sizes.map(({ of, words }) => card(of, words, birthOf(result)))),
+    known.length > 0 && figure({ ...text.figure, plot: (width) => drawn(width, known) }));
+}
+
+type Named = { name: string; formula: string; source: string; meaning: string };
+
+function card(of: EffectiveSize, { name, formula, source, meaning }: Named, birth: Birth): Card {
+  const { ne, rate, range, span, none, no_upper } = text;
+  const some = Number.isFinite(of.ne);
+  const high = Number.isFinite(of.ne_high) ? fixed(of.ne_high, 1) : no_upper;
+  return {
+    name, value: some ? ne(digits(of.ne)) : none,
+    notes: [
+      of.why_not,
+      some && Number.isFinite(of.ne_low) && range(fixed(of.ne_low, 1), high),
+      Number.isFinite(of.rate) && rate(percent(of.rate), Number.isFinite(of.rate_se) ? percent(of.rate_se) : NONE),
+      of.n > 0 && span(count(of.n), birth(of.first), birth(of.last)),
+      meaning,
+      words.figures.source(formula, source),
+    ],
+  };
+}
+
+interface Known { of: EffectiveSize; words: Named; colour: string; symbol: "circle" | "triangle" }
+
+function drawn(width: number, known: readonly Known[]): Element {
+  const ends = known.flatMap(({ of }) => [of.ne, of.ne_high]).filter(Number.isFinite);
+  const right = Math.min(Math.max(2 * LIMIT, ...ends) * 1.1, 4 * Math.max(2 * LIMIT, ...known.map(({ of }) => of.ne)));
+  const high = ({ of }: Known) => (Number.isFinite(of.ne_high) ? Math.min(of.ne_high, right) : right);
+  const y = ({ words }: Known) => words.name;
+  return draw({
+    width, height: 60 + 45 * known.length, marginLeft: 124, marginRight: 20, marginBottom: 40, marginTop: 24,
+    x: { domain: [0, right], label: text.figure.axis, labelArrow: "right", grid: true, ticks: width / 90 },
+    y: { type: "band", label: null, tickSize: 0 },
+    color: { type: "identity" }, symbol: { type: "identity" },
+    marks: [
+      Plot.ruleX([LIMIT], { stroke: COLOUR.text, strokeDasharray: "5 4" }),
+      Plot.text([LIMIT], { x: (x: number) => x, text: () => text.figure.limit, frameAnchor: "top", dy: -14 }),
+      Plot.ruleY(known, { x1: ({ of }: Known) => of.ne_low, x2: high, y, stroke: "colour", strokeWidth: 3 }),
+      Plot.dot(known, { x: ({ of }: Known) => of.ne, y, fill: "colour", symbol: "symbol", r: 6 }),
+      Plot.text(known, { x: ({ of }: Known) => of.ne, y, text: ({ of }: Known) => digits(of.ne), dy: -14 }),
+    ],
+  });
+}

@@ -1,0 +1,40 @@
+// Mean kinship of the candidates, ranked: whose genes are rare among the living.
+
+import { group, h, note, type Child } from "../shared/dom.js";
+import { percent } from "../shared/format.js";
+import { table, type Column } from "../shared/table.js";
+import * as candidate_words from "../shared/texts/candidates.js";
+import * as words from "../shared/texts/population.js";
+import { candidates, type Row } from "./candidates.js";
+import { choose } from "./choose.js";
+import { called, type Result } from "./model.js";
+
+const text = words.kinship;
+
+export function section(result: Result): Child {
+  const { mean_kinship, gene_diversity } = result.population;
+  const ranked = candidates(result).filter(({ mean_kinship }) => Number.isFinite(mean_kinship)).sort((a, b) => a.mean_kinship - b.mean_kinship);
+  if (ranked.length === 0) return false;
+  const { filter } = candidate_words;
+  const sexes = [{ name: filter.all, value: 0 }, { name: filter.males, value: 1 }, { name: filter.females, value: 2 }];
+  return group(text.title,
+    h("p", {}, text.intro(percent(mean_kinship), percent(gene_diversity))),
+    note(text.incomplete),
+    choose(filter.label, sexes, (sex) => list(ranked.filter(({ of }) => sex === 0 || of.sex === sex))));
+}
+
+function list(rows: readonly Row[]): HTMLElement {
+  const place = new Map(rows.map((row, i) => [row, i + 1]));
+  const { columns: titles } = text;
+  const columns: Column<Row>[] = [
+    { key: "place", title: titles.place, value: (row) => place.get(row) ?? NaN },
+    { key: "animal", title: titles.animal, value: ({ of }) => called(of) },
+    { key: "sex", title: titles.sex, value: ({ of }) => candidate_words.sexes[of.sex] ?? "" },
+    { key: "birth", title: titles.birth, value: ({ of }) => of.birth },
+    { key: "mean_kinship", title: titles.mean_kinship, value: (row) => row.mean_kinship, percent: true, decimals: 3 },
+    { key: "completeness", title: titles.completeness, value: ({ of }) => of.completeness, percent: true, decimals: 0 },
+    { key: "offspring", title: titles.offspring, value: (row) => row.offspring },
+    { key: "matings", title: titles.matings, value: (row) => row.matings },
+  ];
+  return table(columns, rows, { caption: text.caption, file: "mean_kinship.csv", mark: ({ matings }) => (matings > 0 ? "chosen" : undefined) });
+}

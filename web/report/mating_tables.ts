@@ -1,0 +1,110 @@
+// The matings as tables: all of them, and one sheet a sire for the barn.
+
+import { h, type Child } from "../shared/dom.js";
+import { digits, fixed } from "../shared/format.js";
+import { holds, searchBox, table, type Column } from "../shared/table.js";
+import * as words from "../shared/texts/matings.js";
+import { openMating } from "./mating.js";
+import { animal, called, type Mating, type Plan, type Result } from "./model.js";
+
+type Heading = readonly [title: string, note: string];
+const column = (key: string, [title, note]: Heading, rest: Omit<Column<Mating>, "key" | "title" | "note">): Column<Mating> =>
+  ({ key, title, note, ...rest });
+
+/** The expected F as a button that opens what makes it. */
+function opener(result: Result, mating: Mating): HTMLElement {
+  const f = fixed(mating.f * 100, 2);
+  const pair = words.pair(called(animal(result, mating.sire)), called(animal(result, mating.dam)));
+  return h("button", { type: "button", class: "open", "aria-label": words.opens(f, pair), onclick: () => openMating(result, mating) }, f);
+}
+
+export type Merits = ReadonlyMap<number, number>;
+
+/** Merits of the candidates by their place among the animals. */
+export const meritsOf = (result: Result): Merits => new Map(result.candidates.map((each) => [each.animal, each.merit]));
+
+function parentColumns(result: Result, of: "sire" | "dam", merits: Merits): Column<Mating>[] {
+  const who = (mating: Mating) => animal(result, mating[of]);
+  const heading = words.parentColumn(of);
+  const names = result.animals.some(({ name }) => name !== "");
+  const name = column(`${of}_name`, of === "sire" ? words.SIRE_NAME : words.DAM_NAME, { value: (row) => who(row).name });
+  return [
+    column(of, of === "sire" ? words.SIRE : words.DAM, { value: (row) => who(row).id }),
+    ...(names ? [name] : []),
+    column(`${of}_merit`, heading.merit, { value: (row) => merits.get(row[of]) ?? NaN, decimals: 3 }),
+    column(`${of}_f`, heading.f, { value: (row) => who(row).f, percent: true }),
+    column(`${of}_completeness`, heading.completeness, { value: (row) => who(row).completeness, percent: true, decimals: 0 }),
+  ];
+}
+
+function offspringColumns(result: Result): Column<Mating>[] {
+  return [
+    column("merit", words.OFFSPRING_MERIT, { value: (row) => row.merit, decimals: 3 }),
+    column("f", words.OFFSPRING_F, { value: (row) => row.f, show: (row) => opener(result, row) }),
+    column("vf", words.OFFSPRING_VF, { value: (row) => row.vf, decimals: 3 }),
+  ];
+}
+
+/** For each chosen female the other males, in words. */
+function othersColumn(result: Result, plan: Plan, wrap: boolean): Column<Mating> {
+  const others = new Map(plan.alternatives.map(({ dam, sires, f }) =>
+    [dam, sires.map((sire, i) => words.other(called(animal(result, sire)), f[i] ?? NaN)).join(", ")]));
+  return column("other_males", words.OTHERS, { value: (row) => others.get(row.dam) ?? words.NO_OTHER, wrap });
+}
+
+/** All matings, sortable and searchable. */
+export function matingsTable(result: Result, matings: readonly Mating[], file: string, plan?: Plan): HTMLElement {
+  const merits = meritsOf(result);
+  const columns = [
+    ...parentColumns(result, "sire", merits), ...parentColumns(result, "dam", merits),
+    ...offspringColumns(result), ...(plan ? [othersColumn(result, plan, false)] : []),
+  ];
+  return table(columns, matings, { caption: words.ALL_CAPTION, file });
+}
+
+const FEW_SIRES = 6;
+
+/** A sheet for each sire: open when they are few, and all of them on paper. */
+export function sheets(result: Result, plan: Plan): HTMLElement {
+  const merits = meritsOf(result);
+  const bySire = new Map<number, Mating[]>();
+  for (const mating of plan.matings) bySire.set(mating.sire, [...(bySire.get(mating.sire) ?? []), mating]);
+  const columns = [...offspringFirst(result, merits), othersColumn(result, plan, true)];
+  const all = [...bySire].map(([sire, matings]) => sheet(result, sire, matings, columns, merits));
+  const open = (now: boolean) => () => all.forEach((each) => (each.open = now));
+  open(all.length <= FEW_SIRES)();
+  printedOpen(all);
+  const button = (text: string, now: boolean): Child => h("button", { type: "button", class: "plainbutton", onclick: open(now) }, text);
+  const search = searchBox(words.BY_SIRE, (wanted) => sought(all, wanted));
+  return h("div", {}, h("div", { class: "tools" }, search, button(words.OPEN_ALL, true), button(words.CLOSE_ALL, false)), all);
+}
+
+/** Shows the sheets in which the wanted words stand, opened. */
+function sought(sheets: readonly HTMLDetailsElement[], wanted: string): void {
+  for (const each of sheets) {
+    each.hidden = !holds(each.textContent ?? "", wanted);
+    if (wanted && !each.hidden) each.open = true;
+  }
+}
+
+function offspringFirst(result: Result, merits: Merits): Column<Mating>[] {
+  return [...parentColumns(result, "dam", merits), ...offspringColumns(result)];
+}
+
+function sheet(result: Result, sire: number, matings: Mating[], columns: Column<Mating>[], merits: Merits): HTMLDetailsElement {
+  const male = animal(result, sire);
+  const heading = h("h4", {}, called(male));
+  const about = words.parent(digits(merits.get(sire) ?? NaN), male.f, male.completeness);
+  return h("details", { class: "sheet" },
+    h("summary", {}, heading, h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about)),
+    table(columns, matings, { caption: words.females(called(male)), search: false }));
+}
+
+function printedOpen(sheets: readonly HTMLDetailsElement[]): void {
+  let before: boolean[] = [];
+  addEventListener("beforeprint", () => {
+    before = sheets.map(({ open }) => open);
+    for (const each of sheets) each.open = true;
+  });
+  addEventListener("afterprint", () => sheets.forEach((each, i) => (each.open = before[i] ?? true)));
+}

@@ -1,0 +1,78 @@
+// Merit against mean relationship. Males are squares and females circles, as in drawn pedigrees. Where
+// the candidates that were not chosen are many, hexagons count them; the pointer finds each all the same.
+
+import { counted } from "../shared/format.js";
+import { h } from "../shared/dom.js";
+import { COLOUR, draw, FEMALE, figure, MALE, Plot } from "../shared/plot.js";
+import * as words from "../shared/texts/candidates.js";
+import { meritDecimals, told, type Row } from "./candidates.js";
+import { key } from "./charts.js";
+import { choose } from "./choose.js";
+
+/** More than so many are counted and not drawn one by one: beyond, drawing takes longer than a blink. */
+const DRAWN = 1500;
+
+type Axis = "to_chosen" | "relationship";
+
+export function picture(rows: readonly Row[]): HTMLElement {
+  const chosen = rows.filter(({ matings }) => matings > 0);
+  const others = rows.filter(({ matings, merit }) => matings === 0 && Number.isFinite(merit));
+  const males = chosen.filter(({ of }) => of.sex === 1).length;
+  const axes: readonly Axis[] = ["to_chosen", "relationship"];
+  return choose(words.picture.x, axes.map((value) => ({ name: words.picture[value].name, value })), (axis) =>
+    figure({
+      title: words.picture.title,
+      description: [
+        words.picture.description(counted(males, "male", "males"), counted(chosen.length - males, "female", "females")),
+        others.length > DRAWN ? words.picture.binned(others.length.toLocaleString("en-GB")) : "",
+      ].join(" ").trim(),
+      plot: (width) => h("div", {}, legend(others.length), drawn(width, chosen, others, axis)),
+      note: words.picture.note,
+    }));
+}
+
+function legend(others: number): HTMLElement {
+  const names = words.picture.key;
+  return key(
+    { name: names.male, colour: MALE, symbol: "square" },
+    { name: names.female, colour: FEMALE, symbol: "circle" },
+    ...(others > DRAWN
+      ? [{ name: names.count, colour: COLOUR.muted, symbol: "hexagon" as const }]
+      : [{ name: names.other_male, colour: COLOUR.muted, symbol: "hollow_square" as const },
+         { name: names.other_female, colour: COLOUR.muted, symbol: "hollow" as const }]));
+}
+
+const shape = ({ of }: Row): "square" | "circle" => (of.sex === 1 ? "square" : "circle");
+
+/** Radius by matings, so that one mating is seen and the area tells how many there are. */
+function size(chosen: readonly Row[], width: number): (row: Row) => number {
+  const most = chosen.reduce((most, { matings }) => Math.max(most, matings), 1);
+  const largest = width < 500 ? 9 : 13;
+  return ({ matings }) => Math.max(3.5, largest * Math.sqrt(matings / most));
+}
+
+function drawn(width: number, chosen: readonly Row[], others: readonly Row[], axis: Axis): Element {
+  const all = [...others, ...chosen];
+  const x = (row: Row) => row[axis] * 100;
+  const y = (row: Row) => row.merit;
+  const decimals = meritDecimals(all);
+  return draw({
+    width, height: Math.min(560, Math.max(340, width * 0.6)), marginLeft: 56, marginRight: 20, marginBottom: 44, inset: 8,
+    x: { label: words.picture[axis].axis, labelArrow: "none", labelAnchor: "right", nice: true },
+    y: { label: words.picture.merit, labelArrow: "none", grid: true, nice: true },
+    r: { type: "identity" },
+    opacity: { type: "sqrt", range: [0.15, 0.85] },
+    symbol: { type: "identity" }, color: { type: "identity" },
+    marks: [
+      others.length > DRAWN
+        ? Plot.hexagon(others, Plot.hexbin({ fillOpacity: "count" }, { x, y, fill: COLOUR.muted, binWidth: 11, r: 6 }))
+        : Plot.dot(others, { x, y, r: 3, symbol: shape, stroke: COLOUR.muted, strokeWidth: 1.2 }),
+      Plot.dot(chosen, {
+        x, y, r: size(chosen, width), symbol: shape, fill: ({ of }: Row) => (of.sex === 1 ? MALE : FEMALE),
+        stroke: "var(--card)", strokeWidth: 1, sort: { channel: "-r" }, fillOpacity: 0.9,
+      }),
+      Plot.dot(all, Plot.pointer({ x, y, r: 9, stroke: COLOUR.text, strokeWidth: 2 })),
+      Plot.tip(all, Plot.pointer({ x, y, title: (row: Row) => told(row, decimals) })),
+    ],
+  });
+}

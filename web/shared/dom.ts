@@ -1,0 +1,76 @@
+// Makes every element of the page. Text from files goes in as text, never as HTML, and styles go in
+// through the object model, which the page's content security policy allows.
+
+export type Child = Node | string | number | null | undefined | false | readonly Child[];
+
+type Handler = (event: Event) => void;
+type Value = string | number | boolean | null | undefined | Handler | Record<string, string>;
+
+/** Attributes of an element: `onclick` and the like are functions, `style` an object of properties
+ * ({"--share": "3%"}); true sets an attribute without value, false, null and undefined leave it out. */
+export type Attributes = Record<string, Value>;
+
+/** Makes an element: h("p", { class: "note" }, "Born ", year). Children are nodes, texts, numbers or
+ * lists of them; null, undefined and false are left out. */
+export function h<K extends keyof HTMLElementTagNameMap>(
+  tag: K,
+  attributes: Attributes = {},
+  ...children: Child[]
+): HTMLElementTagNameMap[K] {
+  const element = document.createElement(tag);
+  for (const [name, value] of Object.entries(attributes)) set(element, name, value);
+  add(element, children);
+  return element;
+}
+
+/** Appends children as h() takes them. */
+export function add(parent: Node, children: readonly Child[]): void {
+  for (const child of children) {
+    if (child === null || child === undefined || child === false) continue;
+    if (Array.isArray(child)) add(parent, child as readonly Child[]);
+    else if (child instanceof Node) parent.appendChild(child);
+    else parent.appendChild(document.createTextNode(String(child)));
+  }
+}
+
+/** Replaces what an element holds. */
+export function fill(parent: Element, ...children: Child[]): void {
+  parent.replaceChildren();
+  add(parent, children);
+}
+
+function set(element: HTMLElement, name: string, value: Value): void {
+  if (value === null || value === undefined || value === false) return;
+  if (typeof value === "function") element.addEventListener(name.replace(/^on/, ""), value);
+  else if (typeof value === "object") {
+    for (const [property, text] of Object.entries(value)) element.style.setProperty(property, text);
+  } else element.setAttribute(name, value === true ? "" : String(value));
+}
+
+/** A part of the page with its heading of the second level; it enters the table of contents. */
+export function part(id: string, title: string, ...children: Child[]): HTMLElement {
+  const heading = h("h2", { id: `${id}-title`, tabindex: -1 }, title);
+  return h("section", { id, class: "part", "aria-labelledby": heading.id }, heading, children);
+}
+
+/** A heading of the third level with what belongs to it. */
+export function group(title: string, ...children: Child[]): HTMLElement {
+  return h("section", { class: "group" }, h("h3", {}, title), children);
+}
+
+/** Figures with their names: facts(["Founders", 12, "animals without known parents"], ...). */
+export function facts(...rows: readonly (readonly [name: string, value: Child, note?: Child])[]): HTMLElement {
+  const fact = ([name, value, note]: readonly [string, Child, Child?]) =>
+    h("div", { class: "fact" }, h("dt", {}, name), h("dd", {}, value), note && h("dd", { class: "note" }, note));
+  return h("dl", { class: "facts" }, rows.map(fact));
+}
+
+/** A remark in small letters: an explanation, a formula, a source. */
+export function note(...children: Child[]): HTMLElement {
+  return h("p", { class: "note" }, children);
+}
+
+/** A link within the page. */
+export function link(id: string, ...children: Child[]): HTMLElement {
+  return h("a", { href: `#${id}` }, children);
+}

@@ -1,0 +1,34 @@
+// Files that the page itself makes: nothing leaves the machine.
+
+import { h } from "./dom.js";
+
+type Cell = string | number | boolean | null | undefined;
+
+/** A table as CSV (RFC 4180), numbers with all their digits, NaN empty. */
+export function csv(header: readonly string[], rows: readonly (readonly Cell[])[]): string {
+  return [header, ...rows].map((row) => row.map(field).join(",")).join("\r\n") + "\r\n";
+}
+
+function field(cell: Cell): string {
+  if (cell === null || cell === undefined || Number.isNaN(cell)) return "";
+  const text = String(cell);
+  return /[",\r\n]/.test(text) ? `"${text.replaceAll('"', '""')}"` : text;
+}
+
+/** Hands a text to the browser as a file; CSV gets the mark by which spreadsheets know UTF-8. */
+export function save(name: string, type: "text/csv" | "application/json", text: string): void {
+  const mark = type === "text/csv" ? "\ufeff" : "";
+  const address = URL.createObjectURL(new Blob([mark, text], { type: `${type};charset=utf-8` }));
+  h("a", { href: address, download: name }).click();
+  setTimeout(() => URL.revokeObjectURL(address), 60_000);
+}
+
+/** A button that saves what `make` gives when it is pressed. */
+export function download(
+  label: string,
+  name: string,
+  type: "text/csv" | "application/json",
+  make: () => string,
+): HTMLElement {
+  return h("button", { type: "button", class: "download", onclick: () => save(name, type, make()) }, label);
+}

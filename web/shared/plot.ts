@@ -1,0 +1,92 @@
+// Pictures: a frame with caption, text for those who do not see, the same as a table, and a new drawing
+// when the width changes. Observable Plot draws.
+
+import * as Plot from "@observablehq/plot";
+import { fill, h, note, type Child } from "./dom.js";
+import { AS_TABLE } from "./texts/shared.js";
+import { table, type Column } from "./table.js";
+
+/** Colours that the colour-blind tell apart (after Okabe & Ito 2008), each in a tone for a light and one
+ * for a dark page (theme.css). Never the only difference: a shape, a dash or a label says the same. */
+export const COLOUR = {
+  blue: "var(--blue)",
+  orange: "var(--orange)",
+  green: "var(--green)",
+  purple: "var(--purple)",
+  muted: "var(--muted)",
+  rule: "var(--rule)",
+  text: "currentColor",
+} as const;
+
+/** Who is shown by which colour, everywhere the same. */
+export const MALE = COLOUR.blue;
+export const FEMALE = COLOUR.orange;
+export const CHOSEN = COLOUR.green;
+
+export interface Picture<T> {
+  title: string;
+  /** What is to be seen, in a sentence: shown below the title and read aloud. */
+  description: string;
+  /** Draws for a width in pixels; use draw() of this file. */
+  plot: (width: number) => Element;
+  /** The figures behind the picture. */
+  table?: { columns: readonly Column<T>[]; rows: readonly T[]; file?: string };
+  /** An explanation or source. */
+  note?: Child;
+}
+
+/** A picture with all that belongs to it. */
+export function figure<T>(picture: Picture<T>): HTMLElement {
+  const canvas = h("div", { class: "canvas" });
+  redrawn(canvas, (width) => named(picture.plot(width), picture.title, picture.description));
+  const caption = h("figcaption", {}, h("strong", {}, picture.title), " ", picture.description);
+  return h("figure", { class: "picture" }, caption, canvas, picture.note && note(picture.note), picture.table && asTable(picture.title, picture.table));
+}
+
+/** Plot.plot() without the style element that it would add, which the content security policy forbids;
+ * theme.css holds those rules. Take this and never Plot.plot() itself. */
+export function draw(options: Plot.PlotOptions): HTMLElement | SVGSVGElement {
+  return unstyled(Plot.plot({ className: "plot", ...options }));
+}
+
+/** The legend of a scale, as Plot.legend() makes it. */
+export function legend(options: Parameters<typeof Plot.legend>[0]): Element {
+  return unstyled(Plot.legend({ className: "plot", ...options }));
+}
+
+function unstyled<E extends Element>(drawn: E): E {
+  for (const style of drawn.querySelectorAll("style")) style.remove();
+  return drawn;
+}
+
+function named(drawn: Element, title: string, description: string): Element {
+  const svgs = drawn instanceof SVGSVGElement ? [drawn] : [...drawn.querySelectorAll(":scope > svg")];
+  for (const svg of svgs) {
+    svg.setAttribute("role", "img");
+    svg.setAttribute("aria-label", `${title}. ${description}`);
+  }
+  return drawn;
+}
+
+/** Draws into an element now and whenever its width changes. */
+export function redrawn(canvas: HTMLElement, make: (width: number) => Element): void {
+  let drawn = 0;
+  new ResizeObserver(() => {
+    const width = Math.floor(canvas.clientWidth);
+    if (width === 0 || width === drawn) return;
+    drawn = width;
+    fill(canvas, make(width));
+  }).observe(canvas);
+}
+
+function asTable<T>(title: string, { columns, rows, file }: NonNullable<Picture<T>["table"]>): HTMLElement {
+  const details = h("details", {}, h("summary", {}, AS_TABLE));
+  details.addEventListener("toggle", () => {
+    if (details.open && details.childElementCount === 1) details.append(table(columns, rows, { caption: title, file }));
+  });
+  return details;
+}
+
+/** For types and marks import * as Plot from "@observablehq/plot" itself: of that import the bundle holds
+ * only what is used, of this one everything. */
+export { Plot };

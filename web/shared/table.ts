@@ -1,0 +1,247 @@
+// Tables that a reader sorts by a click or a key on a heading, searches and saves. Long ones draw only
+// the rows in sight, so that 20,000 rows scroll as 20 do; on paper they show the first PRINTED rows.
+
+import {
+  createTable, getCoreRowModel, getFilteredRowModel, getSortedRowModel,
+  type ColumnDef, type Row, type SortingState, type Table, type TableState,
+} from "@tanstack/table-core";
+import { elementScroll, observeElementOffset, observeElementRect, Virtualizer } from "@tanstack/virtual-core";
+import { fill, h, type Child } from "./dom.js";
+import { csv, download } from "./download.js";
+import { count, fixed } from "./format.js";
+import * as words from "./texts/shared.js";
+
+export interface Column<T> {
+  /** Its heading in the saved file. */
+  key: string;
+  title: string;
+  /** What it means, with its unit; shown when the pointer or the keyboard rests on the heading. */
+  note?: string;
+  /** What it is sorted, searched and saved by, with all digits; NaN is none and comes last. */
+  value: (row: T) => string | number;
+  /** What is shown, if not the value itself. */
+  show?: (row: T) => Child;
+  /** Numbers: decimals shown (0), and whether as percent without the sign (say so in the title). */
+  decimals?: number;
+  percent?: boolean;
+  /** Long texts: may take several lines, where all rows are drawn. */
+  wrap?: boolean;
+}
+
+export interface TableOptions<T> {
+  /** What the table holds, for those who do not see it. */
+  caption: string;
+  /** Name of the saved file, "candidates.csv"; without it there is no button. */
+  file?: string;
+  /** Whether there is a search box (from 8 rows on, unless told otherwise). */
+  search?: boolean;
+  /** The order at first: key of a column. Without it the order of the rows. */
+  sort?: { key: string; descending?: boolean };
+  /** Class of a row, such as "chosen". */
+  mark?: (row: T) => string | undefined;
+}
+
+const LONG = 250;
+const PRINTED = 250;
+
+/** Makes a table of rows. */
+export function table<T>(columns: readonly Column<T>[], rows: readonly T[], options: TableOptions<T>): HTMLElement {
+  const head = h("thead");
+  const body = h("tbody");
+  const found = h("output", { class: "found" });
+  const grid = h("table", {}, h("caption", { class: "unseen" }, options.caption), head, body);
+  const box = h("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": options.caption }, grid);
+  const model = makeModel(columns, rows, options, () => redraw());
+  const long = rows.length > LONG;
+  const draw = long ? drawInSight(box, body) : drawAll(body);
+
+  function redraw(): void {
+    fill(head, headings(columns, model));
+    const shown = model.getRowModel().rows;
+    fill(found, shown.length < rows.length && words.found(count(shown.length), count(rows.length)));
+    draw(shown.length, (i) => line(columns, shown[i]!, long, options.mark), columns.length);
+  }
+
+  redraw();
+  const wide = options.search ?? rows.length >= 8;
+  const tools = [wide && searchBox(options.caption, (text) => model.setGlobalFilter(text)), found, options.file && saving(options.file, columns, model)];
+  return h("div", { class: "table" }, h("div", { class: "tools" }, tools), box);
+}
+
+function makeModel<T>(columns: readonly Column<T>[], rows: readonly T[], { sort }: TableOptions<T>, changed: () => void): Table<T> {
+  const sorting: SortingState = sort ? [{ id: sort.key, desc: sort.descending ?? false }] : [];
+  const texts = new Map<T, string>();
+  const model = createTable<T>({
+    data: rows as T[],
+    columns: columns.map(definition),
+    state: {},
+    renderFallbackValue: null,
+    onStateChange: (update) => {
+      state = typeof update === "function" ? update(state) : update;
+      model.setOptions((old) => ({ ...old, state }));
+      changed();
+    },
+    getCoreRowModel: getCoreRowModel(),
+    getSortedRowModel: getSortedRowModel(),
+    getFilteredRowModel: getFilteredRowModel(),
+    getColumnCanGlobalFilter: () => true,
+    globalFilterFn: (row, _column, wanted: string) => holds(searchable(columns, row.original, texts), wanted),
+  });
+  let state: TableState = { ...model.initialState, sorting };
+  model.setOptions((old) => ({ ...old, state }));
+  return model;
+}
+
+const collator = new Intl.Collator("en", { numeric: true });
+
+function definition<T>({ key, value }: Column<T>): ColumnDef<T> {
+  return {
+    id: key,
+    accessorFn: (row) => none(value(row)),
+    sortUndefined: "last",
+    sortDescFirst: false,
+    sortingFn: (a, b) => compare(a.getValue(key), b.getValue(key)),
+  };
+}
+
+const none = (value: string | number) => (Number.isNaN(value) || value === "" ? undefined : value);
+
+function compare(a: string | number, b: string | number): number {
+  return typeof a === "number" && typeof b === "number" ? a - b : collator.compare(String(a), String(b));
+}
+
+function searchable<T>(columns: readonly Column<T>[], row: T, known: Map<T, string>): string {
+  let text = known.get(row);
+  if (text === undefined) {
+    text = columns.map(({ value }) => value(row)).join(" ");
+    known.set(row, text);
+  }
+  return text;
+}
+
+/** Whether all wanted words stand in a text. */
+export function holds(text: string, wanted: string): boolean {
+  const lower = text.toLowerCase();
+  return wanted.toLowerCase().split(/\s+/).every((word) => lower.includes(word));
+}
+
+function headings<T>(columns: readonly Column<T>[], model: Table<T>): HTMLElement {
+  const heading = ({ key, title, note }: Column<T>, i: number) => {
+    const column = model.getColumn(key)!;
+    const order = column.getIsSorted();
+    const sorted = order === false ? undefined : order === "asc" ? "ascending" : "descending";
+    const press = () => {
+      column.toggleSorting(order === "asc");
+      pressed(model, i);
+    };
+    const arrow = h("span", { class: "arrow", "aria-hidden": "true" }, order === "asc" ? "▲" : order === "desc" ? "▼" : "");
+    return h("th", { scope: "col", "aria-sort": sorted }, h("button", { type: "button", title: note, onclick: press }, title, arrow));
+  };
+  const row = h("tr", {}, columns.map(heading));
+  heads.set(model, row);
+  return row;
+}
+
+// The headings are made anew when the order changes: the one that was pressed keeps the focus.
+const heads = new WeakMap<object, HTMLElement>();
+
+function pressed(model: object, i: number): void {
+  heads.get(model)?.querySelectorAll("button")[i]?.focus();
+}
+
+function line<T>(columns: readonly Column<T>[], { original }: Row<T>, long: boolean, mark: TableOptions<T>["mark"]): HTMLElement {
+  const cell = (column: Column<T>, i: number) => {
+    const value = column.value(original);
+    const kind = typeof value === "number" ? "number" : column.wrap && !long ? "wrap" : undefined;
+    const shown = column.show ? column.show(original) : shownValue(column, value);
+    return i === 0 ? h("th", { scope: "row", class: kind }, shown) : h("td", { class: kind }, shown);
+  };
+  return h("tr", { class: mark?.(original) }, columns.map(cell));
+}
+
+function shownValue<T>({ decimals, percent }: Column<T>, value: string | number): string {
+  if (typeof value === "string") return value;
+  return fixed(percent ? value * 100 : value, decimals ?? (percent ? 2 : 0));
+}
+
+type Draw = (rows: number, make: (i: number) => HTMLElement, columns: number) => void;
+
+function drawAll(body: HTMLElement): Draw {
+  return (rows, make) => fill(body, Array.from({ length: rows }, (_, i) => make(i)));
+}
+
+function drawInSight(box: HTMLElement, body: HTMLElement): Draw {
+  let rows = 0;
+  let make: (i: number) => HTMLElement = () => h("tr");
+  let columns = 1;
+  let printing = false;
+  const sight = new Virtualizer<HTMLElement, HTMLElement>(settings());
+
+  function settings() {
+    return {
+      count: rows, getScrollElement: () => box, estimateSize: () => 33, overscan: 12,
+      initialRect: { width: 800, height: 600 },
+      scrollToFn: elementScroll, observeElementRect, observeElementOffset, onChange: () => show(),
+    };
+  }
+
+  function show(): void {
+    if (printing) return printRows();
+    const items = sight.getVirtualItems();
+    const before = items[0]?.start ?? 0;
+    const after = sight.getTotalSize() - (items[items.length - 1]?.end ?? 0);
+    fill(body, space(before), items.map(({ index }) => make(index)), space(after));
+  }
+
+  function printRows(): void {
+    const shown = Math.min(rows, PRINTED);
+    const rest = h("tr", {}, h("td", { colspan: columns }, words.printed(count(shown), count(rows))));
+    fill(body, Array.from({ length: shown }, (_, i) => make(i)), shown < rows && rest);
+  }
+
+  const space = (height: number) => height > 0 && h("tr", { class: "space", "aria-hidden": "true", style: { height: `${height}px` } });
+  const print = (now: boolean) => () => ((printing = now), show());
+  addEventListener("beforeprint", print(true));
+  addEventListener("afterprint", print(false));
+  sight._didMount();
+  return (length, maker, width) => {
+    [rows, make, columns] = [length, maker, width];
+    sight.setOptions(settings());
+    sight._willUpdate();
+    box.scrollTop = 0;
+    show();
+  };
+}
+
+/** A field that says what it is to be searched for, shortly after the last key. */
+export function searchBox(caption: string, wanted: (text: string) => void): HTMLElement {
+  const field = h("input", { type: "search", placeholder: words.SEARCH, "aria-label": `${words.SEARCH}: ${caption}` });
+  let waiting = 0;
+  field.addEventListener("input", () => {
+    clearTimeout(waiting);
+    waiting = setTimeout(() => wanted(field.value.trim()), 80);
+  });
+  return field;
+}
+
+function saving<T>(file: string, columns: readonly Column<T>[], model: Table<T>): HTMLElement {
+  return download(words.SAVE_CSV, file, "text/csv", () =>
+    csv(
+      columns.map(({ key }) => key),
+      model.getRowModel().rows.map(({ original }) => columns.map(({ value }) => value(original))),
+    ),
+  );
+}
+
+/** A short table without tools, for a few rows of figures. Columns of text, by their place, stand at
+ * the left; the others are numbers. */
+export function plain(caption: string, header: readonly Child[], rows: readonly (readonly Child[])[], texts: readonly number[] = [0]): HTMLElement {
+  const kind = (i: number) => (texts.includes(i) ? undefined : "number");
+  const cell = (value: Child, i: number) => (i === 0 ? h("th", { scope: "row", class: kind(i) }, value) : h("td", { class: kind(i) }, value));
+  const heading = (value: Child, i: number) => h("th", { scope: "col", class: kind(i) }, value);
+  const grid = h("table", {},
+    h("caption", { class: "unseen" }, caption),
+    h("thead", {}, h("tr", {}, header.map(heading))),
+    h("tbody", {}, rows.map((row) => h("tr", {}, row.map(cell)))));
+  return h("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": caption }, grid);
+}

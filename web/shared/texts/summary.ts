@@ -1,0 +1,118 @@
+// Words of the summary: the plan, or the population, in one paragraph.
+
+import { count, counted, digits, fixed, percent } from "../format.js";
+
+export const TITLE = "In short";
+
+export const matings = (matings: number, males: string, females: string) =>
+  `The plan makes ${counted(matings, "mating", "matings")}, with ${males} and ${females}. `;
+export const chosen = (chosen: number, candidates: number, one: string, more: string) =>
+  `${count(chosen)} of ${counted(candidates, one, more)}`;
+export const MALE = ["male", "males"] as const;
+export const FEMALE = ["female", "females"] as const;
+
+export const merit = (merit: number) => `The expected merit of the offspring is ${digits(merit, 4)}`;
+export const gain = (gain: number, born: string) =>
+  Math.abs(gain) < 1e-9
+    ? `, as much as the mean of the animals born last (${born}). `
+    : `: they ${gain > 0 ? "gain" : "lose"} ${digits(Math.abs(gain))} units of merit against the mean of the animals born last (${born}). `;
+export const END = ". ";
+
+export const inbreeding = (f: number, relationship: number) =>
+  `Their average inbreeding will be ${percent(f)} and their average relationship to one another ${percent(relationship)}. `;
+export const rate = (rate: number, ne: number) =>
+  rate > 0
+    ? `Inbreeding rises by ${percent(rate)} a generation, as in a population of an effective size of ${size(ne)}. `
+    : `Inbreeding does not rise (rate ${percent(rate)} a generation), so no effective size follows from this plan. `;
+const size = (ne: number) => `${fixed(ne, ne < 10 ? 1 : 0)}\u00a0animals`;
+
+export const SOUND = "Nothing serious was found to beware of.";
+export const BEWARE = "To beware of: ";
+export const DETAILS = "more on this";
+
+export const population = (animals: number, founders: number, living: number) =>
+  `The pedigree holds ${counted(animals, "animal", "animals")}, among them ${counted(founders, "founder", "founders")} without known parents; ${count(living)} count as living. `;
+export const meanInbreeding = (mean: number, largest: number) =>
+  `Average inbreeding of all is ${percent(mean)}, the largest ${percent(largest)}. `;
+export const diversity = (kinship: number, diversity: number) =>
+  `The living have an average kinship of ${percent(kinship)}; they keep ${percent(diversity, 1)} of the gene diversity of the founders. `;
+export const effective = (ne: number) =>
+  Number.isFinite(ne) ? `Inbreeding rose as in a population of an effective size of ${size(ne)}. ` : "";
+export const NO_PLAN = "No matings were planned. ";
+
+/** What to beware of in a few words; kinds that are not here are told in the program's own text. */
+export function brief(kind: string, v: Record<string, number>): string {
+  const at = (name: string) => v[name] ?? NaN;
+  switch (kind) {
+    case "unknown_parents":
+      return `unknown parents among the chosen (${percent(at("genes"), 1)} of the genes of the offspring come from nobody knows whom)`;
+    case "unfinished_last_time":
+      return "the last birth time is not finished, so the rate of inbreeding has no firm base";
+    case "constraint":
+      return `the rate of inbreeding (${percent(at("rate"))}) exceeds the wanted limit of ${percent(at("constraint"))}`;
+    case "close_relatives":
+      return "close relatives are paired";
+    case "brothers":
+      return `two brothers have ${percent(at("share"), 0)} of all matings`;
+    case "rate":
+      return `the plan's rate of inbreeding is above ${percent(at("limit"), 0)} a generation`;
+    case "ne":
+      return `the plan's effective size is below ${count(at("limit"))} animals`;
+    case "regression_rate":
+      return `inbreeding has been rising by more than ${percent(at("limit"), 0)} a generation`;
+    case "regression_ne":
+      return `the population's effective size has been below ${count(at("limit"))} animals`;
+    case "changed":
+      return "files have changed since the run";
+    case "relationships_from_file":
+      return "relationships come from a file and may differ from the pedigree";
+    case "prepared":
+      return "the herd book had faults";
+    default:
+      return "the program gave a warning";
+  }
+}
+
+// Figures.
+export const MATINGS = "Matings";
+export const MALES = "Males";
+export const FEMALES = "Females";
+export const ofCandidates = (candidates: number) => `chosen of ${counted(candidates, "candidate", "candidates")}`;
+export const SIRES_NOTE = (mean: number, sd: number) => `${fixed(mean, 1)} ± ${fixed(sd, 1)} matings each`;
+export const MERIT = "Merit of the offspring";
+export const MERIT_NOTE = (gain: number) => `${gain >= 0 ? "+" : ""}${digits(gain)} against the last birth time; mean of the parents' merits`;
+export const INBREEDING = "Inbreeding of the offspring";
+export const INBREEDING_NOTE = (last: number) => `mean F; the last birth time has ${percent(last)}`;
+export const RELATIONSHIP = "Relationship";
+export const RELATIONSHIP_NOTE = (last: number) => `mean of the next generation; the last birth time has ${percent(last)}`;
+export const RATE = "Rate of inbreeding";
+export const RATE_NOTE = "a generation";
+export const NE = "Effective size";
+export const NE_NOTE = "animals; FAO (1998) advises 50 or more";
+export const FOUNDERS = "Founder equivalents";
+export const FOUNDERS_NOTE = "equally used founders that would give the same diversity (Lacy 1989)";
+export const KINSHIP = "Mean kinship";
+export const KINSHIP_NOTE = "of the living";
+export const DIVERSITY = "Gene diversity";
+export const DIVERSITY_NOTE = "kept by the living";
+
+export const HOW = "How these figures are computed";
+export const FORMULAS = [
+  "Merit of the offspring: the mean of their parents' merits, in the units of the breeding values of the data.",
+  "F, inbreeding: the probability that the two genes of an animal at one place come from the same gene of an ancestor (Wright 1922).",
+  "Relationship: the additive relationship, twice the coancestry, as the mean of all pairs of the next generation, each with itself included.",
+  "Rate of inbreeding a generation: (r − r₀) × L / (2 − r₀), where r is the mean relationship of the next generation, r₀ that of the last birth time and L the generation interval, the mean age of the parents.",
+  "Effective size: 1 / (2 × rate), the number of animals of an ideal population whose inbreeding rises as fast (Falconer & Mackay 1996).",
+];
+
+// A given plan beside the best one.
+export const GIVEN_TITLE = "The given plan beside the best one found";
+export const givenLead = (file: string) =>
+  `The plan in ${file} was valued in the same way as the best plan that the search found.`;
+export const GIVEN_FAULTS = "Limits that the given plan does not keep:";
+export const GIVEN_SOUND = "The given plan keeps all limits.";
+export const GIVEN_COLUMNS = ["Figure", "Best plan", "Given plan", "Difference"];
+export const GIVEN_MATINGS = "The matings of the given plan";
+export const FITNESS = "Value of the plan (fitness)";
+export const FITNESS_NOTE = "Fitness is what the search maximises under the criterion of this run: larger is better.";
+export const AGE = "Mean age of the parents, in time steps";
