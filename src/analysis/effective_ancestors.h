@@ -9,11 +9,12 @@
 //                   a: share of its own genes that come from ancestors taken before,
 //
 // and the effective number is 1 / sum p^2. Members of the reference are among the ancestors, as
-// generations overlap. Of equals the oldest is taken, and what differs by rounding alone is equal:
-// which one is taken changes the result.
+// generations overlap. Which of equals is taken changes the result: the oldest, but a member that
+// is nobody's ancestor last. What differs by rounding alone is equal.
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 #include "core/tables.h"
 
@@ -23,13 +24,15 @@ namespace qob {
 // left came from (1 - c) / p further ancestors that contribute p each, or evenly from m - n
 // founders.
 struct EffectiveAncestors {
-  double low = 0.0;   // 1 / (sum p^2 + (1 - c) p)
-  double high = 0.0;  // 1 / (sum p^2 + (1 - c)^2 / (m - n)); the same once all are taken
+  double low = std::numeric_limits<double>::quiet_NaN();   // 1 / (sum p^2 + (1 - c) p)
+  double high = std::numeric_limits<double>::quiet_NaN();  // 1 / (sum p^2 + (1 - c)^2 / (m - n));
+                                                           // the same once all are taken
   std::int64_t taken = 0;
 };
 
-// Ancestors are looked through at most this many times, all together (a second or two).
-inline constexpr std::int64_t kMostAncestorSteps = 400'000'000;
+// Ancestors are looked through at most about so many times, all together. Of 1,000,000 animals,
+// 200,000 of them living, it takes 2,000 ancestors in two seconds, and the bounds are 0.03 % apart.
+inline constexpr std::int64_t kMostAncestorSteps = 200'000'000;
 
 // newped: 2 x maxid; reference: by animal, 1 = belongs to it; founders: that contribute to it. NaN
 // without a reference. At least one ancestor is taken, whatever most_steps.
