@@ -89,7 +89,8 @@ Outputs outputs_of(const Source& source, const ReportArguments& arguments) {
   const FinishedRun& run = source.run;
   const Parameters& p = run.run.parameters;
   const std::string& folder = run.run.files.folder;
-  Outputs outputs{entries_of(folder.empty() ? "." : folder, ".prm"), arguments.force};
+  Outputs outputs{entries_of(folder.empty() ? "." : folder.substr(0, folder.size() - 1), ".prm"),
+                  arguments.force};
   for (const std::string& file :
        {run.input(p.data.datafile), run.input(p.relationship.gfile), run.log.path,
         source.names_file, source.faults_file, arguments.given}) {

@@ -111,6 +111,7 @@ void take_up_plan(FinishedRun& finished) {
   take_up_matings(finished, planned);
   planned.value = value_of(finished, planned.mateset());
   remark_on_constraint(run.parameters.ocs, planned.value, run.journal.units);
+  remark_on_unknown_parents(planned.selection.candidates, planned.mateset(), run.journal.units);
 }
 
 }  // namespace

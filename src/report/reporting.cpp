@@ -8,6 +8,7 @@
 #include "report/candidates.h"
 #include "report/plan.h"
 #include "report/warnings.h"
+#include "system/paths.h"
 
 namespace qob {
 namespace {
@@ -80,8 +81,22 @@ void tell_parameters(const FinishedRun& finished, Making& making) {
   }
 }
 
+// Whether the parameter file at `path` is that of the run: one that leads from its data to its
+// results.
+bool is_parameter_file(const FinishedRun& finished, const std::string& path) {
+  NamelistFile file;
+  DataParameters its;
+  if (file.open(path) != 0 || file.read(group_of(its)) != 0) return false;
+  const DataParameters& p = finished.run.parameters.data;
+  return its.datafile == p.datafile && its.resultsdirectory == p.resultsdirectory;
+}
+
 void tell_files(const FinishedRun& finished, Making& making) {
   const Parameters& p = finished.run.parameters;
+  const std::string& folder = finished.run.files.folder;
+  for (const std::string& path :
+       entries_of(folder.empty() ? "." : folder.substr(0, folder.size() - 1), ".prm"))
+    if (is_parameter_file(finished, path)) making.files.push_back({"parameters", path, "", 0});
   making.files.push_back({"data", finished.input(p.data.datafile), "", 0});
   if (finished.planned && !finished.planned->relationship.pedsource)
     making.files.push_back({"relationships", finished.input(p.relationship.gfile), "", 0});

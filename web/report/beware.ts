@@ -1,8 +1,73 @@
-// What to beware of: to be written.
+// What to beware of: each warning in words, with its numbers and animals; the serious ones first.
+// What a program said is shown as it said it.
 
-import { part } from "../shared/dom.js";
-import type { Result } from "./model.js";
+import { h, part } from "../shared/dom.js";
+import { count, counted, digits, percent } from "../shared/format.js";
+import * as words from "../shared/texts/beware.js";
+import { birthOf } from "./births.js";
+import { animal, called, type Result, type Warning } from "./model.js";
 
-export function section(_result: Result): HTMLElement {
-  return part("beware", "What to beware of");
+export function section(result: Result): HTMLElement {
+  return part("beware", words.title, shown(result));
+}
+
+function shown(result: Result): HTMLElement[] {
+  const serious = result.warnings.filter((warning) => warning.serious);
+  const others = result.warnings.filter((warning) => !warning.serious);
+  if (result.warnings.length === 0) return [h("p", {}, words.nothing)];
+  const { one, more } = words.kinds;
+  const intro = serious.length ? words.intro(count(serious.length), counted(result.warnings.length, one, more)) : words.none_serious;
+  return [
+    h("p", {}, intro),
+    ...serious.map((warning) => single(warning, result)),
+    ...others.filter(({ text }) => !text).map((warning) => single(warning, result)),
+    ...quoted(others.filter(({ text }) => text)),
+  ];
+}
+
+function single(warning: Warning, result: Result): HTMLElement {
+  const said = words.warnings[warning.kind]?.(told(warning, result)) ?? words.unknown(warning.kind);
+  return h("section", { class: warning.serious ? "warning serious" : "warning" },
+    h("h3", {}, `${warning.serious ? words.serious : words.known}: ${said.title}`),
+    said.text ? h("p", {}, said.text) : warning.text && h("pre", {}, warning.text),
+    animals(warning, result));
+}
+
+/** Texts of programs, one list a kind. */
+function quoted(warnings: readonly Warning[]): HTMLElement[] {
+  return [...new Set(warnings.map(({ kind }) => kind))].map((kind) => {
+    const texts = warnings.filter((warning) => warning.kind === kind).map(({ text }) => h("li", {}, h("code", {}, text)));
+    const { title } = words.warnings[kind]?.(NOTHING_TOLD) ?? words.unknown(kind);
+    return h("section", { class: "warning" }, h("h3", {}, `${words.known}: ${title}`), h("ul", {}, texts));
+  });
+}
+
+const NOTHING_TOLD: words.Told = { percent: String, count: String, number: String, birth: String, has: () => false, text: "" };
+
+function told({ values, text }: Warning, result: Result): words.Told {
+  const value = (name: string) => values[name] ?? NaN;
+  return {
+    percent: (name) => percent(value(name), isWhole(value(name) * 100) ? 0 : 2),
+    count: (name) => count(value(name)),
+    number: (name) => (isWhole(value(name)) ? count(value(name)) : digits(value(name))),
+    birth: (name) => birthOf(result)(value(name)),
+    has: (name) => Number.isFinite(value(name)),
+    text,
+  };
+}
+
+/** Limits such as 1 % and 50 are told without digits that nobody set. */
+const isWhole = (value: number) => Math.abs(value - Math.round(value)) < 1e-9;
+
+/** More than so many are folded away. */
+const OPEN = 6;
+
+function animals({ kind, animals }: Warning, result: Result): HTMLElement | false {
+  if (animals.length === 0) return false;
+  const names = animals.map((place) => called(animal(result, place)));
+  const lines = kind === "close_relatives"
+    ? names.flatMap((name, i) => (i % 2 ? [words.pair(names[i - 1]!, name)] : []))
+    : names;
+  const list = h("ul", {}, lines.map((line) => h("li", {}, line)));
+  return lines.length <= OPEN ? list : h("details", {}, h("summary", {}, words.animals(count(lines.length))), list);
 }

@@ -14,7 +14,7 @@ export interface Series<T> {
 
 export type Shape = keyof typeof SIGNS;
 
-const SIGNS = { circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", line: "▬" } as const;
+const SIGNS = { circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", line: "━━", cross: "✕", dashes: "╍╍", dots: "┅┅" } as const;
 
 /** What the shapes and colours of a picture mean. */
 export function key(...entries: readonly { name: Child; colour: string; symbol?: Shape; opacity?: number }[]): HTMLElement {
@@ -86,7 +86,7 @@ function frame<T>(rows: readonly T[], axes: Axes<T>): Plot.PlotOptions {
   const length = Math.max(1, ...[...name.values()].map((text) => text.length));
   const ticks = whole(Math.min(...at), Math.max(...at), axes.width / (7 * length + 18));
   return {
-    width: axes.width, height: axes.height ?? 240, marginLeft: 48, marginRight: 16,
+    width: axes.width, height: axes.height ?? 240, marginLeft: 48, marginRight: 16, marginTop: 30, marginBottom: 42,
     x: { label: axes.x_label, ticks, tickFormat: (x: number) => name.get(x) ?? String(x) },
     color: { type: "identity" },
   };

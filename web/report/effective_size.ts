@@ -1,10 +1,11 @@
 // Effective size from two regressions, with its standard error and span, or why there is none.
 
-import { group, h, type Child } from "../shared/dom.js";
+import { group, h } from "../shared/dom.js";
 import { count, digits, fixed, NONE, percent } from "../shared/format.js";
 import { COLOUR, draw, figure, Plot } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { birthOf, type Birth } from "./births.js";
+import { cards, type Card } from "./cards.js";
 import type { EffectiveSize, Result } from "./model.js";
 
 const text = words.effective_size;
@@ -21,27 +22,27 @@ export function section(result: Result): HTMLElement {
   const known = sizes.filter(({ of }) => Number.isFinite(of.ne));
   return group(text.title,
     h("p", {}, text.intro),
-    h("dl", { class: "facts wide" }, sizes.map(({ of, words }) => fact(of, words, birthOf(result)))),
+    cards(sizes.map(({ of, words }) => card(of, words, birthOf(result)))),
     known.length > 0 && figure({ ...text.figure, plot: (width) => drawn(width, known) }));
 }
 
 type Named = { name: string; formula: string; source: string; meaning: string };
 
-function fact(of: EffectiveSize, { name, formula, source, meaning }: Named, birth: Birth): HTMLElement {
-  const { rate, range, span, none, no_upper } = text;
+function card(of: EffectiveSize, { name, formula, source, meaning }: Named, birth: Birth): Card {
+  const { ne, rate, range, span, none, no_upper } = text;
   const some = Number.isFinite(of.ne);
   const high = Number.isFinite(of.ne_high) ? fixed(of.ne_high, 1) : no_upper;
-  const facts: Child[] = [
-    some && Number.isFinite(of.ne_low) && h("dd", { class: "note" }, range(fixed(of.ne_low, 1), high)),
-    Number.isFinite(of.rate) && h("dd", { class: "note" }, rate(percent(of.rate), Number.isFinite(of.rate_se) ? percent(of.rate_se) : NONE)),
-    of.n > 0 && h("dd", { class: "note" }, span(count(of.n), birth(of.first), birth(of.last))),
-  ];
-  return h("div", { class: "fact" },
-    h("dt", {}, name),
-    h("dd", {}, some ? text.ne(digits(of.ne)) : none),
-    of.why_not && h("dd", { class: "note" }, of.why_not),
-    facts,
-    h("dd", { class: "note" }, meaning, " ", words.figures.source(formula, source)));
+  return {
+    name, value: some ? ne(digits(of.ne)) : none,
+    notes: [
+      of.why_not,
+      some && Number.isFinite(of.ne_low) && range(fixed(of.ne_low, 1), high),
+      Number.isFinite(of.rate) && rate(percent(of.rate), Number.isFinite(of.rate_se) ? percent(of.rate_se) : NONE),
+      of.n > 0 && span(count(of.n), birth(of.first), birth(of.last)),
+      meaning,
+      words.figures.source(formula, source),
+    ],
+  };
 }
 
 interface Known { of: EffectiveSize; words: Named; colour: string; symbol: "circle" | "triangle" }

@@ -1,8 +1,9 @@
 // The figures of a population, each with what it means and where its formula comes from.
 
-import { facts, group, type Child } from "../shared/dom.js";
+import { group } from "../shared/dom.js";
 import { digits, fixed, percent } from "../shared/format.js";
 import * as words from "../shared/texts/population.js";
+import { cards, type Card } from "./cards.js";
 import type { Population, Result } from "./model.js";
 
 type Named = { name: string; meaning: string; formula: string; source: string };
@@ -10,18 +11,19 @@ type Named = { name: string; meaning: string; formula: string; source: string };
 export function section({ population }: Result): HTMLElement {
   const { figures } = words;
   const of = population;
-  return group(figures.title, facts(
+  return group(figures.title, cards([
     row(figures.mean_f, percent(of.mean_f)),
     row(figures.mean_kinship, percent(of.mean_kinship)),
     row(figures.gene_diversity, percent(of.gene_diversity)),
     row(figures.founder_equivalents, fixed(of.founder_equivalents, 1)),
     row(figures.effective_ancestors, ancestors(of), hasBounds(of) ? figures.effective_ancestors.bounds : ""),
     row(figures.founder_genomes, digits(of.founder_genomes)),
-    row(figures.unknown_genes, percent(of.unknown_genes, 1))));
+    row(figures.unknown_genes, percent(of.unknown_genes, 1)),
+  ]));
 }
 
-function row({ name, meaning, formula, source }: Named, value: Child, more = ""): [string, Child, Child] {
-  return [name, value, [meaning, more && ` ${more}`, " ", words.figures.source(formula, source)]];
+function row({ name, meaning, formula, source }: Named, value: string, more = ""): Card {
+  return { name, value, notes: [meaning, more, words.figures.source(formula, source)] };
 }
 
 function hasBounds({ effective_ancestors: low, effective_ancestors_high: high }: Population): boolean {

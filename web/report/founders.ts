@@ -16,7 +16,7 @@ const MOST_POINTS = 500;
 interface Founder { place: number; name: string; birth: string; contribution: number; cumulative: number }
 
 export function section(result: Result): HTMLElement {
-  const { founders_ranked, founders_cumulative } = result.population;
+  const { founders, founders_ranked, founders_cumulative } = result.population;
   const rows = founders_ranked.map(({ animal: at, contribution }, i): Founder => {
     const of = animal(result, at);
     return { place: i + 1, name: called(of), birth: of.birth, contribution, cumulative: founders_cumulative[i] ?? NaN };
@@ -25,7 +25,7 @@ export function section(result: Result): HTMLElement {
   if (!first) return group(text.title, h("p", {}, text.none));
   const half = founders_cumulative.findIndex((share) => share >= 0.5) + 1;
   return group(text.title,
-    h("p", {}, text.intro(count(Math.max(rows.length, founders_cumulative.length)), half > 0 ? count(half) : "")),
+    h("p", {}, text.intro(count(rows.length), count(founders), half > 0 ? count(half) : "")),
     h("div", { class: "pictures" }, ranked(rows, first), added(founders_cumulative, half)));
 }
 
@@ -35,7 +35,7 @@ function ranked(rows: readonly Founder[], first: Founder): HTMLElement {
   return figure({
     title, description: description(first.name, percent(first.contribution), count(shown.length)),
     plot: (width) => draw({
-      width, height: 260, marginLeft: 48, marginBottom: 40,
+      width, height: 260, marginLeft: 48, marginTop: 30, marginBottom: 42,
       x: { label: place, ticks: whole(1, shown.length, 8), labelArrow: "right", tickFormat: count },
       y: { label: share, grid: true },
       marks: [
@@ -57,7 +57,7 @@ function added(cumulative: readonly number[], half: number): HTMLElement {
   return figure({
     title, description: added_description(half > 0 ? count(half) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
     plot: (width) => draw({
-      width, height: 260, marginLeft: 48, marginBottom: 40,
+      width, height: 260, marginLeft: 48, marginTop: 30, marginBottom: 42,
       x: { label: place, labelArrow: "right", ticks: whole(0, cumulative.length, 8), tickFormat: count },
       y: { label, grid: true, domain: [0, 100] },
       marks: [

@@ -10,11 +10,11 @@ export const living_by = {
 
 export const figures = {
   title: "Figures that a geneticist asks for",
-  source: (formula: string, source: string) => `${formula} (${source})`,
+  source: (formula: string, source: string) => `Formula: ${formula} (${source}).`,
   between: (low: string, high: string) => `${low} to ${high}`,
   mean_f: {
-    name: "Mean inbreeding of the living",
-    meaning: "The chance that the two copies of a gene in an animal come from one and the same ancestor.",
+    name: "Mean inbreeding of all animals",
+    meaning: "The chance that the two copies of a gene in an animal come from one and the same ancestor; 0 where parents are unknown.",
     formula: "F, exact over the whole pedigree", source: "Wright 1922; Meuwissen & Luo 1992",
   },
   mean_kinship: {
@@ -56,24 +56,24 @@ export const trend = {
   f: {
     title: "Inbreeding and coancestry by birth time",
     description: (first: string, last: string, from: string, to: string) =>
-      `Mean inbreeding of those born goes from ${from} in ${first} to ${to} in ${last}. Coancestry above inbreeding: relatives are kept from mating for now, and inbreeding follows later.`,
+      `Mean inbreeding of those born goes from ${from} in ${first} to ${to} in ${last}. Where coancestry lies higher, relatives are kept from mating for now, and inbreeding follows later.`,
     mean: "mean inbreeding", coancestry: "mean coancestry", axis: "percent",
   },
   max: {
     title: "Largest inbreeding by birth time",
-    description: (max: string, when: string) => `The most inbred animal of each birth time; the largest of all is ${max}, in ${when}. A child of full sibs or of parent and offspring has 25 %.`,
-    max: "largest inbreeding", axis: "percent", full_sibs: "full sibs: 25 %",
+    description: (max: string, when: string) => `The most inbred animal of each birth time; the largest of all is ${max}, in ${when}. A child of full sibs or of parent and offspring has 25 %.`,
+    max: "largest inbreeding", axis: "percent", full_sibs: "full sibs: 25 %",
   },
   completeness: {
     title: "How complete the pedigrees are",
     description: (last: string, when: string) =>
-      `Completeness of five generations (MacCluer and others 1983): 100 % if all ancestors are known, 0 if a parent is unknown. In ${when} it is ${last}. Below about 60 %, inbreeding is seen too small.`,
+      `Completeness of five generations (MacCluer and others 1983): 100 % if all ancestors are known, 0 if a parent is unknown. In ${when} it is ${last}. Below about 60 %, inbreeding is seen too small.`,
     line: "completeness", axis: "percent",
   },
   generations: {
     title: "How deep the pedigrees are",
     description: (last: string, when: string) =>
-      `Complete generations equivalent, the sum of (1/2)^n over all known ancestors n generations back (Boichard, Maignan & Verrier 1997). In ${when} there are ${last}.`,
+      `Complete generations equivalent, the sum over all known ancestors of ½ for a parent, ¼ for a grandparent and so on (Boichard, Maignan & Verrier 1997). In ${when} there are ${last}.`,
     line: "generations", axis: "generations",
   },
   columns: {
@@ -103,7 +103,7 @@ export const ages = {
   pyramid: {
     title: "Age pyramid",
     description: (males: string, females: string) =>
-      `The living by birth time, ${males} males to the left and ${females} females to the right, the youngest on top. From the middle outwards: chosen (darkest, their number at the end), other candidates, others that live (lightest).`,
+      `The living by birth time, ${males} males to the left and ${females} females to the right, the youngest on top. From the middle outwards: chosen (strongest, their number at the end), other candidates, others that live (palest).`,
     axis: "← males      females →",
     chosen_here: (n: string) => `${n} chosen`,
     says: (of: {
@@ -178,8 +178,8 @@ export const effective_size = {
 
 export const founders = {
   title: "Founders",
-  intro: (n: string, half: string) =>
-    `${n} founders have genes in the living${half && `; ${half} of them make half of all genes`}.`,
+  intro: (n: string, all: string, half: string) =>
+    `${n === all ? `All ${all}` : `${n} of ${all}`} founders are told here, those that gave most to the living${half && `; the first ${half} make half of all genes`}.`,
   told: (place: string, name: string, share: string, added: string) => `${place}. ${name}\nshare ${share}\nadded up ${added}`,
   told_added: (n: string, share: string) => `the first ${n} founders\n${share}`,
   figure: {
@@ -189,7 +189,7 @@ export const founders = {
     place: "founder, by rank", share: "percent of the genes",
     added: "The shares added up",
     added_description: (half: string, all: string) =>
-      `${half && `The first ${half} founders make half of the genes. `}All known founders together make ${all}; the rest comes from unknown parents.`,
+      `${half && `The first ${half} founders make half of the genes. `}All that are told here make ${all} together.`,
     cumulative: "percent of the genes",
   },
   columns: { place: "Place", animal: "Founder", birth: "Born", contribution: "Share of the genes, %", cumulative: "Added up, %" },

@@ -1,0 +1,19 @@
+// The licences of the programs that are bundled into the page, as the build put them there.
+
+import { group, h } from "../shared/dom.js";
+import * as words from "../shared/texts/made.js";
+
+interface Licence { name: string; version: string; license: string; text: string }
+
+export function licences(): HTMLElement {
+  const { title, text, none, one } = words.licences;
+  const all = bundled();
+  const single = ({ name, version, license, text }: Licence) =>
+    h("details", {}, h("summary", {}, one(name, version, license)), h("pre", { class: "licence" }, text));
+  return group(title, all.length === 0 ? h("p", {}, none) : [h("p", {}, text), all.map(single)]);
+}
+
+function bundled(): Licence[] {
+  const text = document.getElementById("licences")?.textContent ?? "";
+  return text.trim() ? (JSON.parse(text) as Licence[]) : [];
+}
