@@ -24,6 +24,25 @@ TEST(ReportProgram, FollowsTheCases) {
     EXPECT_EQ(shown_by(folder, kWords + one.script), one.shown) << one.script;
   }
   EXPECT_EQ(cases.size(), 4U);
+
+  // The page, or what a program without pages says; no name has become a part of it.
+  const TemporaryFolder folder;
+  folder.write("herd.csv", cases.front().given);
+  const std::string shown =
+      shown_by(folder, kWords +
+                           "report herd/QOB_; report herd/QOB_ --tables t\n"
+                           "cd herd; grep -o 'id=\"data\">{\"format\"' *.html\n"
+                           "grep -c '<img\\|</script><b>' *.html\n");
+#ifdef QOB_WEB
+  EXPECT_EQ(shown,
+            "Report: herd/QOB_report.html\n0\nTables: t\nReport: herd/QOB_report.html\n0\n"
+            "id=\"data\">{\"format\"\n0\n");
+#else
+  EXPECT_TRUE(shown.starts_with(
+      "this qob-report was built without pages : expected --json or --tables, or a build with "
+      "-DQOB_WEB=ON\n1\nTables: t\nNo page: this qob-report was built without pages (-DQOB_WEB=OFF)\n0\n"))
+      << shown;
+#endif
 }
 
 }  // namespace
