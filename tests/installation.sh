@@ -70,7 +70,7 @@ rm -rf "$work/copy/build" && chmod a-w "$work/copy"
 expect 1 "is not yours to write in" "${other[@]}" "$work/copy/tools/configure" release
 
 # Machines on which nothing can be installed, made of stand-ins.
-mkdir "$work/tools" && command -v bash dirname dpkg-query env grep | xargs ln -s -t "$work/tools"
+mkdir "$work/tools" && command -v bash dirname dpkg-query env grep sed | xargs ln -s -t "$work/tools"
 stand_in() { install <(printf '#!/bin/sh\n%s\n' "$2") "$work/tools/$1"; }
 cannot_install() { expect 1 "$1" env PATH="$work/tools" tools/install_packages no-such-package; }
 cannot_install "there is no apt-get"
@@ -82,7 +82,7 @@ cannot_install "have run: apt-get install no-such-package"
 stand_in id 'echo 0'
 cannot_install "apt-get did not install no-such-package"
 stand_in npm 'exit 1'
-expect 1 "To build without pages: cmake" env PATH="$work/tools" tools/install_web
+expect 1 "to build without pages: cmake" env PATH="$work/tools" tools/install_web
 stand_in node 'exit 1'  # too old, say
 stand_in dpkg-query 'exit 1'
 expect 1 "apt-get did not install nodejs npm" env PATH="$work/tools" tools/configure release
