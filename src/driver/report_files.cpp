@@ -51,6 +51,7 @@ void refuse_input(const std::vector<std::string>& inputs, const std::string& pat
 }
 
 [[noreturn]] void refuse_foreign(const std::string& path) {
+  if (is_folder(path)) refuse(path, "it is a folder : expected the name of a file");
   refuse(
       path,
       "it is there, and not from qob-report : expected --force to write over it, or another name");
@@ -73,7 +74,8 @@ void expect_results(const std::string& prefix) {
 
 void Outputs::expect_report(const std::string& path) const {
   refuse_input(inputs, path);
-  if (!force && path_exists(path) && !is_empty_or_has(path, is_report)) refuse_foreign(path);
+  if ((!force || is_folder(path)) && path_exists(path) && !is_empty_or_has(path, is_report))
+    refuse_foreign(path);
 }
 
 void Outputs::expect_table(const std::string& path, std::string_view headings) const {
