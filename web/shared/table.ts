@@ -43,6 +43,7 @@ export interface TableOptions<T> {
 
 const LONG = 250;
 const PRINTED = 250;
+const BROAD = 12;  // columns; with more a table is printed on pages laid across
 
 /** Makes a table of rows. */
 export function table<T>(columns: readonly Column<T>[], rows: readonly T[], options: TableOptions<T>): HTMLElement {
@@ -66,7 +67,7 @@ export function table<T>(columns: readonly Column<T>[], rows: readonly T[], opti
   else redraw();
   const wide = options.search ?? rows.length >= 8;
   const tools = [wide && searchBox(options.caption, (text) => model.setGlobalFilter(text)), found, options.file && saving(options.file, columns, model)];
-  return h("div", { class: "table" }, h("div", { class: "tools" }, tools), box);
+  return h("div", { class: columns.length > BROAD ? "table broad" : "table" }, h("div", { class: "tools" }, tools), box);
 }
 
 function makeModel<T>(columns: readonly Column<T>[], rows: readonly T[], { sort }: TableOptions<T>, changed: () => void): Table<T> {
