@@ -1,5 +1,6 @@
 // Pictures: a frame with caption, text for those who do not see, the same as a table, and a new drawing
-// when the width changes. Observable Plot draws.
+// when the width changes. Observable Plot draws: modules import * as Plot from it themselves, for of such
+// an import the bundle holds only what is used.
 
 import * as Plot from "@observablehq/plot";
 import { fill, h, note, whenNear, type Child } from "./dom.js";
@@ -90,7 +91,3 @@ function asTable<T>(title: string, { columns, rows, file }: NonNullable<Picture<
   });
   return details;
 }
-
-/** For types and marks import * as Plot from "@observablehq/plot" itself: of that import the bundle holds
- * only what is used, of this one everything. */
-export { Plot };
