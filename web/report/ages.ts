@@ -1,8 +1,9 @@
 // Who lives: an age pyramid by sex, with the candidates and the chosen ones.
 
+import * as Plot from "@observablehq/plot";
 import { group, h } from "../shared/dom.js";
 import { count, fixed } from "../shared/format.js";
-import { draw, COLOUR, FEMALE, figure, MALE, Plot } from "../shared/plot.js";
+import { draw, COLOUR, FEMALE, figure, MALE } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { key } from "./charts.js";
 import type { Result } from "./model.js";

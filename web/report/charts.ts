@@ -1,8 +1,9 @@
 // Pictures that several parts draw: lines and columns over birth time, with a key of shapes. Percent
 // and the like are the business of the caller: what comes in is drawn as it is.
 
+import * as Plot from "@observablehq/plot";
 import { h, type Child } from "../shared/dom.js";
-import { COLOUR, draw, Plot } from "../shared/plot.js";
+import { COLOUR, draw } from "../shared/plot.js";
 
 export interface Series<T> {
   name: string;

@@ -1,8 +1,9 @@
 // Pictures of plans side by side: the chosen of each by merit and relationship, and the males' matings.
 
+import * as Plot from "@observablehq/plot";
 import { h } from "../shared/dom.js";
 import { count } from "../shared/format.js";
-import { COLOUR, draw, FEMALE, figure, MALE, Plot } from "../shared/plot.js";
+import { COLOUR, draw, FEMALE, figure, MALE } from "../shared/plot.js";
 import * as words from "../shared/texts/compare.js";
 import { meritDecimals, told, type Row } from "./candidates.js";
 import { key } from "./charts.js";

@@ -1,8 +1,9 @@
 // Effective size from two regressions, with its standard error and span, or why there is none.
 
+import * as Plot from "@observablehq/plot";
 import { group, h } from "../shared/dom.js";
 import { count, digits, fixed, NONE, percent } from "../shared/format.js";
-import { COLOUR, draw, figure, Plot } from "../shared/plot.js";
+import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { birthOf, type Birth } from "./births.js";
 import { cards, type Card } from "./cards.js";

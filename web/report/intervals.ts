@@ -1,8 +1,9 @@
 // The generation interval by the four paths, of all times and of late.
 
+import * as Plot from "@observablehq/plot";
 import { group, h } from "../shared/dom.js";
 import { fixed } from "../shared/format.js";
-import { COLOUR, draw, figure, Plot } from "../shared/plot.js";
+import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { birthOf } from "./births.js";
 import { key } from "./charts.js";

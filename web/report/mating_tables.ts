@@ -71,19 +71,27 @@ export function sheets(result: Result, plan: Plan): HTMLElement {
   for (const mating of plan.matings) bySire.set(mating.sire, [...(bySire.get(mating.sire) ?? []), mating]);
   const columns = [...offspringFirst(result, merits), othersColumn(result, plan, true)];
   const all = [...bySire].map(([sire, matings]) => sheet(result, sire, matings, columns, merits));
-  const open = (now: boolean) => () => all.forEach((each) => (each.open = now));
-  open(all.length <= FEW_SIRES)();
+  const open = (now: boolean) => () => all.forEach((each) => each.open(now));
+  if (all.length <= FEW_SIRES) open(true)();
   printedOpen(all);
   const button = (text: string, now: boolean): Child => h("button", { type: "button", class: "plainbutton", onclick: open(now) }, text);
   const search = searchBox(words.BY_SIRE, (wanted) => sought(all, wanted));
-  return h("div", {}, h("div", { class: "tools" }, search, button(words.OPEN_ALL, true), button(words.CLOSE_ALL, false)), all);
+  const tools = h("div", { class: "tools" }, search, button(words.OPEN_ALL, true), button(words.CLOSE_ALL, false));
+  return h("div", { class: "sheets" }, tools, all.map(({ element }) => element));
+}
+
+/** A sheet, the words that it holds, and what opens or closes it. */
+interface Sheet {
+  element: HTMLDetailsElement;
+  text: string;
+  open: (now: boolean) => void;
 }
 
 /** Shows the sheets in which the wanted words stand, opened. */
-function sought(sheets: readonly HTMLDetailsElement[], wanted: string): void {
-  for (const each of sheets) {
-    each.hidden = !holds(each.textContent ?? "", wanted);
-    if (wanted && !each.hidden) each.open = true;
+function sought(sheets: readonly Sheet[], wanted: string): void {
+  for (const { element, text, open } of sheets) {
+    element.hidden = !holds(text, wanted);
+    if (wanted && !element.hidden) open(true);
   }
 }
 
@@ -91,20 +99,29 @@ function offspringFirst(result: Result, merits: Merits): Column<Mating>[] {
   return [...parentColumns(result, "dam", merits), ...offspringColumns(result)];
 }
 
-function sheet(result: Result, sire: number, matings: Mating[], columns: Column<Mating>[], merits: Merits): HTMLDetailsElement {
+/** The table of a sheet is made when it is first opened: there may be hundreds. */
+function sheet(result: Result, sire: number, matings: Mating[], columns: Column<Mating>[], merits: Merits): Sheet {
   const male = animal(result, sire);
-  const heading = h("h4", {}, called(male));
   const about = words.parent(digits(merits.get(sire) ?? NaN), male.f, male.completeness);
-  return h("details", { class: "sheet" },
-    h("summary", {}, heading, h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about)),
-    table(columns, matings, { caption: words.females(called(male)), search: false }));
+  const heading = h("summary", {}, h("h4", {}, called(male)), h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about));
+  const element = h("details", { class: "sheet" }, heading);
+  const make = () => {
+    if (element.childElementCount === 1) element.append(table(columns, matings, { caption: words.females(called(male)), search: false }));
+  };
+  element.addEventListener("toggle", () => element.open && make());
+  const text = [called(male), ...matings.map(({ dam }) => called(animal(result, dam)))].join(" ");
+  const open = (now: boolean) => {
+    if (now) make();
+    element.open = now;
+  };
+  return { element, text, open };
 }
 
-function printedOpen(sheets: readonly HTMLDetailsElement[]): void {
+function printedOpen(sheets: readonly Sheet[]): void {
   let before: boolean[] = [];
   addEventListener("beforeprint", () => {
-    before = sheets.map(({ open }) => open);
-    for (const each of sheets) each.open = true;
+    before = sheets.map(({ element }) => element.open);
+    for (const { open } of sheets) open(true);
   });
-  addEventListener("afterprint", () => sheets.forEach((each, i) => (each.open = before[i] ?? true)));
+  addEventListener("afterprint", () => sheets.forEach(({ open }, i) => open(before[i] ?? true)));
 }

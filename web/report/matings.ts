@@ -27,5 +27,5 @@ function views(result: Result, plan: Plan): HTMLElement {
     all.hidden = which !== 1;
     buttons.forEach((button, i) => button.setAttribute("aria-pressed", String(i === which)));
   }
-  return h("div", {}, h("div", { class: "switch", role: "group", "aria-label": words.VIEWS }, buttons), note(words.OFFSPRING_VF[0], ": ", words.OFFSPRING_VF[1]), bySire, all);
+  return h("div", {}, h("div", { class: "switch", role: "group", "aria-label": words.VIEWS }, buttons), bySire, all, note(words.OFFSPRING_VF[0], ": ", words.OFFSPRING_VF[1]));
 }

@@ -2,7 +2,7 @@
 // pixels, however large, over which a frame follows the pointer or the arrow keys.
 
 import * as Plot from "@observablehq/plot";
-import { fill, h, note } from "../shared/dom.js";
+import { fill, h, note, whenNear } from "../shared/dom.js";
 import { csv, download } from "../shared/download.js";
 import { draw, legend } from "../shared/plot.js";
 import { table } from "../shared/table.js";
@@ -12,6 +12,7 @@ import { animal, called, type Mating, type Plan, type Result } from "./model.js"
 
 const HUNDRED_THOUSAND = 1e5;
 const LISTED = 20_000;
+const ROOM = 40;  // pixels of a cell that holds its number
 
 /** What the drawing and the pointer both need. */
 interface Grid {
@@ -27,12 +28,12 @@ interface Grid {
 
 export function matrix(result: Result, plan: Plan): HTMLElement {
   const grid = makeGrid(result, plan);
-  const told = h("output", { class: "told" }, words.MATRIX_START);
+  const told = h("output", { class: "told screen" }, words.MATRIX_START);
   const scale = legend({ color: { ...colour(grid), legend: "ramp" }, width: 260 } as Parameters<typeof legend>[0]);
   return h("div", {},
     h("p", {}, words.matrixLead(grid.sires.length, grid.dams.length)),
     h("div", { class: "legend" }, scale),
-    note(words.MATRIX_HELP), told, field(result, grid, told),
+    h("p", { class: "note screen" }, words.MATRIX_HELP), told, field(result, grid, told),
     h("div", { class: "tools" }, download(words.SAVE_MATRIX, "matrix.csv", "text/csv", () => asCsv(grid))),
     grid.f.length <= LISTED ? pairs(grid) : note(words.MATRIX_BIG(grid.f.length)));
 }
@@ -52,6 +53,12 @@ function makeGrid(result: Result, { matrix: { sires, dams, f }, matings }: Plan)
   };
 }
 
+const MARGIN = 8;
+
+/** The room of the picture, before it is drawn. */
+const size = ({ sires, dams, cell, left, top }: Grid) =>
+  ({ width: `${left + dams.length * cell + MARGIN}px`, "min-height": `${top + sires.length * cell + MARGIN}px` });
+
 const colour = ({ largest }: Grid): Plot.ScaleOptions =>
   ({ type: "linear", scheme: "YlGnBu", domain: [0, largest * 100], label: words.MATRIX_SCALE });
 
@@ -60,21 +67,21 @@ const shorter = (text: string) => (text.length > 21 ? `${text.slice(0, 20)}…` 
 function picture(grid: Grid): Element {
   const { sires, dams, f, cell, left, top, planned, largest } = grid;
   const at = (i: number) => ({ x: (i % dams.length) + 0.5, y: Math.floor(i / dams.length) + 0.5 });
-  const numbers = f.map((each, i) => ({ ...at(i), text: (each * 100).toFixed(1), dark: each > largest * 0.55 }));
+  const numbers = cell < ROOM ? [] : f.map((each, i) => ({ ...at(i), text: (each * 100).toFixed(1), dark: each > largest * 0.55 }));
   const text = (dark: boolean) =>
     Plot.text(numbers.filter((each) => each.dark === dark), { x: "x", y: "y", text: "text", fill: dark ? "#fff" : "#1d2326" });
   return draw({
-    width: left + dams.length * cell + 8, height: top + sires.length * cell + 8,
-    marginLeft: left, marginTop: top, marginRight: 8, marginBottom: 8,
+    width: left + dams.length * cell + MARGIN, height: top + sires.length * cell + MARGIN,
+    marginLeft: left, marginTop: top, marginRight: MARGIN, marginBottom: MARGIN,
     x: { domain: [0, dams.length], axis: null }, y: { domain: [0, sires.length], reverse: true, axis: null },
     color: colour(grid),
     marks: [
       Plot.raster(f.map((each) => each * 100), { width: dams.length, height: sires.length, x1: 0, y1: 0, x2: dams.length, y2: sires.length, imageRendering: "pixelated" }),
       Plot.text(sires, { x: 0, y: (_, i) => i + 0.5, text: shorter, textAnchor: "end", dx: -6 }),
       Plot.text(dams, { x: (_, i) => i + 0.5, y: 0, text: shorter, rotate: -90, textAnchor: "start", dy: -6 }),
-      cell >= 40 ? [text(true), text(false)] : null,
-      Plot.dot([...planned.keys()].map(at), { x: "x", y: "y", r: cell * 0.42, stroke: "#fff", strokeWidth: cell >= 40 ? 4 : 3 }),
-      Plot.dot([...planned.keys()].map(at), { x: "x", y: "y", r: cell * 0.42, stroke: "#c2185b", strokeWidth: cell >= 40 ? 2 : 1.5 }),
+      text(true), text(false),
+      Plot.dot([...planned.keys()].map(at), { x: "x", y: "y", r: cell * 0.42, stroke: "#fff", strokeWidth: cell < ROOM ? 3 : 4 }),
+      Plot.dot([...planned.keys()].map(at), { x: "x", y: "y", r: cell * 0.42, stroke: "#c2185b", strokeWidth: cell < ROOM ? 1.5 : 2 }),
     ],
   });
 }
@@ -82,7 +89,8 @@ function picture(grid: Grid): Element {
 /** The box in which the matrix scrolls, with the frame that follows the reader. */
 function field(result: Result, grid: Grid, told: HTMLElement): HTMLElement {
   const frame = h("div", { class: "cursor", hidden: true, style: { width: `${grid.cell}px`, height: `${grid.cell}px` } });
-  const sheet = h("div", { class: "sheet" }, picture(grid), frame);
+  const sheet = h("div", { class: "drawing", style: size(grid) }, frame);
+  whenNear(sheet, () => sheet.prepend(picture(grid)));
   const box = h("div", { class: "scroll matrix", tabindex: 0, role: "application", "aria-label": `${words.MATRIX}. ${words.MATRIX_HELP}` }, sheet);
   let [row, column] = [-1, -1];
 

@@ -1,9 +1,10 @@
 // Merit against mean relationship. Males are squares and females circles, as in drawn pedigrees. Where
 // the candidates that were not chosen are many, hexagons count them; the pointer finds each all the same.
 
+import * as Plot from "@observablehq/plot";
 import { counted } from "../shared/format.js";
 import { h } from "../shared/dom.js";
-import { COLOUR, draw, FEMALE, figure, MALE, Plot } from "../shared/plot.js";
+import { COLOUR, draw, FEMALE, figure, MALE } from "../shared/plot.js";
 import * as words from "../shared/texts/candidates.js";
 import { meritDecimals, told, type Row } from "./candidates.js";
 import { key } from "./charts.js";

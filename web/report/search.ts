@@ -1,8 +1,9 @@
 // How the search went, and whether it looks finished.
 
+import * as Plot from "@observablehq/plot";
 import { facts, h, part } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
-import { COLOUR, draw, figure, Plot, type Picture } from "../shared/plot.js";
+import { COLOUR, draw, figure, type Picture } from "../shared/plot.js";
 import * as words from "../shared/texts/search.js";
 import { key } from "./charts.js";
 import type { Result, Search } from "./model.js";

@@ -52,9 +52,8 @@ export const oneOf = <T extends string | number>(...allowed: readonly T[]): Shap
 export const list = <T>(item: Shape<T>): Shape<T[]> => (value) => {
   must(Array.isArray(value), "a list");
   let at = 0;
-  const all = () => value.map((each, i) => ((at = i), item(each)));
   try {
-    return all();
+    return value.map((each, i) => ((at = i), item(each)));
   } catch (error) {
     throw error instanceof Misshapen ? new Misshapen(error.expected, [at, ...error.path]) : error;
   }
@@ -85,6 +84,13 @@ export const object = <F extends Fields>(fields: F): Shape<Of<F>> => (value) => 
 export const numbers: Shape<Record<string, number>> = (value) =>
   Object.fromEntries(Object.entries(members(value)).map(([name, each]) => [name, within(name, () => number(each))]));
 
+/** One row; assigned name by name, as there may be many. */
+function row<R>(names: readonly string[], columns: readonly unknown[][], at: number): R {
+  const made: Record<string, unknown> = {};
+  for (let i = 0; i < names.length; i++) made[names[i]!] = columns[i]![at];
+  return made as R;
+}
+
 /** Columns of equal length, read as rows: {"f": [0, 0.1]} becomes [{f: 0}, {f: 0.1}]. */
 export const columns = <F extends Fields>(fields: F): Shape<Of<F>[]> => (value) => {
   const from = members(value);
@@ -92,5 +98,5 @@ export const columns = <F extends Fields>(fields: F): Shape<Of<F>[]> => (value) 
   const read = names.map((name) => within(name, () => list(fields[name] as Shape<unknown>)(from[name])));
   const length = read[0]?.length ?? 0;
   must(read.every((column) => column.length === length), "columns of equal length");
-  return Array.from({ length }, (_, row) => Object.fromEntries(names.map((name, i) => [name, read[i]![row]])) as Of<F>);
+  return Array.from({ length }, (_, at) => row<Of<F>>(names, read, at));
 };

@@ -1,8 +1,9 @@
 // How inbreeding, relationship, completeness and numbers went by birth time.
 
+import * as Plot from "@observablehq/plot";
 import { group, h, type Child } from "../shared/dom.js";
 import { count, fixed, NONE, percent } from "../shared/format.js";
-import { COLOUR, FEMALE, figure, MALE, Plot, type Picture } from "../shared/plot.js";
+import { COLOUR, FEMALE, figure, MALE, type Picture } from "../shared/plot.js";
 import type { Column } from "../shared/table.js";
 import * as words from "../shared/texts/population.js";
 import { columns, lines, type Axes, type Series } from "./charts.js";

@@ -47,6 +47,20 @@ function set(element: HTMLElement, name: string, value: Value): void {
   } else element.setAttribute(name, value === true ? "" : String(value));
 }
 
+/** Acts once, when an element comes near the window or the page is printed: what is long to make and far
+ * down is made when it is wanted. */
+export function whenNear(element: Element, act: () => void): void {
+  const now = () => {
+    coming.disconnect();
+    removeEventListener("beforeprint", now);
+    act();
+  };
+  const near = (entries: readonly IntersectionObserverEntry[]) => entries.some(({ isIntersecting }) => isIntersecting) && now();
+  const coming = new IntersectionObserver(near, { rootMargin: "600px 0px" });
+  coming.observe(element);
+  addEventListener("beforeprint", now);
+}
+
 /** A part of the page with its heading of the second level; it enters the table of contents. */
 export function part(id: string, title: string, ...children: Child[]): HTMLElement {
   const heading = h("h2", { id: `${id}-title`, tabindex: -1 }, title);

@@ -1,8 +1,9 @@
 // Pictures: a frame with caption, text for those who do not see, the same as a table, and a new drawing
-// when the width changes. Observable Plot draws.
+// when the width changes. Observable Plot draws: modules import * as Plot from it themselves, for of such
+// an import the bundle holds only what is used.
 
 import * as Plot from "@observablehq/plot";
-import { fill, h, note, type Child } from "./dom.js";
+import { fill, h, note, whenNear, type Child } from "./dom.js";
 import { AS_TABLE } from "./texts/shared.js";
 import { table, type Column } from "./table.js";
 
@@ -68,15 +69,19 @@ function named(drawn: Element, title: string, description: string): Element {
   return drawn;
 }
 
-/** Draws into an element now and whenever its width changes. */
+/** Draws into an element when it comes near the window or is to be printed, and when its width changes. */
 export function redrawn(canvas: HTMLElement, make: (width: number) => Element): void {
   let drawn = 0;
-  new ResizeObserver(() => {
+  const show = () => {
     const width = Math.floor(canvas.clientWidth);
     if (width === 0 || width === drawn) return;
     drawn = width;
     fill(canvas, make(width));
-  }).observe(canvas);
+  };
+  whenNear(canvas, () => {
+    show();
+    new ResizeObserver(show).observe(canvas);
+  });
 }
 
 function asTable<T>(title: string, { columns, rows, file }: NonNullable<Picture<T>["table"]>): HTMLElement {
@@ -86,7 +91,3 @@ function asTable<T>(title: string, { columns, rows, file }: NonNullable<Picture<
   });
   return details;
 }
-
-/** For types and marks import * as Plot from "@observablehq/plot" itself: of that import the bundle holds
- * only what is used, of this one everything. */
-export { Plot };

@@ -6,7 +6,7 @@ import {
   type ColumnDef, type Row, type SortingState, type Table, type TableState,
 } from "@tanstack/table-core";
 import { elementScroll, observeElementOffset, observeElementRect, Virtualizer } from "@tanstack/virtual-core";
-import { fill, h, type Child } from "./dom.js";
+import { fill, h, whenNear, type Child } from "./dom.js";
 import { csv, download } from "./download.js";
 import { count, fixed } from "./format.js";
 import * as words from "./texts/shared.js";
@@ -43,16 +43,17 @@ export interface TableOptions<T> {
 
 const LONG = 250;
 const PRINTED = 250;
+const BROAD = 12;  // columns; with more a table is printed on pages laid across
 
 /** Makes a table of rows. */
 export function table<T>(columns: readonly Column<T>[], rows: readonly T[], options: TableOptions<T>): HTMLElement {
+  const long = rows.length > LONG;
   const head = h("thead");
   const body = h("tbody");
   const found = h("output", { class: "found" });
   const grid = h("table", {}, h("caption", { class: "unseen" }, options.caption), head, body);
-  const box = h("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": options.caption }, grid);
+  const box = h("div", { class: long ? "scroll long" : "scroll", tabindex: 0, role: "region", "aria-label": options.caption }, grid);
   const model = makeModel(columns, rows, options, () => redraw());
-  const long = rows.length > LONG;
   const draw = long ? drawInSight(box, body) : drawAll(body);
 
   function redraw(): void {
@@ -62,10 +63,11 @@ export function table<T>(columns: readonly Column<T>[], rows: readonly T[], opti
     draw(shown.length, (i) => line(columns, shown[i]!, long, options.mark), columns.length);
   }
 
-  redraw();
+  if (long) whenNear(box, redraw);
+  else redraw();
   const wide = options.search ?? rows.length >= 8;
   const tools = [wide && searchBox(options.caption, (text) => model.setGlobalFilter(text)), found, options.file && saving(options.file, columns, model)];
-  return h("div", { class: "table" }, h("div", { class: "tools" }, tools), box);
+  return h("div", { class: columns.length > BROAD ? "table broad" : "table" }, h("div", { class: "tools" }, tools), box);
 }
 
 function makeModel<T>(columns: readonly Column<T>[], rows: readonly T[], { sort }: TableOptions<T>, changed: () => void): Table<T> {
