@@ -27,13 +27,13 @@ auto place_of(auto& group, const Watch& watch) {
 
 }  // namespace
 
-bool FullStopwatch::reset_watch(const WatchList& watches, const Names& clocks) {
+bool FullStopwatch::reset_watch(const WatchList& watches, const NameList& clocks) {
   return apply({"reset_watch", "Watch not reset.", "Watches not reset.",
                 "Watch's * clock not reset.", kAnyState},
                watches, clocks);
 }
 
-bool FullStopwatch::pause_watch(const WatchList& watches, const Names& clocks) {
+bool FullStopwatch::pause_watch(const WatchList& watches, const NameList& clocks) {
   return apply({"pause_watch",
                 "Watch not paused.",
                 "Watches not paused.",
@@ -43,7 +43,7 @@ bool FullStopwatch::pause_watch(const WatchList& watches, const Names& clocks) {
                watches, clocks);
 }
 
-bool FullStopwatch::end_pause_watch(const WatchList& watches, const Names& clocks) {
+bool FullStopwatch::end_pause_watch(const WatchList& watches, const NameList& clocks) {
   return apply({"end_pause_watch",
                 "Watch not end_paused.",
                 "Watches remain paused.",
@@ -54,7 +54,7 @@ bool FullStopwatch::end_pause_watch(const WatchList& watches, const Names& clock
 }
 
 bool FullStopwatch::read_watch(std::vector<float>& seconds, const WatchList& watches,
-                               const Names& clocks) {
+                               const NameList& clocks) {
   constexpr Operation kRead{"read_watch", "Returning 0.0 for all clocks on this watch.",
                             "Returning 0.0 for watch values.",
                             "Returning 0.0 for value of * clock.", kAnyState};
@@ -122,12 +122,12 @@ bool FullStopwatch::leave_watchgroup(std::string_view group, const WatchList& wa
 }
 
 bool FullStopwatch::read_watch(std::vector<float>& seconds, std::string_view group,
-                               const Names& clocks) {
+                               const NameList& clocks) {
   const Group* const found = find(group, "read_watch", "Returning 0.0 for watch values.");
   return found != nullptr && read_watch(seconds, Members(*found).list(), clocks);
 }
 
-bool FullStopwatch::print_watch(std::string_view group, const Names& clocks,
+bool FullStopwatch::print_watch(std::string_view group, const NameList& clocks,
                                 std::string_view form) {
   const Group* const found = find(group, "print_watch", "Watch values not printed.");
   return found != nullptr && print_watch(Members(*found).list(), clocks, form);

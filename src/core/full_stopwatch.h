@@ -17,14 +17,15 @@ class FullStopwatch : public Stopwatch {
  public:
   const StopwatchOptions& inquiry_stopwatch() const { return options_; }
 
-  bool reset_watch(const WatchList& watches, const Names& clocks = {});  // to 0, in any state
-  bool pause_watch(const WatchList& watches, const Names& clocks = {});  // running clocks pause
+  bool reset_watch(const WatchList& watches, const NameList& clocks = {});  // to 0, in any state
+  bool pause_watch(const WatchList& watches, const NameList& clocks = {});  // running clocks pause
   bool end_pause_watch(const WatchList& watches,
-                       const Names& clocks = {});  // paused ones run again
+                       const NameList& clocks = {});  // paused ones run again
 
   // Appends the clocks' seconds to `seconds`, watch by watch, up to now for a running clock; 0 for
   // a clock that was asked for and cannot be read.
-  bool read_watch(std::vector<float>& seconds, const WatchList& watches, const Names& clocks = {});
+  bool read_watch(std::vector<float>& seconds, const WatchList& watches,
+                  const NameList& clocks = {});
 
   // A group is known by its name. It has each watch once, in the order in which they joined; a
   // watch that is destroyed, or whose scope ends, has left its groups.
@@ -32,8 +33,8 @@ class FullStopwatch : public Stopwatch {
   bool destroy_watchgroup(std::string_view group);
   bool join_watchgroup(std::string_view group, const WatchList& watches);
   bool leave_watchgroup(std::string_view group, const WatchList& watches);
-  bool read_watch(std::vector<float>& seconds, std::string_view group, const Names& clocks = {});
-  bool print_watch(std::string_view group, const Names& clocks = {}, std::string_view form = {});
+  bool read_watch(std::vector<float>& seconds, std::string_view group, const NameList& clocks = {});
+  bool print_watch(std::string_view group, const NameList& clocks = {}, std::string_view form = {});
   using Stopwatch::print_watch;
 
  private:

@@ -79,11 +79,11 @@ bool Stopwatch::set_unit(Unit*& unit, Unit* requested, std::string_view outcome)
   return true;
 }
 
-bool Stopwatch::set_default_clocks(const Names& names) {
+bool Stopwatch::set_default_clocks(const NameList& names) {
   const auto chosen = choose("option_stopwatch", names, "Default not changed.",
                              "That clock not included in the default clocks.");
   if (!chosen) return false;
-  Names known;
+  NameList known;
   for (const std::size_t clock : *chosen) {
     if (clock < kClocks && !names.empty()) known.push_back(kNames[clock]);
   }
@@ -101,13 +101,14 @@ bool Stopwatch::set_form(std::string_view form) {
   return true;
 }
 
-bool Stopwatch::create_watch(const WatchList& watches, const Names& names, const Names& clocks) {
+bool Stopwatch::create_watch(const WatchList& watches, const NameList& names,
+                             const NameList& clocks) {
   constexpr Operation kCreate{"create_watch", "Watch not created.", "Watches not created."};
   const std::string_view refused = kCreate.outcome(watches);
   if (names.size() != watches.size()) {
     return warn(kCreate.routine, {}, "Number of names is not equal to number of watches.", refused);
   }
-  const Names& wanted = clocks.empty() ? *options_.default_clocks : clocks;
+  const NameList& wanted = clocks.empty() ? *options_.default_clocks : clocks;
   if (wanted.empty()) return warn(kCreate.routine, {}, "There are no default clocks.", refused);
   const auto chosen = choose(kCreate.routine, wanted, refused);
   if (!chosen) return false;
@@ -136,7 +137,7 @@ bool Stopwatch::destroy_watch(const WatchList& watches) {
   return good;
 }
 
-bool Stopwatch::start_watch(const WatchList& watches, const Names& clocks) {
+bool Stopwatch::start_watch(const WatchList& watches, const NameList& clocks) {
   return apply({"start_watch",
                 "Watch not started.",
                 "Watches not started.",
@@ -146,7 +147,7 @@ bool Stopwatch::start_watch(const WatchList& watches, const Names& clocks) {
                watches, clocks);
 }
 
-bool Stopwatch::stop_watch(const WatchList& watches, const Names& clocks) {
+bool Stopwatch::stop_watch(const WatchList& watches, const NameList& clocks) {
   return apply({"stop_watch",
                 "Watch not stopped.",
                 "Watches not stopped.",
@@ -156,7 +157,8 @@ bool Stopwatch::stop_watch(const WatchList& watches, const Names& clocks) {
                watches, clocks);
 }
 
-bool Stopwatch::print_watch(const WatchList& watches, const Names& clocks, std::string_view form) {
+bool Stopwatch::print_watch(const WatchList& watches, const NameList& clocks,
+                            std::string_view form) {
   constexpr Operation kPrint{"print_watch", "Watch not printed.", "Watch values not printed.",
                              "Requested action not performed on * clock.", kAnyState};
   if (options_.print_unit == nullptr) return true;
@@ -193,7 +195,8 @@ bool Stopwatch::print_times(const Operation& print, const Watch& watch, const Ch
   return good;
 }
 
-bool Stopwatch::apply(const Operation& operation, const WatchList& watches, const Names& clocks) {
+bool Stopwatch::apply(const Operation& operation, const WatchList& watches,
+                      const NameList& clocks) {
   const auto chosen = choose(operation.routine, clocks, operation.outcome(watches));
   if (!chosen) return false;
   const auto now = clocks_.read();
@@ -231,7 +234,7 @@ bool Stopwatch::fits(const Operation& operation, const Watch& watch, std::size_t
               outcome.replace(outcome.find('*'), 1, name));
 }
 
-std::optional<Stopwatch::Chosen> Stopwatch::choose(std::string_view routine, const Names& clocks,
+std::optional<Stopwatch::Chosen> Stopwatch::choose(std::string_view routine, const NameList& clocks,
                                                    std::string_view all_refused,
                                                    std::string_view one_refused) {
   Chosen chosen;

@@ -63,11 +63,11 @@ class WatchList {
   bool several_ = true;
 };
 
-using Names = std::vector<std::string_view>;
+using NameList = std::vector<std::string_view>;
 
 // The options that all watches share.
 struct StopwatchOptions {
-  std::optional<Names> default_clocks = {};
+  std::optional<NameList> default_clocks = {};
   Unit* print_unit = nullptr;
   Unit* error_unit = nullptr;
   std::optional<bool> print_errors = {};
@@ -86,16 +86,17 @@ class Stopwatch {
 
   // Watches with these names (132 characters at most) and clocks, by default those of the options,
   // all stopped at zero. What a watch held before is lost.
-  bool create_watch(const WatchList& watches, const Names& names, const Names& clocks = {});
+  bool create_watch(const WatchList& watches, const NameList& names, const NameList& clocks = {});
   bool destroy_watch(const WatchList& watches);
 
   // Stopped clocks run; running and paused ones stop.
-  bool start_watch(const WatchList& watches, const Names& clocks = {});
-  bool stop_watch(const WatchList& watches, const Names& clocks = {});
+  bool start_watch(const WatchList& watches, const NameList& clocks = {});
+  bool stop_watch(const WatchList& watches, const NameList& clocks = {});
 
   // Prints the clocks to the print unit, several watches under a heading; by default in the
   // options' form.
-  bool print_watch(const WatchList& watches, const Names& clocks = {}, std::string_view form = {});
+  bool print_watch(const WatchList& watches, const NameList& clocks = {},
+                   std::string_view form = {});
 
  protected:
   // An operation and what its warnings say was left undone.
@@ -138,10 +139,10 @@ class Stopwatch {
     float cpu_ = 0.0F;       // what was last given as it
   };
 
-  bool apply(const Operation& operation, const WatchList& watches, const Names& clocks);
+  bool apply(const Operation& operation, const WatchList& watches, const NameList& clocks);
   // The clocks with these names, by default all; none when there are more than clocks.
   std::optional<Chosen> choose(
-      std::string_view routine, const Names& clocks, std::string_view all_refused,
+      std::string_view routine, const NameList& clocks, std::string_view all_refused,
       std::string_view one_refused = "Requested action not performed on this clock.");
   // Whether the watch has been created, and whether the operation fits the clock's state. They warn
   // if not.
@@ -153,11 +154,11 @@ class Stopwatch {
 
   Clocks clocks_;
   StopwatchOptions options_ = {
-      Names{"cpu", "user", "sys", "wall"}, nullptr, nullptr, true, false, "sec"};
+      NameList{"cpu", "user", "sys", "wall"}, nullptr, nullptr, true, false, "sec"};
 
  private:
   bool set_unit(Unit*& unit, Unit* requested, std::string_view outcome);
-  bool set_default_clocks(const Names& names);
+  bool set_default_clocks(const NameList& names);
   bool set_form(std::string_view form);
   bool act(const Operation& operation, const Watch& watch, std::size_t clock, float now);
   bool print_times(const Operation& print, const Watch& watch, const Chosen& chosen,

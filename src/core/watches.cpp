@@ -9,7 +9,7 @@ namespace qob {
 // as the phases come, and logs know this phase by another name. The second making replaces the
 // first.
 void start_watches(Watches& w) {
-  w.stopwatch.option_stopwatch({.default_clocks = Names{"cpu", "wall"}, .form = "hh:mm:ss"});
+  w.stopwatch.option_stopwatch({.default_clocks = NameList{"cpu", "wall"}, .form = "hh:mm:ss"});
   w.stopwatch.create_watch({&w.total, &w.init, &w.history, &w.pedigree, &w.ocs, &w.mating},
                            {"QOB Total time", "Initialisation", "Analyse pedigree", "Relationship",
                             "Optimal contribution selection", "Mating"});
