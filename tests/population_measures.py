@@ -147,8 +147,9 @@ def intervals(herd, since):
     roles = [{p[k] for p in herd.parents} for k in (0, 1)]
     rows = []
     for k, role in PATHS:
-        ages = [herd.born[i] - herd.born[herd.parents[i][k]] for i in herd.dated
-                if herd.born[i] >= since and i in roles[role] and herd.parents[i][k] in herd.dated_set]
+        offspring = [i for i in herd.dated if herd.born[i] >= since and i in roles[role]]
+        ages = [herd.born[i] - herd.born[herd.parents[i][k]] for i in offspring
+                if herd.parents[i][k] in herd.dated_set]
         rows.append((len(ages), mean(ages), standard_error(ages)))
     some = [r for r in rows if r[0]]
     errors = [r[2] for r in some]
@@ -204,12 +205,13 @@ def measures(herd, living):
     interval = by_path["mean"][-1]
     since = recent_since(herd.times, interval)
     told, f = trend(herd), [herd.f(i) for i in herd.all]
+    by_birth = [(herd.born[i], herd.f(i)) for i in herd.dated]
     within = [v for v in zip(told["birth_time"], told["coancestry"]) if v[1] is not None]
     ancestors = effective_ancestors(herd, living)
     ranked = sorted((q for q in known.values() if q > 0), reverse=True)[:500]
     return {"animals": len(herd.all), "founders": len(known), "living": len(living),
             "mean_f": mean(f), "max_f": max(f), "trend": told,
-            "by_inbreeding": effective_size([(herd.born[i], herd.f(i)) for i in herd.dated], interval),
+            "by_inbreeding": effective_size(by_birth, interval),
             "by_coancestry": effective_size(within, interval),
             "interval": interval, "intervals": by_path, "recent_since": since,
             "recent_intervals": intervals(herd, since),
@@ -230,7 +232,8 @@ def compare(where, told, wanted):
         assert len(told) == len(wanted), f"{where}: {len(told)} numbers, {len(wanted)} wanted"
         return sum(compare(f"{where}[{k}]", *pair) for k, pair in enumerate(zip(told, wanted)))
     close = functools.partial(math.isclose, rel_tol=1e-9, abs_tol=1e-12)
-    assert told is wanted if None in (told, wanted) else close(told, wanted), f"{where}: {told}, wanted {wanted}"
+    same = told is wanted if None in (told, wanted) else close(told, wanted)
+    assert same, f"{where}: {told}, wanted {wanted}"
     return 1
 
 
