@@ -13,7 +13,7 @@ class Sources {
   Sources(const Report& report, const AnimalFigures& animals)
       : report_(report),
         of_(animals),
-        offspring_(animals.pedigree.maxid + 1, 0),
+        offspring_(std::int64_t{animals.pedigree.maxid} + 1, 0),
         merit_(report.animals.size(), kNaN) {
     for (std::int32_t i = 1; i <= pedigree().maxid; ++i) {
       for (const std::int32_t parent : {pedigree().sire(i), pedigree().dam(i)})

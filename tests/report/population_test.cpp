@@ -22,7 +22,7 @@ constexpr const char* kHerd =
 class PopulationTest : public RunTest {
  protected:
   // chosen: 3.
-  Population measure(const char* herd, std::int32_t living_since) {
+  PopulationMeasures measure(const char* herd, std::int32_t living_since) {
     parameters.data.ignoreparentalpedigreeerrors = true;
     read_animals(herd);
     const AnimalStatistics statistics = animal_statistics(pedigree.newped, pedigree.btime, 1);
@@ -57,7 +57,7 @@ TEST_F(PopulationTest, IsToldByBirthTime) {
 }
 
 TEST_F(PopulationTest, IsToldByAgeFamilyAndFounder) {
-  const Population population = measure(kHerd, 2002);
+  const PopulationMeasures population = measure(kHerd, 2002);
   const ReportedPopulation& told = population.reported;
   EXPECT_TRUE(told.animals == 8 && told.founders == 3 && told.living == 3);
   EXPECT_TRUE(told.max_f == 0.25 && told.mean_f == 0.4375 / 8);

@@ -34,7 +34,7 @@ inline Report small_report() {
       {1, 2, -1e22, 4, 0, 1, 0.5, 0.5, 0.25, 0.5, 0.0, true, Lack::kNotKnown, 0.1, 7.0}};
   report.population.trend = {{1, "2001", 2, 1, 1, 0, 0, 0, 0.0, 0.0, kNaN, 0.5, 0.0, kNaN}};
   report.population.by_coancestry.why_not = "one birth time";
-  report.population.intervals = {{"sire-son", 1, 2.0, kNaN}};
+  report.population.intervals = report.population.recent_intervals = {{"sire-son", 1, 2.0, kNaN}};
   report.population.founders_ranked = {{0, 0.5}, {1, 0.5}};
   report.population.founders_cumulative = {0.5, 1.0};
   report.population.families = {{1, 1, 1}};

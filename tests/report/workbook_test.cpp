@@ -53,9 +53,11 @@ TEST_F(WorkbookTest, HoldsTextsAsTextsAndNumbersAsNumbers) {
 
 TEST_F(WorkbookTest, OfTooManyRowsSaysSo) {
   Workbook workbook(file_);
+  // Only the last rows hold anything, which is quick.
   const auto rows = [](std::string_view name, std::int64_t count) {
-    return ReportTable{
-        name, {"row"}, count, [](std::int64_t row, std::size_t) -> Cell { return row; }};
+    return ReportTable{name, {"row"}, count, [](std::int64_t row, std::size_t) -> Cell {
+                         return row > 1'048'570 ? Cell(row) : Cell();
+                       }};
   };
   workbook.add(rows("full", 1'048'575));
   workbook.add(rows("animals", 1'048'576));
