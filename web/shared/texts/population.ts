@@ -104,7 +104,7 @@ export const ages = {
     title: "Age pyramid",
     description: (males: string, females: string) =>
       `The living by birth time, ${males} males to the left and ${females} females to the right, the youngest on top. From the middle outwards: chosen (strongest, their number at the end), other candidates, others that live (palest).`,
-    axis: "← males      females →",
+    to_left: "← males", to_right: "females →",
     chosen_here: (n: string) => `${n} chosen`,
     says: (of: {
       birth: string; males: number; females: number; candidate_males: number; candidate_females: number; chosen_males: number; chosen_females: number;
