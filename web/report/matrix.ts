@@ -90,7 +90,7 @@ function picture(grid: Grid): Element {
 function field(result: Result, grid: Grid, told: HTMLElement): HTMLElement {
   const frame = h("div", { class: "cursor", hidden: true, style: { width: `${grid.cell}px`, height: `${grid.cell}px` } });
   const sheet = h("div", { class: "drawing", style: size(grid) }, frame);
-  whenNear(sheet, () => sheet.prepend(picture(grid)));
+  whenNear(sheet, () => sheet.prepend(h("div", { "aria-hidden": "true" }, picture(grid))));
   const box = h("div", { class: "scroll matrix", tabindex: 0, role: "application", "aria-label": `${words.MATRIX}. ${words.MATRIX_HELP}` }, sheet);
   let [row, column] = [-1, -1];
 
