@@ -80,8 +80,8 @@ function drawn(width: number, chosen: readonly Row[], others: readonly Row[], ax
         x, y, r: size(chosen, width), symbol: shape, fill: ({ of }: Row) => (of.sex === 1 ? MALE : FEMALE),
         stroke: "var(--card)", strokeWidth: 1, sort: { channel: "-r" }, fillOpacity: 0.9,
       }),
-      Plot.dot(all, Plot.pointer({ x, y, r: 9, stroke: COLOUR.text, strokeWidth: 2 })),
-      Plot.tip(all, Plot.pointer({ x, y, title: (row: Row) => told(row, decimals) })),
+      // The row itself is the title: only the one that is pointed at is put into words.
+      Plot.tip(all, Plot.pointer({ x, y, title: (row: Row) => row, format: { title: (row: Row) => told(row, decimals) } })),
     ],
   });
 }

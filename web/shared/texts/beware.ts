@@ -3,10 +3,9 @@
 export const title = "What to beware of";
 export const nothing = "Nothing was found that speaks against the plan or the data.";
 export const none_serious = "Nothing serious was found. What follows is good to know.";
-export const intro = (serious: string, all: string) => `${all}, ${serious} of them serious: these come first.`;
+export const intro = (serious: string, others: string) => `Serious: ${serious}. Good to know: ${others}.`;
 export const serious = "Serious";
 export const known = "Good to know";
-export const kinds = { one: "thing", more: "things" };
 
 /** Numbers of a warning as texts, by name. */
 export interface Told {
