@@ -36,7 +36,7 @@ export const warnings: Record<string, (told: Told) => Words> = {
   }),
   unfinished_last_time: (told) => ({
     title: "The last birth time is not complete",
-    text: `Of ${told.birth("birth_time")} there are only ${told.count("animals")} animals; ${told.count("usual")} are usual. The rate of inbreeding is reckoned from the animals of that birth time, so it has no good base.${
+    text: `Of ${told.birth("birth_time")} there are only ${told.count("animals")} in the data; ${told.count("usual")} are usual. The rate of inbreeding is reckoned from the animals of that birth time, so it has no good base.${
       told.has("rate") ? ` Over the last generation interval (${told.number("interval")} time steps${
         told.has("from") && told.has("to") ? `, ${told.birth("from")} to ${told.birth("to")}` : ""}) inbreeding rose by ${told.percent("rate")} a generation.` : ""}`,
   }),
