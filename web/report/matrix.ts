@@ -127,9 +127,9 @@ function field(result: Result, grid: Grid, told: HTMLElement): HTMLElement {
   });
   box.addEventListener("keydown", (event) => {
     const step = { ArrowUp: [-1, 0], ArrowDown: [1, 0], ArrowLeft: [0, -1], ArrowRight: [0, 1] }[event.key];
-    if (event.key === "Enter") open();
-    if (!step) return;
-    event.preventDefault();
+    if (!step && event.key !== "Enter") return;
+    event.preventDefault();  // the same key would press the button that closes what it opened
+    if (!step) return open();
     go(row < 0 ? 0 : row + step[0]!, column < 0 ? 0 : column + step[1]!);
     frame.scrollIntoView({ block: "nearest", inline: "nearest" });
   });

@@ -78,6 +78,7 @@ function makeModel<T>(columns: readonly Column<T>[], rows: readonly T[], { sort 
     columns: columns.map(definition),
     state: {},
     renderFallbackValue: null,
+    autoResetAll: false,
     onStateChange: (update) => {
       state = typeof update === "function" ? update(state) : update;
       model.setOptions((old) => ({ ...old, state }));
