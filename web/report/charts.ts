@@ -37,6 +37,9 @@ export interface Axes<T> {
   say: (value: number) => string;
 }
 
+/** Less is 0 with rounding errors: a scale for it would be one of noise. */
+const TINY = 1e-9;
+
 /** Series of values as lines with a shape at each value; the row under the pointer is told. */
 export function lines<T>(rows: readonly T[], series: readonly Series<T>[], axes: Axes<T>, more: Plot.Markish[] = []): HTMLElement {
   const points = ({ value }: Series<T>) => rows.filter((row) => Number.isFinite(value(row)));
@@ -48,9 +51,10 @@ export function lines<T>(rows: readonly T[], series: readonly Series<T>[], axes:
   const top = (row: T) => Math.max(...series.map(({ value }) => value(row)).filter(Number.isFinite));
   const told = rows.filter((row) => Number.isFinite(top(row)));
   const tip = Plot.tip(told, Plot.pointerX({ x: axes.x, y: top, title: (row: T) => told_of(row, series, axes) }));
+  const flat = !told.some((row) => top(row) > TINY);
   const drawn = draw({
     ...frame(rows, axes),
-    y: { label: axes.y_label, grid: true, zero: true, nice: true },
+    y: { label: axes.y_label, grid: true, zero: true, nice: true, ...(flat && { domain: [0, 1] }) },
     marks: [Plot.ruleY([0], { stroke: COLOUR.muted }), more, marks, tip],
   });
   return h("div", {}, series.length > 1 && key(...series), drawn);

@@ -26,7 +26,7 @@ export function section(result: Result): HTMLElement {
   if (!first) return group(text.title, h("p", {}, text.none));
   const half = founders_cumulative.findIndex((share) => share >= 0.5) + 1;
   return group(text.title,
-    h("p", {}, text.intro(count(rows.length), count(founders), half > 0 ? count(half) : "")),
+    h("p", {}, text.intro(count(rows.length), count(founders), half > 0 ? text.half(count(half)) : "")),
     h("div", { class: "pictures" }, ranked(rows, first), added(founders_cumulative, half)));
 }
 
@@ -56,7 +56,7 @@ function added(cumulative: readonly number[], half: number): HTMLElement {
   const every = Math.ceil(cumulative.length / MOST_POINTS);
   const points = [{ x: 0, y: 0 }, ...cumulative.map((share, i) => ({ x: i + 1, y: share * 100 })).filter(({ x }) => x % every === 0 || x === cumulative.length)];
   return figure({
-    title, description: added_description(half > 0 ? count(half) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
+    title, description: added_description(half > 0 ? text.half(count(half)) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
     plot: (width) => draw({
       width, height: 260, marginLeft: 48, marginTop: 30, marginBottom: 42,
       x: { label: place, labelArrow: "right", ticks: whole(0, cumulative.length, 8), tickFormat: count },

@@ -78,6 +78,7 @@ function makeModel<T>(columns: readonly Column<T>[], rows: readonly T[], { sort 
     columns: columns.map(definition),
     state: {},
     renderFallbackValue: null,
+    autoResetAll: false,
     onStateChange: (update) => {
       state = typeof update === "function" ? update(state) : update;
       model.setOptions((old) => ({ ...old, state }));
@@ -177,19 +178,23 @@ function drawInSight(box: HTMLElement, body: HTMLElement): Draw {
   let make: (i: number) => HTMLElement = () => h("tr");
   let columns = 1;
   let printing = false;
+  let drawn = "";
   const sight = new Virtualizer<HTMLElement, HTMLElement>(settings());
 
   function settings() {
     return {
-      count: rows, getScrollElement: () => box, estimateSize: () => 33, overscan: 12,
+      count: rows, getScrollElement: () => box, estimateSize: () => 33, overscan: 6,
       initialRect: { width: 800, height: 600 },
       scrollToFn: elementScroll, observeElementRect, observeElementOffset, onChange: () => show(),
     };
   }
 
-  function show(): void {
+  function show(anew = false): void {
     if (printing) return printRows();
     const items = sight.getVirtualItems();
+    const range = `${items[0]?.index}-${items[items.length - 1]?.index}`;
+    if (range === drawn && !anew) return;
+    drawn = range;
     const before = items[0]?.start ?? 0;
     const after = sight.getTotalSize() - (items[items.length - 1]?.end ?? 0);
     fill(body, space(before), items.map(({ index }) => make(index)), space(after));
@@ -202,7 +207,7 @@ function drawInSight(box: HTMLElement, body: HTMLElement): Draw {
   }
 
   const space = (height: number) => height > 0 && h("tr", { class: "space", "aria-hidden": "true", style: { height: `${height}px` } });
-  const print = (now: boolean) => () => ((printing = now), show());
+  const print = (now: boolean) => () => ((printing = now), show(true));
   addEventListener("beforeprint", print(true));
   addEventListener("afterprint", print(false));
   sight._didMount();
@@ -211,7 +216,7 @@ function drawInSight(box: HTMLElement, body: HTMLElement): Draw {
     sight.setOptions(settings());
     sight._willUpdate();
     box.scrollTop = 0;
-    show();
+    show(true);
   };
 }
 
