@@ -22,7 +22,8 @@ function repeat(making: Making): HTMLElement {
   const asked = making.parameters.find(({ key }) => key.toLowerCase() === "seed_rng")?.value;
   const names = name("names");
   return group(title, h("p", {}, text),
-    h("pre", {}, [run(name("parameters") ?? parameter_file), `qob-report ${quoted(making.prefix)}${names ? ` --names ${quoted(names)}` : ""}`].join("\n")),
+    h("pre", {}, run(name("parameters") ?? parameter_file), "\n",
+      `qob-report ${quoted(making.prefix)}${names ? ` --names ${quoted(names)}` : ""}`),
     !name("parameters") && h("p", {}, unknown),
     asked !== undefined && Number(asked) === 0 && h("p", {}, seed(String(making.seed))));
 }

@@ -81,7 +81,7 @@ function drawn(width: number, chosen: readonly Row[], others: readonly Row[], ax
         stroke: "var(--card)", strokeWidth: 1, sort: { channel: "-r" }, fillOpacity: 0.9,
       }),
       // The row itself is the title: only the one that is pointed at is put into words.
-      Plot.tip(all, Plot.pointer({ x, y, title: (row: Row) => row, format: { title: (row: Row) => told(row, decimals) } })),
+      Plot.tip(all, Plot.pointer({ x, y, title: (row: Row) => row, lineHeight: 1.2, lineWidth: 26, format: { title: (row: Row) => told(row, decimals) } })),
     ],
   });
 }

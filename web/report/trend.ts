@@ -54,7 +54,9 @@ function largest(trend: readonly TrendRow[]): HTMLElement {
   const series = [{ name: max, colour: COLOUR.purple, value: (row: TrendRow) => row.max_f * 100, symbol: "diamond" as const }];
   const limit = [
     Plot.ruleY([25], { stroke: COLOUR.muted, strokeDasharray: "2 3" }),
-    Plot.text([25], { y: (y) => y, text: () => full_sibs, frameAnchor: "left", textAnchor: "start", dy: -9, dx: 4, stroke: "var(--card)", strokeWidth: 5, fill: COLOUR.text }),
+    Plot.text([25], {
+      y: (y) => y, text: () => full_sibs, frameAnchor: "left", textAnchor: "start", dy: -9, dx: 4, stroke: "var(--card)", strokeWidth: 5, fill: COLOUR.text,
+    }),
   ];
   return figure({
     title,
