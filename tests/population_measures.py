@@ -22,7 +22,7 @@ PARAMETERS = """&DataParameters datafile='{}', resultsdirectory='./QOB_' /
 &MatingOptions matingstrategy='mai' /
 """
 UNDATED, DEPTH = -9999, 5
-PATHS = [(k, role) for k in (0, 1) for role in (0, 1)]  # sire-son, sire-daughter, dam-son, dam-daughter
+PATHS = [(0, 0), (0, 1), (1, 0), (1, 1)]  # sire-son, sire-daughter, dam-son, dam-daughter
 
 
 class Herd:
@@ -30,17 +30,17 @@ class Herd:
     0 is an unknown parent."""
 
     def __init__(self, path):
-        rows = [[*map(int, line.split()[:6])] for line in path.read_text().splitlines() if line.split()]
+        lines = path.read_text().splitlines()
+        rows = [[*map(int, line.split()[:6])] for line in lines if line.split()]
         number = {0: 0}
         for animal, sire, dam, *_ in rows:
             for i in (sire, dam, animal): number.setdefault(i, len(number))
         self.id = list(number)
         records = {number[r[0]]: r for r in rows}
         self.all = range(1, len(number))
-        none = [0, 0, 0, 0, UNDATED, 0]
-        self.parents = [(number[r[1]], number[r[2]]) for r in (records.get(i, none) for i in [0, *self.all])]
-        self.sex, self.born, self.matings = ([records.get(i, none)[k] for i in [0, *self.all]]
-                                             for k in (3, 4, 5))
+        records = [records.get(i, [0, 0, 0, 0, UNDATED, 0]) for i in [0, *self.all]]
+        self.parents = [(number[r[1]], number[r[2]]) for r in records]
+        self.sex, self.born, self.matings = ([r[k] for r in records] for k in (3, 4, 5))
         self.dated = [i for i in self.all if self.born[i] > UNDATED]
         self.dated_set = set(self.dated)
         self.times = sorted({self.born[i] for i in self.dated})
@@ -101,7 +101,7 @@ def founders(herd, living):
     """Shares of known founders, and those of unknown parents of animals with a known one."""
     genes = herd.genes_of(living)
     known = {i: genes[i] for i in herd.all if herd.parents[i] == (0, 0)}
-    unknown = [genes[i] / 2 for i in herd.all if (herd.parents[i][0] == 0) != (herd.parents[i][1] == 0)]
+    unknown = [genes[i] / 2 for i in herd.all if [*map(bool, herd.parents[i])].count(True) == 1]
     return known, unknown
 
 
@@ -135,8 +135,8 @@ def effective_size(values, interval):
     x, y = zip(*((t, math.log(1 - v)) for t, v in values if t >= first))
     slope, start = statistics.linear_regression(x, y)
     rest = math.fsum((v - start - slope * t) ** 2 for t, v in zip(x, y)) / (len(x) - 2)
-    se = math.sqrt(rest / math.fsum((t - mean(x)) ** 2 for t in x)) * interval * math.exp(slope * interval)
-    rate = 1 - math.exp(slope * interval)
+    error = math.sqrt(rest / math.fsum((t - mean(x)) ** 2 for t in x))
+    rate, se = 1 - math.exp(slope * interval), error * interval * math.exp(slope * interval)
     ne = lambda r: 1 / (2 * r) if r > 0 and rate > 1e-8 else None
     return {"rate": rate, "rate_se": se, "n": len(x), "first": first, "last": times[-1],
             "ne": ne(rate), "ne_low": ne(rate + se), "ne_high": ne(rate - se)}
@@ -147,8 +147,9 @@ def intervals(herd, since):
     roles = [{p[k] for p in herd.parents} for k in (0, 1)]
     rows = []
     for k, role in PATHS:
-        ages = [herd.born[i] - herd.born[herd.parents[i][k]] for i in herd.dated
-                if herd.born[i] >= since and i in roles[role] and herd.parents[i][k] in herd.dated_set]
+        offspring = [i for i in herd.dated if herd.born[i] >= since and i in roles[role]]
+        ages = [herd.born[i] - herd.born[herd.parents[i][k]] for i in offspring
+                if herd.parents[i][k] in herd.dated_set]
         rows.append((len(ages), mean(ages), standard_error(ages)))
     some = [r for r in rows if r[0]]
     errors = [r[2] for r in some]
@@ -164,14 +165,16 @@ def trend(herd):
         f = [herd.f(i) for i in born]
         pairs = [herd.a[i][j] / 2 for i, j in itertools.combinations(born, 2)]
         ages = [t - herd.born[p] for i in born for p in herd.parents[i] if p in herd.dated_set]
-        rows.append({"birth_time": t, "animals": len(born), "males": sum(herd.sex[i] == 1 for i in born),
-                     "females": sum(herd.sex[i] == 2 for i in born),
+        sexes = [herd.sex[i] for i in born]
+        rows.append({"birth_time": t, "animals": len(born),
+                     "males": sexes.count(1), "females": sexes.count(2),
                      "sires": len({herd.parents[i][0] for i in born} - {0}),
                      "dams": len({herd.parents[i][1] for i in born} - {0}),
                      "inbred": sum(v > 0 for v in f), "mean_f": mean(f), "max_f": max(f),
                      "coancestry": math.fsum(pairs) / len(pairs) if pairs else None,
                      "completeness": mean([herd.completeness(i) for i in born]),
-                     "generations": mean([herd.generations(i) for i in born]), "interval": mean(ages)})
+                     "generations": mean([herd.generations(i) for i in born]),
+                     "interval": mean(ages)})
     return {key: [r[key] for r in rows] for key in rows[0]}
 
 
@@ -189,9 +192,9 @@ def ages(herd, living):
     count = lambda t, sex, group: sum(herd.born[i] == t and herd.sex[i] == sex for i in group)
     candidates = [i for i in shown if herd.matings[i] > 0]
     alive = [i for i in shown if i in living]
-    return {"males": [count(t, 1, alive) for t in times], "females": [count(t, 2, alive) for t in times],
-            "candidate_males": [count(t, 1, candidates) for t in times],
-            "candidate_females": [count(t, 2, candidates) for t in times]}
+    return {name: [count(t, sex, group) for t in times] for name, sex, group in [
+        ("males", 1, alive), ("females", 2, alive), ("candidate_males", 1, candidates),
+        ("candidate_females", 2, candidates)]}
 
 
 def measures(herd, living):
@@ -202,17 +205,19 @@ def measures(herd, living):
     interval = by_path["mean"][-1]
     since = recent_since(herd.times, interval)
     told, f = trend(herd), [herd.f(i) for i in herd.all]
+    by_birth = [(herd.born[i], herd.f(i)) for i in herd.dated]
+    within = [v for v in zip(told["birth_time"], told["coancestry"]) if v[1] is not None]
     ancestors = effective_ancestors(herd, living)
     ranked = sorted((q for q in known.values() if q > 0), reverse=True)[:500]
     return {"animals": len(herd.all), "founders": len(known), "living": len(living),
             "mean_f": mean(f), "max_f": max(f), "trend": told,
-            "by_inbreeding": effective_size([(herd.born[i], herd.f(i)) for i in herd.dated], interval),
-            "by_coancestry": effective_size([(t, v) for t, v in zip(told["birth_time"], told["coancestry"])
-                                             if v is not None], interval),
+            "by_inbreeding": effective_size(by_birth, interval),
+            "by_coancestry": effective_size(within, interval),
             "interval": interval, "intervals": by_path, "recent_since": since,
             "recent_intervals": intervals(herd, since),
             "founder_equivalents": 1 / math.fsum(q * q for q in [*known.values(), *unknown]),
-            "founder_genomes": 1 / (2 * kinship), "mean_kinship": kinship, "gene_diversity": 1 - kinship,
+            "founder_genomes": 1 / (2 * kinship), "mean_kinship": kinship,
+            "gene_diversity": 1 - kinship,
             "effective_ancestors": ancestors, "effective_ancestors_high": ancestors,
             "unknown_genes": math.fsum(unknown), "founders_ranked": {"contribution": ranked},
             "founders_cumulative": list(itertools.accumulate(ranked)),
@@ -221,11 +226,13 @@ def measures(herd, living):
 
 def compare(where, told, wanted):
     """Counts the numbers compared."""
-    if isinstance(wanted, dict): return sum(compare(f"{where}.{k}", told[k], v) for k, v in wanted.items())
+    if isinstance(wanted, dict):
+        return sum(compare(f"{where}.{k}", told[k], v) for k, v in wanted.items())
     if isinstance(wanted, list):
         assert len(told) == len(wanted), f"{where}: {len(told)} numbers, {len(wanted)} wanted"
         return sum(compare(f"{where}[{k}]", *pair) for k, pair in enumerate(zip(told, wanted)))
-    same = told is wanted if None in (told, wanted) else math.isclose(told, wanted, rel_tol=1e-9, abs_tol=1e-12)
+    close = functools.partial(math.isclose, rel_tol=1e-9, abs_tol=1e-12)
+    same = told is wanted if None in (told, wanted) else close(told, wanted)
     assert same, f"{where}: {told}, wanted {wanted}"
     return 1
 

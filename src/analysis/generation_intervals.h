@@ -1,5 +1,5 @@
 // Generation intervals by the four paths of inheritance: the age of parents at the birth of those
-// of their offspring that became parents themselves (James 1977, Anim. Prod. 25:193).
+// of their offspring that became parents themselves (James 1977, Anim. Prod. 24:109).
 #pragma once
 
 #include <array>

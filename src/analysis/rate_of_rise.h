@@ -7,7 +7,7 @@
 //
 //   rate = 1 - exp(b L),  L: generation interval;  effective size = 1 / (2 rate)
 //
-// (Perez-Enciso 1995, Genet. Sel. Evol. 27:327, on birth dates; Cervantes et al. 2011, J. Anim.
+// (Perez-Enciso 1995, J. Anim. Breed. Genet. 112:327; Cervantes et al. 2011, J. Anim.
 // Breed. Genet. 128:56, of coancestry). The standard error is that of the regression, L exp(b L)
 // se(b) by the delta method.
 #pragma once

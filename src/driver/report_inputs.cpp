@@ -1,11 +1,13 @@
 #include "driver/report_inputs.h"
 
+#include <nettle/sha2.h>
+
 #include <algorithm>
+#include <array>
 #include <memory>
 
 #include "core/letters.h"
 #include "core/lexer.h"
-#include "core/sha256.h"
 #include "core/text.h"
 #include "core/units.h"
 #include "driver/sheet_file.h"
@@ -103,17 +105,37 @@ std::vector<OneKind> by_kind(const Sheet& sheet) {
   return kinds;
 }
 
+using Digest = std::array<std::uint8_t, SHA256_DIGEST_SIZE>;
+
+Digest digest_of(sha256_ctx& sum) {
+  Digest digest;
+  sha256_digest(&sum, digest.size(), digest.data());
+  return digest;
+}
+
+std::string hexadecimal(const Digest& digest) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string text;
+  for (const std::uint8_t byte : digest) {
+    text.push_back(kDigits[byte >> 4U]);
+    text.push_back(kDigits[byte & 15U]);
+  }
+  return text;
+}
+
 void add_checksum(MadeFile& file) {
   std::unique_ptr<ByteSource> source;
   if (open_source(file.name, source) != 0) return;
-  Sha256 sum;
+  sha256_ctx sum;
+  sha256_init(&sum);
   std::string piece(kPiece, '\0');
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(piece.data());
   std::ptrdiff_t count = 0;
   while ((count = source->read(piece.data(), piece.size())) > 0)
-    sum.add({piece.data(), static_cast<std::size_t>(count)});
+    sha256_update(&sum, static_cast<std::size_t>(count), bytes);
   if (count < 0) return;
   file.bytes = source->size();
-  file.sha256 = sum.digits();
+  file.sha256 = hexadecimal(digest_of(sum));
 }
 
 }  // namespace

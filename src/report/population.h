@@ -2,7 +2,9 @@
 //
 // The measures are those of `analysis`, one a file there, with formula and source; here they are
 // taken over the right animals and put into the model. Reference of all measures of founders,
-// ancestors and kinship are the living; where none lives these are none (NaN).
+// ancestors and kinship are the living; where none lives these are none (NaN). Rates are per
+// generation interval of all time: recent intervals rest on few animals, those that are parents
+// already. An effective size has no upper limit where the error of the rate reaches the rate.
 #pragma once
 
 #include <cstdint>

@@ -136,6 +136,7 @@ constexpr Column<ReportedCandidate> kCandidates[] = {
     {"matings", [](auto&, auto& c) -> Cell { return c.matings; }},
     {"relationship", [](auto&, auto& c) -> Cell { return c.relationship; }},
     {"relationship_to_chosen", [](auto&, auto& c) -> Cell { return c.to_chosen; }},
+    {"relationship_to_others_chosen", [](auto&, auto& c) -> Cell { return c.to_others; }},
     {"mean_kinship", [](auto&, auto& c) -> Cell { return c.mean_kinship; }},
     {"contribution_so_far", [](auto&, auto& c) -> Cell { return c.contribution_so_far; }},
     {"contribution_wanted", [](auto&, auto& c) -> Cell { return c.contribution_wanted; }},

@@ -47,12 +47,14 @@ TEST_F(PopulationTest, IsToldByBirthTime) {
   EXPECT_TRUE(row.completeness == 0.5 && row.generations == 1.75 && row.interval == 1.0);
   EXPECT_TRUE(std::isnan(told.trend[3].coancestry) && std::isnan(told.trend[0].interval));
   EXPECT_TRUE(told.interval == 1.0 && told.recent_since == 2000 && told.intervals[4].n == 7);
-  // Coancestry 0, 0.25, 0.1875: the slope of three is half the way from the first to the last.
+  // Coancestry 0, 0.25, 0.1875: the slope of three is half the way from the first to the last, and
+  // its error 0.1061.
   const double rate = 1.0 - std::sqrt(0.8125);
   EXPECT_DOUBLE_EQ(told.by_coancestry.rate, rate);
   EXPECT_DOUBLE_EQ(told.by_coancestry.ne, 0.5 / rate);
+  EXPECT_NEAR(told.by_coancestry.rate_se, std::sqrt(0.8125) * 0.1061, 1e-4);
   EXPECT_DOUBLE_EQ(told.by_coancestry.ne_low, 0.5 / (rate + told.by_coancestry.rate_se));
-  EXPECT_TRUE(std::isnan(told.by_coancestry.ne_high));  // the error is larger than the rate
+  EXPECT_NEAR(told.by_coancestry.ne_high, 0.5 / (rate - told.by_coancestry.rate_se), 1e-9);
   EXPECT_TRUE(told.by_inbreeding.n == 7 && told.by_inbreeding.last == 2003);
 }
 

@@ -48,22 +48,27 @@ function bars(row: AgeClass): Bar[] {
 }
 
 function drawn(width: number, ages: readonly AgeClass[]): Element {
-  const { axis, says, chosen_here } = words.ages.pyramid;
+  const { to_left, to_right, says, chosen_here } = words.ages.pyramid;
   const born = ages.map(({ birth }) => birth);
   const every = Math.ceil(ages.length / 40);
   const end = (sign: number) => ({ x: (row: AgeClass) => (sign < 0 ? -row.males : row.females), y: "birth" });
   const label = (chosen: number) => (chosen > 0 ? chosen_here(count(chosen)) : "");
   return draw({
-    width, height: Math.max(120, 50 + ages.length * (20 / every)), marginLeft: 12 + 7 * Math.max(4, ...born.map((text) => text.length)), marginBottom: 40,
-    x: { label: axis, labelAnchor: "center", labelArrow: "none", grid: true, tickFormat: (x: number) => fixed(Math.abs(x), 0), insetLeft: 64, insetRight: 64, ticks: width / 90 },
+    width, height: Math.max(120, 50 + ages.length * (20 / every)),
+    marginLeft: 12 + 7 * Math.max(4, ...born.map((text) => text.length)), marginTop: 28, marginBottom: 24,
+    x: { label: null, grid: true, tickFormat: (x: number) => fixed(Math.abs(x), 0), insetLeft: 64, insetRight: 64, ticks: width / 90 },
     y: { label: null, type: "band", domain: born, ticks: born.filter((_, i) => i % every === 0), tickSize: 0 },
     color: { type: "identity" }, opacity: { type: "identity" },
     marks: [
-      Plot.barX(ages.flatMap(bars), Plot.stackX({ x: (bar: Bar) => bar.to * bar.n, y: (bar: Bar) => bar.row.birth, fill: "colour", fillOpacity: "opacity" })),
+      Plot.barX(ages.flatMap(bars), Plot.stackX({
+        x: (bar: Bar) => bar.to * bar.n, y: (bar: Bar) => bar.row.birth, fill: "colour", fillOpacity: "opacity",
+      })),
       Plot.ruleX([0], { stroke: COLOUR.muted }),
+      Plot.text([to_left], { x: 0, text: (text: string) => text, frameAnchor: "top", textAnchor: "end", dx: -6, dy: -16 }),
+      Plot.text([to_right], { x: 0, text: (text: string) => text, frameAnchor: "top", textAnchor: "start", dx: 6, dy: -16 }),
       Plot.text(ages, { ...end(-1), text: (row: AgeClass) => label(row.chosen_males), textAnchor: "end", dx: -4 }),
       Plot.text(ages, { ...end(1), text: (row: AgeClass) => label(row.chosen_females), textAnchor: "start", dx: 4 }),
-      Plot.tip(ages, Plot.pointerY({ x: 0, y: "birth", title: says, anchor: "bottom" })),
+      Plot.tip(ages, Plot.pointerY({ x: 0, y: "birth", title: says, lineHeight: 1.2, lineWidth: 26, anchor: "bottom" })),
     ],
   });
 }

@@ -2,7 +2,7 @@
 // What a program said is shown as it said it.
 
 import { h, part } from "../shared/dom.js";
-import { count, counted, digits, percent } from "../shared/format.js";
+import { count, digits, percent } from "../shared/format.js";
 import * as words from "../shared/texts/beware.js";
 import { birthOf } from "./births.js";
 import { animal, called, type Result, type Warning } from "./model.js";
@@ -15,8 +15,7 @@ function shown(result: Result): HTMLElement[] {
   const serious = result.warnings.filter((warning) => warning.serious);
   const others = result.warnings.filter((warning) => !warning.serious);
   if (result.warnings.length === 0) return [h("p", {}, words.nothing)];
-  const { one, more } = words.kinds;
-  const intro = serious.length ? words.intro(count(serious.length), counted(result.warnings.length, one, more)) : words.none_serious;
+  const intro = serious.length ? words.intro(count(serious.length), count(others.length)) : words.none_serious;
   return [
     h("p", {}, intro),
     ...serious.map((warning) => single(warning, result)),

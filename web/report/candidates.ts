@@ -13,7 +13,8 @@ export type Row = Candidate & { of: Animal };
 
 export function section(result: Result): HTMLElement {
   const rows = candidates(result);
-  return part("candidates", words.title, h("p", {}, words.intro), picture(rows), ranked(rows));
+  const by_pedigree = !result.warnings.some(({ kind }) => kind === "relationships_from_file");
+  return part("candidates", words.title, h("p", {}, words.intro), picture(rows, by_pedigree), ranked(rows));
 }
 
 export function candidates(result: Result): Row[] {
@@ -34,7 +35,12 @@ function ranked(rows: readonly Row[]): HTMLElement {
     table(columns(rows), rows.filter(kept), {
       caption, file: "candidates.csv", search: true, mark: ({ matings }) => (matings > 0 ? "chosen" : undefined),
     });
-  return group(title, note(intro), choose(words.filter.label, filters, shown));
+  return group(title, note(intro), brief(choose(words.filter.label, filters, shown)));
+}
+
+/** A long table of which a reader of the printed page wants but the first rows. */
+export function brief(long: HTMLElement): HTMLElement {
+  return h("div", { class: "brief" }, long, h("p", { class: "note paper" }, words.table.brief));
 }
 
 function columns(rows: readonly Row[]): Column<Row>[] {
@@ -51,8 +57,8 @@ function columns(rows: readonly Row[]): Column<Row>[] {
     number("matings", (row) => row.matings),
     number("max_matings", (row) => row.max_matings),
     number("merit", (row) => row.merit, { decimals }),
-    { key: "lack", title: titles.lack, value: (row) => lacking(row, decimals) },
-    number("to_chosen", (row) => row.to_chosen, { percent: true }),
+    { key: "lack", title: titles.lack, value: (row) => lacking(row, decimals), wrap: true },
+    number("to_others", (row) => row.to_others, { percent: true }),
     number("relationship", (row) => row.relationship, { percent: true }),
     number("mean_kinship", (row) => row.mean_kinship, { percent: true }),
     number("f", ({ of }) => of.f, { percent: true }),
@@ -94,7 +100,7 @@ export function told(row: Row, decimals: number): string {
     called(row.of),
     tip.born(tip.sex[row.of.sex] ?? NONE, row.of.birth),
     tip.merit(fixed(row.merit, decimals)),
-    tip.relationship(share(row.to_chosen), share(row.relationship)),
+    tip.relationship(share(row.to_others), share(row.relationship)),
     tip.matings(count(row.matings), count(row.max_matings)),
   ].join("\n");
 }

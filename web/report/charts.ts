@@ -15,7 +15,10 @@ export interface Series<T> {
 
 export type Shape = keyof typeof SIGNS;
 
-const SIGNS = { circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", line: "━━", cross: "✕", dashes: "╍╍", dots: "┅┅" } as const;
+const SIGNS = {
+  circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", cross: "✕",
+  line: "━━", dashes: "╍╍", dots: "┅┅",
+} as const;
 
 /** What the shapes and colours of a picture mean. */
 export function key(...entries: readonly { name: Child; colour: string; symbol?: Shape; opacity?: number }[]): HTMLElement {
@@ -37,6 +40,9 @@ export interface Axes<T> {
   say: (value: number) => string;
 }
 
+/** Less is 0 with rounding errors: a scale for it would be one of noise. */
+const TINY = 1e-9;
+
 /** Series of values as lines with a shape at each value; the row under the pointer is told. */
 export function lines<T>(rows: readonly T[], series: readonly Series<T>[], axes: Axes<T>, more: Plot.Markish[] = []): HTMLElement {
   const points = ({ value }: Series<T>) => rows.filter((row) => Number.isFinite(value(row)));
@@ -47,13 +53,14 @@ export function lines<T>(rows: readonly T[], series: readonly Series<T>[], axes:
   ]);
   const top = (row: T) => Math.max(...series.map(({ value }) => value(row)).filter(Number.isFinite));
   const told = rows.filter((row) => Number.isFinite(top(row)));
-  const tip = Plot.tip(told, Plot.pointerX({ x: axes.x, y: top, title: (row: T) => told_of(row, series, axes) }));
+  const tip = Plot.tip(told, Plot.pointerX({ x: axes.x, y: top, title: (row: T) => told_of(row, series, axes), lineHeight: 1.2 }));
+  const flat = !told.some((row) => top(row) > TINY);
   const drawn = draw({
     ...frame(rows, axes),
-    y: { label: axes.y_label, grid: true, zero: true, nice: true },
+    y: { label: axes.y_label, grid: true, zero: true, nice: true, ...(flat && { domain: [0, 1] }) },
     marks: [Plot.ruleY([0], { stroke: COLOUR.muted }), more, marks, tip],
   });
-  return h("div", {}, series.length > 1 && key(...series), drawn);
+  return h("div", {}, series.length > 1 && key(...series.map((each) => (few ? each : { ...each, symbol: each.dash ? "dashes" as const : "line" as const }))), drawn);
 }
 
 /** Counts as columns stacked on one another. */
@@ -71,7 +78,7 @@ export function columns<T>(rows: readonly T[], series: readonly Series<T>[], axe
         order: null,
       })),
       Plot.ruleY([0], { stroke: COLOUR.muted }),
-      Plot.tip(rows, Plot.pointerX({ x: axes.x, y: total, title: (row: T) => told_of(row, series, axes) })),
+      Plot.tip(rows, Plot.pointerX({ x: axes.x, y: total, title: (row: T) => told_of(row, series, axes), lineHeight: 1.2 })),
     ],
   });
   return h("div", {}, key(...series.map((each) => ({ ...each, symbol: "square" as const }))), drawn);

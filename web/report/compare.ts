@@ -26,7 +26,7 @@ function figures(plans: readonly Planned[]): HTMLElement {
   const row = (name: string, value: (plan: Plan, planned: Planned) => Child): Child[] => [name, ...plans.map((each) => value(each.plan, each))];
   const most = (values: readonly number[]) => values.reduce((a, b) => Math.max(a, b), -Infinity);
   return group(names.title,
-    plain(names.caption, [names.figure, ...plans.map(({ letter }) => letter)], [
+    h("div", { class: "wrapped" }, plain(names.caption, [names.figure, ...plans.map(({ letter }) => letter)], [
       row(names.matings, ({ matings }) => count(matings.length)),
       row(names.males, ({ males }) => names.of(count(males.chosen), count(males.candidates))),
       row(names.females, ({ females }) => names.of(count(females.chosen), count(females.candidates))),
@@ -40,7 +40,7 @@ function figures(plans: readonly Planned[]): HTMLElement {
       row(names.ne, ({ ne }) => (Number.isFinite(ne) ? fixed(ne, 1) : NONE)),
       row(names.unknown_genes, ({ unknown_genes }) => percent(unknown_genes, 1)),
       row(names.warnings, (_, { result }) => count(result.warnings.filter(({ serious }) => serious).length)),
-    ]),
+    ])),
     note(names.note));
 }
 
@@ -87,7 +87,7 @@ function columns(plans: readonly Planned[], chosen: readonly Choice[]): Column<C
     { key: "in", title: titles.in, value: (choice) => choice.in },
     ...plans.map(({ letter }, i) => ({ key: `matings_${letter}`, title: titles.matings(letter), value: ({ matings }: Choice) => matings[i] ?? 0 })),
     ...plans.map(({ letter }, i) => ({
-      key: `related_${letter}`, title: titles.related(letter), value: ({ rows }: Choice) => rows[i]?.to_chosen ?? NaN, percent: true,
+      key: `related_${letter}`, title: titles.related(letter), value: ({ rows }: Choice) => rows[i]?.to_others ?? NaN, percent: true,
     })),
   ];
 }

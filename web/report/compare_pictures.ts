@@ -14,11 +14,12 @@ interface Mean { plan: string; x: number; y: number }
 
 export function merits(plans: readonly Planned[]): HTMLElement {
   const points = plans.flatMap(({ letter, rows }) =>
-    rows.filter(({ matings }) => matings > 0).map((row): Point => ({ plan: letter, row, x: row.to_chosen * 100, y: row.merit })));
+    rows.filter(({ matings }) => matings > 0).map((row): Point => ({ plan: letter, row, x: row.to_others * 100, y: row.merit })));
   const means = plans.map(({ letter }) => mean(letter, points.filter(({ plan }) => plan === letter)));
   const { title, description, male, female, mean: mean_name } = words.choice;
   const legend = () => key(
-    { name: male, colour: MALE, symbol: "square" }, { name: female, colour: FEMALE, symbol: "circle" }, { name: mean_name, colour: COLOUR.text, symbol: "cross" });
+    { name: male, colour: MALE, symbol: "square" }, { name: female, colour: FEMALE, symbol: "circle" },
+    { name: mean_name, colour: COLOUR.text, symbol: "cross" });
   return figure({
     title, description: description(plans.map(({ letter }) => letter).join(", ")),
     plot: (width) => h("div", {}, legend(), drawn(width, points, means)),
@@ -38,7 +39,8 @@ function drawn(width: number, points: readonly Point[], means: readonly Mean[]):
   const most = points.reduce((most, { row }) => Math.max(most, row.matings), 1);
   const decimals = meritDecimals(points.map(({ row }) => row));
   return draw({
-    width, height: side ? 380 : 90 + 260 * means.length, marginLeft: 52, marginTop: side ? 48 : 30, marginRight: side ? 20 : 34, marginBottom: 42, inset: 6,
+    width, height: side ? 380 : 90 + 260 * means.length,
+    marginLeft: 52, marginTop: side ? 48 : 30, marginRight: side ? 20 : 34, marginBottom: 42, inset: 6,
     fx: { label: null, tickFormat: words.plan }, fy: { label: null },
     x: { label: words.choice.x, labelArrow: "none", labelAnchor: "right", ticks: 5, nice: true },
     y: { label: words.choice.merit, labelArrow: "none", grid: true, nice: true },
@@ -46,7 +48,8 @@ function drawn(width: number, points: readonly Point[], means: readonly Mean[]):
     marks: [
       Plot.frame({ stroke: COLOUR.rule }),
       Plot.dot(points, {
-        ...facet, x: "x", y: "y", r: ({ row }: Point) => Math.max(3, 10 * Math.sqrt(row.matings / most)), symbol: ({ row }: Point) => (row.of.sex === 1 ? "square" : "circle"),
+        ...facet, x: "x", y: "y", r: ({ row }: Point) => Math.max(3, 10 * Math.sqrt(row.matings / most)),
+        symbol: ({ row }: Point) => (row.of.sex === 1 ? "square" : "circle"),
         fill: ({ row }: Point) => (row.of.sex === 1 ? MALE : FEMALE), stroke: "var(--card)", sort: { channel: "-r" },
       }),
       Plot.dot(means, { ...facet, x: "x", y: "y", symbol: "times", stroke: "var(--card)", strokeWidth: 6, r: 8 }),
@@ -71,11 +74,15 @@ export function males(plans: readonly Planned[], chosen: readonly Choice[]): HTM
         width, height: 80 + 20 * shown.length, marginLeft: left, marginTop: 34, marginBottom: 42,
         fx: { label: null, padding: 0.12, tickFormat: words.plan },
         x: { label: axis, labelArrow: "right", ticks: 3, grid: true, insetRight: 22 },
-        y: { type: "band", domain: shown.map(({ name }) => name), label: null, tickSize: 0, tickFormat: (name: string) => shortened(name, left / 7.2) },
+        y: {
+          type: "band", domain: shown.map(({ name }) => name), label: null, tickSize: 0, tickFormat: (name: string) => shortened(name, left / 7.2),
+        },
         marks: [
           Plot.barX(bars, { fx: "plan", y: "name", x: "matings", fill: COLOUR.blue }),
           Plot.ruleX([0], { stroke: COLOUR.muted }),
-          Plot.text(bars, { fx: "plan", y: "name", x: "matings", text: ({ matings }: { matings: number }) => (matings > 0 ? count(matings) : "–"), textAnchor: "start", dx: 4 }),
+          Plot.text(bars, {
+            fx: "plan", y: "name", x: "matings", textAnchor: "start", dx: 4, text: ({ matings }: { matings: number }) => (matings > 0 ? count(matings) : "–"),
+          }),
         ],
       });
     },

@@ -26,7 +26,7 @@ export function section(result: Result): HTMLElement {
   if (!first) return group(text.title, h("p", {}, text.none));
   const half = founders_cumulative.findIndex((share) => share >= 0.5) + 1;
   return group(text.title,
-    h("p", {}, text.intro(count(rows.length), count(founders), half > 0 ? count(half) : "")),
+    h("p", {}, text.intro(count(rows.length), count(founders), half > 0 ? text.half(count(half)) : "")),
     h("div", { class: "pictures" }, ranked(rows, first), added(founders_cumulative, half)));
 }
 
@@ -40,7 +40,10 @@ function ranked(rows: readonly Founder[], first: Founder): HTMLElement {
       x: { label: place, ticks: whole(1, shown.length, 8), labelArrow: "right", tickFormat: count },
       y: { label: share, grid: true },
       marks: [
-        Plot.rectY(shown, { x1: ({ place }: Founder) => place - 0.45, x2: ({ place }: Founder) => place + 0.45, y: ({ contribution }: Founder) => contribution * 100, fill: COLOUR.blue }),
+        Plot.rectY(shown, {
+          x1: ({ place }: Founder) => place - 0.45, x2: ({ place }: Founder) => place + 0.45,
+          y: ({ contribution }: Founder) => contribution * 100, fill: COLOUR.blue,
+        }),
         Plot.ruleY([0], { stroke: COLOUR.muted }),
         Plot.tip(shown, Plot.pointerX({ x: "place", y: ({ contribution }: Founder) => contribution * 100, title: told })),
       ],
@@ -54,9 +57,10 @@ const told = ({ place, name, contribution, cumulative }: Founder) => text.told(c
 function added(cumulative: readonly number[], half: number): HTMLElement {
   const { added: title, added_description, place, cumulative: label } = text.figure;
   const every = Math.ceil(cumulative.length / MOST_POINTS);
-  const points = [{ x: 0, y: 0 }, ...cumulative.map((share, i) => ({ x: i + 1, y: share * 100 })).filter(({ x }) => x % every === 0 || x === cumulative.length)];
+  const all = cumulative.map((share, i) => ({ x: i + 1, y: share * 100 }));
+  const points = [{ x: 0, y: 0 }, ...all.filter(({ x }) => x % every === 0 || x === all.length)];
   return figure({
-    title, description: added_description(half > 0 ? count(half) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
+    title, description: added_description(half > 0 ? text.half(count(half)) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
     plot: (width) => draw({
       width, height: 260, marginLeft: 48, marginTop: 30, marginBottom: 42,
       x: { label: place, labelArrow: "right", ticks: whole(0, cumulative.length, 8), tickFormat: count },

@@ -45,7 +45,9 @@ function drawn(width: number, paths: readonly Both[]): Element {
   const error = (dy: number, stroke: string) => ({
     x1: ({ mean, se }: Path) => mean - (se || 0), x2: ({ mean, se }: Path) => mean + (se || 0), y: "path", stroke, strokeWidth: 2, dy,
   });
-  const label = (dy: number) => ({ x: ({ mean, se }: Path) => mean + (se || 0), y: "path", text: ({ mean }: Path) => fixed(mean, 2), dy, dx: 9, textAnchor: "start" as const });
+  const label = (dy: number) => ({
+    x: ({ mean, se }: Path) => mean + (se || 0), y: "path", text: ({ mean }: Path) => fixed(mean, 2), dy, dx: 9, textAnchor: "start" as const,
+  });
   return draw({
     width, height: 60 + 44 * paths.length, marginLeft: 112, marginRight: 44, marginBottom: 40,
     x: { label: text.figure.axis, labelArrow: "right", grid: true, zero: true, nice: true },

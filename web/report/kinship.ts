@@ -5,7 +5,7 @@ import { percent } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as candidate_words from "../shared/texts/candidates.js";
 import * as words from "../shared/texts/population.js";
-import { candidates, type Row } from "./candidates.js";
+import { brief, candidates, type Row } from "./candidates.js";
 import { choose } from "./choose.js";
 import { called, type Result } from "./model.js";
 
@@ -20,7 +20,7 @@ export function section(result: Result): Child {
   return group(text.title,
     h("p", {}, text.intro(percent(mean_kinship), percent(gene_diversity))),
     note(text.incomplete),
-    choose(filter.label, sexes, (sex) => list(ranked.filter(({ of }) => sex === 0 || of.sex === sex))));
+    brief(choose(filter.label, sexes, (sex) => list(ranked.filter(({ of }) => sex === 0 || of.sex === sex)))));
 }
 
 function list(rows: readonly Row[]): HTMLElement {

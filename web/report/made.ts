@@ -17,14 +17,21 @@ export function section({ making }: Result): HTMLElement {
 }
 
 function repeat(making: Making): HTMLElement {
-  const { title, text, seed, unknown } = words.repeat;
-  const file = making.files.find(({ role }) => role === "parameters")?.name;
-  const names = making.files.find(({ role }) => role === "names")?.name;
+  const { title, text, seed, unknown, parameter_file } = words.repeat;
+  const name = (wanted: string) => making.files.find(({ role }) => role === wanted)?.name;
   const asked = making.parameters.find(({ key }) => key.toLowerCase() === "seed_rng")?.value;
-  const lines = file && [`qob ${quoted(file)}`, `qob-report ${quoted(making.prefix)}${names ? ` --names ${quoted(names)}` : ""}`];
-  return group(title, h("p", {}, lines ? text : unknown),
-    lines && h("pre", {}, lines.join("\n")),
+  const names = name("names");
+  return group(title, h("p", {}, text),
+    h("pre", {}, run(name("parameters") ?? parameter_file), "\n",
+      `qob-report ${quoted(making.prefix)}${names ? ` --names ${quoted(names)}` : ""}`),
+    !name("parameters") && h("p", {}, unknown),
     asked !== undefined && Number(asked) === 0 && h("p", {}, seed(String(making.seed))));
+}
+
+/** A run is started in the folder of its parameter file: the names of files there begin in it. */
+function run(parameters: string): string {
+  const [, folder, file] = /^(?:(.*)\/)?([^/]*)$/.exec(parameters)!;
+  return folder ? `(cd ${quoted(folder)} && qob ${quoted(file ?? "")})` : `qob ${quoted(parameters)}`;
 }
 
 /** As a shell takes it for one word. */

@@ -85,7 +85,7 @@ function broken(error: unknown): HTMLElement {
   const said = error instanceof Error ? error.message : String(error);
   const empty = json.trim().length <= 8;
   const what = empty ? words.NO_DATA : error instanceof OtherVersion ? words.otherVersion(error.version, VERSION) : words.BROKEN;
-  return h("main", { class: "frame" },
+  return h("main", { class: "top" },
     h("h1", {}, words.BROKEN_TITLE),
     h("p", { class: "warning serious", role: "alert" }, what),
     !empty && h("p", { class: "note" }, words.detail(said)));

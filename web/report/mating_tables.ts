@@ -103,7 +103,7 @@ function offspringFirst(result: Result, merits: Merits): Column<Mating>[] {
 function sheet(result: Result, sire: number, matings: Mating[], columns: Column<Mating>[], merits: Merits): Sheet {
   const male = animal(result, sire);
   const about = words.parent(digits(merits.get(sire) ?? NaN), male.f, male.completeness);
-  const heading = h("summary", {}, h("h4", {}, called(male)), h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about));
+  const heading = h("summary", {}, h("h3", {}, called(male)), h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about));
   const element = h("details", { class: "sheet" }, heading);
   const make = () => {
     if (element.childElementCount === 1) element.append(table(columns, matings, { caption: words.females(called(male)), search: false }));

@@ -90,7 +90,7 @@ function picture(grid: Grid): Element {
 function field(result: Result, grid: Grid, told: HTMLElement): HTMLElement {
   const frame = h("div", { class: "cursor", hidden: true, style: { width: `${grid.cell}px`, height: `${grid.cell}px` } });
   const sheet = h("div", { class: "drawing", style: size(grid) }, frame);
-  whenNear(sheet, () => sheet.prepend(picture(grid)));
+  whenNear(sheet, () => sheet.prepend(h("div", { "aria-hidden": "true" }, picture(grid))));
   const box = h("div", { class: "scroll matrix", tabindex: 0, role: "application", "aria-label": `${words.MATRIX}. ${words.MATRIX_HELP}` }, sheet);
   let [row, column] = [-1, -1];
 
@@ -127,9 +127,9 @@ function field(result: Result, grid: Grid, told: HTMLElement): HTMLElement {
   });
   box.addEventListener("keydown", (event) => {
     const step = { ArrowUp: [-1, 0], ArrowDown: [1, 0], ArrowLeft: [0, -1], ArrowRight: [0, 1] }[event.key];
-    if (event.key === "Enter") open();
-    if (!step) return;
-    event.preventDefault();
+    if (!step && event.key !== "Enter") return;
+    event.preventDefault();  // the same key would press the button that closes what it opened
+    if (!step) return open();
     go(row < 0 ? 0 : row + step[0]!, column < 0 ? 0 : column + step[1]!);
     frame.scrollIntoView({ block: "nearest", inline: "nearest" });
   });

@@ -13,13 +13,16 @@ import { choose } from "./choose.js";
 /** More than so many are counted and not drawn one by one: beyond, drawing takes longer than a blink. */
 const DRAWN = 1500;
 
-type Axis = "to_chosen" | "relationship";
+type Axis = "to_others" | "relationship";
 
-export function picture(rows: readonly Row[]): HTMLElement {
+/** A picture for each measure of relationship. That to the others chosen explains the choice best: the
+ * plan's value falls by it. It needs relationships by pedigree, as they tell what a chosen animal's
+ * relationship to itself is, 1 + F, which the mean relationship to the chosen includes. */
+export function picture(rows: readonly Row[], by_pedigree: boolean): HTMLElement {
   const chosen = rows.filter(({ matings }) => matings > 0);
   const others = rows.filter(({ matings, merit }) => matings === 0 && Number.isFinite(merit));
   const males = chosen.filter(({ of }) => of.sex === 1).length;
-  const axes: readonly Axis[] = ["to_chosen", "relationship"];
+  const axes: readonly Axis[] = by_pedigree ? ["to_others", "relationship"] : ["relationship"];
   return choose(words.picture.x, axes.map((value) => ({ name: words.picture[value].name, value })), (axis) =>
     figure({
       title: words.picture.title,
@@ -28,7 +31,7 @@ export function picture(rows: readonly Row[]): HTMLElement {
         others.length > DRAWN ? words.picture.binned(others.length.toLocaleString("en-GB")) : "",
       ].join(" ").trim(),
       plot: (width) => h("div", {}, legend(others.length), drawn(width, chosen, others, axis)),
-      note: words.picture.note,
+      note: words.picture[axis].note,
     }));
 }
 
@@ -45,16 +48,21 @@ function legend(others: number): HTMLElement {
 
 const shape = ({ of }: Row): "square" | "circle" => (of.sex === 1 ? "square" : "circle");
 
-/** Radius by matings, so that one mating is seen and the area tells how many there are. */
+const measures: Record<Axis, (row: Row) => number> = {
+  to_others: ({ to_others }) => to_others,
+  relationship: ({ relationship }) => relationship,
+};
+
+/** Radius by matings: the area tells how many there are, and a single one is seen. */
 function size(chosen: readonly Row[], width: number): (row: Row) => number {
   const most = chosen.reduce((most, { matings }) => Math.max(most, matings), 1);
-  const largest = width < 500 ? 9 : 13;
-  return ({ matings }) => Math.max(3.5, largest * Math.sqrt(matings / most));
+  const one = Math.min(4.5, (width < 500 ? 11 : 15) / Math.sqrt(most));
+  return ({ matings }) => Math.max(3, one * Math.sqrt(matings));
 }
 
 function drawn(width: number, chosen: readonly Row[], others: readonly Row[], axis: Axis): Element {
   const all = [...others, ...chosen];
-  const x = (row: Row) => row[axis] * 100;
+  const x = (row: Row) => measures[axis](row) * 100;
   const y = (row: Row) => row.merit;
   const decimals = meritDecimals(all);
   return draw({
@@ -72,8 +80,8 @@ function drawn(width: number, chosen: readonly Row[], others: readonly Row[], ax
         x, y, r: size(chosen, width), symbol: shape, fill: ({ of }: Row) => (of.sex === 1 ? MALE : FEMALE),
         stroke: "var(--card)", strokeWidth: 1, sort: { channel: "-r" }, fillOpacity: 0.9,
       }),
-      Plot.dot(all, Plot.pointer({ x, y, r: 9, stroke: COLOUR.text, strokeWidth: 2 })),
-      Plot.tip(all, Plot.pointer({ x, y, title: (row: Row) => told(row, decimals) })),
+      // The row itself is the title: only the one that is pointed at is put into words.
+      Plot.tip(all, Plot.pointer({ x, y, title: (row: Row) => row, lineHeight: 1.2, lineWidth: 26, format: { title: (row: Row) => told(row, decimals) } })),
     ],
   });
 }

@@ -24,28 +24,46 @@ export function section(result: Result): HTMLElement {
       [words.facts.since, count(ended - found)],
       [words.facts.restarts, count(restarts.length)],
       [words.facts.value, digits(best, 5)]),
-    search.rows.length > 1 && figure({
-      title: words.picture.title,
-      description: words.picture.description(digits(best, 4), count(found)) + (restarts.length ? words.picture.restarts(restarts.map(count).join(", ")) : ""),
-      plot: (width) => h("div", {}, legend(), drawn(width, search)),
-      table: numbers(search.rows),
-    }));
+    search.rows.length > 1 && h("div", { class: "pictures" }, improvement(search), spread(search)));
 }
+
+function improvement(search: Search): HTMLElement {
+  const { title, description } = words.best;
+  return figure({
+    title, description: description(digits(bestOf(search), 4), count(search.found)),
+    plot: (width) => drawn(width, search, ["best"], lowest(search.rows, "best", 0)),
+    table: numbers(search.rows),
+  });
+}
+
+function spread(search: Search): HTMLElement {
+  const { title, description, restarts } = words.all;
+  return figure({
+    title, description: description + (search.restarts.length ? restarts(search.restarts.map(count).join(", ")) : ""),
+    plot: (width) => h("div", {}, legend(), drawn(width, search, ["worst", "median", "best"], lowest(search.rows, "worst", 0.25))),
+  });
+}
+
+type Line = "best" | "median" | "worst";
 
 const bestOf = ({ rows }: Search) => rows.reduce((most, { best }) => Math.max(most, best), -Infinity);
 
 /** A search that found nothing in this last share of its time is taken as finished. */
 const QUIET = 0.25;
 
+/** The files tell every generation with a better plan and every one that this number divides. */
+const TOLD_EVERY = 100;
+
 function verdict({ search, making }: Result): { title: string; text: string } {
   const { found, ended } = search;
-  const patience = Number(making.parameters.find(({ key }) => key.toLowerCase() === "ngenerationsnoimprovement")?.value);
+  const parameter = (name: string) => Number(making.parameters.find(({ key }) => key.toLowerCase() === name)?.value ?? NaN);
   const since = ended - found;
-  const late = lateShare(search);
-  const said = since >= patience ? words.verdict.stopped(count(since))
+  const by_itself = ended + TOLD_EVERY < parameter("generations");
+  const said = by_itself ? words.verdict.stopped(count(parameter("ngenerationsnoimprovement")))
     : since >= QUIET * ended ? words.verdict.quiet(count(since), percent(since / ended, 0))
     : words.verdict.restless(count(found), count(ended));
-  return { title: said.title, text: Number.isFinite(late) ? `${said.text} ${words.verdict.late(percent(late))}` : said.text };
+  const late = lateShare(search);
+  return { title: said.title, text: late > 0 ? `${said.text} ${words.verdict.late(percent(late))}` : said.text };
 }
 
 /** The share of all improvement of the best plan that came in the second half. */
@@ -55,34 +73,37 @@ function lateShare(search: Search): number {
   return first && half ? (bestOf(search) - half.best) / (bestOf(search) - first.best) : NaN;
 }
 
-const legend = () => key(
-  { name: words.picture.best, colour: COLOUR.blue, symbol: "line" },
-  { name: words.picture.median, colour: COLOUR.orange, symbol: "dashes" },
-  { name: words.picture.worst, colour: COLOUR.purple, symbol: "dots" });
+const looks: Record<Line, { stroke: string; strokeWidth: number; strokeDasharray?: string; curve?: "step-after" }> = {
+  best: { stroke: COLOUR.blue, strokeWidth: 2.5, curve: "step-after" },
+  median: { stroke: COLOUR.orange, strokeWidth: 1.5, strokeDasharray: "6 3" },
+  worst: { stroke: COLOUR.purple, strokeWidth: 1.5, strokeDasharray: "1 4" },
+};
 
-/** The scale is that of the best plan: the worst of the first generations are far below. */
-function scale(search: Search): [number, number] {
-  const low = search.rows.reduce((least, { best }) => Math.min(least, best), Infinity);
-  const high = bestOf(search);
-  const room = high > low ? 0.05 * (high - low) : Math.abs(high) * 0.01 || 1;
-  return [low - room, high + room];
+const legend = () => key(
+  { name: words.picture.best, colour: looks.best.stroke, symbol: "line" },
+  { name: words.picture.median, colour: looks.median.stroke, symbol: "dashes" },
+  { name: words.picture.worst, colour: looks.worst.stroke, symbol: "dots" });
+
+/** Where a scale begins: the values of the first generations, far below all others, are left out. */
+function lowest(rows: readonly Row[], line: Line, share: number): number {
+  const values = rows.map((row) => row[line]).sort((a, b) => a - b);
+  return values[Math.floor(share * (values.length - 1))] ?? 0;
 }
 
-function drawn(width: number, search: Search): Element {
+function drawn(width: number, search: Search, lines: readonly Line[], low: number): Element {
   const { rows, restarts, found } = search;
-  const domain = scale(search);
-  const line = (y: "best" | "median" | "worst", stroke: string, strokeWidth: number, strokeDasharray?: string) =>
-    Plot.lineY(rows, { x: "generation", y, stroke, strokeWidth, strokeDasharray, clip: true });
+  const high = bestOf(search);
+  const room = high > low ? 0.05 * (high - low) : Math.abs(high) * 0.01 || 1;
   const at = rows.filter(({ generation }) => generation <= found).pop();
   return draw({
-    width, height: 320, marginLeft: 64, marginRight: 24, marginTop: 34, marginBottom: 42,
+    width, height: 300, marginLeft: 64, marginRight: 24, marginTop: 34, marginBottom: 42,
     x: { label: words.picture.generation, labelArrow: "right", tickFormat: count, ticks: width / 90 },
-    y: { label: words.picture.axis, domain, grid: true },
+    y: { label: words.picture.axis, domain: [low - room, high + room], grid: true },
     marks: [
       Plot.ruleX(restarts, { stroke: COLOUR.muted, strokeDasharray: "4 4" }),
-      line("worst", COLOUR.purple, 1.5, "1 4"), line("median", COLOUR.orange, 1.5, "6 3"), line("best", COLOUR.blue, 2.5),
-      at ? Plot.dot([at], { x: "generation", y: "best", fill: COLOUR.blue, symbol: "diamond", r: 6 }) : [],
-      at ? Plot.text([at], { x: "generation", y: "best", text: () => words.picture.found, dy: 16 }) : [],
+      lines.map((y) => Plot.lineY(rows, { x: "generation", y, ...looks[y], clip: true })),
+      Plot.dot(at ? [at] : [], { x: "generation", y: "best", fill: COLOUR.blue, symbol: "diamond", r: 6 }),
+      Plot.text(at ? [at] : [], { x: "generation", y: "best", text: () => words.picture.found, dy: 16, dx: 6, textAnchor: "start" }),
       Plot.tip(rows, Plot.pointerX({ x: "generation", y: "best", title: told })),
     ],
   });

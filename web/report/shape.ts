@@ -11,7 +11,7 @@ export class Misshapen extends Error {
     readonly expected: string,
     readonly path: readonly (string | number)[] = [],
   ) {
-    super(`${path.map((step) => (typeof step === "number" ? `[${step}]` : `.${step}`)).join("").replace(/^\./, "")}: ${expected}`);
+    super(`${path.map((step) => (typeof step === "number" ? `[${step}]` : `.${step}`)).join("").replace(/^\./, "") || "data"}: expected ${expected}`);
   }
 }
 

@@ -9,9 +9,16 @@ import * as words from "../shared/texts/population.js";
 import { columns, lines, type Axes, type Series } from "./charts.js";
 import type { Result, TrendRow } from "./model.js";
 
-export function section({ population: { trend } }: Result): HTMLElement {
+export function section(result: Result): HTMLElement {
   const { title, none } = words.trend;
-  return group(title, trend.length === 0 ? h("p", {}, none) : pictures(f(trend), largest(trend), completeness(trend), generations(trend)));
+  const { trend } = result.population;
+  const to = lastFinished(result);
+  return group(title, to ? pictures(f(trend, to), largest(trend), completeness(trend, to), generations(trend, to)) : h("p", {}, none));
+}
+
+/** The last birth time from which a sentence can be made: not one of which most animals are still to come. */
+function lastFinished({ warnings, population: { trend } }: Result): TrendRow | undefined {
+  return trend[trend.length - (warnings.some(({ kind }) => kind === "unfinished_last_time") ? 2 : 1)];
 }
 
 /** How many were born, and of how many parents. */
@@ -21,62 +28,60 @@ export function births({ population: { trend } }: Result): Child {
 
 const pictures = (...all: HTMLElement[]) => h("div", { class: "pictures" }, all);
 const share = (value: number) => (Number.isFinite(value) ? `${fixed(value, 2)} %` : NONE);
-const last = <T>(rows: readonly T[]) => rows[rows.length - 1];
 
 function axes(width: number, y_label: string, say: (value: number) => string): Axes<TrendRow> {
   return { width, x: ({ birth_time }) => birth_time, called: ({ birth }) => birth, x_label: words.trend.birth, y_label, say };
 }
 
-function f(trend: readonly TrendRow[]): HTMLElement {
+function f(trend: readonly TrendRow[], to: TrendRow): HTMLElement {
   const { title, description, mean, coancestry, axis } = words.trend.f;
-  const known = trend.filter(({ mean_f }) => Number.isFinite(mean_f));
-  const [from, to] = [known[0], last(known)];
+  const from = trend.find(({ mean_f }) => Number.isFinite(mean_f)) ?? to;
   const series: Series<TrendRow>[] = [
     { name: mean, colour: COLOUR.blue, value: (row) => row.mean_f * 100, symbol: "circle" },
     { name: coancestry, colour: COLOUR.orange, value: (row) => row.coancestry * 100, dash: "6 3", symbol: "triangle" },
   ];
   return figure({
     title,
-    description: from && to ? description(from.birth, to.birth, percent(from.mean_f), percent(to.mean_f)) : "",
+    description: description(from.birth, to.birth, percent(from.mean_f), percent(to.mean_f)),
     plot: (width) => lines(trend, series, axes(width, axis, share)),
     table: numbers(trend),
   });
 }
 
 function largest(trend: readonly TrendRow[]): HTMLElement {
-  const { title, description, max, axis, full_sibs } = words.trend.max;
+  const { title, description, none, max, axis, full_sibs } = words.trend.max;
   const most = highest(trend, ({ max_f }) => max_f);
   const series = [{ name: max, colour: COLOUR.purple, value: (row: TrendRow) => row.max_f * 100, symbol: "diamond" as const }];
   const limit = [
     Plot.ruleY([25], { stroke: COLOUR.muted, strokeDasharray: "2 3" }),
-    Plot.text([25], { y: (y) => y, text: () => full_sibs, frameAnchor: "left", textAnchor: "start", dy: -9, dx: 4, stroke: "var(--card)", strokeWidth: 5, fill: COLOUR.text }),
+    Plot.text([25], {
+      y: (y) => y, text: () => full_sibs, frameAnchor: "left", textAnchor: "start", dy: -9, dx: 4, stroke: "var(--card)", strokeWidth: 5, fill: COLOUR.text,
+    }),
   ];
   return figure({
     title,
-    description: most ? description(percent(most.max_f, 1), most.birth) : "",
+    description: most && most.max_f > 0 ? description(percent(most.max_f, 1), most.birth) : none,
     plot: (width) => lines(trend, series, axes(width, axis, share), most && most.max_f > 0.1 ? limit : []),
   });
 }
 
-function completeness(trend: readonly TrendRow[]): HTMLElement {
+function completeness(trend: readonly TrendRow[], to: TrendRow): HTMLElement {
   const { title, description, line, axis } = words.trend.completeness;
-  const to = last(trend);
   const series = [{ name: line, colour: COLOUR.green, value: (row: TrendRow) => row.completeness * 100, symbol: "square" as const }];
   return figure({
     title,
-    description: to ? description(percent(to.completeness, 0), to.birth) : "",
+    description: description(percent(to.completeness, 0), to.birth),
     plot: (width) => lines(trend, series, axes(width, axis, share)),
   });
 }
 
-function generations(trend: readonly TrendRow[]): HTMLElement {
+function generations(trend: readonly TrendRow[], to: TrendRow): HTMLElement {
   const { title, description, line, axis } = words.trend.generations;
-  const to = last(trend);
   const say = (value: number) => fixed(value, 2);
   const series = [{ name: line, colour: COLOUR.green, value: (row: TrendRow) => row.generations, symbol: "square" as const }];
   return figure({
     title,
-    description: to ? description(say(to.generations), to.birth) : "",
+    description: description(say(to.generations), to.birth),
     plot: (width) => lines(trend, series, axes(width, axis, say)),
   });
 }

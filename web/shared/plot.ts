@@ -44,8 +44,8 @@ export function figure<T>(picture: Picture<T>): HTMLElement {
   return h("figure", { class: "picture" }, caption, canvas, picture.note && note(picture.note), picture.table && asTable(picture.title, picture.table));
 }
 
-/** Plot.plot() without the style element that it would add, which the content security policy forbids;
- * theme.css holds those rules. Take this and never Plot.plot() itself. */
+/** Plot.plot() without the style element that it would add, which the content security policy forbids
+ * (theme.css holds those rules), and without the names of its marks ("dot"), which say nothing. Take this and never Plot.plot() itself. */
 export function draw(options: Plot.PlotOptions): HTMLElement | SVGSVGElement {
   return unstyled(Plot.plot({ className: "plot", ...options }));
 }
@@ -57,11 +57,12 @@ export function legend(options: Parameters<typeof Plot.legend>[0]): Element {
 
 function unstyled<E extends Element>(drawn: E): E {
   for (const style of drawn.querySelectorAll("style")) style.remove();
+  for (const mark of drawn.querySelectorAll("g[aria-label]")) mark.removeAttribute("aria-label");
   return drawn;
 }
 
 function named(drawn: Element, title: string, description: string): Element {
-  const svgs = drawn instanceof SVGSVGElement ? [drawn] : [...drawn.querySelectorAll(":scope > svg")];
+  const svgs = drawn instanceof SVGSVGElement ? [drawn] : [...drawn.querySelectorAll("svg.plot")];
   for (const svg of svgs) {
     svg.setAttribute("role", "img");
     svg.setAttribute("aria-label", `${title}. ${description}`);

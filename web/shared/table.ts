@@ -1,14 +1,14 @@
-// Tables that a reader sorts by a click or a key on a heading, searches and saves. Long ones draw only
-// the rows in sight, so that 20,000 rows scroll as 20 do; on paper they show the first PRINTED rows.
+// Tables that a reader sorts by a click or a key on a heading, searches and saves. Long ones
+// draw only the rows in sight (rows.ts).
 
 import {
   createTable, getCoreRowModel, getFilteredRowModel, getSortedRowModel,
   type ColumnDef, type Row, type SortingState, type Table, type TableState,
 } from "@tanstack/table-core";
-import { elementScroll, observeElementOffset, observeElementRect, Virtualizer } from "@tanstack/virtual-core";
 import { fill, h, whenNear, type Child } from "./dom.js";
 import { csv, download } from "./download.js";
 import { count, fixed } from "./format.js";
+import { drawAll, drawInSight } from "./rows.js";
 import * as words from "./texts/shared.js";
 
 export interface Column<T> {
@@ -42,7 +42,6 @@ export interface TableOptions<T> {
 }
 
 const LONG = 250;
-const PRINTED = 250;
 const BROAD = 12;  // columns; with more a table is printed on pages laid across
 
 /** Makes a table of rows. */
@@ -78,6 +77,7 @@ function makeModel<T>(columns: readonly Column<T>[], rows: readonly T[], { sort 
     columns: columns.map(definition),
     state: {},
     renderFallbackValue: null,
+    autoResetAll: false,
     onStateChange: (update) => {
       state = typeof update === "function" ? update(state) : update;
       model.setOptions((old) => ({ ...old, state }));
@@ -164,55 +164,6 @@ function line<T>(columns: readonly Column<T>[], { original }: Row<T>, long: bool
 function shownValue<T>({ decimals, percent }: Column<T>, value: string | number): string {
   if (typeof value === "string") return value;
   return fixed(percent ? value * 100 : value, decimals ?? (percent ? 2 : 0));
-}
-
-type Draw = (rows: number, make: (i: number) => HTMLElement, columns: number) => void;
-
-function drawAll(body: HTMLElement): Draw {
-  return (rows, make) => fill(body, Array.from({ length: rows }, (_, i) => make(i)));
-}
-
-function drawInSight(box: HTMLElement, body: HTMLElement): Draw {
-  let rows = 0;
-  let make: (i: number) => HTMLElement = () => h("tr");
-  let columns = 1;
-  let printing = false;
-  const sight = new Virtualizer<HTMLElement, HTMLElement>(settings());
-
-  function settings() {
-    return {
-      count: rows, getScrollElement: () => box, estimateSize: () => 33, overscan: 12,
-      initialRect: { width: 800, height: 600 },
-      scrollToFn: elementScroll, observeElementRect, observeElementOffset, onChange: () => show(),
-    };
-  }
-
-  function show(): void {
-    if (printing) return printRows();
-    const items = sight.getVirtualItems();
-    const before = items[0]?.start ?? 0;
-    const after = sight.getTotalSize() - (items[items.length - 1]?.end ?? 0);
-    fill(body, space(before), items.map(({ index }) => make(index)), space(after));
-  }
-
-  function printRows(): void {
-    const shown = Math.min(rows, PRINTED);
-    const rest = h("tr", {}, h("td", { colspan: columns }, words.printed(count(shown), count(rows))));
-    fill(body, Array.from({ length: shown }, (_, i) => make(i)), shown < rows && rest);
-  }
-
-  const space = (height: number) => height > 0 && h("tr", { class: "space", "aria-hidden": "true", style: { height: `${height}px` } });
-  const print = (now: boolean) => () => ((printing = now), show());
-  addEventListener("beforeprint", print(true));
-  addEventListener("afterprint", print(false));
-  sight._didMount();
-  return (length, maker, width) => {
-    [rows, make, columns] = [length, maker, width];
-    sight.setOptions(settings());
-    sight._willUpdate();
-    box.scrollTop = 0;
-    show();
-  };
 }
 
 /** A field that says what it is to be searched for, shortly after the last key. */

@@ -3,10 +3,9 @@
 export const title = "What to beware of";
 export const nothing = "Nothing was found that speaks against the plan or the data.";
 export const none_serious = "Nothing serious was found. What follows is good to know.";
-export const intro = (serious: string, all: string) => `${all}, ${serious} of them serious: these come first.`;
+export const intro = (serious: string, others: string) => `Serious: ${serious}. Good to know: ${others}.`;
 export const serious = "Serious";
 export const known = "Good to know";
-export const kinds = { one: "thing", more: "things" };
 
 /** Numbers of a warning as texts, by name. */
 export interface Told {
@@ -37,7 +36,7 @@ export const warnings: Record<string, (told: Told) => Words> = {
   }),
   unfinished_last_time: (told) => ({
     title: "The last birth time is not complete",
-    text: `Of ${told.birth("birth_time")} there are only ${told.count("animals")} animals; ${told.count("usual")} are usual. The rate of inbreeding is reckoned from the animals of that birth time, so it has no good base.${
+    text: `Of ${told.birth("birth_time")} there are only ${told.count("animals")} in the data; ${told.count("usual")} are usual. The rate of inbreeding is reckoned from the animals of that birth time, so it has no good base.${
       told.has("rate") ? ` Over the last generation interval (${told.number("interval")} time steps${
         told.has("from") && told.has("to") ? `, ${told.birth("from")} to ${told.birth("to")}` : ""}) inbreeding rose by ${told.percent("rate")} a generation.` : ""}`,
   }),

@@ -2,17 +2,22 @@
 
 export const title = "Who was chosen and why";
 export const intro =
-  "A candidate is worth choosing by its merit and by how little it is related to the others that are chosen: that is what its offspring add to the inbreeding to come. So the best lie at the top left.";
+  "A candidate is worth choosing by its merit and by how little it is related to the others that are chosen: such a relationship becomes inbreeding in time. So the best lie at the top left. Near the edge between chosen and others a small difference decides, and chance.";
 
 export const picture = {
   title: "Merit and relationship of the candidates",
   description: (males: string, females: string) =>
     `Chosen: ${males} (squares) and ${females} (circles), the larger the more matings. Point at one to read who it is; the table below tells the same of all.`,
-  binned: (n: string) => `The ${n} candidates that were not chosen are too many to be drawn one by one: hexagons count them, the darker the more. The pointer still finds each.`,
+  binned: (n: string) => `The ${n} candidates that were not chosen are too many to be drawn one by one: hexagons count them: the stronger their colour, the more. The pointer still finds each.`,
   x: "mean relationship",
-  to_chosen: { name: "Related to the chosen", axis: "mean relationship to the chosen, weighted by matings, percent →" },
-  relationship: { name: "Related to all candidates", axis: "mean relationship to all candidates, percent →" },
-  note: "Relationship to the chosen is what the plan's value falls by when a candidate gets one more mating, and so explains the choice best. A chosen animal is related to itself, so many matings move it to the right.",
+  to_others: {
+    name: "Related to the others chosen", axis: "mean relationship to the others chosen, percent →",
+    note: "Mean relationship to the chosen, each weighted by its matings, without the animal itself: by this the plan's value falls if it is chosen, so this explains the choice best.",
+  },
+  relationship: {
+    name: "Related to all candidates", axis: "mean relationship to all candidates, percent →",
+    note: "Mean relationship to all candidates, itself included. It tells who is related to many; what counted in the choice is the relationship to those chosen.",
+  },
   merit: "↑ merit",
   key: {
     male: "chosen male", female: "chosen female", other_male: "male not chosen", other_female: "female not chosen", count: "not chosen, counted",
@@ -47,13 +52,13 @@ export const table = {
   intro: "Ranked by matings, then by how little they lack, then by merit. The headings sort; a search finds identifiers, names and words.",
   columns: {
     rank: "Rank", animal: "Animal", sex: "Sex", birth: "Born", merit: "Merit", matings: "Matings", max_matings: "Allowed",
-    lack: "Chosen, or what it lacks", to_chosen: "Related to the chosen, %", relationship: "Related to all, %",
+    lack: "Chosen, or what it lacks", to_others: "Related to the chosen, %", relationship: "Related to all, %",
     mean_kinship: "Mean kinship, %", f: "F, %", completeness: "PCI, %", offspring: "Offspring",
     so_far: "Contribution so far, %", wanted: "Contribution wanted, %", value: "Lacking value",
   },
   notes: {
     max_matings: "The most matings that it may have",
-    to_chosen: "Mean relationship to the chosen, each weighted by its matings",
+    to_others: "Mean relationship to the others chosen, each weighted by its matings",
     relationship: "Mean relationship to all candidates, itself included",
     mean_kinship: "Mean coancestry with the living",
     f: "Its inbreeding coefficient",
@@ -64,6 +69,7 @@ export const table = {
     value: "By how much the plan's value would fall if it took one mating of a chosen one",
   },
   unknown_parent: "a parent is unknown",
+  brief: "The first 60 are printed. The page on a screen shows all and saves them as a table.",
 };
 
 export const sexes = { 0: "unknown", 1: "male", 2: "female" } as Record<number, string>;

@@ -27,7 +27,7 @@ export const figures = {
 
 export const choice = {
   title: "Merit and relationship of the chosen",
-  description: (names: string) => `The chosen of ${names}, one picture a plan on the same scales: the higher the better, the further left the less related to the others chosen. Squares: males, circles: females, the larger the more matings; the cross is the mean, weighted by matings.`,
+  description: (names: string) => `The chosen of ${names}, one picture a plan on the same scales: the higher the better, the further left the less related to the chosen. An animal is one of them itself, so many matings move it to the right. Squares: males, circles: females, the larger the more matings; the cross is the mean, weighted by matings.`,
   x: "mean relationship to the chosen, percent →", merit: "↑ merit", mean: "mean of the chosen", male: "males", female: "females",
 };
 

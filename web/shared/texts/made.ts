@@ -6,9 +6,10 @@ export const facts = {
 };
 export const repeat = {
   title: "To repeat it",
-  text: "The same program, files and seed give the same plan, byte by byte. Put the files below into one folder, compare their checksums (sha256sum), and run there:",
+  text: "The same program, files and seed give the same plan, byte by byte. Put the files below where their names say, compare their checksums (sha256sum), and run:",
   seed: (seed: string) => `The seed was taken from the clock: to repeat the plan, write seed_rng = ${seed} into the parameter file first.`,
-  unknown: "The name of the parameter file is not known.",
+  parameter_file: "PARAMETERS.prm",
+  unknown: "The parameter file was not found beside the results: PARAMETERS.prm stands for one with the parameters below.",
 };
 export const parameters = { title: "Parameters", columns: { group: "Group", key: "Parameter", value: "Value" }, none: "No parameters are told.", all: (n: string) => `All ${n} parameters` };
 export const files = {

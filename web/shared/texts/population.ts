@@ -62,6 +62,7 @@ export const trend = {
   max: {
     title: "Largest inbreeding by birth time",
     description: (max: string, when: string) => `The most inbred animal of each birth time; the largest of all is ${max}, in ${when}. A child of full sibs or of parent and offspring has 25 %.`,
+    none: "No animal is inbred, as far as the pedigree tells.",
     max: "largest inbreeding", axis: "percent", full_sibs: "full sibs: 25 %",
   },
   completeness: {
@@ -104,7 +105,7 @@ export const ages = {
     title: "Age pyramid",
     description: (males: string, females: string) =>
       `The living by birth time, ${males} males to the left and ${females} females to the right, the youngest on top. From the middle outwards: chosen (strongest, their number at the end), other candidates, others that live (palest).`,
-    axis: "← males      females →",
+    to_left: "← males", to_right: "females →",
     chosen_here: (n: string) => `${n} chosen`,
     says: (of: {
       birth: string; males: number; females: number; candidate_males: number; candidate_females: number; chosen_males: number; chosen_females: number;
@@ -179,7 +180,8 @@ export const effective_size = {
 export const founders = {
   title: "Founders",
   intro: (n: string, all: string, half: string) =>
-    `${n === all ? `All ${all}` : `${n} of ${all}`} founders are told here, those that gave most to the living${half && `; the first ${half} make half of all genes`}.`,
+    `${n === all ? `All ${all} founders are` : `${n} of ${all} founders, those that gave most to the living, are`} told here.${half && ` ${half}.`}`,
+  half: (n: string) => (n === "1" ? "The first alone makes half of all genes" : `The first ${n} make half of all genes`),
   told: (place: string, name: string, share: string, added: string) => `${place}. ${name}\nshare ${share}\nadded up ${added}`,
   told_added: (n: string, share: string) => `the first ${n} founders\n${share}`,
   figure: {
@@ -189,7 +191,7 @@ export const founders = {
     place: "founder, by rank", share: "percent of the genes",
     added: "The shares added up",
     added_description: (half: string, all: string) =>
-      `${half && `The first ${half} founders make half of the genes. `}All that are told here make ${all} together.`,
+      `${half && `${half}. `}All that are told here make ${all} together.`,
     cumulative: "percent of the genes",
   },
   columns: { place: "Place", animal: "Founder", birth: "Born", contribution: "Share of the genes, %", cumulative: "Added up, %" },

@@ -12,7 +12,7 @@ export const facts = {
 export const verdict = {
   stopped: (since: string) => ({
     title: "The search looks finished.",
-    text: `It ended by itself after ${since} generations without a better plan.`,
+    text: `It ended by itself, as ${since} generations brought no better plan.`,
   }),
   quiet: (since: string, share: string) => ({
     title: "The search looks finished.",
@@ -26,12 +26,16 @@ export const verdict = {
 };
 
 export const picture = {
-  title: "Value of the plans by generation",
-  description: (best: string, found: string) =>
-    `The best plan (thick line) reached ${best} in generation ${found}. The median (dashed) and the worst plan (dotted) of each generation are shown where they fit: the scale is that of the best.`,
-  restarts: (at: string) => ` A vertical dashed line is a restart, in which all plans but the best were changed at random: generation ${at}.`,
-  axis: "value of the plan", generation: "generation",
-  best: "best", median: "median", worst: "worst", restart: "restart", found: "found",
+  axis: "value of the plan", generation: "generation", best: "best", median: "median", worst: "worst", found: "found",
+};
+export const best = {
+  title: "How the best plan improved",
+  description: (best: string, found: string) => `It reached its value, ${best}, in generation ${found}. A long level line at the end means that more search would hardly help.`,
+};
+export const all = {
+  title: "All plans of a generation",
+  description: "The best plan (line), the median (dashed) and the worst (dotted). Values of the first generations that lie far below are left out.",
+  restarts: (at: string) => ` After vertical dashed lines (generation ${at}) all plans but the best were changed at random, to find others.`,
 };
 
 export const columns = {
