@@ -5,15 +5,18 @@ import { digits, fixed } from "../shared/format.js";
 import { holds, searchBox, table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
 import { openMating } from "./mating.js";
-import { animal, called, type Mating, type Plan, type Result } from "./model.js";
+import { animal, called, type Mating, type Pair, type Plan, type Result } from "./model.js";
 
 type Heading = readonly [title: string, note: string];
-const column = (key: string, [title, note]: Heading, rest: Omit<Column<Mating>, "key" | "title" | "note">): Column<Mating> =>
+const column = (key: string, [title, note]: Heading, rest: Omit<Column<Pair>, "key" | "title" | "note">): Column<Pair> =>
   ({ key, title, note, ...rest });
 
-/** The expected F as a button that opens what makes it. */
-function opener(result: Result, mating: Mating): HTMLElement {
+const isMating = (pair: Pair): pair is Mating => "common" in pair;
+
+/** The expected F; of a mating of the plan as a button that opens what makes it. */
+function opener(result: Result, mating: Pair): Child {
   const f = fixed(mating.f * 100, 2);
+  if (!isMating(mating)) return f;
   const pair = words.pair(called(animal(result, mating.sire)), called(animal(result, mating.dam)));
   return h("button", { type: "button", class: "open", "aria-label": words.opens(f, pair), onclick: () => openMating(result, mating) }, f);
 }
@@ -23,8 +26,8 @@ export type Merits = ReadonlyMap<number, number>;
 /** Merits of the candidates by their place among the animals. */
 export const meritsOf = (result: Result): Merits => new Map(result.candidates.map((each) => [each.animal, each.merit]));
 
-function parentColumns(result: Result, of: "sire" | "dam", merits: Merits): Column<Mating>[] {
-  const who = (mating: Mating) => animal(result, mating[of]);
+function parentColumns(result: Result, of: "sire" | "dam", merits: Merits): Column<Pair>[] {
+  const who = (mating: Pair) => animal(result, mating[of]);
   const heading = words.parentColumn(of);
   const names = result.animals.some(({ name }) => name !== "");
   const name = column(`${of}_name`, of === "sire" ? words.SIRE_NAME : words.DAM_NAME, { value: (row) => who(row).name });
@@ -37,7 +40,7 @@ function parentColumns(result: Result, of: "sire" | "dam", merits: Merits): Colu
   ];
 }
 
-function offspringColumns(result: Result): Column<Mating>[] {
+function offspringColumns(result: Result): Column<Pair>[] {
   return [
     column("merit", words.OFFSPRING_MERIT, { value: (row) => row.merit, decimals: 3 }),
     column("f", words.OFFSPRING_F, { value: (row) => row.f, show: (row) => opener(result, row) }),
@@ -46,14 +49,14 @@ function offspringColumns(result: Result): Column<Mating>[] {
 }
 
 /** For each chosen female the other males, in words. */
-function othersColumn(result: Result, plan: Plan, wrap: boolean): Column<Mating> {
+function othersColumn(result: Result, plan: Plan, wrap: boolean): Column<Pair> {
   const others = new Map(plan.alternatives.map(({ dam, sires, f }) =>
     [dam, sires.map((sire, i) => words.other(called(animal(result, sire)), f[i] ?? NaN)).join(", ")]));
   return column("other_males", words.OTHERS, { value: (row) => others.get(row.dam) ?? words.NO_OTHER, wrap });
 }
 
 /** All matings, sortable and searchable. */
-export function matingsTable(result: Result, matings: readonly Mating[], file: string, plan?: Plan): HTMLElement {
+export function matingsTable(result: Result, matings: readonly Pair[], file: string, plan?: Plan): HTMLElement {
   const merits = meritsOf(result);
   const columns = [
     ...parentColumns(result, "sire", merits), ...parentColumns(result, "dam", merits),
@@ -95,12 +98,12 @@ function sought(sheets: readonly Sheet[], wanted: string): void {
   }
 }
 
-function offspringFirst(result: Result, merits: Merits): Column<Mating>[] {
+function offspringFirst(result: Result, merits: Merits): Column<Pair>[] {
   return [...parentColumns(result, "dam", merits), ...offspringColumns(result)];
 }
 
 /** The table of a sheet is made when it is first opened: there may be hundreds. */
-function sheet(result: Result, sire: number, matings: Mating[], columns: Column<Mating>[], merits: Merits): Sheet {
+function sheet(result: Result, sire: number, matings: Mating[], columns: Column<Pair>[], merits: Merits): Sheet {
   const male = animal(result, sire);
   const about = words.parent(digits(merits.get(sire) ?? NaN), male.f, male.completeness);
   const heading = h("summary", {}, h("h3", {}, called(male)), h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about));

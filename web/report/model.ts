@@ -12,8 +12,10 @@ const animals = columns({
   sire: number, dam: number, f: number, completeness: number,
 });
 
+const pair_fields = { sire: number, dam: number, merit: number, f: number, vf: number };
+
 const matings = columns({
-  sire: number, dam: number, merit: number, f: number, vf: number,
+  ...pair_fields,
   common: list(pair(number, number)), other_common: number, other_f: number,
 });
 
@@ -91,7 +93,7 @@ const making = object({
   files: columns({ role: text, name: text, sha256: text, bytes: number }),
 });
 
-const given = list(object({ file: text, matings, value, males: sex_use, females: sex_use, faults: list(text) }));
+const given = list(object({ file: text, matings: columns(pair_fields), value, males: sex_use, females: sex_use, faults: list(text) }));
 
 const result = object({
   format: oneOf("qob-result"), version: oneOf(1), title: text, has_names: flag, planned_birth_time: number,
@@ -109,6 +111,8 @@ export type Plan = NonNullable<Result["plan"]>;
 export type PlanValue = Plan["value"];
 export type SexUse = Plan["males"];
 export type Mating = Plan["matings"][number];
+/** A mating without what makes its F, as in a plan that was given. */
+export type Pair = Given["matings"][number];
 export type Candidate = Result["candidates"][number];
 export type Population = Result["population"];
 export type EffectiveSize = Population["by_inbreeding"];
