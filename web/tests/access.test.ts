@@ -6,12 +6,12 @@ import { execFileSync } from "node:child_process";
 import { expect, lookThrough, open, openAll, test } from "./page.js";
 import { file, identifiers, table } from "./results.js";
 
-/** Dark differs from light in its colours alone. */
+/** In the first rows of each table, as the others look alike; dark differs from light in its colours alone. */
 async function violations(page: Page, colorScheme: "light" | "dark"): Promise<string[]> {
   await page.evaluate(axe.source);
   return page.evaluate(async (runOnly) => {
     const { axe } = globalThis as unknown as { axe: typeof import("axe-core") };
-    const { violations } = await axe.run(document, { runOnly, resultTypes: ["violations"] });
+    const { violations } = await axe.run({ exclude: ["tbody tr:nth-child(n + 5)"] }, { runOnly, resultTypes: ["violations"] });
     return violations.flatMap(({ id, nodes }) => nodes.slice(0, 3).map(({ target, failureSummary }) => `${id}: ${target.join(" ")}: ${failureSummary}`));
   }, colorScheme === "light" ? ["wcag2a", "wcag2aa", "best-practice"] : ["color-contrast"]);
 }

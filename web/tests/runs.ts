@@ -67,8 +67,10 @@ function cuvier(folder: string): void {
   reported(folder);
   run(folder, "qob-report", "./none_");
   otherPlan(folder);
-  for (const as of [["-o", "comparison.html"], ["--json", "-o", "comparison.json"]]) run(folder, "qob-report", "--compare", "./QOB_", "./loose_", "./strict_", ...as);
-  for (const as of [["-o", "evaluation.html"], ["--json", "-o", "evaluation.json"]]) run(folder, "qob-report", "--evaluate", "given.csv", "./QOB_", ...as);
+  for (const json of [[], ["--json"]]) {  // QOB_comparison.html and .json, QOB_evaluation.html and .json
+    run(folder, "qob-report", "--compare", "./QOB_", "./loose_", "./strict_", ...json);
+    run(folder, "qob-report", "--evaluate", "given.csv", "./QOB_", ...json);
+  }
 }
 
 function runAll(folder: string): void {
