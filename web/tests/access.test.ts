@@ -51,7 +51,7 @@ test("the keyboard reaches all that a pointer reaches", async ({ page }) => {
 
 test.describe("on a telephone", () => {
   test.use({ viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true });
-  for (const [herd, name] of [["hinterwald", "QOB_report.html"], ["hostile", "QOB_report.html"], ["cuvier", "QOB_comparison.html"], ["cuvier", "QOB_evaluation.html"]] as const)
+  for (const [herd, name] of [["hinterwald", "QOB_report.html"], ["hostile", "QOB_report.html"], ["cuvier", "QOB_comparison.html"]] as const)
     test(`${herd}, ${name}: nothing is moved sideways but tables in their boxes`, async ({ page }) => {
       await open(page, herd, name);
       await openAll(page);

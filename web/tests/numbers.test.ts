@@ -104,7 +104,7 @@ for (const herd of ["cuvier", "hinterwald"]) {
   });
 }
 
-for (const [herd, name] of [["hinterwald", "QOB_report"], ["hostile", "QOB_report"], ["cuvier", "QOB_comparison"], ["cuvier", "QOB_evaluation"]] as const)
+for (const [herd, name] of [["hostile", "QOB_report"], ["cuvier", "QOB_comparison"]] as const)
   test(`${herd}, ${name}: all data are saved as the program writes them`, async ({ page }) => {
     await open(page, herd, `${name}.html`);
     const { name: as, text } = await saved(page.getByRole("button", { name: "Save all data as JSON" }));

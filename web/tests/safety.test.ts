@@ -26,8 +26,7 @@ test("a hostile herd becomes text and nothing else", async ({ page }) => {
   await lookThrough(page);
   await page.getByRole("button", { name: "All in one table" }).click();
   const candidates = fromCsv((await saved(page.locator("#candidates .table").getByRole("button", { name: "Save as CSV" }))).text);
-  const called = HOSTILE.map((id, i) => `${id} ${HOSTILE[(i + 5) % HOSTILE.length]}`);
-  expect(candidates.map((row) => row.get("animal")).sort()).toEqual(called.filter((name) => candidates.some((row) => row.get("animal") === name)).sort());
+  expect(candidates.map((row) => row.get("animal")).sort()).toEqual(HOSTILE.map((id, i) => `${id} ${HOSTILE[(i + 5) % HOSTILE.length]}`).sort());
   expect((await rows(page.locator("#candidates table"))).map((row) => row.get("Animal"))).toEqual(candidates.map((row) => row.get("animal")));
   const grid = page.locator("#matings .table:visible table").first();
   for (const mating of await grid.locator(".open").all()) {
