@@ -8,7 +8,6 @@
 #include "core/text.h"
 #include "core/unit.h"
 #include "driver/prepare_arguments.h"
-#include "driver/run.h"
 #include "driver/sheet_file.h"
 #include "driver/uncaught.h"
 #include "prepare/data_check.h"

@@ -15,7 +15,6 @@
 #include "driver/report_inputs.h"
 #include "driver/report_tables.h"
 #include "driver/report_template.h"
-#include "driver/run.h"
 #include "driver/sheet_file.h"
 #include "driver/uncaught.h"
 #include "report/json.h"
