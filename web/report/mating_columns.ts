@@ -7,12 +7,14 @@ import type { Column } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
 import { meritDecimals } from "./candidates.js";
 import { openMating } from "./mating.js";
-import { animal, called, type Mating, type Plan, type Result } from "./model.js";
+import { animal, called, type Mated, type Mating, type Plan, type Result } from "./model.js";
 import { inBrief, naming, type Naming } from "./naming.js";
 
 type Heading = readonly [title: string, note: string];
-const column = (key: string, [title, note]: Heading, rest: Omit<Column<Mating>, "key" | "title" | "note">): Column<Mating> =>
+const column = (key: string, [title, note]: Heading, rest: Omit<Column<Mated>, "key" | "title" | "note">): Column<Mated> =>
   ({ key, title, note, ...rest });
+
+const isPlanned = (mating: Mated): mating is Mating => "common" in mating;
 
 /** The expected F as a button that opens what makes it. */
 function opener(result: Result, mating: Mating): HTMLElement {
@@ -35,15 +37,15 @@ export const shownOf = (result: Result): Shown =>
 type Parent = "sire" | "dam";
 
 /** Who a parent is. */
-export function whoColumns({ result, names }: Shown, of: Parent): Column<Mating>[] {
-  const who = (mating: Mating) => animal(result, mating[of]);
+export function whoColumns({ result, names }: Shown, of: Parent): Column<Mated>[] {
+  const who = (mating: Mated) => animal(result, mating[of]);
   const id = column(of, of === "sire" ? words.SIRE : words.DAM, { value: (row) => who(row).id, show: (row) => names.id(who(row)) });
   const name = column(`${of}_name`, of === "sire" ? words.SIRE_NAME : words.DAM_NAME, { value: (row) => who(row).name, wrap: true });
   return result.animals.some(({ name }) => name !== "") ? [id, name] : [id];
 }
 
 /** What a parent is worth. */
-export function parentColumns({ result, merits, decimals }: Shown, of: Parent): Column<Mating>[] {
+export function parentColumns({ result, merits, decimals }: Shown, of: Parent): Column<Mated>[] {
   const heading = words.parentColumn(of);
   return [
     column(`${of}_merit`, heading.merit, { value: (row) => merits.get(row[of]) ?? NaN, decimals }),
@@ -52,9 +54,9 @@ export function parentColumns({ result, merits, decimals }: Shown, of: Parent): 
   ];
 }
 
-export function offspringColumns({ result, decimals }: Shown): Column<Mating>[] {
+export function offspringColumns({ result, decimals }: Shown): Column<Mated>[] {
   return [
-    column("f", words.OFFSPRING_F, { value: (row) => row.f, show: (row) => opener(result, row) }),
+    column("f", words.OFFSPRING_F, { value: (row) => row.f, show: (row) => (isPlanned(row) ? opener(result, row) : fixed(row.f * 100, 2)) }),
     column("merit", words.OFFSPRING_MERIT, { value: (row) => row.merit, decimals }),
   ];
 }
@@ -62,9 +64,9 @@ export function offspringColumns({ result, decimals }: Shown): Column<Mating>[] 
 export const VF = column("vf", words.OFFSPRING_VF, { value: (row) => row.vf, decimals: 3 });
 
 /** For each chosen female the other males: told in full to the saved file and to the search, shown in brief. */
-export function othersColumn({ result, names }: Shown, plan: Plan, wrap: boolean): Column<Mating> {
+export function othersColumn({ result, names }: Shown, plan: Plan, wrap: boolean): Column<Mated> {
   const others = new Map(plan.alternatives.map((each) => [each.dam, each.sires.map((sire, i) => [sire, each.f[i] ?? NaN] as const)]));
-  const of = ({ dam }: Mating) => others.get(dam) ?? [];
+  const of = ({ dam }: Mated) => others.get(dam) ?? [];
   return column("other_males", words.OTHERS, {
     value: (row) => of(row).map(([sire, f]) => words.other(called(animal(result, sire)), f)).join(", ") || words.NO_OTHER,
     show: (row) => (of(row).length ? inBrief(result, names, of(row).map(([sire, f]) => [sire, fixed(f * 100, 2)])) : words.NO_OTHER),

@@ -5,10 +5,10 @@ import { digits } from "../shared/format.js";
 import { holds, searchBox, table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
 import { offspringColumns, othersColumn, parentColumns, shownOf, VF, whoColumns, type Shown } from "./mating_columns.js";
-import { animal, called, type Mating, type Plan, type Result } from "./model.js";
+import { animal, called, type Mated, type Mating, type Plan, type Result } from "./model.js";
 
 /** All matings, sortable and searchable. */
-export function matingsTable(result: Result, matings: readonly Mating[], file: string, plan?: Plan): HTMLElement {
+export function matingsTable(result: Result, matings: readonly Mated[], file: string, plan?: Plan): HTMLElement {
   const shown = shownOf(result);
   const columns = [
     ...whoColumns(shown, "sire"), ...whoColumns(shown, "dam"), ...offspringColumns(shown),
@@ -51,7 +51,7 @@ function sought(sheets: readonly Sheet[], wanted: string): void {
 }
 
 /** The table of a sheet is made when it is first opened: there may be hundreds. */
-function sheet({ result, merits, names }: Shown, sire: number, matings: Mating[], columns: Column<Mating>[]): Sheet {
+function sheet({ result, merits, names }: Shown, sire: number, matings: Mating[], columns: Column<Mated>[]): Sheet {
   const male = animal(result, sire);
   const about = words.parent(digits(merits.get(sire) ?? NaN), male.f, male.completeness);
   const name = male.name && male.name !== male.id ? ` ${male.name}` : null;
