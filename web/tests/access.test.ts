@@ -6,13 +6,14 @@ import { execFileSync } from "node:child_process";
 import { expect, lookThrough, open, test } from "./page.js";
 import { file, identifiers, table } from "./results.js";
 
-async function violations(page: Page): Promise<string[]> {
+/** Dark differs from light in its colours alone. */
+async function violations(page: Page, colorScheme: "light" | "dark"): Promise<string[]> {
   await page.evaluate(axe.source);
-  return page.evaluate(async () => {
+  return page.evaluate(async (runOnly) => {
     const { axe } = globalThis as unknown as { axe: typeof import("axe-core") };
-    const { violations } = await axe.run(document, { runOnly: ["wcag2a", "wcag2aa", "heading-order"], resultTypes: ["violations"] });
+    const { violations } = await axe.run(document, { runOnly, resultTypes: ["violations"] });
     return violations.flatMap(({ id, nodes }) => nodes.slice(0, 3).map(({ target, failureSummary }) => `${id}: ${target.join(" ")}: ${failureSummary}`));
-  });
+  }, colorScheme === "light" ? ["wcag2a", "wcag2aa", "best-practice"] : ["color-contrast"]);
 }
 
 for (const colorScheme of ["light", "dark"] as const)
@@ -22,10 +23,10 @@ for (const colorScheme of ["light", "dark"] as const)
       await open(page, herd, name);
       await page.evaluate(() => document.querySelectorAll("details").forEach((details) => (details.open = true)));
       await lookThrough(page);
-      expect(await violations(page)).toEqual([]);
+      expect(await violations(page, colorScheme)).toEqual([]);
       if (name !== "QOB_report.html") return;
       await page.locator("#matings .open").first().click();
-      expect(await violations(page)).toEqual([]);
+      expect(await violations(page, colorScheme)).toEqual([]);
     });
 
 test("the keyboard reaches all that a pointer reaches", async ({ page }) => {
@@ -39,6 +40,7 @@ test("the keyboard reaches all that a pointer reaches", async ({ page }) => {
     return { count: pressed.length, lost };
   });
   expect(wanted.lost).toEqual([]);
+  expect(wanted.count).toBeGreaterThan(100);
   const reached = new Set<string>();
   for (let i = 0; i < wanted.count + 5; i++) {
     await page.keyboard.press("Tab");
@@ -72,7 +74,7 @@ test("on paper each sire has a sheet of its own with all its females", async ({ 
   for (const male of new Set(plan.map((mating) => mating.get("Sire")!))) {
     const dams = plan.filter((mating) => mating.get("Sire") === male).map((mating) => id(mating.get("Dam")!));
     const others = plan.filter((mating) => mating.get("Sire") !== male).map((mating) => id(mating.get("Dam")!));
-    const sheet = pages.find((text) => text.trimStart().includes(`${id(male)}`) && text.includes(dams[0]!) && !text.includes("Females"))!;
+    const sheet = pages.find((text) => text.trimStart().startsWith(id(male))) ?? "";
     expect.soft([dams.filter((dam) => !sheet.includes(dam)), others.filter((dam) => sheet.includes(dam))], male).toEqual([[], []]);
   }
 });

@@ -74,7 +74,7 @@ for (const herd of ["cuvier", "hinterwald"]) {
       const mean = (males * Number(each.get("Rel.males")) + (listed.length - males) * Number(each.get("Rel.females"))) / listed.length;
       const chosen = (Number(each.get("Rel.males.sel")) + Number(each.get("Rel.females.sel"))) / 2;
       return !row || !agree(row.get("merit"), each.get("Merit")) || row.get("matings") !== each.get("N.matings") || row.get("offspring") !== each.get("Prev.offspr") ||
-        row.get("sex") !== (each.get("Sex") === "1" ? "male" : "female") || Math.abs(Number(row.get("relationship")) - mean) > 1e-4 || Math.abs(Number(row.get("to_chosen")) - chosen) > 1e-4;
+        row.get("sex") !== (each.get("Sex") === "1" ? "male" : "female") || Math.abs(Number(row.get("relationship")) - mean) > 1e-4 || Math.abs(Number(row.get("to_others")) - chosen) > 1e-4 && row.get("matings") === "0";
     });
     expect(faults.map((each) => each.get("ID"))).toEqual([]);
     const shown = await rows(grid.locator("table"));
@@ -113,3 +113,46 @@ for (const [herd, name] of [["hinterwald", "QOB_report"], ["hostile", "QOB_repor
     expect(as).toBe("result.json");
     expect(isDeepStrictEqual(data(text), data(written))).toBe(true);
   });
+
+test("plans side by side are those of their runs", async ({ page }) => {
+  await open(page, "cuvier", "comparison.html");
+  const figures = await rows(page.locator("#compare table").first());
+  const lines: [string, string][] = [
+    ["Males", "Males used"], ["Females", "Females used"], ["Merit", "Average breeding value"], ["Mean inbreeding", "Average inbreeding"],
+    ["Mean relationship", "Average relationship"], ["Rate of inbreeding", "Rate of  inbreeding"],
+  ];
+  for (const [name, line] of lines)
+    for (const [letter, prefix] of [["A", "QOB_"], ["B", "loose_"], ["C", "strict_"]] as const) {
+      const shown = figures.find((row) => row.get("Figure")!.startsWith(name))?.get(letter)?.split(" of ")[0];
+      expect.soft(agree(shown, told("cuvier", line, prefix), shown?.includes("%")), `${name} of ${letter}`).toBe(true);
+    }
+  const who = await rows(page.locator("#compare table").last());
+  for (const [letter, prefix] of [["A", "QOB_"], ["B", "loose_"], ["C", "strict_"]] as const) {
+    const chosen = table("cuvier", `${prefix}Candidates.txt`, "ID").filter((row) => row.get("N.matings") !== "0");
+    const shown = who.filter((row) => row.get(`Matings in ${letter}`) !== "0");
+    expect.soft(shown.map((row) => `${row.get("Animal")} ${row.get(`Matings in ${letter}`)}`).sort(), letter).toEqual(chosen.map((row) => `${row.get("ID")} ${row.get("N.matings")}`).sort());
+  }
+});
+
+test("a given plan is valued and stands beside the best one", async ({ page }) => {
+  await open(page, "cuvier", "evaluation.html");
+  const given = fromCsv(readFileSync(file("cuvier", "given.csv"), "utf8"));
+  const f = fromCsv((await saved(page.getByRole("button", { name: "Save the matrix as CSV" }))).text);
+  const merit = new Map(table("cuvier", "QOB_Candidates.txt", "ID").map((row) => [row.get("ID")!, Number(row.get("Merit"))]));
+  const expected = given.map((row) => ({
+    f: Number(f.find((each) => each.get("") === row.get("sire"))!.get(row.get("dam")!)), merit: (merit.get(row.get("sire")!)! + merit.get(row.get("dam")!)!) / 2,
+  }));
+  await page.getByText("The matings of the given plan").click();
+  const shown = await rows(page.locator("#summary details[open] table"));
+  expect(shown.map((row) => [row.get("Sire"), row.get("Dam")])).toEqual(given.map((row) => [row.get("sire"), row.get("dam")]));
+  shown.forEach((row, i) => {
+    expect.soft(Number(row.get("Offspring F %"))).toBeCloseTo(expected[i]!.f * 100, 1.9);
+    expect.soft(Number(row.get("Offspring merit"))).toBeCloseTo(expected[i]!.merit, 1.9);
+  });
+  const beside = await rows(page.locator("#summary table").first());
+  const mean = (key: "f" | "merit") => expected.reduce((sum, each) => sum + each[key], 0) / expected.length;
+  const figure = (name: string) => beside.find((row) => row.get("Figure") === name)!;
+  expect(agree(figure("Inbreeding of the offspring").get("Given plan"), mean("f").toFixed(4), true)).toBe(true);
+  expect(agree(figure("Merit of the offspring").get("Given plan"), mean("merit").toFixed(2))).toBe(true);
+  expect(agree(figure("Value of the plan (fitness)").get("Best plan"), told("cuvier", "Evaluation value"))).toBe(true);
+});

@@ -19,8 +19,8 @@ export function table(herd: string, name: string, first: string): Map<string, st
 }
 
 /** The number that a line of the summary tells, "Average inbreeding      :    0.2713"; that of the last such. */
-export function told(herd: string, line: string): string {
-  const found = lines(herd, "QOB_F_summary.txt").filter((each) => each.trim().startsWith(line)).pop()!;
+export function told(herd: string, line: string, prefix = "QOB_"): string {
+  const found = lines(herd, `${prefix}F_summary.txt`).filter((each) => each.trim().startsWith(line)).pop()!;
   return found.slice(found.indexOf(":") + 1).match(/[-+.\dE]+/)![0];
 }
 

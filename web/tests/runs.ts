@@ -34,7 +34,7 @@ function run(folder: string, program: string, ...args: string[]): void {
 
 /** Copies a parameter file with other values: {"timesteps": "-1"}. */
 function changed(folder: string, to: string, values: Record<string, string>): void {
-  const change = (text: string, [key, value]: [string, string]) => text.replace(new RegExp(`(^ +${key} *= *)('[^']*'|[^ ,/\n]+)`), `$1${value}`);
+  const change = (text: string, [key, value]: [string, string]) => text.replace(new RegExp(`(^ +${key} *= *)('[^']*'|[^ ,/\n]+)`, "m"), `$1${value}`);
   writeFileSync(join(folder, to), Object.entries(values).reduce(change, readFileSync(join(folder, "qob.prm"), "utf8")));
 }
 

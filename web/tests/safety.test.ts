@@ -33,15 +33,15 @@ test("a hostile herd becomes text and nothing else", async ({ page }) => {
   const called = HOSTILE.map((id, i) => `${id} ${HOSTILE[(i + 5) % HOSTILE.length]}`);
   expect(candidates.map((row) => row.get("animal")).sort()).toEqual(called.filter((name) => candidates.some((row) => row.get("animal") === name)).sort());
   expect((await rows(page.locator("#candidates table"))).map((row) => row.get("Animal"))).toEqual(candidates.map((row) => row.get("animal")));
-  const planned = fromCsv(readFileSync(file("hostile", "tables/matings.csv"), "utf8"));
-  for (const mating of await page.locator("#matings .table:visible table .open").all()) {
+  const grid = page.locator("#matings .table:visible table").first();
+  for (const mating of await grid.locator(".open").all()) {
     await mating.press("Enter");
-    await page.getByRole("dialog").getByRole("button", { name: "Close" }).click();
+    await page.getByRole("dialog").getByRole("button", { name: "Close" }).press("Enter");
   }
-  const shown = await rows(page.locator("#matings .table:visible table").first());
-  const parents = (of: string) => ["sire", "sire_name", "dam", "dam_name"].map((key) => (key.startsWith(of) ? key : key));
-  expect(shown.map((row) => [row.get("Sire"), row.get("Dam")])).toEqual(planned.map((row) => [row.get("sire"), row.get("dam")]));
-  expect(parents("sire").length).toBe(4);
+  await page.locator("#matings .open:visible").first().press("Enter");  // stays open
+  const parents = { Sire: "sire", "Its name": "dam_name", Dam: "dam" };  // of two columns with one heading the second
+  const planned = fromCsv(readFileSync(file("hostile", "tables/matings.csv"), "utf8"));
+  for (const [heading, key] of Object.entries(parents)) expect((await rows(grid)).map((row) => row.get(heading))).toEqual(planned.map((row) => row.get(key)));
   const foreign = await page.evaluate(() => ({
     elements: [...document.querySelectorAll("body img, body iframe, body object, body embed, body base, body form, body meta, body link, body style")].map(({ outerHTML }) => outerHTML),
     scripts: document.scripts.length,
@@ -51,10 +51,22 @@ test("a hostile herd becomes text and nothing else", async ({ page }) => {
   expect(foreign).toEqual({ elements: [], scripts: 3, handlers: [], links: [] });
 });
 
-test("the policy of the page lets nothing else run, style or load", async ({ page }) => {
-  test.fail();  // each of these is told on the console
+test("the policy of the page lets nothing else run, style or load", async ({ browser }) => {
+  const page = await browser.newPage();
   await open(page, "cuvier");
-  expect(1).toBe(2);
+  const refused = await page.evaluate(async () => {
+    const found: string[] = [];
+    document.addEventListener("securitypolicyviolation", ({ effectiveDirective }) => found.push(effectiveDirective));
+    document.body.insertAdjacentHTML("beforeend", `<img src="https://example.org/a.png"><p onclick="alert(1)" style="color: red">a</p><iframe src="https://example.org"></iframe>`);
+    document.body.append(Object.assign(document.createElement("script"), { textContent: "document.title = 'run'" }));
+    document.body.append(Object.assign(document.createElement("script"), { src: "https://example.org/a.js" }));
+    await fetch("https://example.org").catch(() => {});
+    await new Promise((next) => setTimeout(next, 200));
+    return { found: [...new Set(found)].sort(), title: document.title };
+  });
+  expect(refused.found).toEqual(["connect-src", "frame-src", "img-src", "script-src-attr", "script-src-elem", "style-src-attr"]);
+  expect(refused.title).toContain("Mating plan");
+  await page.close();
 });
 
 const result = () => JSON.parse(readFileSync(file("cuvier", "QOB_result.json"), "utf8")) as Record<string, unknown> & { plan: { matings: { f: unknown[] } } };
