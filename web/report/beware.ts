@@ -4,7 +4,7 @@
 import { h, part } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
 import * as words from "../shared/texts/beware.js";
-import { birthOf } from "./births.js";
+import { birthOf, inWords } from "./births.js";
 import { animal, called, type Result, type Warning } from "./model.js";
 
 export function section(result: Result): HTMLElement {
@@ -12,8 +12,9 @@ export function section(result: Result): HTMLElement {
 }
 
 function shown(result: Result): HTMLElement[] {
-  const serious = result.warnings.filter((warning) => warning.serious);
-  const others = result.warnings.filter((warning) => !warning.serious);
+  const warnings = once(result.warnings);
+  const serious = warnings.filter((warning) => warning.serious);
+  const others = warnings.filter((warning) => !warning.serious);
   if (result.warnings.length === 0) return [h("p", {}, words.nothing)];
   const intro = serious.length ? words.intro(count(serious.length), count(others.length)) : words.none_serious;
   return [
@@ -24,11 +25,31 @@ function shown(result: Result): HTMLElement[] {
   ];
 }
 
+/** An effective size is its rate said in another way: a reader is warned of both at once. */
+const SAME: Record<string, string> = { ne: "rate", regression_ne: "regression_rate" };
+
+/** A smaller effective size means nothing. */
+export const LEAST = 2;
+
+export function once(warnings: readonly Warning[]): Warning[] {
+  const kinds = new Set(warnings.map(({ kind }) => kind));
+  const size = warnings.find(({ kind }) => kind === "ne")?.values["ne"] ?? NaN;
+  const ne = size < LEAST ? NaN : size;
+  return warnings
+    .filter(({ kind }) => !kinds.has(SAME[kind] ?? ""))
+    .map((warning) => (warning.kind === "rate" ? { ...warning, values: { ...warning.values, ne } } : warning));
+}
+
+/** A warning in words. */
+export function said(warning: Warning, result: Result): words.Words {
+  return words.warnings[warning.kind]?.(told(warning, result)) ?? words.unknown(warning.kind);
+}
+
 function single(warning: Warning, result: Result): HTMLElement {
-  const said = words.warnings[warning.kind]?.(told(warning, result)) ?? words.unknown(warning.kind);
+  const { title, text } = said(warning, result);
   return h("section", { class: warning.serious ? "warning serious" : "warning" },
-    h("h3", {}, `${warning.serious ? words.serious : words.known}: ${said.title}`),
-    said.text ? h("p", {}, said.text) : warning.text && h("pre", {}, warning.text),
+    h("h3", {}, `${warning.serious ? words.serious : words.known}: ${title}`),
+    text ? h("p", {}, text) : warning.text && h("pre", {}, warning.text),
     animals(warning, result));
 }
 
@@ -41,15 +62,16 @@ function quoted(warnings: readonly Warning[]): HTMLElement[] {
   });
 }
 
-const NOTHING_TOLD: words.Told = { percent: String, count: String, number: String, birth: String, has: () => false, text: "" };
+const NOTHING_TOLD: words.Told = { percent: String, count: String, number: String, birth: String, change: String, has: () => false, text: "" };
 
 function told({ values, text }: Warning, result: Result): words.Told {
   const value = (name: string) => values[name] ?? NaN;
   return {
-    percent: (name) => percent(value(name), isWhole(value(name) * 100) ? 0 : 2),
+    percent: (name, decimals) => percent(value(name), decimals ?? (isWhole(value(name) * 100) ? 0 : 2)),
     count: (name) => count(value(name)),
     number: (name) => (isWhole(value(name)) ? count(value(name)) : digits(value(name))),
-    birth: (name) => birthOf(result)(value(name)),
+    birth: (name) => inWords(birthOf(result)(value(name))),
+    change: (name) => words.change(value(name), percent(Math.abs(value(name)))),
     has: (name) => Number.isFinite(value(name)),
     text,
   };

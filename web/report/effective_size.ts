@@ -2,7 +2,7 @@
 
 import * as Plot from "@observablehq/plot";
 import { group, h } from "../shared/dom.js";
-import { count, digits, fixed, NONE, percent } from "../shared/format.js";
+import { count, digits, percent } from "../shared/format.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { birthOf, type Birth } from "./births.js";
@@ -29,16 +29,19 @@ export function section(result: Result): HTMLElement {
 
 type Named = { name: string; formula: string; source: string; meaning: string };
 
+const size = (animals: number) => (animals < 100 ? digits(animals) : count(animals));
+const decimals = (rate: number) => (rate !== 0 && Math.abs(rate) < 5e-4 ? 4 : 2);
+
 function card(of: EffectiveSize, { name, formula, source, meaning }: Named, birth: Birth): Card {
   const { ne, rate, range, span, none, no_upper } = text;
   const some = Number.isFinite(of.ne);
-  const high = Number.isFinite(of.ne_high) ? fixed(of.ne_high, 1) : no_upper;
+  const high = Number.isFinite(of.ne_high) ? size(of.ne_high) : no_upper;
   return {
-    name, value: some ? ne(digits(of.ne)) : none,
+    name, value: some ? ne(size(of.ne)) : none,
     notes: [
       of.why_not,
-      some && Number.isFinite(of.ne_low) && range(fixed(of.ne_low, 1), high),
-      Number.isFinite(of.rate) && rate(percent(of.rate), Number.isFinite(of.rate_se) ? percent(of.rate_se) : NONE),
+      some && Number.isFinite(of.ne_low) && range(size(of.ne_low), high),
+      Number.isFinite(of.rate) && rate(percent(of.rate, decimals(of.rate)), percent(of.rate_se, decimals(of.rate))),
       of.n > 0 && span(count(of.n), birth(of.first), birth(of.last)),
       meaning,
       words.figures.source(formula, source),
@@ -63,7 +66,7 @@ function drawn(width: number, known: readonly Known[]): Element {
       Plot.text([LIMIT], { x: (x: number) => x, text: () => text.figure.limit, frameAnchor: "top", dy: -14 }),
       Plot.ruleY(known, { x1: ({ of }: Known) => of.ne_low, x2: high, y, stroke: "colour", strokeWidth: 3 }),
       Plot.dot(known, { x: ({ of }: Known) => of.ne, y, fill: "colour", symbol: "symbol", r: 6 }),
-      Plot.text(known, { x: ({ of }: Known) => of.ne, y, text: ({ of }: Known) => digits(of.ne), dy: -14 }),
+      Plot.text(known, { x: ({ of }: Known) => of.ne, y, text: ({ of }: Known) => size(of.ne), dy: -14 }),
     ],
   });
 }

@@ -12,7 +12,7 @@ export function beside(result: Result, plan: Plan, given: Given): HTMLElement {
   const matings = h("details", {}, h("summary", {}, words.GIVEN_MATINGS));
   matings.append(matingsTable(result, given.matings, "given_matings.csv"));
   return group(words.GIVEN_TITLE,
-    h("p", {}, words.givenLead(given.file)),
+    h("p", {}, words.givenLead(given.file), given.matings.length !== plan.matings.length && ` ${words.givenFewer(given.matings.length, plan.matings.length)}`),
     plain(words.GIVEN_TITLE, words.GIVEN_COLUMNS, rows(plan, given)),
     note(words.FITNESS_NOTE),
     faults.length ? h("div", { class: "warning serious" }, h("p", {}, words.GIVEN_FAULTS), h("ul", {}, faults)) : h("p", {}, words.GIVEN_SOUND),

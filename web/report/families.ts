@@ -46,6 +46,7 @@ const largest = (families: readonly Family[], parents: Parents) =>
 function histogram(families: readonly Family[], parents: Parents, named: typeof text.sires, colour: string): HTMLElement {
   const with_some = families.filter(({ offspring }) => offspring > 0);
   const n = total(with_some, parents);
+  if (n === 0) return h("p", {}, named.none);
   const mean = with_some.reduce((sum, family) => sum + family.offspring * parents(family), 0) / n;
   const bars = classes(with_some, parents);
   return figure({

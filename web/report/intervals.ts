@@ -5,7 +5,7 @@ import { group, h } from "../shared/dom.js";
 import { fixed } from "../shared/format.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
-import { birthOf } from "./births.js";
+import { birthOf, inWords } from "./births.js";
 import { key } from "./charts.js";
 import type { Result } from "./model.js";
 
@@ -22,7 +22,7 @@ export function section(result: Result): HTMLElement {
     path: text.paths[all.path] ?? all.path, all, recent: recent_intervals.find(({ path }) => path === all.path),
   }));
   if (!paths.some(({ all }) => Number.isFinite(all.mean))) return group(text.title, h("p", {}, text.none));
-  const since = birthOf(result)(recent_since);
+  const since = inWords(birthOf(result)(recent_since));
   return group(text.title,
     h("p", {}, text.intro(fixed(interval, 2))),
     figure({

@@ -15,17 +15,24 @@ export function section(result: Result): HTMLElement {
     plan.matrix.f.length > 0 && group(words.MATRIX, matrix(result, plan)));
 }
 
-/** Two views of which one is shown and printed; the second is made when it is first wanted. */
+/** Sheets with fewer females than this on average say less than one table. */
+const SHEETS = 1.5;
+
+/** Two views of which one is shown and printed; each is made when it is first wanted. */
 function views(result: Result, plan: Plan): HTMLElement {
-  const bySire = h("div", {}, sheets(result, plan));
-  const all = h("div", { hidden: true });
-  const buttons = [words.BY_SIRE, words.ALL].map((text, i) =>
-    h("button", { type: "button", "aria-pressed": String(i === 0), onclick: () => show(i) }, text));
+  const all = [
+    { name: words.BY_SIRE, box: h("div"), make: () => sheets(result, plan) },
+    { name: words.ALL, box: h("div"), make: () => matingsTable(result, plan.matings, "matings.csv", plan) },
+  ];
+  const buttons = all.map(({ name }, i) => h("button", { type: "button", onclick: () => show(i) }, name));
   function show(which: number): void {
-    if (which === 1 && !all.hasChildNodes()) all.append(matingsTable(result, plan.matings, "matings.csv", plan));
-    bySire.hidden = which !== 0;
-    all.hidden = which !== 1;
-    buttons.forEach((button, i) => button.setAttribute("aria-pressed", String(i === which)));
+    all.forEach(({ box, make }, i) => {
+      box.hidden = i !== which;
+      if (i === which && !box.hasChildNodes()) box.append(make());
+      buttons[i]?.setAttribute("aria-pressed", String(i === which));
+    });
   }
-  return h("div", {}, h("div", { class: "switch", role: "group", "aria-label": words.VIEWS }, buttons), bySire, all, note(words.OFFSPRING_VF[0], ": ", words.OFFSPRING_VF[1]));
+  show(plan.matings.length < SHEETS * plan.males.chosen ? 1 : 0);
+  const view = h("div", { class: "switch", role: "group", "aria-label": words.VIEWS }, buttons);
+  return h("div", {}, view, all.map(({ box }) => box), note(words.OFFSPRING_VF[0], ": ", words.OFFSPRING_VF[1]));
 }

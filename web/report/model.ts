@@ -12,10 +12,10 @@ const animals = columns({
   sire: number, dam: number, f: number, completeness: number,
 });
 
-const pair_fields = { sire: number, dam: number, merit: number, f: number, vf: number };
+const mated = { sire: number, dam: number, merit: number, f: number, vf: number };
 
 const matings = columns({
-  ...pair_fields,
+  ...mated,
   common: list(pair(number, number)), other_common: number, other_f: number,
 });
 
@@ -93,7 +93,7 @@ const making = object({
   files: columns({ role: text, name: text, sha256: text, bytes: number }),
 });
 
-const given = list(object({ file: text, matings: columns(pair_fields), value, males: sex_use, females: sex_use, faults: list(text) }));
+const given = list(object({ file: text, matings: columns(mated), value, males: sex_use, females: sex_use, faults: list(text) }));
 
 const result = object({
   format: oneOf("qob-result"), version: oneOf(1), title: text, has_names: flag, planned_birth_time: number,
@@ -110,9 +110,9 @@ export type Animal = Result["animals"][number];
 export type Plan = NonNullable<Result["plan"]>;
 export type PlanValue = Plan["value"];
 export type SexUse = Plan["males"];
+/** A mating of a given plan; one of the best plan tells what makes its F, too. */
+export type Mated = Given["matings"][number];
 export type Mating = Plan["matings"][number];
-/** A mating without what makes its F, as in a plan that was given. */
-export type Pair = Given["matings"][number];
 export type Candidate = Result["candidates"][number];
 export type Population = Result["population"];
 export type EffectiveSize = Population["by_inbreeding"];

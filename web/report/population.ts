@@ -4,6 +4,7 @@ import { group, h, note, part } from "../shared/dom.js";
 import { count } from "../shared/format.js";
 import * as words from "../shared/texts/population.js";
 import * as ages from "./ages.js";
+import { inWords } from "./births.js";
 import * as effective_size from "./effective_size.js";
 import * as families from "./families.js";
 import * as figures from "./figures.js";
@@ -33,5 +34,5 @@ function living_by(population: Population): string {
   const born = population.trend.find(({ birth_time }) => birth_time >= population.living_since);
   return population.living_by === "column"
     ? words.living_by.column
-    : words.living_by.since(born?.birth || String(population.living_since));
+    : words.living_by.since(inWords(born?.birth || String(population.living_since)));
 }

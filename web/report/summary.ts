@@ -3,7 +3,10 @@
 
 import { facts, h, link, part, type Child } from "../shared/dom.js";
 import { count, digits, fixed, percent } from "../shared/format.js";
+import { change } from "../shared/texts/beware.js";
 import * as words from "../shared/texts/summary.js";
+import { once, said } from "./beware.js";
+import { birthOf, inWords } from "./births.js";
 import { beside } from "./evaluate.js";
 import type { Plan, Result, SexUse } from "./model.js";
 
@@ -12,7 +15,7 @@ export function section(result: Result): HTMLElement {
   return part("summary", words.TITLE,
     h("p", { class: "lead" }, plan ? planned(result, plan) : populated(result)),
     h("p", { class: "lead" }, beware(result)),
-    plan ? figures(plan) : populationFigures(result),
+    plan ? figures(result, plan) : populationFigures(result),
     plan && h("details", {}, h("summary", {}, words.HOW), h("ul", {}, words.FORMULAS.map((each) => h("li", {}, each)))),
     plan && given.map((each) => beside(result, plan, each)));
 }
@@ -25,13 +28,31 @@ function planned(result: Result, plan: Plan): Child[] {
     words.merit(value.merit),
     Number.isNaN(plan.gain) ? words.END : words.gain(plan.gain, born(result, last.birth_time)),
     words.inbreeding(value.inbreeding, value.relationship),
-    Number.isNaN(value.rate) ? null : words.rate(value.rate, plan.ne),
+    rate(result, plan),
+    incomplete(result),
   ];
 }
 
-/** A birth time as the herd book counts. */
-function born(result: Result, time: number): string {
-  return result.population.trend.find((row) => row.birth_time === time)?.birth ?? String(time);
+const born = (result: Result, time: number) => inWords(birthOf(result)(time));
+
+const unfinished = ({ warnings }: Result) => warnings.find(({ kind }) => kind === "unfinished_last_time");
+
+/** How fast inbreeding rises, unless there is nothing to reckon it from. */
+function rate(result: Result, { value, ne, last }: Plan): string | null {
+  const { values } = unfinished(result) ?? {};
+  if (!values) return Number.isNaN(value.rate) ? null : words.rate(value.rate, ne, last.generation_interval);
+  const before = values["rate"] ?? NaN;
+  const so_far = Number.isNaN(before) ? "" : change(before, percent(Math.abs(before)));
+  return words.noBase(last.animals, born(result, last.birth_time), so_far);
+}
+
+/** Below this completeness inbreeding is seen much too small. */
+const COMPLETE = 0.6;
+
+function incomplete(result: Result): string | null {
+  const { trend } = result.population;
+  const row = trend[trend.length - (unfinished(result) ? 2 : 1)];
+  return row && row.completeness < COMPLETE ? words.incomplete(row.completeness, inWords(row.birth)) : null;
 }
 
 function populated({ population: of }: Result): Child[] {
@@ -44,14 +65,14 @@ function populated({ population: of }: Result): Child[] {
   ];
 }
 
-function beware({ warnings }: Result): Child[] {
-  const serious = warnings.filter((warning) => warning.serious);
-  const brief = [...new Set(serious.map(({ kind, values }) => words.brief(kind, values)))];
+function beware(result: Result): Child[] {
+  const serious = once(result.warnings).filter((warning) => warning.serious);
+  const brief = [...new Set(serious.map((warning) => said(warning, result).brief))];
   if (brief.length === 0) return [words.SOUND];
-  return [h("strong", {}, words.BEWARE), brief.join("; "), " (", link("beware", words.DETAILS), ")."];
+  return [h("strong", {}, words.BEWARE), brief.join("; "), ". ", link("beware", words.DETAILS), "."];
 }
 
-function figures({ matings, males, females, value, gain, ne, last }: Plan): HTMLElement {
+function figures(result: Result, { matings, males, females, value, gain, ne, last }: Plan): HTMLElement {
   const sex = (name: string, use: SexUse) =>
     [name, count(use.chosen), `${words.ofCandidates(use.candidates)}; ${words.SIRES_NOTE(use.mean_matings, use.sd_matings)}`] as const;
   return facts(
@@ -61,7 +82,7 @@ function figures({ matings, males, females, value, gain, ne, last }: Plan): HTML
     [words.MERIT, digits(value.merit, 4), Number.isNaN(gain) ? null : words.MERIT_NOTE(gain)],
     [words.INBREEDING, percent(value.inbreeding), words.INBREEDING_NOTE(last.f)],
     [words.RELATIONSHIP, percent(value.relationship), words.RELATIONSHIP_NOTE(last.relationship)],
-    [words.RATE, percent(value.rate), words.RATE_NOTE],
+    [words.RATE, percent(value.rate), unfinished(result) ? words.NO_BASE : words.RATE_NOTE(last.generation_interval)],
     [words.NE, value.rate > 0 ? fixed(ne, ne < 10 ? 1 : 0) : "–", words.NE_NOTE],
   );
 }

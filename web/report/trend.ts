@@ -6,6 +6,7 @@ import { count, fixed, NONE, percent } from "../shared/format.js";
 import { COLOUR, FEMALE, figure, MALE, type Picture } from "../shared/plot.js";
 import type { Column } from "../shared/table.js";
 import * as words from "../shared/texts/population.js";
+import { inWords } from "./births.js";
 import { columns, lines, type Axes, type Series } from "./charts.js";
 import type { Result, TrendRow } from "./model.js";
 
@@ -42,7 +43,7 @@ function f(trend: readonly TrendRow[], to: TrendRow): HTMLElement {
   ];
   return figure({
     title,
-    description: description(from.birth, to.birth, percent(from.mean_f), percent(to.mean_f)),
+    description: highest(trend, ({ max_f }) => max_f)?.max_f === 0 ? words.trend.max.none : description(inWords(from.birth), inWords(to.birth), percent(from.mean_f), percent(to.mean_f)),
     plot: (width) => lines(trend, series, axes(width, axis, share)),
     table: numbers(trend),
   });
@@ -60,7 +61,7 @@ function largest(trend: readonly TrendRow[]): HTMLElement {
   ];
   return figure({
     title,
-    description: most && most.max_f > 0 ? description(percent(most.max_f, 1), most.birth) : none,
+    description: most && most.max_f > 0 ? description(percent(most.max_f, 1), inWords(most.birth)) : none,
     plot: (width) => lines(trend, series, axes(width, axis, share), most && most.max_f > 0.1 ? limit : []),
   });
 }
@@ -70,7 +71,7 @@ function completeness(trend: readonly TrendRow[], to: TrendRow): HTMLElement {
   const series = [{ name: line, colour: COLOUR.green, value: (row: TrendRow) => row.completeness * 100, symbol: "square" as const }];
   return figure({
     title,
-    description: description(percent(to.completeness, 0), to.birth),
+    description: description(percent(to.completeness, 0), inWords(to.birth)),
     plot: (width) => lines(trend, series, axes(width, axis, share)),
   });
 }
@@ -81,7 +82,7 @@ function generations(trend: readonly TrendRow[], to: TrendRow): HTMLElement {
   const series = [{ name: line, colour: COLOUR.green, value: (row: TrendRow) => row.generations, symbol: "square" as const }];
   return figure({
     title,
-    description: description(say(to.generations), to.birth),
+    description: description(say(to.generations), inWords(to.birth)),
     plot: (width) => lines(trend, series, axes(width, axis, say)),
   });
 }
@@ -97,7 +98,7 @@ function born(trend: readonly TrendRow[]): HTMLElement {
   if (trend.some((row) => neither(row) > 0)) series.push({ name: unknown, colour: COLOUR.muted, value: neither });
   return figure({
     title,
-    description: most ? description(count(most.animals), most.birth) : "",
+    description: most ? description(count(most.animals), inWords(most.birth)) : "",
     plot: (width) => columns(trend, series, axes(width, axis, count)),
   });
 }

@@ -24,7 +24,7 @@ export interface Column<T> {
   /** Numbers: decimals shown (0), and whether as percent without the sign (say so in the title). */
   decimals?: number;
   percent?: boolean;
-  /** Long texts: may take several lines, where all rows are drawn. */
+  /** Texts that may take several lines where all rows are drawn. */
   wrap?: boolean;
 }
 
@@ -42,6 +42,7 @@ export interface TableOptions<T> {
 }
 
 const LONG = 250;
+const WHOLE = 100;  // rows; with more a table scrolls in a box of its own
 const BROAD = 12;  // columns; with more a table is printed on pages laid across
 
 /** Makes a table of rows. */
@@ -51,7 +52,7 @@ export function table<T>(columns: readonly Column<T>[], rows: readonly T[], opti
   const body = h("tbody");
   const found = h("output", { class: "found" });
   const grid = h("table", {}, h("caption", { class: "unseen" }, options.caption), head, body);
-  const box = h("div", { class: long ? "scroll long" : "scroll", tabindex: 0, role: "region", "aria-label": options.caption }, grid);
+  const box = h("div", { class: long ? "scroll long" : rows.length > WHOLE ? "scroll" : "scroll whole", tabindex: 0, role: "region", "aria-label": options.caption }, grid);
   const model = makeModel(columns, rows, options, () => redraw());
   const draw = long ? drawInSight(box, body) : drawAll(body);
 
@@ -128,7 +129,8 @@ export function holds(text: string, wanted: string): boolean {
 }
 
 function headings<T>(columns: readonly Column<T>[], model: Table<T>): HTMLElement {
-  const heading = ({ key, title, note }: Column<T>, i: number) => {
+  const first = model.getCoreRowModel().rows[0]?.original;
+  const heading = ({ key, title, note, value }: Column<T>, i: number) => {
     const column = model.getColumn(key)!;
     const order = column.getIsSorted();
     const sorted = order === false ? undefined : order === "asc" ? "ascending" : "descending";
@@ -137,7 +139,8 @@ function headings<T>(columns: readonly Column<T>[], model: Table<T>): HTMLElemen
       pressed(model, i);
     };
     const arrow = h("span", { class: "arrow", "aria-hidden": "true" }, order === "asc" ? "▲" : order === "desc" ? "▼" : "");
-    return h("th", { scope: "col", "aria-sort": sorted }, h("button", { type: "button", title: note, onclick: press }, title, arrow));
+    const kind = first !== undefined && typeof value(first) === "number" ? "number" : undefined;
+    return h("th", { scope: "col", class: kind, "aria-sort": sorted }, h("button", { type: "button", title: note, onclick: press }, title, arrow));
   };
   const row = h("tr", {}, columns.map(heading));
   heads.set(model, row);

@@ -1,6 +1,7 @@
 // What a reader reads about the population. Numbers come in as texts, made by shared/format.ts.
 
 export const title = "The population";
+export const timeStep = (birth: string) => `time step ${birth}`;
 export const intro = (animals: string, founders: string, living: string) =>
   `The pedigree holds ${animals} animals, ${founders} of them founders (both parents unknown). ${living} count as living.`;
 export const living_by = {
@@ -167,7 +168,7 @@ export const effective_size = {
   ne: (ne: string) => `Ne = ${ne}`,
   range: (low: string, high: string) => `${low} to ${high} at one standard error`,
   rate: (rate: string, se: string) => `rate ${rate} a generation, standard error ${se}`,
-  span: (n: string, first: string, last: string) => `from ${n} values, born ${first} to ${last}`,
+  span: (n: string, first: string, last: string) => `from ${n} values, birth times ${first} to ${last}`,
   none: "None",
   no_upper: "no upper limit",
   figure: {
@@ -201,8 +202,8 @@ export const founders = {
 export const families = {
   title: "Sizes of families",
   intro: "How many parents have how many recorded offspring. A few very large families make the others' genes rare.",
-  sires: { title: "Offspring of sires", description: (n: string, mean: string, most: string) => `${n} sires with ${mean} offspring on average, ${most} at most.` },
-  dams: { title: "Offspring of dams", description: (n: string, mean: string, most: string) => `${n} dams with ${mean} offspring on average, ${most} at most.` },
+  sires: { title: "Offspring of sires", none: "No sire is recorded.", description: (n: string, mean: string, most: string) => `${n} sires with ${mean} offspring on average, ${most} at most.` },
+  dams: { title: "Offspring of dams", none: "No dam is recorded.", description: (n: string, mean: string, most: string) => `${n} dams with ${mean} offspring on average, ${most} at most.` },
   axis: "offspring", parents_axis: "parents",
   columns: { offspring: "Offspring", sires: "Sires", dams: "Dams" },
   none: "No parents are recorded.",

@@ -20,15 +20,20 @@ export const END = ". ";
 
 export const inbreeding = (f: number, relationship: number) =>
   `Their average inbreeding will be ${percent(f)} and their average relationship to one another ${percent(relationship)}. `;
-export const rate = (rate: number, ne: number) =>
-  rate > 0
-    ? `Inbreeding rises by ${percent(rate)} a generation, as in a population of an effective size of ${size(ne)}. `
-    : `Inbreeding does not rise (rate ${percent(rate)} a generation), so no effective size follows from this plan. `;
+export const rate = (rate: number, ne: number, interval: number) => {
+  if (rate <= 0) return "By this plan inbreeding does not rise, as far as the pedigree tells. ";
+  if (ne < 2) return `Relationship rises in one step so much that, over a generation of ${digits(interval)} time steps, the rate of inbreeding would be ${percent(rate, 0)}: too fast for an effective size to mean anything. `;
+  return `Inbreeding rises by ${percent(rate)} a generation, as in a population of an effective size of ${size(ne)}. `;
+};
+export const noBase = (animals: number, born: string, change: string) =>
+  `How fast inbreeding rises by this plan cannot be said well, as only ${counted(animals, "animal", "animals")} born in ${born} can be compared with${change && `; over the last generation interval it ${change}`}. `;
+export const incomplete = (completeness: number, born: string) =>
+  `The pedigrees are known only in part (completeness of those born in ${born}: ${percent(completeness, 0)}), so true inbreeding is probably higher than these figures. `;
 const size = (ne: number) => `${fixed(ne, ne < 10 ? 1 : 0)}\u00a0animals`;
 
 export const SOUND = "Nothing serious was found to beware of.";
 export const BEWARE = "To beware of: ";
-export const DETAILS = "more on this";
+export const DETAILS = "More on this";
 
 export const population = (animals: number, founders: number, living: number) =>
   `The pedigree holds ${counted(animals, "animal", "animals")}, among them ${counted(founders, "founder", "founders")} without known parents; ${count(living)} count as living. `;
@@ -39,39 +44,6 @@ export const diversity = (kinship: number, diversity: number) =>
 export const effective = (ne: number) =>
   Number.isFinite(ne) ? `Inbreeding rose as in a population of an effective size of ${size(ne)}. ` : "";
 export const NO_PLAN = "No matings were planned. ";
-
-/** What to beware of in a few words; kinds that are not here are told in the program's own text. */
-export function brief(kind: string, v: Record<string, number>): string {
-  const at = (name: string) => v[name] ?? NaN;
-  switch (kind) {
-    case "unknown_parents":
-      return `unknown parents among the chosen (${percent(at("genes"), 1)} of the genes of the offspring come from nobody knows whom)`;
-    case "unfinished_last_time":
-      return "the last birth time is not finished, so the rate of inbreeding has no firm base";
-    case "constraint":
-      return `the rate of inbreeding (${percent(at("rate"))}) exceeds the wanted limit of ${percent(at("constraint"))}`;
-    case "close_relatives":
-      return "close relatives are paired";
-    case "brothers":
-      return `two brothers have ${percent(at("share"), 0)} of all matings`;
-    case "rate":
-      return `the plan's rate of inbreeding is above ${percent(at("limit"), 0)} a generation`;
-    case "ne":
-      return `the plan's effective size is below ${count(at("limit"))} animals`;
-    case "regression_rate":
-      return `inbreeding has been rising by more than ${percent(at("limit"), 0)} a generation`;
-    case "regression_ne":
-      return `the population's effective size has been below ${count(at("limit"))} animals`;
-    case "changed":
-      return "files have changed since the run";
-    case "relationships_from_file":
-      return "relationships come from a file and may differ from the pedigree";
-    case "prepared":
-      return "the herd book had faults";
-    default:
-      return "the program gave a warning";
-  }
-}
 
 // Figures.
 export const MATINGS = "Matings";
@@ -86,7 +58,8 @@ export const INBREEDING_NOTE = (last: number) => `mean F; the last birth time ha
 export const RELATIONSHIP = "Relationship";
 export const RELATIONSHIP_NOTE = (last: number) => `mean of the next generation; the last birth time has ${percent(last)}`;
 export const RATE = "Rate of inbreeding";
-export const RATE_NOTE = "a generation";
+export const RATE_NOTE = (interval: number) => `a generation of ${interval === 1 ? "one time step" : `${digits(interval)} time steps`}, from the last birth time on`;
+export const NO_BASE = "no firm base: the last birth time is not finished";
 export const NE = "Effective size";
 export const NE_NOTE = "animals; FAO (1998) advises 50 or more";
 export const FOUNDERS = "Founder equivalents";
@@ -109,6 +82,8 @@ export const FORMULAS = [
 export const GIVEN_TITLE = "The given plan beside the best one found";
 export const givenLead = (file: string) =>
   `The plan in ${file} was valued in the same way as the best plan that the search found.`;
+export const givenFewer = (given: number, best: number) =>
+  `It makes ${counted(given, "mating", "matings")} and the best plan ${count(best)}: relationship, rate and fitness would differ for that alone.`;
 export const GIVEN_FAULTS = "Limits that the given plan does not keep:";
 export const GIVEN_SOUND = "The given plan keeps all limits.";
 export const GIVEN_COLUMNS = ["Figure", "Best plan", "Given plan", "Difference"];
