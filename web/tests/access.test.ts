@@ -66,6 +66,7 @@ test.describe("on a telephone", () => {
 
 test("on paper each sire has a sheet of its own with all its females", async ({ page }) => {
   await open(page, "hinterwald");
+  await page.getByRole("button", { name: "Close all sheets" }).click();
   const path = file("hinterwald", "printed.pdf");
   await page.pdf({ path, format: "A4" });
   const pages = execFileSync("pdftotext", ["-layout", path, "-"], { encoding: "utf8" }).split("\f");
