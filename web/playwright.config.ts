@@ -1,8 +1,6 @@
 // Tests of the page in a browser: Debian's chromium, without network; nothing is downloaded.
 
 import { defineConfig } from "@playwright/test";
-import { tmpdir } from "node:os";
-import { join } from "node:path";
 
 // Without what a browser asks the network for by itself; root has no sandbox.
 const quiet = [
@@ -14,7 +12,6 @@ export default defineConfig({
   testDir: "tests",
   testMatch: "*.test.ts",
   globalSetup: "./tests/runs.ts",
-  outputDir: join(tmpdir(), `qob-web-${process.pid}`),
   fullyParallel: true,
   workers: 2,
   timeout: 60_000,

@@ -3,28 +3,28 @@
 import type { Page } from "@playwright/test";
 import axe from "axe-core";
 import { execFileSync } from "node:child_process";
-import { expect, lookThrough, open, test } from "./page.js";
+import { expect, lookThrough, open, openAll, test } from "./page.js";
 import { file, identifiers, table } from "./results.js";
 
-/** Dark differs from light in its colours alone. */
+/** In the first rows of each table, as the others look alike; dark differs from light in its colours alone. */
 async function violations(page: Page, colorScheme: "light" | "dark"): Promise<string[]> {
   await page.evaluate(axe.source);
   return page.evaluate(async (runOnly) => {
     const { axe } = globalThis as unknown as { axe: typeof import("axe-core") };
-    const { violations } = await axe.run(document, { runOnly, resultTypes: ["violations"] });
+    const { violations } = await axe.run({ exclude: ["tbody tr:nth-child(n + 5)"] }, { runOnly, resultTypes: ["violations"] });
     return violations.flatMap(({ id, nodes }) => nodes.slice(0, 3).map(({ target, failureSummary }) => `${id}: ${target.join(" ")}: ${failureSummary}`));
   }, colorScheme === "light" ? ["wcag2a", "wcag2aa", "best-practice"] : ["color-contrast"]);
 }
 
 for (const colorScheme of ["light", "dark"] as const)
-  for (const [herd, name] of [["cuvier", "QOB_report.html"], ["cuvier", "comparison.html"], ["cuvier", "evaluation.html"], ["cuvier", "none_report.html"]] as const)
+  for (const name of ["QOB_evaluation.html", "QOB_comparison.html"])  // an evaluation holds all that a report does
     test(`${colorScheme} ${name} is accessible`, async ({ page }) => {
       await page.emulateMedia({ colorScheme });
-      await open(page, herd, name);
-      await page.evaluate(() => document.querySelectorAll("details").forEach((details) => (details.open = true)));
+      await open(page, "cuvier", name);
+      await openAll(page);
       await lookThrough(page);
       expect(await violations(page, colorScheme)).toEqual([]);
-      if (name !== "QOB_report.html") return;
+      if (name === "QOB_comparison.html") return;
       await page.locator("#matings .open").first().click();
       expect(await violations(page, colorScheme)).toEqual([]);
     });
@@ -51,10 +51,10 @@ test("the keyboard reaches all that a pointer reaches", async ({ page }) => {
 
 test.describe("on a telephone", () => {
   test.use({ viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true });
-  for (const [herd, name] of [["hinterwald", "QOB_report.html"], ["hostile", "QOB_report.html"], ["cuvier", "comparison.html"], ["cuvier", "evaluation.html"]] as const)
+  for (const [herd, name] of [["hinterwald", "QOB_report.html"], ["hostile", "QOB_report.html"], ["cuvier", "QOB_comparison.html"]] as const)
     test(`${herd}, ${name}: nothing is moved sideways but tables in their boxes`, async ({ page }) => {
       await open(page, herd, name);
-      await page.evaluate(() => document.querySelectorAll("details").forEach((details) => (details.open = true)));
+      await openAll(page);
       await lookThrough(page);
       const wide = await page.evaluate(() => ({
         page: document.documentElement.scrollWidth,

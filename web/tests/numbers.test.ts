@@ -104,7 +104,7 @@ for (const herd of ["cuvier", "hinterwald"]) {
   });
 }
 
-for (const [herd, name] of [["hinterwald", "QOB_report"], ["hostile", "QOB_report"], ["cuvier", "comparison"], ["cuvier", "evaluation"]] as const)
+for (const [herd, name] of [["hostile", "QOB_report"], ["cuvier", "QOB_comparison"]] as const)
   test(`${herd}, ${name}: all data are saved as the program writes them`, async ({ page }) => {
     await open(page, herd, `${name}.html`);
     const { name: as, text } = await saved(page.getByRole("button", { name: "Save all data as JSON" }));
@@ -115,7 +115,7 @@ for (const [herd, name] of [["hinterwald", "QOB_report"], ["hostile", "QOB_repor
   });
 
 test("plans side by side are those of their runs", async ({ page }) => {
-  await open(page, "cuvier", "comparison.html");
+  await open(page, "cuvier", "QOB_comparison.html");
   const figures = await rows(page.locator("#compare table").first());
   const lines: [string, string][] = [
     ["Males", "Males used"], ["Females", "Females used"], ["Merit", "Average breeding value"], ["Mean inbreeding", "Average inbreeding"],
@@ -135,7 +135,7 @@ test("plans side by side are those of their runs", async ({ page }) => {
 });
 
 test("a given plan is valued and stands beside the best one", async ({ page }) => {
-  await open(page, "cuvier", "evaluation.html");
+  await open(page, "cuvier", "QOB_evaluation.html");
   const given = fromCsv(readFileSync(file("cuvier", "given.csv"), "utf8"));
   const f = fromCsv((await saved(page.getByRole("button", { name: "Save the matrix as CSV" }))).text);
   const merit = new Map(table("cuvier", "QOB_Candidates.txt", "ID").map((row) => [row.get("ID")!, Number(row.get("Merit"))]));

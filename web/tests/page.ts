@@ -50,6 +50,9 @@ export async function saved(button: Locator): Promise<{ name: string; text: stri
 export const fact = (page: Page, part: string, name: string): Promise<string> =>
   page.locator(`#${part} .fact`).filter({ has: page.locator(`dt:text-is("${name}")`) }).locator("dd").first().innerText();
 
+/** Opens all that is folded in the parts of a page. */
+export const openAll = (page: Page) => page.evaluate(() => document.querySelectorAll("details").forEach((details) => (details.open = true)));
+
 /** Scrolls from top to bottom, so that all that waits to come near is drawn. */
 export async function lookThrough(page: Page): Promise<void> {
   await page.evaluate(async () => {

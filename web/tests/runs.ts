@@ -38,15 +38,15 @@ function changed(folder: string, to: string, values: Record<string, string>): vo
   writeFileSync(join(folder, to), Object.entries(values).reduce(change, readFileSync(join(folder, "qob.prm"), "utf8")));
 }
 
-/** A herd book through all three programs; QOB_report.html is the page, QOB_result.json its data. */
-function prepared(folder: string, book: string, rules: readonly string[]): string {
+/** A herd book through all three programs. */
+function prepared(folder: string, book: string, rules: readonly string[]): void {
   run(folder, "qob-prepare", book, ...rules);
   const herd = join(folder, book.replace(".csv", ""));
   run(herd, "qob", book.replace(".csv", ".prm"));
   reported(herd);
-  return herd;
 }
 
+/** QOB_report.html is the page of a run, QOB_result.json its data. */
 function reported(folder: string): void {
   run(folder, "qob-report", "./QOB_");
   run(folder, "qob-report", "./QOB_", "--json", "--tables", "tables");
@@ -67,19 +67,31 @@ function cuvier(folder: string): void {
   reported(folder);
   run(folder, "qob-report", "./none_");
   otherPlan(folder);
-  for (const as of [["-o", "comparison.html"], ["--json", "-o", "comparison.json"]]) run(folder, "qob-report", "--compare", "./QOB_", "./loose_", "./strict_", ...as);
-  for (const as of [["-o", "evaluation.html"], ["--json", "-o", "evaluation.json"]]) run(folder, "qob-report", "--evaluate", "given.csv", "./QOB_", ...as);
+  for (const json of [[], ["--json"]]) {  // QOB_comparison.html and .json, QOB_evaluation.html and .json
+    run(folder, "qob-report", "--compare", "./QOB_", "./loose_", "./strict_", ...json);
+    run(folder, "qob-report", "--evaluate", "given.csv", "./QOB_", ...json);
+  }
+}
+
+function runAll(folder: string): void {
+  cpSync(examples, folder, { recursive: true });
+  cuvier(join(folder, "cuvier"));
+  const [, book, ...rules] = readFileSync(join(folder, "hinterwald/prepare.txt"), "utf8").match(/"[^"]*"|\S+/g)!.map((word) => word.replaceAll('"', ""));
+  prepared(join(folder, "hinterwald"), book!, rules);
+  mkdirSync(join(folder, "hostile"));
+  writeFileSync(join(folder, "hostile/herd.csv"), hostileHerdBook());
+  prepared(join(folder, "hostile"), "herd.csv", ["--males", "matings=6", "--females", "matings=2", "--matings", "8"]);
 }
 
 export default function (): () => void {
   const folder = mkdtempSync(join(tmpdir(), "qob-web-"));
+  const remove = () => rmSync(folder, { recursive: true });
   process.env["QOB_RUNS"] = folder;
-  cpSync(examples, folder, { recursive: true });
-  cuvier(join(folder, "cuvier"));
-  const rules = readFileSync(join(folder, "hinterwald/prepare.txt"), "utf8").match(/"[^"]*"|\S+/g)!.map((word) => word.replaceAll('"', ""));
-  prepared(join(folder, "hinterwald"), rules[1]!, rules.slice(2));
-  mkdirSync(join(folder, "hostile"));
-  writeFileSync(join(folder, "hostile/herd.csv"), hostileHerdBook());
-  prepared(join(folder, "hostile"), "herd.csv", ["--males", "matings=6", "--females", "matings=2", "--matings", "8"]);
-  return () => rmSync(folder, { recursive: true });
+  try {
+    runAll(folder);
+  } catch (error) {
+    remove();
+    throw error;
+  }
+  return remove;
 }
