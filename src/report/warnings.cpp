@@ -43,6 +43,7 @@ class Warner {
   void of_unknown_parents();
   void of_close_relatives();
   void of_brothers();
+  void of_undated_parents();
   void of_unfinished_time();
   void of_regression();
   void told();
@@ -155,6 +156,22 @@ void Warner::of_brothers() {
   warning.animals = {animals_.place(a), animals_.place(b)};
 }
 
+// Parents of unknown age, whom the generation interval takes for thousands of time steps old.
+void Warner::of_undated_parents() {
+  const Pedigree& pedigree = finished_.pedigree;
+  double parentages = 0.0, undated = 0.0;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (pedigree.btime(i) != report_.plan.last_birth_time) continue;
+    for (const std::int32_t parent : {pedigree.sire(i), pedigree.dam(i)}) {
+      if (parent == 0) continue;
+      parentages += 1.0;
+      if (!birth_time_is_known(pedigree.btime(parent))) undated += 1.0;
+    }
+  }
+  if (undated == 0.0) return;
+  add("undated_parents", true).values = {{"undated", undated}, {"parentages", parentages}};
+}
+
 // Few animals in the last time step, compared with those before it: more may be on their way.
 void Warner::of_unfinished_time() {
   const std::vector<TrendRow>& trend = report_.population.trend;
@@ -208,6 +225,7 @@ void Warner::told() {
 void Warner::of_plan() {
   of_changed_results();
   of_rate();
+  of_undated_parents();
   of_unknown_parents();
   of_close_relatives();
   of_brothers();
