@@ -1,10 +1,7 @@
 // The program: its arguments, the parameter file first of all.
 #include <algorithm>
-#include <exception>
-#include <new>
 #include <string_view>
 
-#include "core/stop.h"
 #include "driver/help.h"
 #include "driver/run.h"
 #include "driver/uncaught.h"
@@ -16,8 +13,7 @@ int main(int argc, char** argv) {
   if (first == "--help") return qob::print_help();
   if (first == "--version") return qob::print_version();
 
-  std::set_new_handler([] { qob::stop(qob::kOutOfMemory); });
-  std::set_terminate([] { qob::stop(qob::what_nothing_caught()); });
+  qob::stop_at_what_nothing_catches();
   qob::Run run;
   qob::run(run, {argv + std::min(argc, 1), argv + argc});
 }

@@ -1,8 +1,6 @@
 // qob-prepare: reads a herd book, has it prepared, shows what was found and writes the files.
 #include <algorithm>
-#include <exception>
 #include <functional>
-#include <new>
 #include <string>
 #include <string_view>
 
@@ -10,7 +8,6 @@
 #include "core/text.h"
 #include "core/unit.h"
 #include "driver/prepare_arguments.h"
-#include "driver/run.h"
 #include "driver/sheet_file.h"
 #include "driver/uncaught.h"
 #include "prepare/data_check.h"
@@ -124,8 +121,7 @@ int check(const std::string& file) {
 
 int main(int argc, char** argv) {
   qob::prepare_process();
-  std::set_new_handler([] { qob::stop(qob::kOutOfMemory); });
-  std::set_terminate([] { qob::stop(qob::what_nothing_caught()); });
+  qob::stop_at_what_nothing_catches();
   int status = qob::kSuccess;
   const auto arguments = qob::prepare_arguments(argc, argv, status);
   if (!arguments) return status;

@@ -1,11 +1,13 @@
 #include "driver/report_inputs.h"
 
+#include <nettle/sha2.h>
+
 #include <algorithm>
+#include <array>
 #include <memory>
 
 #include "core/letters.h"
 #include "core/lexer.h"
-#include "core/sha256.h"
 #include "core/text.h"
 #include "core/units.h"
 #include "driver/sheet_file.h"
@@ -17,7 +19,7 @@
 namespace qob {
 namespace {
 
-constexpr std::int32_t kMostMatings = 100000;  // of a row
+constexpr std::int32_t kMostMatings = 100000;  // of a row, and of all together
 constexpr std::size_t kMostFaults = 20;
 constexpr std::size_t kPiece = std::size_t{1} << 20U;
 
@@ -103,17 +105,37 @@ std::vector<OneKind> by_kind(const Sheet& sheet) {
   return kinds;
 }
 
+using Digest = std::array<std::uint8_t, SHA256_DIGEST_SIZE>;
+
+Digest digest_of(sha256_ctx& sum) {
+  Digest digest;
+  sha256_digest(&sum, digest.size(), digest.data());
+  return digest;
+}
+
+std::string hexadecimal(const Digest& digest) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string text;
+  for (const std::uint8_t byte : digest) {
+    text.push_back(kDigits[byte >> 4U]);
+    text.push_back(kDigits[byte & 15U]);
+  }
+  return text;
+}
+
 void add_checksum(MadeFile& file) {
   std::unique_ptr<ByteSource> source;
   if (open_source(file.name, source) != 0) return;
-  Sha256 sum;
+  sha256_ctx sum;
+  sha256_init(&sum);
   std::string piece(kPiece, '\0');
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(piece.data());
   std::ptrdiff_t count = 0;
   while ((count = source->read(piece.data(), piece.size())) > 0)
-    sum.add({piece.data(), static_cast<std::size_t>(count)});
+    sha256_update(&sum, static_cast<std::size_t>(count), bytes);
   if (count < 0) return;
   file.bytes = source->size();
-  file.sha256 = sum.digits();
+  file.sha256 = hexadecimal(digest_of(sum));
 }
 
 }  // namespace
@@ -142,14 +164,20 @@ GivenList given_list(const std::string& file) {
   GivenList list{file, {}};
   std::string faults;
   std::size_t count = 0;
+  std::int64_t matings = 0;
   for (std::int64_t row = head + 1; row <= sheet.rows(); ++row) {
     if (sheet.is_empty(row)) continue;
     const std::string fault = add_row(sheet, row, columns, list);
+    if (fault.empty()) matings += list.matings.back().matings;
     if (fault.empty() || ++count > kMostFaults) continue;
     faults += "\n  row " + std::to_string(row) + ": " + fault;
   }
   if (count > kMostFaults) faults += "\n  ... and " + std::to_string(count - kMostFaults) + " more";
   if (count > 0) refuse(file, "the plan cannot be read" + faults);
+  if (matings > kMostMatings) {
+    refuse(file, std::to_string(matings) + " matings : expected at most " +
+                     std::to_string(kMostMatings) + " in all");
+  }
   return list;
 }
 

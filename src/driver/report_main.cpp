@@ -1,10 +1,8 @@
 // qob-report: takes up a run that has ended, has it reported, and writes the page or its JSON, and
 // the tables.
 #include <algorithm>
-#include <exception>
 #include <functional>
 #include <iterator>
-#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,7 +15,6 @@
 #include "driver/report_inputs.h"
 #include "driver/report_tables.h"
 #include "driver/report_template.h"
-#include "driver/run.h"
 #include "driver/sheet_file.h"
 #include "driver/uncaught.h"
 #include "report/json.h"
@@ -151,8 +148,7 @@ int report(const ReportArguments& arguments) {
 
 int main(int argc, char** argv) {
   qob::prepare_process();
-  std::set_new_handler([] { qob::stop(qob::kOutOfMemory); });
-  std::set_terminate([] { qob::stop(qob::what_nothing_caught()); });
+  qob::stop_at_what_nothing_catches();
   int status = qob::kSuccess;
   const auto arguments = qob::report_arguments(argc, argv, status);
   return arguments ? qob::report(*arguments) : status;

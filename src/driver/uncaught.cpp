@@ -4,6 +4,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "core/stop.h"
 #include "driver/run.h"
 
 namespace qob {
@@ -17,6 +18,11 @@ std::string what_nothing_caught() {
     return std::string("ERROR: the program has a defect : ") + defect.what();
   }
   return kOutOfMemory;
+}
+
+void stop_at_what_nothing_catches() {
+  std::set_new_handler([] { stop(kOutOfMemory); });
+  std::set_terminate([] { stop(what_nothing_caught()); });
 }
 
 }  // namespace qob

@@ -9,4 +9,7 @@ namespace qob {
 // The text to stop with, while the exception is being handled.
 std::string what_nothing_caught();
 
+// From here on the program stops with it, and with a sentence when there is no memory left.
+void stop_at_what_nothing_catches();
+
 }  // namespace qob

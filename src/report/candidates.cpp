@@ -24,9 +24,11 @@ ReportedCandidate describe(const FinishedRun::Planned& planned,
       (candidates.nmcands * relationships.males + candidates.nfcands * relationships.females) /
       candidates.ncands;
   c.to_chosen = 0.5 * (relationships.males_sel + relationships.females_sel);
+  const double own = matings / (2.0 * planned.selection.nmatings);
+  c.to_others = (c.to_chosen - own * cnrm(planned.relationship, candidates, i, i)) / (1.0 - own);
   c.mean_kinship = population.mean_kinship(animal);
   c.contribution_so_far = population.contribution_so_far(animal);
-  c.contribution_wanted = matings / (2.0 * planned.selection.nmatings);
+  c.contribution_wanted = own;
   c.unknown_parent = candidates.has_unknown_parent(i);
   return c;
 }

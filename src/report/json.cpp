@@ -142,6 +142,7 @@ Json candidates(const std::vector<ReportedCandidate>& candidates) {
                     Field{"matings", &C::matings}, Field{"offspring", &C::offspring},
                     Field{"relationship", eight_digits(&C::relationship)},
                     Field{"to_chosen", eight_digits(&C::to_chosen)},
+                    Field{"to_others", eight_digits(&C::to_others)},
                     Field{"mean_kinship", eight_digits(&C::mean_kinship)},
                     Field{"contribution_so_far", eight_digits(&C::contribution_so_far)},
                     Field{"contribution_wanted", eight_digits(&C::contribution_wanted)},

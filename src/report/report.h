@@ -78,6 +78,7 @@ struct ReportedCandidate {
   std::int32_t offspring = 0;        // recorded in the pedigree
   double relationship = 0.0;         // mean, to all candidates, itself included
   double to_chosen = 0.0;            // mean, to the chosen ones, each weighted by its matings
+  double to_others = 0.0;            // the same to the others chosen, itself left out
   double mean_kinship = 0.0;         // mean coancestry with the living, itself included if it lives
   double contribution_so_far = 0.0;  // share of the genes of the last time step that came from it
   double contribution_wanted = 0.0;  // share of the genes of the planned generation: matings / 2n

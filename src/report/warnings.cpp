@@ -66,18 +66,30 @@ void Warner::of_rate() {
   if (plan.ne < kLeastSize) add("ne", true).values = {{"ne", plan.ne}, {"limit", kLeastSize}};
 }
 
-// The files tell the best plan's merit and relationship with six digits.
+// The value depends on the merit of all candidates, the inbreeding of matings on who has whom.
 void Warner::of_changed_results() {
-  const std::vector<SearchRow>& rows = report_.search.rows;
-  if (rows.empty()) return;
-  const auto differs = [](double told, double now) {
-    return std::abs(told - now) > kSameText * std::max(std::abs(told), 1.0e-3);
+  std::string text;
+  const auto compare = [&](std::string_view what, double told, double now) {
+    if (!(std::abs(told - now) > kSameText * std::max(std::abs(told), 1.0e-3))) return;
+    text.append(text.empty() ? "" : ", ").append(what);
   };
   const PlanValue& value = report_.plan.value;
-  std::string text;
-  if (differs(rows.back().merit, value.merit)) text += "merit";
-  if (differs(rows.back().relationship, value.relationship))
-    text.append(text.empty() ? "" : ", ").append("relationship");
+  if (!report_.search.rows.empty()) {
+    const SearchRow& best = report_.search.rows.back();
+    compare("value", best.best, value.fitness);
+    compare("merit", best.merit, value.merit);
+    compare("relationship", best.relationship, value.relationship);
+  }
+  double told = 0.0, now = 0.0;
+  const std::vector<ReportedMating>& matings = report_.plan.matings;
+  for (std::size_t j = 0; j < matings.size(); ++j) {
+    const double listed = finished_.planned->listed_f[j];
+    if (!(std::abs(listed - matings[j].f) > std::abs(told - now))) continue;
+    told = listed;
+    now = matings[j].f;
+  }
+  if (std::abs(told - now) > kSameText)
+    text.append(text.empty() ? "" : ", ").append("inbreeding of matings");
   if (!text.empty()) add("changed", true).text = text;
 }
 
@@ -155,7 +167,7 @@ void Warner::of_unfinished_time() {
   const TrendRow& last = trend.back();
   if (static_cast<double>(last.animals) >= kUnfinished * usual) return;
   const TrendRow& to = trend[trend.size() - 2];
-  const double interval = std::max(std::round(report_.population.interval), 1.0);
+  const double interval = std::max(1.0, std::round(report_.population.interval));  // 1 for none
   double rate = kNaN;
   double from = kNaN;
   for (const TrendRow& row : trend) {

@@ -30,8 +30,8 @@ inline Report small_report() {
   plan.dams = {2, 1};
   plan.matrix = {25000, 0};
   report.candidates = {
-      {0, 1, 2.0, 4, 1, 1, 0.5, 0.5, 0.25, 0.5, 0.5, true, Lack::kChosen, kNaN, kNaN},
-      {1, 2, -1e22, 4, 0, 1, 0.5, 0.5, 0.25, 0.5, 0.0, true, Lack::kNotKnown, 0.1, 7.0}};
+      {0, 1, 2.0, 4, 1, 1, 0.5, 0.5, 0.0, 0.25, 0.5, 0.5, true, Lack::kChosen, kNaN, kNaN},
+      {1, 2, -1e22, 4, 0, 1, 0.5, 0.5, 0.5, 0.25, 0.5, 0.0, true, Lack::kNotKnown, 0.1, 7.0}};
   report.population.trend = {{1, "2001", 2, 1, 1, 0, 0, 0, 0.0, 0.0, kNaN, 0.5, 0.0, kNaN}};
   report.population.by_coancestry.why_not = "one birth time";
   report.population.intervals = report.population.recent_intervals = {{"sire-son", 1, 2.0, kNaN}};

@@ -30,10 +30,10 @@ feed",2,,0,0.3333333333333333,0,1,1.5,0.25,0.4,5,=cmd(),0.125
   EXPECT_EQ(
       files.at("candidates"),
       "rank,identifier,name,sex,birth,sire,dam,merit,inbreeding,completeness,unknown_parent,"
-      "offspring,max_matings,matings,relationship,relationship_to_chosen,mean_kinship,"
+      "offspring,max_matings,matings,relationship,relationship_to_chosen,relationship_to_others_chosen,mean_kinship,"
       "contribution_so_far,contribution_wanted,lack,lacking_value,lacking_merit\n"
-      "1,=cmd(),+1,M,2001-04-03,,,2,0,0,yes,1,4,1,0.5,0.5,0.25,0.5,0.5,chosen,,\n"
-      "2,<img src=x onerror=alert(1)>,bad \xFF\xC3 bytes,F,,,,-1e+22,0.1,0.25,yes,1,4,0,0.5,0.5,"
+      "1,=cmd(),+1,M,2001-04-03,,,2,0,0,yes,1,4,1,0.5,0.5,0,0.25,0.5,0.5,chosen,,\n"
+      "2,<img src=x onerror=alert(1)>,bad \xFF\xC3 bytes,F,,,,-1e+22,0.1,0.25,yes,1,4,0,0.5,0.5,0.5,"
       "0.25,0.5,0,not_known,0.1,7\n");
   EXPECT_EQ(
       files.at("trend"),

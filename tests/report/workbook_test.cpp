@@ -48,7 +48,7 @@ TEST_F(WorkbookTest, HoldsTextsAsTextsAndNumbersAsNumbers) {
         "<c r=\"I3\"><v>0.1</v></c>", "ySplit=\"1\"", "<c r=\"A1\" s=\"1\""})
     EXPECT_NE(sheet.find(cell), std::string::npos) << cell << "\n" << sheet;
   EXPECT_EQ(sheet.find("<f>"), std::string::npos);
-  EXPECT_EQ(sheet.find("r=\"U2\""), std::string::npos) << "no number is no cell";
+  EXPECT_EQ(sheet.find("r=\"V2\""), std::string::npos) << "no number is no cell";
 }
 
 TEST_F(WorkbookTest, OfTooManyRowsSaysSo) {

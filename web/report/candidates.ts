@@ -58,7 +58,7 @@ function columns(rows: readonly Row[]): Column<Row>[] {
     number("max_matings", (row) => row.max_matings),
     number("merit", (row) => row.merit, { decimals }),
     { key: "lack", title: titles.lack, value: (row) => lacking(row, decimals), wrap: true },
-    number("to_chosen", (row) => row.to_chosen, { percent: true }),
+    number("to_others", (row) => row.to_others, { percent: true }),
     number("relationship", (row) => row.relationship, { percent: true }),
     number("mean_kinship", (row) => row.mean_kinship, { percent: true }),
     number("f", ({ of }) => of.f, { percent: true }),
@@ -100,7 +100,7 @@ export function told(row: Row, decimals: number): string {
     called(row.of),
     tip.born(tip.sex[row.of.sex] ?? NONE, row.of.birth),
     tip.merit(fixed(row.merit, decimals)),
-    tip.relationship(share(row.to_chosen), share(row.relationship)),
+    tip.relationship(share(row.to_others), share(row.relationship)),
     tip.matings(count(row.matings), count(row.max_matings)),
   ].join("\n");
 }

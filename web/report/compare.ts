@@ -87,7 +87,7 @@ function columns(plans: readonly Planned[], chosen: readonly Choice[]): Column<C
     { key: "in", title: titles.in, value: (choice) => choice.in },
     ...plans.map(({ letter }, i) => ({ key: `matings_${letter}`, title: titles.matings(letter), value: ({ matings }: Choice) => matings[i] ?? 0 })),
     ...plans.map(({ letter }, i) => ({
-      key: `related_${letter}`, title: titles.related(letter), value: ({ rows }: Choice) => rows[i]?.to_chosen ?? NaN, percent: true,
+      key: `related_${letter}`, title: titles.related(letter), value: ({ rows }: Choice) => rows[i]?.to_others ?? NaN, percent: true,
     })),
   ];
 }

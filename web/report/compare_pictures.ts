@@ -14,7 +14,7 @@ interface Mean { plan: string; x: number; y: number }
 
 export function merits(plans: readonly Planned[]): HTMLElement {
   const points = plans.flatMap(({ letter, rows }) =>
-    rows.filter(({ matings }) => matings > 0).map((row): Point => ({ plan: letter, row, x: row.to_chosen * 100, y: row.merit })));
+    rows.filter(({ matings }) => matings > 0).map((row): Point => ({ plan: letter, row, x: row.to_others * 100, y: row.merit })));
   const means = plans.map(({ letter }) => mean(letter, points.filter(({ plan }) => plan === letter)));
   const { title, description, male, female, mean: mean_name } = words.choice;
   const legend = () => key(

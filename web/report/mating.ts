@@ -33,7 +33,7 @@ function common(result: Result, mating: Mating): Child[] {
     const ancestor = animal(result, place);
     return [mark(i), called(ancestor), ancestor.birth, percent(ancestor.f), percent(f, 3), share(f)];
   });
-  if (mating.other_common > 0) rows.push(["", words.others(mating.other_common), "", "", percent(mating.other_f, 3), share(mating.other_f)]);
+  if (mating.other_common > 0) rows.push(["…", words.others(mating.other_common), "", "", percent(mating.other_f, 3), share(mating.other_f)]);
   return [h("p", {}, words.commonLead(mating.f)), plain(words.COMMON, words.COMMON_COLUMNS, rows, [0, 1])];
 }
 

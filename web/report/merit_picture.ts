@@ -49,7 +49,7 @@ function legend(others: number): HTMLElement {
 const shape = ({ of }: Row): "square" | "circle" => (of.sex === 1 ? "square" : "circle");
 
 const measures: Record<Axis, (row: Row) => number> = {
-  to_others: ({ to_chosen, contribution_wanted: own, of }) => (to_chosen - own * (1 + of.f)) / (1 - own),
+  to_others: ({ to_others }) => to_others,
   relationship: ({ relationship }) => relationship,
 };
 

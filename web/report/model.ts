@@ -42,7 +42,7 @@ const plan = object({
 
 const candidates = columns({
   animal: number, rank: number, merit: number, max_matings: number, matings: number, offspring: number,
-  relationship: number, to_chosen: number, mean_kinship: number,
+  relationship: number, to_chosen: number, to_others: number, mean_kinship: number,
   contribution_so_far: number, contribution_wanted: number, unknown_parent: flag,
   lack: oneOf("chosen", "merit", "relationship", "both", "nothing", "not_known"),
   lacking_value: number, lacking_merit: number,

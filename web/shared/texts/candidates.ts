@@ -52,13 +52,13 @@ export const table = {
   intro: "Ranked by matings, then by how little they lack, then by merit. The headings sort; a search finds identifiers, names and words.",
   columns: {
     rank: "Rank", animal: "Animal", sex: "Sex", birth: "Born", merit: "Merit", matings: "Matings", max_matings: "Allowed",
-    lack: "Chosen, or what it lacks", to_chosen: "Related to the chosen, %", relationship: "Related to all, %",
+    lack: "Chosen, or what it lacks", to_others: "Related to the chosen, %", relationship: "Related to all, %",
     mean_kinship: "Mean kinship, %", f: "F, %", completeness: "PCI, %", offspring: "Offspring",
     so_far: "Contribution so far, %", wanted: "Contribution wanted, %", value: "Lacking value",
   },
   notes: {
     max_matings: "The most matings that it may have",
-    to_chosen: "Mean relationship to the chosen, each weighted by its matings, itself included",
+    to_others: "Mean relationship to the others chosen, each weighted by its matings",
     relationship: "Mean relationship to all candidates, itself included",
     mean_kinship: "Mean coancestry with the living",
     f: "Its inbreeding coefficient",
