@@ -147,10 +147,11 @@ test("the other males are those of least F", async ({ page }) => {
   await open(page, "cuvier");
   const { sires, dams, f } = await matrixOf(page);
   await page.getByRole("button", { name: "All in one table" }).click();
-  for (const row of await rows(page.locator("#matings .table:visible table").first())) {
-    const column = dams.indexOf(row.get("Dam")!);
-    const others = sires.map((sire, i) => [sire, f[i]![column]!] as const).filter(([sire]) => sire !== row.get("Sire")).sort((a, b) => a[1] - b[1]);
-    const shown = [...row.get("Other chosen males (F %)")!.matchAll(/(\S+) \((\S+)\)/g)].map(([, sire, share]) => [sire, Number(share)] as const);
+  const matings = fromCsv((await saved(page.locator("#matings .table:visible").getByRole("button", { name: "Save as CSV" }).first())).text);
+  for (const row of matings) {
+    const column = dams.indexOf(row.get("dam")!);
+    const others = sires.map((sire, i) => [sire, f[i]![column]!] as const).filter(([sire]) => sire !== row.get("sire")).sort((a, b) => a[1] - b[1]);
+    const shown = [...row.get("other_males")!.matchAll(/(\S+) \((\S+)\)/g)].map(([, sire, share]) => [sire, Number(share)] as const);
     expect(shown.length).toBeGreaterThan(1);
     shown.forEach(([sire, share], i) => {
       expect.soft(others.find(([each]) => each === sire)?.[1]).toBeCloseTo(share / 100, 3.9);

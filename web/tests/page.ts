@@ -31,11 +31,12 @@ export function withData(herd: string, json: string): string {
   return page.replace(/(<script type="application\/json" id="data">)[^]*?(<\/script>)/, (_, start, end) => start + json.replaceAll("<", "\\u003c") + end);
 }
 
-/** The rows in sight of a table: the text of each cell by its heading. */
+/** The rows in sight of a table: the text of each cell by its heading, with plain spaces. */
 export async function rows(table: Locator): Promise<Map<string, string>[]> {
   const cells = await table.evaluate((table) => {
-    const heads = [...table.querySelectorAll("thead th")].map((th) => (th.querySelector("button") ?? th).childNodes[0]?.textContent ?? "");
-    return [...table.querySelectorAll("tbody tr:not(.space)")].map((tr) => [...tr.children].map((cell, i) => [heads[i]!, cell.textContent ?? ""] as const));
+    const text = (node: Node | undefined) => (node?.textContent ?? "").replaceAll("\u00a0", " ");
+    const heads = [...table.querySelectorAll("thead th")].map((th) => text((th.querySelector("button") ?? th).childNodes[0]));
+    return [...table.querySelectorAll("tbody tr:not(.space)")].map((tr) => [...tr.children].map((cell, i) => [heads[i]!, text(cell)] as const));
   });
   return cells.map((row) => new Map(row));
 }

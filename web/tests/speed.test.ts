@@ -59,6 +59,7 @@ test("20,000 candidates and 500 matings load, scroll and sort without stutter", 
   const reading: number[] = [];
   for (let y = 0; y < (await page.evaluate(() => document.documentElement.scrollHeight)); y += 800) reading.push(await done(() => page.evaluate((y) => scrollTo(0, y), y)));
   const matings = await done(() => page.getByRole("button", { name: "All in one table" }).click());
-  expect({ loading: loading < 2000, scrolling: Math.max(...scrolling) < 150, sorting: sorting < 800, searching: searching < 2000, reading: Math.max(...reading) < 800, matings: matings < 500 },
-    JSON.stringify({ loading, scrolling, sorting, searching, reading, matings })).toEqual({ loading: true, scrolling: true, sorting: true, searching: true, reading: true, matings: true });
+  const work_ms = { loading, scrolling: Math.max(...scrolling), sorting, searching, reading: Math.max(...reading), matings };
+  const most: typeof work_ms = { loading: 2000, scrolling: 150, sorting: 800, searching: 2000, reading: 800, matings: 500 };
+  expect(Object.entries(work_ms).filter(([what, ms]) => ms > most[what as keyof typeof most]), JSON.stringify(work_ms)).toEqual([]);
 });
