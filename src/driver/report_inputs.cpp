@@ -19,7 +19,7 @@
 namespace qob {
 namespace {
 
-constexpr std::int32_t kMostMatings = 100000;  // of a row
+constexpr std::int32_t kMostMatings = 100000;  // of a row, and of all together
 constexpr std::size_t kMostFaults = 20;
 constexpr std::size_t kPiece = std::size_t{1} << 20U;
 
@@ -164,14 +164,20 @@ GivenList given_list(const std::string& file) {
   GivenList list{file, {}};
   std::string faults;
   std::size_t count = 0;
+  std::int64_t matings = 0;
   for (std::int64_t row = head + 1; row <= sheet.rows(); ++row) {
     if (sheet.is_empty(row)) continue;
     const std::string fault = add_row(sheet, row, columns, list);
+    if (fault.empty()) matings += list.matings.back().matings;
     if (fault.empty() || ++count > kMostFaults) continue;
     faults += "\n  row " + std::to_string(row) + ": " + fault;
   }
   if (count > kMostFaults) faults += "\n  ... and " + std::to_string(count - kMostFaults) + " more";
   if (count > 0) refuse(file, "the plan cannot be read" + faults);
+  if (matings > kMostMatings) {
+    refuse(file, std::to_string(matings) + " matings : expected at most " +
+                     std::to_string(kMostMatings) + " in all");
+  }
   return list;
 }
 

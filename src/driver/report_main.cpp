@@ -44,6 +44,24 @@ void add_prepared(const std::string& faults_file, Report& report) {
   std::stable_partition(all.begin(), all.end(), [](const Warning& one) { return one.serious; });
 }
 
+// The core's own messages tell of a data file as of one that is seen for the first time, and of a
+// log that is not written here.
+void stop_at_other_data(std::string_view text, int status) {
+  const bool is_of_core = text.starts_with(' ') || text.starts_with("ERROR");
+  end_process(
+      is_of_core
+          ? printable(adjustl_trim(text)) +
+                "\nThe run ended well with these files, so they have changed since; qob-prepare --check tells all that is wrong with a data file"
+          : std::string(text),
+      status);
+}
+
+void take_up_with_hint(const std::string& prefix, FinishedRun& run) {
+  const StopHandler before = set_stop_handler(stop_at_other_data);
+  take_up_run(prefix, run);
+  set_stop_handler(before);
+}
+
 // What there is of a run, and where it comes from.
 struct Source {
   FinishedRun run;
@@ -51,7 +69,7 @@ struct Source {
   std::string names_file, faults_file;  // "": there is none
 
   Source(const std::string& prefix, const std::string& wanted_names) {
-    take_up_run(prefix, run);
+    take_up_with_hint(prefix, run);
     const std::string data = run.input(run.run.parameters.data.datafile);
     names_file = wanted_names.empty() ? prepared_file(data, ".names.csv") : wanted_names;
     faults_file = prepared_file(data, ".faults.csv");

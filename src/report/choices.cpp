@@ -84,15 +84,15 @@ Choice Exchanges::choice(std::int32_t i) const {
   if (!std::isfinite(best.value) || candidates_.max_matings(i) < unit(sex))
     return {.lack = Lack::kNotKnown};
   if (best.value >= -kEqual) return {.lack = Lack::kNothing, .value = 0.0, .merit = 0.0};
-  const double d = row_ * unit(sex);
+  const double d = row_ * unit(sex), k = problem_.selection.goal.k_factor[sex - 1];
   const double of_merit =  // what one unit more of its merit would add
-      change_of_value(merit_gain(d, 1.0, problem_.selection.goal.k_factor[sex - 1]), d, 0.0) -
-      change_of_value(0.0, 0.0, 0.0);
-  const bool less_merit = best.merit<0.0, related = best.relationship> 0.0;
-  const bool counts = problem_.objective.criterion != Criterion::kMerit;
-  return {.lack = less_merit && related && counts ? Lack::kBoth
-                  : less_merit                    ? Lack::kMerit
-                                                  : Lack::kRelationship,
+      change_of_value(merit_gain(d, 1.0, k), d, 0.0);
+  const bool less_merit =
+      change_of_value(merit_gain(d, best.merit, k), d * best.merit, 0.0) < -kEqual;
+  const bool related = change_of_value(0.0, 0.0, best.relationship) < -kEqual;
+  return {.lack = less_merit && related ? Lack::kBoth
+                  : less_merit          ? Lack::kMerit
+                                        : Lack::kRelationship,
           .value = -best.value,
           .merit = of_merit > 0.0 ? -best.value / of_merit : kNaN};
 }

@@ -35,7 +35,8 @@ std::string without_dot(std::string_view path) {
 std::string folder_of_run(const std::string& prefix, std::string_view resultsdirectory) {
   const std::string mine = without_dot(prefix), its = without_dot(adjustl_trim(resultsdirectory));
   if (its.starts_with('/') || !mine.ends_with(its)) return "";
-  return mine.substr(0, mine.size() - its.size());
+  const std::string before = mine.substr(0, mine.size() - its.size());
+  return before.substr(0, before.find_last_of('/') + 1);  // npos + 1 is 0
 }
 
 void take_up_parameters(FinishedRun& finished) {
@@ -46,9 +47,10 @@ void take_up_parameters(FinishedRun& finished) {
   const bool whole = read_echo(finished, group_of(p.data)) &&
                      read_echo(finished, group_of(p.history)) &&
                      read_echo(finished, group_of(p.relationship));
-  if (!whole) stop(finished.log.path + ": no log of a run that has read its parameters");
-  read_echo(finished, group_of(p.ocs));
-  read_echo(finished, group_of(p.algorithm));
+  const bool is_planned =
+      read_echo(finished, group_of(p.ocs)) && read_echo(finished, group_of(p.algorithm));
+  if (!whole || (finished.log.has_plan() && !is_planned))
+    stop(finished.log.path + ": no log of a run that has read its parameters");
   run.files.folder = folder_of_run(finished.prefix, p.data.resultsdirectory);
 }
 
@@ -83,15 +85,19 @@ std::int32_t candidate_of(const Pedigree& pedigree, const Table<std::int32_t>& c
 
 void take_up_matings(FinishedRun& finished, FinishedRun::Planned& planned) {
   const std::string path = finished.result(finished.run.parameters.files.lst_file);
-  const Pairs pairs = read_mating_list(path);
+  const std::vector<ListedMating> list = read_mating_list(path);
   const Candidates& candidates = planned.selection.candidates;
   Table<std::int32_t> candidate(finished.pedigree.maxid, 0);
   for (std::int32_t i = 1; i <= candidates.ncands; ++i) candidate(candidates.cands(i)) = i;
-  planned.selection.nmatings = static_cast<std::int32_t>(pairs.size());
+  if (std::ssize(list) != planned.selection.nmatings) {
+    stop(printable(path) + ": " + std::to_string(list.size()) + " matings : expected the " +
+         std::to_string(planned.selection.nmatings) + " of the run");
+  }
   planned.matings.assign(1, planned.selection.nmatings);
   const Mateset mateset = planned.mateset();
   for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
-    const auto& [sire, dam] = pairs[static_cast<std::size_t>(j - 1)];
+    const auto& [sire, dam, f] = list[static_cast<std::size_t>(j - 1)];
+    planned.listed_f.push_back(f);
     mateset.male(j) = candidate_of(finished.pedigree, candidate, sire);
     mateset.female(j) = candidate_of(finished.pedigree, candidate, dam);
     if (candidates.is_male(mateset.male(j)) && candidates.is_female(mateset.female(j))) continue;
@@ -124,8 +130,7 @@ void take_up_run(const std::string& prefix, FinishedRun& finished) {
   take_up_parameters(finished);
   write_nothing(finished.run.parameters);
   take_up_pedigree(finished);
-  const bool is_planned = !finished.log.pairing.empty();
-  if (is_planned) take_up_plan(finished);
+  if (finished.log.has_plan()) take_up_plan(finished);
 }
 
 MatesetValue value_of(FinishedRun& finished, Mateset mateset) {

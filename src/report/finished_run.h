@@ -38,7 +38,8 @@ struct FinishedRun {
   struct Planned {
     Relationship relationship;
     Selection selection;
-    MatesetTable matings;  // one mateset, in the order of the mating list
+    MatesetTable matings;          // one mateset, in the order of the mating list
+    std::vector<double> listed_f;  // of the offspring, as that tells it
     MatesetValue value;
 
     Mateset mateset() { return matings(1); }

@@ -63,7 +63,7 @@ ReportedSearch reported_search(const FinishedRun& finished) {
   search.rows = read_convergence(finished.run.parameters.files, finished.prefix);
   search.restarts = finished.log.restarts;
   for (const SearchRow& row : search.rows) {
-    if (row.generation == 0 || row.best != search.rows.back().best) continue;
+    if (row.best != search.rows.back().best) continue;
     search.found = row.generation;
     break;
   }
@@ -121,6 +121,19 @@ Making reported_making(const FinishedRun& finished) {
   return making;
 }
 
+// Numbers alone tell the names of another herd, too.
+void remark_on_names(const FinishedRun& finished, const Names& names, std::string& told) {
+  const Pedigree& pedigree = finished.pedigree;
+  std::int64_t named = 0;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i)
+    named += !names.identifier(pedigree.oldped(i, 1)).empty();
+  if (names.count() == named && (named == 0 || named == pedigree.maxid)) return;
+  told += "The names file has " + std::to_string(named) + " of the " +
+          std::to_string(pedigree.maxid) + " animals of the data, and " +
+          std::to_string(names.count() - named) +
+          " others : it may be another herd's, and then all names here are wrong\n";
+}
+
 std::string title_of(const FinishedRun& finished) {
   std::string name(adjustl_trim(finished.run.parameters.data.datafile));
   name = name.substr(name.find_last_of('/') + 1);
@@ -152,6 +165,7 @@ Reported report_on(FinishedRun& finished, const Names& names, const GivenList* g
     report.plan = reported_plan(finished, animals);
     report.candidates = reported_candidates(finished, reported.population, animals);
   }
+  remark_on_names(finished, names, finished.told);
   report.warnings = warnings_of(finished, report, animals);
   if (given != nullptr) {
     if (!report.has_plan) stop(finished.log.path + ": a run without matings : nothing to compare");

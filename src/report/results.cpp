@@ -71,18 +71,23 @@ LogOfRun read_log(const FileNames& names, const std::string& prefix) {
   return log;
 }
 
-Pairs read_mating_list(const std::string& path) {
-  Pairs pairs;
+std::vector<ListedMating> read_mating_list(const std::string& path) {
+  std::vector<ListedMating> matings;
   std::int64_t number = 0;
   const int status = for_each_line(path, [&](std::string_view line) {
     if (++number == 1) return;  // the headings
-    std::int32_t sire = 0, dam = 0;
-    if (read_list(line, sire, dam) != 0)
+    ListedMating mating;
+    std::int32_t nth = 0, nth_of_male = 0, nth_of_female = 0;
+    double merit = 0.0;
+    if (read_list(line, mating.sire, mating.dam) != 0)
       refuse(path + ":" + std::to_string(number), "no mating : expected sire and dam");
-    pairs.emplace_back(sire, dam);
+    if (read_list(line, mating.sire, mating.dam, nth, nth_of_male, nth_of_female, merit,
+                  mating.f) != 0)
+      mating.f = kNaN;  // a merit that its column does not hold
+    matings.push_back(mating);
   });
   if (status != 0) refuse(path, error_text(status));
-  return pairs;
+  return matings;
 }
 
 std::vector<SearchRow> read_convergence(const FileNames& names, const std::string& prefix) {

@@ -17,15 +17,20 @@ struct LogOfRun {
   std::string program, started;  // as in its first lines
   std::string pairing;           // "mai" or "random"; "" when nothing was paired
   std::vector<std::int32_t> restarts;
+  bool has_plan() const { return !pairing.empty(); }
 };
 
 // Finds and reads the log behind `prefix`. Stops when there is none, or it is no run's that ended.
 LogOfRun read_log(const FileNames& names, const std::string& prefix);
 
-// Sires and dams of the mating list at `path`, by their identifiers in the data file, line by line.
-// Stops when a line is none of a mating list.
-using Pairs = std::vector<std::pair<std::int32_t, std::int32_t>>;
-Pairs read_mating_list(const std::string& path);
+// By identifiers in the data file.
+struct ListedMating {
+  std::int32_t sire = 0, dam = 0;
+  double f = kNaN;  // of the offspring, five decimals
+};
+
+// The mating list at `path`, line by line. Stops when a line is none of a mating list.
+std::vector<ListedMating> read_mating_list(const std::string& path);
 
 // The two files of convergence. A file or a line that cannot be read is left out.
 std::vector<SearchRow> read_convergence(const FileNames& names, const std::string& prefix);

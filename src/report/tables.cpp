@@ -4,6 +4,8 @@
 #include <map>
 #include <span>
 
+#include "report/animal_list.h"
+
 namespace qob {
 namespace {
 
@@ -49,8 +51,7 @@ class Sources {
     return known.empty() ? std::to_string(number(i)) : std::string(known);
   }
   Cell name(std::int64_t i) const {
-    return std::string(of_.names.count() > 0 ? of_.names.name(number(i))
-                                             : pedigree().txt(i).trimmed());
+    return name_of(pedigree(), of_.names, static_cast<std::int32_t>(i));
   }
   Cell sex(std::int64_t i) const { return sex_cell(pedigree().sex(i)); }
   Cell birth_time(std::int64_t i) const {

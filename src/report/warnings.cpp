@@ -43,6 +43,7 @@ class Warner {
   void of_unknown_parents();
   void of_close_relatives();
   void of_brothers();
+  void of_undated_parents();
   void of_unfinished_time();
   void of_regression();
   void told();
@@ -66,18 +67,30 @@ void Warner::of_rate() {
   if (plan.ne < kLeastSize) add("ne", true).values = {{"ne", plan.ne}, {"limit", kLeastSize}};
 }
 
-// The files tell the best plan's merit and relationship with six digits.
+// The value depends on the merit of all candidates, the inbreeding of matings on who has whom.
 void Warner::of_changed_results() {
-  const std::vector<SearchRow>& rows = report_.search.rows;
-  if (rows.empty()) return;
-  const auto differs = [](double told, double now) {
-    return std::abs(told - now) > kSameText * std::max(std::abs(told), 1.0e-3);
+  std::string text;
+  const auto compare = [&](std::string_view what, double told, double now) {
+    if (!(std::abs(told - now) > kSameText * std::max(std::abs(told), 1.0e-3))) return;
+    text.append(text.empty() ? "" : ", ").append(what);
   };
   const PlanValue& value = report_.plan.value;
-  std::string text;
-  if (differs(rows.back().merit, value.merit)) text += "merit";
-  if (differs(rows.back().relationship, value.relationship))
-    text.append(text.empty() ? "" : ", ").append("relationship");
+  if (!report_.search.rows.empty()) {
+    const SearchRow& best = report_.search.rows.back();
+    compare("value", best.best, value.fitness);
+    compare("merit", best.merit, value.merit);
+    compare("relationship", best.relationship, value.relationship);
+  }
+  double told = 0.0, now = 0.0;
+  const std::vector<ReportedMating>& matings = report_.plan.matings;
+  for (std::size_t j = 0; j < matings.size(); ++j) {
+    const double listed = finished_.planned->listed_f[j];
+    if (!(std::abs(listed - matings[j].f) > std::abs(told - now))) continue;
+    told = listed;
+    now = matings[j].f;
+  }
+  if (std::abs(told - now) > kSameText)
+    text.append(text.empty() ? "" : ", ").append("inbreeding of matings");
   if (!text.empty()) add("changed", true).text = text;
 }
 
@@ -143,6 +156,22 @@ void Warner::of_brothers() {
   warning.animals = {animals_.place(a), animals_.place(b)};
 }
 
+// Parents of unknown age, whom the generation interval takes for thousands of time steps old.
+void Warner::of_undated_parents() {
+  const Pedigree& pedigree = finished_.pedigree;
+  double parentages = 0.0, undated = 0.0;
+  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
+    if (pedigree.btime(i) != report_.plan.last_birth_time) continue;
+    for (const std::int32_t parent : {pedigree.sire(i), pedigree.dam(i)}) {
+      if (parent == 0) continue;
+      parentages += 1.0;
+      if (!birth_time_is_known(pedigree.btime(parent))) undated += 1.0;
+    }
+  }
+  if (undated == 0.0) return;
+  add("undated_parents", true).values = {{"undated", undated}, {"parentages", parentages}};
+}
+
 // Few animals in the last time step, compared with those before it: more may be on their way.
 void Warner::of_unfinished_time() {
   const std::vector<TrendRow>& trend = report_.population.trend;
@@ -155,7 +184,7 @@ void Warner::of_unfinished_time() {
   const TrendRow& last = trend.back();
   if (static_cast<double>(last.animals) >= kUnfinished * usual) return;
   const TrendRow& to = trend[trend.size() - 2];
-  const double interval = std::max(std::round(report_.population.interval), 1.0);
+  const double interval = std::max(1.0, std::round(report_.population.interval));  // 1 for none
   double rate = kNaN;
   double from = kNaN;
   for (const TrendRow& row : trend) {
@@ -196,6 +225,7 @@ void Warner::told() {
 void Warner::of_plan() {
   of_changed_results();
   of_rate();
+  of_undated_parents();
   of_unknown_parents();
   of_close_relatives();
   of_brothers();

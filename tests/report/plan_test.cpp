@@ -98,7 +98,10 @@ TEST_F(SelectionTest, NoExchangeIsBetterThanWhatIsSaidToBeLacking) {
     set_candidates(std::vector<int>(6, 9), std::vector<int>(9, 2), 8, unit);
     draw_data(data);
     objective.criterion = static_cast<Criterion>(seed % 3);
-    objective.constraint = data.uni();
+    const bool is_loose = seed % 2 == 0;  // a constraint that no plan comes near
+    objective.constraint = data.uni() + (is_loose ? 100.0 : 0.0);
+    const bool only_merit_counts = objective.criterion == Criterion::kMerit ||
+                                   (objective.criterion == Criterion::kConstraint && is_loose);
     Rows rows;
     for (int j = 0; j < 8; ++j)
       rows.emplace_back(1 + j / unit % 2, candidates.nmcands + 1 + j % (2 + seed % 3));
@@ -124,6 +127,7 @@ TEST_F(SelectionTest, NoExchangeIsBetterThanWhatIsSaidToBeLacking) {
       }
       EXPECT_NEAR(choice.value, std::max(least, 0.0), 1e-9) << seed << " " << i;
       EXPECT_EQ(choice.lack == Lack::kNothing, least <= 1e-12);
+      EXPECT_TRUE(!only_merit_counts || least <= 1e-9 || choice.lack == Lack::kMerit);
     }
   }
 }

@@ -13,7 +13,7 @@ export function beside(result: Result, plan: Plan, given: Given): HTMLElement {
   matings.append(matingsTable(result, given.matings, "given_matings.csv"));
   return group(words.GIVEN_TITLE,
     h("p", {}, words.givenLead(given.file), given.matings.length !== plan.matings.length && ` ${words.givenFewer(given.matings.length, plan.matings.length)}`),
-    plain(words.GIVEN_TITLE, words.GIVEN_COLUMNS, rows(plan, given)),
+    h("div", { class: "wrapped" }, plain(words.GIVEN_TITLE, words.GIVEN_COLUMNS, rows(plan, given))),
     note(words.FITNESS_NOTE),
     faults.length ? h("div", { class: "warning serious" }, h("p", {}, words.GIVEN_FAULTS), h("ul", {}, faults)) : h("p", {}, words.GIVEN_SOUND),
     matings);

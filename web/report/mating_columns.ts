@@ -28,20 +28,23 @@ type Merits = ReadonlyMap<number, number>;
 /** Merits of the candidates by their place among the animals. */
 const meritsOf = (result: Result): Merits => new Map(result.candidates.map((each) => [each.animal, each.merit]));
 
-/** How a table shows the plan: merits of the parents, and their names. */
-export interface Shown { result: Result; merits: Merits; names: Naming; decimals: number }
+/** How a table shows the plan: merits of the parents, their names and the length of the longest. */
+export interface Shown { result: Result; merits: Merits; names: Naming; decimals: number; longest: number }
 
 export const shownOf = (result: Result): Shown =>
-  ({ result, merits: meritsOf(result), names: naming(result), decimals: meritDecimals(result.candidates) });
+  ({ result, merits: meritsOf(result), names: naming(result), decimals: meritDecimals(result.candidates), longest: longestName(result) });
+
+const longestName = ({ animals }: Result) => animals.reduce((most, { name }) => Math.max(most, name.length), 0);
+const ONE_LINE = 24;  // characters of a name
 
 type Parent = "sire" | "dam";
 
 /** Who a parent is. */
-export function whoColumns({ result, names }: Shown, of: Parent): Column<Mated>[] {
+export function whoColumns({ result, names, longest }: Shown, of: Parent): Column<Mated>[] {
   const who = (mating: Mated) => animal(result, mating[of]);
   const id = column(of, of === "sire" ? words.SIRE : words.DAM, { value: (row) => who(row).id, show: (row) => names.id(who(row)) });
-  const name = column(`${of}_name`, of === "sire" ? words.SIRE_NAME : words.DAM_NAME, { value: (row) => who(row).name, wrap: true });
-  return result.animals.some(({ name }) => name !== "") ? [id, name] : [id];
+  const name = column(`${of}_name`, of === "sire" ? words.SIRE_NAME : words.DAM_NAME, { value: (row) => who(row).name, wrap: longest > ONE_LINE });
+  return longest > 0 ? [id, name] : [id];
 }
 
 /** What a parent is worth. */

@@ -22,7 +22,7 @@ const SHEETS = 1.5;
 function views(result: Result, plan: Plan): HTMLElement {
   const all = [
     { name: words.BY_SIRE, box: h("div"), make: () => sheets(result, plan) },
-    { name: words.ALL, box: h("div"), make: () => matingsTable(result, plan.matings, "matings.csv", plan) },
+    { name: words.ALL, box: h("div", { class: "pairs" }), make: () => matingsTable(result, plan.matings, "matings.csv", plan) },
   ];
   const buttons = all.map(({ name }, i) => h("button", { type: "button", onclick: () => show(i) }, name));
   function show(which: number): void {

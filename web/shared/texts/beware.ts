@@ -38,6 +38,11 @@ export const warnings: Record<string, (told: Told) => Words> = {
       some(told, "chosen_males", "male", "males", "male_matings"), some(told, "chosen_females", "female", "females", "female_matings"),
     )}. ${told.percent("genes")} of the genes of the offspring come from parents that nobody knows. They count as related to nobody, so the plan favours these animals, and the true inbreeding may be higher than the figures say. Find out the parents, or leave out candidates of incomplete pedigree (--min-completeness).`,
   }),
+  undated_parents: (told) => ({
+    brief: "some parents of the youngest animals have no birth time, so rate and effective size are wrong",
+    title: "Parents without a birth time",
+    text: `${told.count("undated")} of ${counted(told.count("parentages"), "parentage", "parentages")} of the youngest animals are by parents whose birth time is not known. They count as born thousands of time steps ago: the generation interval, the rate of inbreeding and the effective size of the plan are wrong by that. Add these parents to the herd book with their birth.`,
+  }),
   unfinished_last_time: (told) => ({
     brief: "the last birth time is not finished, so the rate of inbreeding has no firm base",
     title: "The last birth time is not complete",

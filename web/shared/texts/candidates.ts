@@ -8,7 +8,7 @@ export const picture = {
   title: "Merit and relationship of the candidates",
   description: (males: string, females: string) =>
     `Chosen: ${males} (squares) and ${females} (circles), the larger the more matings. Point at one to read who it is; the table below tells the same of all.`,
-  binned: (n: string) => `The ${n} candidates that were not chosen are too many to be drawn one by one: hexagons count them: the stronger their colour, the more. The pointer still finds each.`,
+  binned: (n: string) => `The ${n} candidates that were not chosen are too many to be drawn one by one; hexagons count them, the stronger their colour the more. The pointer still finds each.`,
   x: "mean relationship",
   to_others: {
     name: "Related to the others chosen", axis: "mean relationship to the others chosen, percent →",

@@ -32,7 +32,7 @@ export const OFFSPRING_VF = ["vF", "Mendelian sampling variance of the offspring
 export const parentColumn = (of: "sire" | "dam") => ({
   merit: [`${of === "sire" ? "Sire" : "Dam"} merit`, `Merit (breeding value) of the ${of}`] as const,
   f: [`${of === "sire" ? "Sire" : "Dam"} F\u00a0%`, `Inbreeding of the ${of}`] as const,
-  completeness: ["Complete\u00a0%", `Completeness of the pedigree of the ${of}: how much of its ancestry is known`] as const,
+  completeness: ["Complete %", `Completeness of the pedigree of the ${of}: how much of its ancestry is known`] as const,
 });
 export const OTHERS = ["Other chosen males (F\u00a0%)", "Chosen males with which the offspring of this female would be least inbred"] as const;
 export const other = (called: string, f: number) => `${called} (${fixed(f * 100, 2)})`;
