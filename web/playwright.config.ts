@@ -14,7 +14,7 @@ export default defineConfig({
   globalSetup: "./tests/runs.ts",
   fullyParallel: true,
   workers: 2,
-  timeout: 60_000,
+  timeout: 120_000,
   reporter: "list",
   use: {
     offline: true,
