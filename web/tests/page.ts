@@ -59,7 +59,7 @@ export async function lookThrough(page: Page): Promise<void> {
   await page.evaluate(async () => {
     for (let y = 0; y < document.documentElement.scrollHeight; y += 600) {
       scrollTo(0, y);
-      await new Promise(requestAnimationFrame);
+      await Promise.race([new Promise(requestAnimationFrame), new Promise((next) => setTimeout(next, 1000))]);  // a busy machine may owe a frame
     }
     scrollTo(0, 0);
   });
