@@ -58,13 +58,17 @@ class Warner {
   std::vector<Warning> list_;
 };
 
+// A rate without a firm base is known, and no more.
 void Warner::of_rate() {
+  const bool is_firm = std::none_of(list_.begin(), list_.end(), [](const Warning& one) {
+    return one.kind == "unfinished_last_time";
+  });
   const ReportedPlan& plan = report_.plan;
   const double rate = plan.value.rate;
   if (rate > plan.constraint)
     add("constraint", true).values = {{"rate", rate}, {"constraint", plan.constraint}};
-  if (rate > kLargestRate) add("rate", true).values = {{"rate", rate}, {"limit", kLargestRate}};
-  if (plan.ne < kLeastSize) add("ne", true).values = {{"ne", plan.ne}, {"limit", kLeastSize}};
+  if (rate > kLargestRate) add("rate", is_firm).values = {{"rate", rate}, {"limit", kLargestRate}};
+  if (plan.ne < kLeastSize) add("ne", is_firm).values = {{"ne", plan.ne}, {"limit", kLeastSize}};
 }
 
 // The value depends on the merit of all candidates, the inbreeding of matings on who has whom.
@@ -233,8 +237,8 @@ void Warner::of_plan() {
 }
 
 std::vector<Warning> Warner::all() {
-  if (finished_.planned) of_plan();
   of_unfinished_time();
+  if (finished_.planned) of_plan();
   of_regression();
   told();
   std::stable_sort(list_.begin(), list_.end(),

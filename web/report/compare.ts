@@ -5,6 +5,7 @@ import { count, fixed, NONE, percent } from "../shared/format.js";
 import { plain, table, type Column } from "../shared/table.js";
 import * as candidate_words from "../shared/texts/candidates.js";
 import * as words from "../shared/texts/compare.js";
+import { once } from "./beware.js";
 import { meritDecimals } from "./candidates.js";
 import { choices, planned, type Choice, type Planned } from "./choices.js";
 import { choose } from "./choose.js";
@@ -39,7 +40,7 @@ function figures(plans: readonly Planned[]): HTMLElement {
       row(names.rate, ({ value }) => percent(value.rate)),
       row(names.ne, ({ ne }) => (Number.isFinite(ne) ? fixed(ne, 1) : NONE)),
       row(names.unknown_genes, ({ unknown_genes }) => percent(unknown_genes, 1)),
-      row(names.warnings, (_, { result }) => count(result.warnings.filter(({ serious }) => serious).length)),
+      row(names.warnings, (_, { result }) => count(once(result.warnings).filter(({ serious }) => serious).length)),
     ])),
     note(names.note));
 }

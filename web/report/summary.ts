@@ -66,7 +66,8 @@ function populated({ population: of }: Result): Child[] {
 }
 
 function beware(result: Result): Child[] {
-  const serious = once(result.warnings).filter((warning) => warning.serious);
+  // Without a plan the population's own trend is what there is to beware of.
+  const serious = once(result.warnings).filter(({ serious, text }) => serious || (!result.plan && text === ""));
   const brief = [...new Set(serious.map((warning) => said(warning, result).brief))];
   if (brief.length === 0) return [words.SOUND];
   return [h("strong", {}, words.BEWARE), brief.join("; "), ". ", link("beware", words.DETAILS), "."];

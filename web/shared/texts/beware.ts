@@ -30,6 +30,8 @@ const some = (told: Told, name: string, one: string, more: string, matings?: str
     : "";
 const listed = (...parts: string[]) => parts.filter(Boolean).join(", ").replace(/, ([^,]*)$/, " and $1");
 
+const measure = (told: Told) => (told.has("by_inbreeding") && told.count("by_inbreeding") === "0" ? "coancestry" : "inbreeding");
+
 export const warnings: Record<string, (told: Told) => Words> = {
   unknown_parents: (told) => ({
     brief: `some of the chosen have unknown parents (${told.percent("genes")} of the genes of the offspring come from them)`,
@@ -90,9 +92,9 @@ export const warnings: Record<string, (told: Told) => Words> = {
     text: "The search used relationships from a file (from markers, for example), not those of the pedigree. Inbreeding and kinship of the population in this report are those of the pedigree.",
   }),
   regression_rate: (told) => ({
-    brief: `inbreeding has been rising by more than ${told.percent("limit")} a generation`,
-    title: "Inbreeding has risen fast",
-    text: `By the population's own ${told.has("by_inbreeding") && told.count("by_inbreeding") === "0" ? "coancestry" : "inbreeding"} over its birth times, it rises by ${told.percent("rate")} a generation${
+    brief: `${measure(told)} has been rising by more than ${told.percent("limit")} a generation`,
+    title: `${measure(told) === "coancestry" ? "Coancestry" : "Inbreeding"} has risen fast`,
+    text: `Over the population's birth times ${measure(told)} rises by ${told.percent("rate")} a generation${
       told.has("ne") ? `, an effective size of ${told.number("ne")}` : ""}. At most ${told.percent("limit")} is usually thought safe (FAO 1998).`,
   }),
   regression_ne: (told) => ({
