@@ -1,5 +1,6 @@
 #include "driver/report_inputs.h"
 
+#include <nettle/base16.h>
 #include <nettle/sha2.h>
 
 #include <algorithm>
@@ -105,22 +106,12 @@ std::vector<OneKind> by_kind(const Sheet& sheet) {
   return kinds;
 }
 
-using Digest = std::array<std::uint8_t, SHA256_DIGEST_SIZE>;
-
-Digest digest_of(sha256_ctx& sum) {
-  Digest digest;
+std::string digits_of(sha256_ctx& sum) {
+  std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest;
   sha256_digest(&sum, digest.size(), digest.data());
-  return digest;
-}
-
-std::string hexadecimal(const Digest& digest) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string text;
-  for (const std::uint8_t byte : digest) {
-    text.push_back(kDigits[byte >> 4U]);
-    text.push_back(kDigits[byte & 15U]);
-  }
-  return text;
+  std::string digits(BASE16_ENCODE_LENGTH(digest.size()), ' ');
+  base16_encode_update(digits.data(), digest.size(), digest.data());
+  return digits;
 }
 
 void add_checksum(MadeFile& file) {
@@ -135,7 +126,7 @@ void add_checksum(MadeFile& file) {
     sha256_update(&sum, static_cast<std::size_t>(count), bytes);
   if (count < 0) return;
   file.bytes = source->size();
-  file.sha256 = hexadecimal(digest_of(sum));
+  file.sha256 = digits_of(sum);
 }
 
 }  // namespace

@@ -21,7 +21,6 @@
 #include "report/page.h"
 #include "report/reporting.h"
 #include "system/clock.h"
-#include "system/paths.h"
 #include "system/process.h"
 
 namespace qob {
@@ -47,7 +46,8 @@ void add_prepared(const std::string& faults_file, Report& report) {
 // The core's own messages tell of a data file as of one that is seen for the first time, and of a
 // log that is not written here.
 void stop_at_other_data(std::string_view text, int status) {
-  const bool is_of_core = text.starts_with(' ') || text.starts_with("ERROR");
+  const bool is_of_core = (text.starts_with(' ') || text.starts_with("ERROR")) &&
+                          text.find("memory") == std::string_view::npos;
   end_process(
       is_of_core
           ? printable(adjustl_trim(text)) +
@@ -102,21 +102,14 @@ void write_tables_of(const Source& source, const Reported& reported,
 // What must not be written over.
 Outputs outputs_of(const Source& source, const ReportArguments& arguments) {
   const FinishedRun& run = source.run;
-  const Parameters& p = run.run.parameters;
-  const std::string& folder = run.run.files.folder;
-  Outputs outputs{entries_of(folder.empty() ? "." : folder.substr(0, folder.size() - 1), ".prm"),
-                  arguments.force};
+  const Parameters& p = run.as_run;
+  Outputs outputs{run.parameter_files(), arguments.force};
   for (const std::string& file :
        {run.input(p.data.datafile), run.input(p.relationship.gfile), run.log.path,
         source.names_file, source.faults_file, arguments.given}) {
     if (!file.empty()) outputs.inputs.push_back(file);
   }
-  const FileNames& names = p.files;
-  for (const auto* name :
-       {&names.lst_file, &names.candfile, &names.male_file, &names.fsummaryfile, &names.fcoefffile,
-        &names.gcfile, &names.maxgcfile, &names.cnv1_file, &names.cnv2_file}) {
-    outputs.inputs.push_back(run.result(*name));
-  }
+  for (const std::string& file : run.results()) outputs.inputs.push_back(file);
   return outputs;
 }
 

@@ -9,6 +9,7 @@
 #include "ocs/qobocs.h"
 #include "ocs/remarks.h"
 #include "pedigree/qobreadrecode.h"
+#include "system/paths.h"
 #include "system/process.h"
 
 namespace qob {
@@ -122,12 +123,28 @@ void take_up_plan(FinishedRun& finished) {
 
 }  // namespace
 
+std::vector<std::string> FinishedRun::results() const {
+  const FileNames& names = run.parameters.files;
+  std::vector<std::string> paths;
+  for (const auto* name :
+       {&names.lst_file, &names.candfile, &names.male_file, &names.fsummaryfile, &names.fcoefffile,
+        &names.gcfile, &names.maxgcfile, &names.cnv1_file, &names.cnv2_file})
+    paths.push_back(result(*name));
+  return paths;
+}
+
+std::vector<std::string> FinishedRun::parameter_files() const {
+  const std::string& folder = run.files.folder;
+  return entries_of(folder.empty() ? "." : folder.substr(0, folder.size() - 1), ".prm");
+}
+
 void take_up_run(const std::string& prefix, FinishedRun& finished) {
   finished.prefix = prefix;
   finished.log = read_log(finished.run.parameters.files, prefix);
   finished.run.journal.units.err.open_memory(&finished.told);
   start_watches(finished.run.journal.watches);
   take_up_parameters(finished);
+  finished.as_run = finished.run.parameters;
   write_nothing(finished.run.parameters);
   take_up_pedigree(finished);
   if (finished.log.has_plan()) take_up_plan(finished);

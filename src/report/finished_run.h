@@ -29,8 +29,9 @@ struct FinishedRun {
 
   std::string prefix;
   LogOfRun log;
-  Run run;           // its parameters; what it would tell is in `told`
-  std::string told;  // lines
+  Parameters as_run;  // as the log tells them
+  Run run;            // the same, but for files that are not to be written again
+  std::string told;   // what the run would tell, in lines
   Pedigree pedigree;
   AnimalStatistics statistics;
 
@@ -49,6 +50,9 @@ struct FinishedRun {
   // The path of a result file, of an input.
   std::string result(std::string_view name) const { return prefix + std::string(trim(name)); }
   std::string input(std::string_view name) const { return run.files.input(name); }
+  // Paths of all result files but the log, and of the parameter files beside the data.
+  std::vector<std::string> results() const;
+  std::vector<std::string> parameter_files() const;
 };
 
 // Sets it up. Stops with one message when a file is missing or does not fit the others.

@@ -8,7 +8,6 @@
 #include "report/candidates.h"
 #include "report/plan.h"
 #include "report/warnings.h"
-#include "system/paths.h"
 
 namespace qob {
 namespace {
@@ -72,8 +71,7 @@ ReportedSearch reported_search(const FinishedRun& finished) {
 }
 
 void tell_parameters(const FinishedRun& finished, Making& making) {
-  Parameters p;
-  p = finished.run.parameters;
+  Parameters p = finished.as_run;
   for (const Group& group : groups_of(p)) {
     if (group.name == group_of(p.contrib).name || group.name == group_of(p.mating).name) continue;
     for (const Key& key : group.keys)
@@ -93,20 +91,13 @@ bool is_parameter_file(const FinishedRun& finished, const std::string& path) {
 
 void tell_files(const FinishedRun& finished, Making& making) {
   const Parameters& p = finished.run.parameters;
-  const std::string& folder = finished.run.files.folder;
-  for (const std::string& path :
-       entries_of(folder.empty() ? "." : folder.substr(0, folder.size() - 1), ".prm"))
+  for (const std::string& path : finished.parameter_files())
     if (is_parameter_file(finished, path)) making.files.push_back({"parameters", path, "", 0});
   making.files.push_back({"data", finished.input(p.data.datafile), "", 0});
   if (finished.planned && !finished.planned->relationship.pedsource)
     making.files.push_back({"relationships", finished.input(p.relationship.gfile), "", 0});
-  const FileNames& names = p.files;
-  for (const Text<80>* name :
-       {&names.lst_file, &names.candfile, &names.male_file, &names.fsummaryfile, &names.fcoefffile,
-        &names.gcfile, &names.maxgcfile, &names.cnv1_file, &names.cnv2_file}) {
-    const std::string path = finished.result(*name);
+  for (const std::string& path : finished.results())
     if (InputFile::exists(path)) making.files.push_back({"result", path, "", 0});
-  }
   making.files.push_back({"result", finished.log.path, "", 0});
 }
 

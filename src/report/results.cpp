@@ -28,7 +28,7 @@ int for_each_line(const std::string& path, Action action) {
   return opened;
 }
 
-// "text-of-log DD-MM-YYYY HH:MM:SS" and the like: what stands behind the label.
+// Sets `value` to what stands behind the label. False: the line has no such label.
 bool take(std::string_view line, std::string_view label, std::string& value) {
   const std::size_t at = line.find(label);
   if (at == std::string_view::npos) return false;

@@ -193,7 +193,8 @@ void Warner::of_unfinished_time() {
   double from = kNaN;
   for (const TrendRow& row : trend) {
     if (row.birth_time > to.birth_time - interval || !(row.mean_f < 1.0)) continue;
-    rate = 1.0 - (1.0 - to.mean_f) / (1.0 - row.mean_f);
+    rate = 1.0 - std::pow((1.0 - to.mean_f) / (1.0 - row.mean_f),
+                          interval / (to.birth_time - row.birth_time));
     from = row.birth_time;
   }
   add("unfinished_last_time", true).values = {{"birth_time", last.birth_time},
