@@ -1,7 +1,7 @@
 // The matrix of chosen males by chosen females, coloured by the F of their offspring. A frame follows the
 // pointer or the arrow keys and the pair is told in words.
 
-import { fill, h, note, whenNear } from "../shared/dom.js";
+import { fill, h, note, soon } from "../shared/dom.js";
 import { csv, download } from "../shared/download.js";
 import { legend } from "../shared/plot.js";
 import { table } from "../shared/table.js";
@@ -28,7 +28,7 @@ export function matrix(result: Result, plan: Plan): HTMLElement {
 function field(result: Result, grid: Grid, told: HTMLElement): HTMLElement {
   const frame = h("div", { class: "cursor", hidden: true, style: { width: `${grid.cell}px`, height: `${grid.cell}px` } });
   const drawing = sheet(grid, frame);
-  whenNear(drawing, () => drawing.prepend(...parts(grid)));
+  soon(() => drawing.prepend(...parts(grid)));
   const box = h("div", {
     class: "scroll matrix", tabindex: 0, role: "application", "aria-label": `${words.MATRIX}. ${words.MATRIX_HELP}`,
     style: { "scroll-padding": `${grid.top}px 0 0 ${grid.left}px` },

@@ -47,18 +47,24 @@ function set(element: HTMLElement, name: string, value: Value): void {
   } else element.setAttribute(name, value === true ? "" : String(value));
 }
 
-/** Acts once, when an element comes near the window or the page is printed: what is long to make and far
- * down is made when it is wanted. */
-export function whenNear(element: Element, act: () => void): void {
-  const now = () => {
-    coming.disconnect();
-    removeEventListener("beforeprint", now);
-    act();
-  };
-  const near = (entries: readonly IntersectionObserverEntry[]) => entries.some(({ isIntersecting }) => isIntersecting) && now();
-  const coming = new IntersectionObserver(near, { rootMargin: "600px 0px" });
-  coming.observe(element);
-  addEventListener("beforeprint", now);
+const waiting: (() => void)[] = [];
+
+/** Acts once, soon after what was asked for before: whenever the page has time, or when it is printed. So
+ * a page is there at once, and is whole before a reader is far down; nothing moves beneath a pointer. */
+export function soon(act: () => void): void {
+  if (waiting.push(act) > 1) return;
+  addEventListener("beforeprint", finish, { once: true });
+  setTimeout(next);
+}
+
+function next(): void {
+  const act = waiting.shift();
+  if (waiting.length > 0) setTimeout(next);
+  act?.();
+}
+
+function finish(): void {
+  while (waiting.length > 0) waiting.shift()!();
 }
 
 /** A part of the page with its heading of the second level; it enters the table of contents. */

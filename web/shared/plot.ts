@@ -3,7 +3,7 @@
 // an import the bundle holds only what is used.
 
 import * as Plot from "@observablehq/plot";
-import { fill, h, note, whenNear, type Child } from "./dom.js";
+import { fill, h, note, soon, type Child } from "./dom.js";
 import { AS_TABLE } from "./texts/shared.js";
 import { table, type Column } from "./table.js";
 
@@ -70,7 +70,7 @@ function named(drawn: Element, title: string, description: string): Element {
   return drawn;
 }
 
-/** Draws into an element when it comes near the window or is to be printed, and when its width changes. */
+/** Draws into an element soon, and again when its width changes. */
 export function redrawn(canvas: HTMLElement, make: (width: number) => Element): void {
   let drawn = 0;
   const show = () => {
@@ -79,7 +79,7 @@ export function redrawn(canvas: HTMLElement, make: (width: number) => Element): 
     drawn = width;
     fill(canvas, make(width));
   };
-  whenNear(canvas, () => {
+  soon(() => {
     show();
     new ResizeObserver(show).observe(canvas);
   });

@@ -5,7 +5,7 @@ import {
   createTable, getCoreRowModel, getFilteredRowModel, getSortedRowModel,
   type ColumnDef, type Row, type SortingState, type Table, type TableState,
 } from "@tanstack/table-core";
-import { fill, h, whenNear, type Child } from "./dom.js";
+import { fill, h, soon, type Child } from "./dom.js";
 import { csv, download } from "./download.js";
 import { count, fixed } from "./format.js";
 import { drawAll, drawInSight } from "./rows.js";
@@ -63,7 +63,7 @@ export function table<T>(columns: readonly Column<T>[], rows: readonly T[], opti
     draw(shown.length, (i) => line(columns, shown[i]!, long, options.mark), columns.length);
   }
 
-  if (long) whenNear(box, redraw);
+  if (long) soon(redraw);
   else redraw();
   const wide = options.search ?? rows.length >= 8;
   const tools = [wide && searchBox(options.caption, (text) => model.setGlobalFilter(text)), found, options.file && saving(options.file, columns, model)];

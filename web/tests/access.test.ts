@@ -3,7 +3,7 @@
 import type { Page } from "@playwright/test";
 import axe from "axe-core";
 import { execFileSync } from "node:child_process";
-import { expect, lookThrough, open, openAll, test } from "./page.js";
+import { expect, open, openAll, test } from "./page.js";
 import { file, identifiers, table } from "./results.js";
 
 /** In the first rows of each table, as the others look alike; dark differs from light in its colours alone. */
@@ -22,7 +22,6 @@ for (const colorScheme of ["light", "dark"] as const)
       await page.emulateMedia({ colorScheme });
       await open(page, "cuvier", name);
       await openAll(page);
-      await lookThrough(page);
       expect(await violations(page, colorScheme)).toEqual([]);
       if (name === "QOB_comparison.html") return;
       await page.locator("#matings .open").first().click();
@@ -31,7 +30,6 @@ for (const colorScheme of ["light", "dark"] as const)
 
 test("the keyboard reaches all that a pointer reaches", async ({ page }) => {
   await open(page, "cuvier");
-  await lookThrough(page);
   const wanted = await page.evaluate(() => {
     const pressed = [...document.querySelectorAll<HTMLElement>("a[href], button, summary, input, .scroll, [role=application]")].filter((each) => each.checkVisibility());
     const pointed = [...document.querySelectorAll<HTMLElement>("body *")].filter((each) => getComputedStyle(each).cursor === "pointer" && each.checkVisibility());
@@ -55,7 +53,6 @@ test.describe("on a telephone", () => {
     test(`${herd}, ${name}: nothing is moved sideways but tables in their boxes`, async ({ page }) => {
       await open(page, herd, name);
       await openAll(page);
-      await lookThrough(page);
       const wide = await page.evaluate(() => ({
         page: document.documentElement.scrollWidth,
         parts: [...document.querySelectorAll("main *")].filter((each) => !each.parentElement!.closest(".scroll, .canvas, .switch") && each.checkVisibility() && each.getBoundingClientRect().right > 391).map(({ outerHTML }) => outerHTML.slice(0, 120)),

@@ -20,10 +20,14 @@ export const test = base.extend({
   },
 });
 
-/** Opens a page that the programs made. */
+/** Opens a page that the programs made, and waits until its pictures are drawn. */
 export async function open(page: Page, herd: string, name = "QOB_report.html"): Promise<void> {
   await page.goto(pathToFileURL(file(herd, name)).href);
+  await drawn(page);
 }
+
+/** Waits until all pictures that are not folded away are drawn. */
+const drawn = (page: Page) => page.waitForFunction(() => [...document.querySelectorAll(".canvas:empty")].every(({ clientWidth }) => clientWidth === 0));
 
 /** The page of a program with other data in the place of its own. */
 export function withData(herd: string, json: string): string {
@@ -52,15 +56,7 @@ export const fact = (page: Page, part: string, name: string): Promise<string> =>
   page.locator(`#${part} .fact`).filter({ has: page.locator(`dt:text-is("${name}")`) }).locator("dd").first().innerText();
 
 /** Opens all that is folded in the parts of a page. */
-export const openAll = (page: Page) => page.evaluate(() => document.querySelectorAll("details").forEach((details) => (details.open = true)));
-
-/** Scrolls from top to bottom, so that all that waits to come near is drawn. */
-export async function lookThrough(page: Page): Promise<void> {
-  await page.evaluate(async () => {
-    for (let y = 0; y < document.documentElement.scrollHeight; y += 600) {
-      scrollTo(0, y);
-      await Promise.race([new Promise(requestAnimationFrame), new Promise((next) => setTimeout(next, 1000))]);  // a busy machine may owe a frame
-    }
-    scrollTo(0, 0);
-  });
+export async function openAll(page: Page): Promise<void> {
+  await page.evaluate(() => document.querySelectorAll("details").forEach((details) => (details.open = true)));
+  await drawn(page);
 }

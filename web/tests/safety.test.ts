@@ -1,7 +1,7 @@
 // Texts of a herd stay texts, the page asks for nothing, and data that it cannot show are told in words.
 
 import { readFileSync, writeFileSync } from "node:fs";
-import { expect, lookThrough, open, openAll, rows, saved, test, withData } from "./page.js";
+import { expect, open, openAll, rows, saved, test, withData } from "./page.js";
 import { file, fromCsv } from "./results.js";
 import { HOSTILE } from "./runs.js";
 
@@ -11,7 +11,6 @@ for (const [herd, name] of PAGES)
   test(`${herd}, ${name}: complete, without network and without a fault`, async ({ page }) => {
     await open(page, herd, name);
     await openAll(page);
-    await lookThrough(page);
     await expect(page.locator(".canvas:empty")).toHaveCount(0);
     const parts = name === "QOB_comparison.html" ? ["compare"] : name === "none_report.html" ? ["summary", "population", "beware", "made"] : ["summary", "matings", "candidates", "population", "search", "beware", "made"];
     expect(await page.locator("main > section").evaluateAll((all) => all.map(({ id }) => id))).toEqual(parts);
@@ -23,7 +22,6 @@ for (const [herd, name] of PAGES)
 test("a hostile herd becomes text and nothing else", async ({ page }) => {
   await open(page, "hostile");
   await openAll(page);
-  await lookThrough(page);
   await page.getByRole("button", { name: "All in one table" }).click();
   const candidates = fromCsv((await saved(page.locator("#candidates .table").getByRole("button", { name: "Save as CSV" }))).text);
   expect(candidates.map((row) => row.get("animal")).sort()).toEqual(HOSTILE.map((id, i) => `${id} ${HOSTILE[(i + 5) % HOSTILE.length]}`).sort());
