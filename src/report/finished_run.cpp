@@ -155,11 +155,7 @@ MatesetValue value_of(FinishedRun& finished, Mateset mateset) {
   const Problem problem{planned.selection, planned.relationship,
                         objective_of(finished.run.parameters.ocs, planned.selection.goal)};
   RowCache rows(planned.relationship, planned.selection.candidates);
-  Standing standing;
-  standing.best_value.fitness = std::numeric_limits<double>::infinity();  // none is above it
-  MatesetValue value;
-  Evaluator(problem, standing, rows, finished.run.journal).evaluation(mateset, value);
-  return value;
+  return value_of(problem, rows, mateset, finished.run.journal);
 }
 
 }  // namespace qob
