@@ -14,8 +14,7 @@ export default defineConfig({
   globalSetup: "./tests/runs.ts",
   fullyParallel: true,
   workers: 2,
-  timeout: 60_000,
-  retries: 1,  // a browser without a screen at times leaves a page without frames; a fault fails twice
+  timeout: 120_000,
   reporter: "list",
   use: {
     offline: true,

@@ -20,14 +20,17 @@ export const test = base.extend({
   },
 });
 
-/** Opens a page that the programs made, and waits until its pictures are drawn. */
-export async function open(page: Page, herd: string, name = "QOB_report.html"): Promise<void> {
-  await page.goto(pathToFileURL(file(herd, name)).href);
+/** Opens a page that the programs made. */
+export const load = (page: Page, herd: string, name = "QOB_report.html") => page.goto(pathToFileURL(file(herd, name)).href);
+
+/** The same, and waits until its pictures are drawn. */
+export async function open(page: Page, herd: string, name?: string): Promise<void> {
+  await load(page, herd, name);
   await drawn(page);
 }
 
 /** Waits until all pictures that are not folded away are drawn. */
-const drawn = (page: Page) => page.waitForFunction(() => [...document.querySelectorAll(".canvas:empty")].every(({ clientWidth }) => clientWidth === 0));
+export const drawn = (page: Page) => page.waitForFunction(() => [...document.querySelectorAll(".canvas:empty")].every(({ clientWidth }) => clientWidth === 0));
 
 /** The page of a program with other data in the place of its own. */
 export function withData(herd: string, json: string): string {
