@@ -21,7 +21,8 @@ std::int64_t exchange(const Problem& problem, RowCache& rows, Plan& plan, Journa
   const std::int64_t count =
       exchange_until_best(problem, greedy_weights(problem, rows), rows, changed(1));
   const MatesetValue value = value_of(problem, rows, changed(1), journal);
-  const bool repairs = !keeps_constraint(problem, plan.best_value) && keeps_constraint(problem, value);
+  const bool repairs =
+      !keeps_constraint(problem, plan.best_value) && keeps_constraint(problem, value);
   if (!value.legal || !(value.fitness > plan.best_value.fitness || repairs)) return 0;
   plan.best().copy_from(changed(1));
   plan.best_value = value;
