@@ -19,6 +19,7 @@
 #include "core/watches.h"
 #include "system/input_file.h"
 #include "system/output_file.h"
+#include "system/parallel.h"
 
 namespace qob {
 
@@ -38,6 +39,7 @@ struct Run {
   NamelistFile parameter_file;
   Journal journal;
   Files files;
+  Parallel parallel;
 };
 
 // Reads a group wherever it stands in the file. A fault stops the run with "ERROR in reading QOB
