@@ -29,7 +29,7 @@ BestPossible::BestPossible(Relaxation& relaxation, const Uses& start) : relaxati
     return Tangent{weights, plan, relaxation_.matings()};
   };
   tangents_.push_back(climb({1.0, 0.0}, 0.0));
-  const Tangent steepest = climb({0.0, -1.0}, kLittle * tangents_[0].plan.relationship);
+  const Tangent steepest = climb({0.0, -1.0}, kLittle * std::abs(tangents_[0].plan.relationship));
   tangents_.push_back(steepest);
   if (is_point()) return;
   const double scale = merit_range() / relationship_range();
