@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "analysis/pedigree_products.h"
+#include "frontier/kernels/definiteness.h"
 #include "ocs/exchanges.h"
 #include "ocs/selection_fixture.h"
 #include "support/random_pedigree.h"
@@ -193,6 +194,21 @@ TEST_F(PossibleTest, NoPlanExceedsTheBoundAndExchangesFindTheBest) {
   EXPECT_GE(by_pedigree.bound_reached, 0.75 * by_pedigree.herds);
   EXPECT_GE(by_file.best_by_greed, 0.7 * by_file.herds);
   EXPECT_GE(by_file.best_found, 0.95 * by_file.herds);
+}
+
+TEST_F(PossibleTest, WhatIsLeftWithoutOwnVariancesIsAVariance) {
+  for (int k = 0; k < 30; ++k) {
+    draw_herd(k, false);
+    const Table<double> own = own_variances(pedigree);
+    int shared = 0;
+    for (int i = 1; i <= candidates.ncands; ++i) {
+      const double variance = own(candidates.cands(i));
+      shared += variance == 0.0;
+      relate(i, i, relationship.nrm(i * (i + 1) / 2) - variance);
+    }
+    EXPECT_LT(shared, candidates.ncands) << k;
+    EXPECT_LE(shift_to_definite(relationship, candidates), 1.0e-5) << k;
+  }
 }
 
 }  // namespace
