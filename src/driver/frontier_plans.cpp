@@ -50,6 +50,7 @@ LogOfPlan read_log(const std::string& path) {
     const std::string_view value = all.substr(line + kWall.size());
     log.seconds += seconds_of(adjustl_trim(value.substr(0, value.find('\n'))));
   }
+  log.seconds = std::round(100.0 * log.seconds) / 100.0;  // the log has no more digits
   return log;
 }
 

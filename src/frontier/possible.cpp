@@ -59,7 +59,8 @@ double Possible::bound(const Objective& objective) {
 }
 
 // Of using all candidates in proportion to their mating limits.
-double Possible::relationship_of_all() const {
+double Possible::relationship_of_all() {
+  if (relationship_of_all_) return *relationship_of_all_;
   const Candidates& candidates = selection_.candidates;
   double places[2] = {0.0, 0.0};
   for (std::int32_t i = 1; i <= candidates.ncands; ++i)
@@ -67,10 +68,11 @@ double Possible::relationship_of_all() const {
   Table<double> contributions(candidates.ncands, 0.0);
   for (std::int32_t i = 1; i <= candidates.ncands; ++i)
     contributions(i) = 0.5 * candidates.max_matings(i) / places[candidates.is_male(i) ? 0 : 1];
-  return average_relationship(selection_, relationship_, contributions);
+  relationship_of_all_ = average_relationship(selection_, relationship_, contributions);
+  return *relationship_of_all_;
 }
 
-double Possible::base(const Objective& objective) const {
+double Possible::base(const Objective& objective) {
   if (objective.criterion == Criterion::kConstraint) return 0.0;
   if (objective.criterion == Criterion::kPenalty)
     return objective.w_relationship == 0.0 ? 0.0 : objective.w_relationship * relationship_of_all();

@@ -37,14 +37,15 @@ class Possible {
 
  private:
   double bound(const Objective& objective);
-  double base(const Objective& objective) const;
-  double relationship_of_all() const;
+  double base(const Objective& objective);
+  double relationship_of_all();
 
   const Selection& selection_;
   const Relationship& relationship_;
   RowCache rows_;
   std::unique_ptr<Relaxation> relaxation_;
   std::unique_ptr<BestPossible> curve_;
+  std::optional<double> relationship_of_all_;  // computed when it is first wanted
 };
 
 }  // namespace qob
