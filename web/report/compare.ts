@@ -1,5 +1,6 @@
 // Two or three plans side by side: their figures, a picture of each on the same scales, who is in which.
 
+import { choose } from "../shared/choose.js";
 import { group, h, note, part, type Child } from "../shared/dom.js";
 import { count, fixed, NONE, percent } from "../shared/format.js";
 import { plain, table, type Column } from "../shared/table.js";
@@ -8,7 +9,6 @@ import * as words from "../shared/texts/compare.js";
 import { once } from "./beware.js";
 import { meritDecimals } from "./candidates.js";
 import { choices, planned, type Choice, type Planned } from "./choices.js";
-import { choose } from "./choose.js";
 import { males, merits } from "./compare_pictures.js";
 import type { Comparison, Plan } from "./model.js";
 
