@@ -52,7 +52,7 @@ function legend({ curve, plans }: Frontier): HTMLElement {
     { name: names.chosen, colour: "var(--link)", symbol: "hollow" });
 }
 
-const FRAME = { marginTop: 34, marginRight: 18, marginBottom: 44, marginLeft: 50 };
+const FRAME = { marginTop: 34, marginRight: 18, marginBottom: 46, marginLeft: 50 };
 
 function drawn(width: number, axis: Axis, frontier: Frontier, marked: Plan, choice: Choice): Dots {
   const { plans, curve } = frontier;
@@ -64,7 +64,7 @@ function drawn(width: number, axis: Axis, frontier: Frontier, marked: Plan, choi
   const sizes = effectiveSizes(x, (rate) => positionOf(rate, axis, frontier.herd), width - FRAME.marginLeft - FRAME.marginRight);
   const svg = draw({
     width, height, ...FRAME, ...(sizes.length > 0 && { marginTop: 66 }),
-    x: { domain: x, label: words.picture[axis].axis, labelArrow: "none", labelAnchor: "right", ticks: width / 80 },
+    x: { domain: x, label: words.picture[axis].axis, labelArrow: "none", labelAnchor: "right", labelOffset: 40, ticks: width / 80 },
     y: { domain: y, label: words.picture.merit, labelArrow: "none", grid: true },
     symbol: { type: "identity" }, r: { type: "identity" },
     marks: [
@@ -142,12 +142,14 @@ function signs(plans: readonly Plan[], at: (plan: Plan) => Point): Plot.Markish 
 /** The marked plan. */
 const star = (at: Point) => Plot.dot([at], { symbol: "star", r: 6, fill: COLOUR.text, stroke: "var(--card)", strokeWidth: 1 });
 
+const MIDDLE = 0.42;  // of the scale: at its left is the room of the vertical one
+
 /** The marked plan and the herd's own goal have their names beside them, below the line and towards the middle. */
 function labels(plans: readonly Plan[], at: (plan: Plan) => Point, marked: Plan, [low, high]: readonly [number, number]): Plot.Markish {
   const own = plans.find((plan) => plan.own);
   const named = plans.filter((plan) => plan === marked || plan === own);
   return named.map((plan) => {
-    const side = at(plan)[0] > (low + high) / 2 ? { textAnchor: "end" as const, dx: -10 } : { textAnchor: "start" as const, dx: 12 };
+    const side = at(plan)[0] - low > MIDDLE * (high - low) ? { textAnchor: "end" as const, dx: -10 } : { textAnchor: "start" as const, dx: 12 };
     return Plot.text([at(plan)], { text: () => called(plan), ...side, dy: 17, fontWeight: 650, stroke: "var(--card)", strokeWidth: 4, fill: "currentColor" });
   });
 }

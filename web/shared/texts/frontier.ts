@@ -98,7 +98,7 @@ export const chosen = {
 
 export const table = {
   title: "All plans",
-  caption: "All plans",
+  caption: "Figures of all plans",
   intro: "The headings sort; a click on a plan chooses it for the picture above and the matings below.",
   columns: {
     plan: ["Plan", "What it was made for"], how: ["Found by", "Best mating first, exchanges after it, or the search"],
