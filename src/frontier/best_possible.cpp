@@ -8,8 +8,9 @@
 namespace qob {
 namespace {
 
-constexpr double kGap = 1.0e-5;  // of a tangent, as a share of the curve's range
-constexpr double kLittle = 1.0e-6;  // weight that decides between plans that are equal otherwise
+constexpr double kGap = 1.0e-5;      // of a tangent, as a share of the curve's range
+constexpr double kFineGap = 1.0e-6;  // of a single bound
+constexpr double kLittle = 1.0e-6;   // weight that decides between plans that are equal otherwise
 constexpr std::size_t kMostTangents = 500;
 
 // 0 for most merit, infinity for least relationship.
@@ -28,9 +29,9 @@ BestPossible::BestPossible(Relaxation& relaxation, const Uses& start) : relaxati
     return Tangent{weights, plan, relaxation_.matings()};
   };
   tangents_.push_back(climb({1.0, 0.0}, 0.0));
-  const Tangent steepest = climb({0.0, -1.0}, kLittle * tangents_[0].plan.relationship);
+  const Tangent steepest = climb({0.0, -1.0}, kLittle * std::abs(tangents_[0].plan.relationship));
   tangents_.push_back(steepest);
-  if (!(merit_range() > 0.0) || !(relationship_range() > 0.0)) return;
+  if (is_point()) return;
   const double scale = merit_range() / relationship_range();
   add({1.0, -kLittle * scale}, 0);
   add({kLittle, -scale}, 1);
@@ -41,6 +42,9 @@ double BestPossible::merit_range() const {
 }
 double BestPossible::relationship_range() const {
   return tangents_.front().plan.relationship - tangents_.back().plan.relationship;
+}
+bool BestPossible::is_point() const {
+  return !(merit_range() > 0.0) || !(relationship_range() > 0.0);
 }
 double BestPossible::range(const Weights& weights) const {
   return value(weights, merit_range(), -relationship_range());
@@ -57,8 +61,7 @@ void BestPossible::add(const Weights& weights, std::size_t near) {
 
 Vertex BestPossible::vertex(const Tangent& a, const Tangent& b) const {
   const Weights &p = a.weights, &q = b.weights;
-  const double determinant =
-      p.scaled_merit * q.relationship - q.scaled_merit * p.relationship;
+  const double determinant = p.scaled_merit * q.relationship - q.scaled_merit * p.relationship;
   if (determinant == 0.0) return {a.plan.scaled_merit, a.plan.relationship};
   return {(a.plan.bound * q.relationship - b.plan.bound * p.relationship) / determinant,
           (p.scaled_merit * b.plan.bound - q.scaled_merit * a.plan.bound) / determinant};
@@ -113,8 +116,7 @@ double BestPossible::bound(const Weights& weights) {
   while (near + 1 < tangents_.size() && steepness(tangents_[near + 1].weights) < steepness(weights))
     ++near;
   relaxation_.start(tangents_[near].matings);
-  const double range = value(weights, merit_range(), -relationship_range());
-  return relaxation_.climb(weights, kGap * std::abs(range)).bound;
+  return relaxation_.climb(weights, kFineGap * std::abs(range(weights))).bound;
 }
 
 double BestPossible::degrees(const RelaxedPlan& plan) const {
@@ -137,24 +139,24 @@ std::size_t BestPossible::interval(Position position, double wanted, double shar
   return i;
 }
 
-double BestPossible::most_merit(double relationship, double share) {
+double BestPossible::bound_under(double relationship, double breach, double share) {
+  double least = bound({1.0, -breach}) + breach * relationship;
   interval(&BestPossible::place, -relationship, share);
-  if (relationship < -tangents_.back().plan.bound) return -std::numeric_limits<double>::infinity();
-  double most = std::numeric_limits<double>::infinity();
   for (const Tangent& tangent : tangents_) {
     const Weights& w = tangent.weights;
-    if (w.scaled_merit <= 0.0) continue;
-    most = std::min(most, (tangent.plan.bound - w.relationship * relationship) / w.scaled_merit);
+    if (w.scaled_merit <= 0.0 || steepness(w) > breach) continue;
+    least = std::min(least, (tangent.plan.bound - w.relationship * relationship) / w.scaled_merit);
   }
-  return most;
+  return least;
 }
 
 Weights BestPossible::weights_at_relationship(double relationship, double share) {
-  return chord(interval(&BestPossible::place, -relationship, share));
+  return is_point() ? Weights{1.0, -1.0}
+                    : chord(interval(&BestPossible::place, -relationship, share));
 }
 
 Weights BestPossible::weights_at_degrees(double degrees, double share) {
-  return chord(interval(&BestPossible::degrees, degrees, share));
+  return is_point() ? Weights{1.0, -1.0} : chord(interval(&BestPossible::degrees, degrees, share));
 }
 
 }  // namespace qob

@@ -40,15 +40,19 @@ class BestPossible {
   // Adds tangents until the border stands out by no more than `share` of the curve's range.
   void trace(double share);
 
+  // Whether the plan of most merit is that of least relationship. Any weights lead to it then.
+  bool is_point() const;
   // From most merit to least relationship.
   const std::vector<Tangent>& tangents() const { return tangents_; }
   std::vector<Vertex> border() const;
 
   // The value that no plan exceeds by these weights, from a tangent of their own.
   double bound(const Weights& weights);
-  // The scaled merit that no plan of at most that average relationship exceeds; -infinity where
-  // there is none. By tangents that are added until it is known to `share` of the range.
-  double most_merit(double relationship, double share);
+  // What no plan exceeds when `breach` is taken off its scaled merit for each unit of average
+  // relationship beyond `relationship`: that is at least as much as any smaller weight of what lies
+  // beyond takes off, so that each tangent less steep than the breach bounds it. Tangents are added
+  // until the least of the bounds is known to `share` of the range.
+  double bound_under(double relationship, double breach, double share);
   // The weights at which the border has that average relationship, or the nearest it has.
   Weights weights_at_relationship(double relationship, double share);
   // The same at an angle, in degrees, between most merit (0) and least relationship (90): with

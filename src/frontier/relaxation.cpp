@@ -12,9 +12,9 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr int kStepsBetweenBounds = 50;
 constexpr std::int64_t kMostSteps = 200000;
-constexpr int kHalvings = 25;            // of the price of a mating
-constexpr double kRounding = 1.0e-12;    // of sums, beside their terms
-constexpr double kWhole = 1.0e-11;       // matings: closer to a whole number is whole
+constexpr int kHalvings = 25;          // of the price of a mating
+constexpr double kRounding = 1.0e-12;  // of sums, beside their terms
+constexpr double kWhole = 1.0e-11;     // matings: closer to a whole number is whole
 
 QOB_VECTOR_CLONES
 void add_difference(double* __restrict sum, const double* __restrict plus,
@@ -204,7 +204,8 @@ RelaxedPlan Relaxation::climb(const Weights& weights, double tolerance) {
   weigh(weights);
   sum_relationships();
   RelaxedPlan best = plan();
-  for (std::int64_t steps = 1; steps <= kMostSteps && best.bound - best.value > tolerance; ++steps) {
+  for (std::int64_t steps = 1; steps <= kMostSteps && best.bound - best.value > tolerance;
+       ++steps) {
     const Ends males = ends(kMale), females = ends(kFemale);
     const bool stepped = step(males.advantage() >= females.advantage() ? males : females);
     if (stepped && steps % kStepsBetweenBounds != 0) continue;

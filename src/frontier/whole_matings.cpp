@@ -4,7 +4,8 @@ namespace qob {
 
 Table<double> own_variances(const Pedigree& pedigree) {
   const std::int32_t n = pedigree.maxid;
-  Table<char, 0> leads_to_candidate(std::int64_t{n} + 1, 0);  // by animal: one of its descendants is
+  Table<char, 0> leads_to_candidate(std::int64_t{n} + 1,
+                                    0);  // by animal: one of its descendants is
   Table<double> own(n, 0.0);
   for (std::int32_t i = n; i >= 1; --i) {  // offspring before parents
     const std::int32_t sire = pedigree.sire(i), dam = pedigree.dam(i);

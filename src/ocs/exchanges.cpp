@@ -10,8 +10,8 @@
 namespace qob {
 namespace {
 
-constexpr std::size_t kPaired = 3000;  // single exchanges of which pairs are tried
-constexpr double kLeastGain = 1.0e-12;     // beside the value: less may be rounding
+constexpr std::size_t kPaired = 3000;   // single exchanges of which pairs are tried
+constexpr double kLeastGain = 1.0e-12;  // beside the value: less may be rounding
 
 // A unit of x that passes to y.
 struct Exchange {
@@ -135,11 +135,13 @@ class Exchanges {
   // Carries out the pair that helps most, if one does. What two exchanges gain together beyond what
   // each gains alone is at most what the two most remote of all would (Cauchy-Schwarz).
   bool exchange_a_pair() {
-    if (objective_.criterion == Criterion::kMerit) return false;  // exchanges gain alone or not at all
+    if (objective_.criterion == Criterion::kMerit)
+      return false;  // exchanges gain alone or not at all
     const std::vector<Exchange> all = best_exchanges();
     double most_together = 0.0;
     for (const auto& [x, y, change, gain] : all)
-      most_together = std::max(most_together, -weights_.relationship * plan_.interaction(x, y, x, y));
+      most_together =
+          std::max(most_together, -weights_.relationship * plan_.interaction(x, y, x, y));
     const Exchange *first = nullptr, *second = nullptr;
     const double now = weighed(plan_.worth());
     double most = least_better();

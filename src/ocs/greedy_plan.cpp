@@ -40,8 +40,8 @@ class GreedyPlan {
     for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
       if (left_[sex_of(i)] < plan_.unit(i) || !plan_.has_room(i)) continue;
       const Worth change = plan_.addition(i);
-      const double gain = weights_.scaled_merit * change.scaled_merit +
-                          weights_.relationship * change.relationship;
+      const double gain =
+          weights_.scaled_merit * change.scaled_merit + weights_.relationship * change.relationship;
       // Units of a sex differ in size only from those of the other, of which none is left out.
       if (found != 0 && !(gain > most)) continue;
       found = i;

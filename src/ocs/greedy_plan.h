@@ -23,7 +23,8 @@ Uses greedy_uses(const Problem& problem, const Weights& weights, RowCache& rows)
 bool greedy_plan(const Problem& problem, RowCache& rows, Random& random, Mateset plan);
 
 // The weights at which greedy plans come closest to the objective: its own under the penalty; under
-// the constraint those of least weight on relationship at which the plan keeps it, found by halving.
+// the constraint those of least weight on relationship at which the plan keeps it, found by
+// halving.
 Weights greedy_weights(const Problem& problem, RowCache& rows);
 
 }  // namespace qob

@@ -21,7 +21,8 @@ std::int64_t exchange(const Problem& problem, RowCache& rows, Plan& plan, Journa
   const std::int64_t count =
       exchange_until_best(problem, greedy_weights(problem, rows), rows, changed(1));
   const MatesetValue value = value_of(problem, rows, changed(1), journal);
-  const bool repairs = !keeps_constraint(problem, plan.best_value) && keeps_constraint(problem, value);
+  const bool repairs =
+      !keeps_constraint(problem, plan.best_value) && keeps_constraint(problem, value);
   if (!value.legal || !(value.fitness > plan.best_value.fitness || repairs)) return 0;
   plan.best().copy_from(changed(1));
   plan.best_value = value;
@@ -30,9 +31,10 @@ std::int64_t exchange(const Problem& problem, RowCache& rows, Plan& plan, Journa
 
 }  // namespace
 
-void exchange_on_best(const Problem& problem, Plan& plan, Journal& journal) {
+void exchange_on_best(const Problem& problem, Plan& plan, Run& run) {
   if (!plan.best_value.legal) return;  // the report stops the run
-  RowCache rows(problem.relationship, problem.selection.candidates);
+  Journal& journal = run.journal;
+  RowCache rows(problem.relationship, problem.selection.candidates, run.row_memory);
   const double before = plan.best_value.fitness;
   std::int64_t count = exchange(problem, rows, plan, journal);
   if (!keeps_constraint(problem, plan.best_value)) {

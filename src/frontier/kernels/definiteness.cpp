@@ -71,8 +71,8 @@ double shift_to_definite(const Relationship& relationship, const Candidates& can
     for (const double element : row) largest = std::max(largest, std::abs(element));
   }
   // What rounding may hide of a negative eigenvalue (Rump 2006, BIT 46:433).
-  const double hidden = 2.0 * static_cast<double>(a.size() + 2) *
-                        std::numeric_limits<double>::epsilon() * trace;
+  const double hidden =
+      2.0 * static_cast<double>(a.size() + 2) * std::numeric_limits<double>::epsilon() * trace;
   const double most = 2.0 * largest * static_cast<double>(a.size());  // enough by its row sums
   double shift = 0.0;
   while (shift < most && !has_factor(a, shift - hidden))

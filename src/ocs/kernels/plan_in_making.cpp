@@ -56,17 +56,17 @@ Worth PlanInMaking::replacement(std::int32_t x, std::int32_t y, const double* ro
   const double d = contribution(x);
   Worth change = merit_change(x, candidates_.merit(y) - candidates_.merit(x), d);
   const double squares = rows_.own()[y] + rows_.own()[x] - 2.0 * row_x[y];
-  change.relationship = relationship_change(
-      d, goal_.apv2(y) - goal_.apv2(x),
-      sum_[static_cast<std::size_t>(y)] - sum_[static_cast<std::size_t>(x)], squares,
-      goal_.last_genint);
+  change.relationship =
+      relationship_change(d, goal_.apv2(y) - goal_.apv2(x),
+                          sum_[static_cast<std::size_t>(y)] - sum_[static_cast<std::size_t>(x)],
+                          squares, goal_.last_genint);
   return change;
 }
 
 double PlanInMaking::interaction(std::int32_t x1, std::int32_t y1, std::int32_t x2,
                                  std::int32_t y2) const {
-  const double between =
-      (rows_.element(y1, y2) - rows_.element(y1, x2)) - (rows_.element(x1, y2) - rows_.element(x1, x2));
+  const double between = (rows_.element(y1, y2) - rows_.element(y1, x2)) -
+                         (rows_.element(x1, y2) - rows_.element(x1, x2));
   return 2.0 * contribution(x1) * contribution(x2) * between /
          (goal_.last_genint * goal_.last_genint);
 }

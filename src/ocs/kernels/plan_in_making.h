@@ -40,9 +40,7 @@ class PlanInMaking {
   // Rows that a candidate takes at once.
   std::int32_t unit(std::int32_t i) const { return unit_[candidates_.is_male(i) ? 0 : 1]; }
   // Whether it may have another unit.
-  bool has_room(std::int32_t i) const {
-    return candidates_.max_matings(i) - uses_(i) >= unit(i);
-  }
+  bool has_room(std::int32_t i) const { return candidates_.max_matings(i) - uses_(i) >= unit(i); }
 
   // What another unit of i changes.
   Worth addition(std::int32_t i) const;
