@@ -43,7 +43,7 @@ function columns(plans: readonly Plan[], chooser: (plan: Plan) => HTMLElement): 
     column("males", ({ males }) => males),
     column("females", ({ females }) => females),
     column("degrees", ({ degrees }) => degrees, { decimals: 0 }),
-    column("weight", ({ weight }) => weight, { show: ({ weight }) => digits(weight) }),
+    column("weight", ({ weight }) => weight, { show: ({ weight }) => words.short(weight) }),
     column("constraint", ({ constraint }) => constraint, { percent: true }),
     column("seed", ({ seed }) => seed),
     column("seconds", ({ seconds }) => seconds, { show: ({ seconds }) => digits(seconds, 2) }),

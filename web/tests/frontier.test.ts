@@ -4,7 +4,7 @@
 import type { Locator, Page } from "@playwright/test";
 import { readFileSync } from "node:fs";
 import { expect, fact, open, rows, saved, test } from "./page.js";
-import { file, fromCsv } from "./results.js";
+import { file, fromCsv, table } from "./results.js";
 
 type Mating = [sire: string | number, dam: string | number, f: number];
 interface Plan { folder: string; seed: number | null; scaled_merit: number; rate: number; relationship: number; share: number; matings: Mating[] }
@@ -29,6 +29,9 @@ async function chosen(page: Page): Promise<{ name: string; command: string; sele
   };
 }
 
+/** A cell, numbers as such, what the page calls otherwise as the file does. */
+const plain = (cell: string | undefined) => (cell && Number.isFinite(Number(cell)) ? Number(cell) : cell === "best gains" ? "greedy" : cell);
+
 /** A mating list by pairs. */
 const pairs = ({ matings }: Plan) => [...new Set(matings.map((mating) => JSON.stringify(mating.map(String))))].map((pair) => {
   const [sire, dam, f] = JSON.parse(pair) as [string, string, string];
@@ -43,7 +46,7 @@ test("figures are those of the data, and shares are rounded down", async ({ page
   await expect(page.locator("#curve")).toContainText("This plan does not keep the limit that it was made for: 1.20 % inbreeding a generation.");
   const shown = await rows(page.locator("#plans table"));
   const told = (key: string) => shown.map((row) => row.get(key));
-  expect(told("Plan")).toEqual(["weight −0.5", "own goal", "own goal, seed 1", "target 1 % a generation"]);
+  expect(told("Plan")).toEqual(["weight 0.5", "own goal", "own goal, seed 1", "target 1 % a generation"]);
   expect(told("Share, %")).toEqual(["99.99", "98.75", "98.75", "95.30"]);
   expect(told("Rate, %")).toEqual(["4.00", "−1.00", "−1.00", "1.20"]);
   expect(told("Eff. size")).toEqual(["12.5", "–", "–", "41.7"]);
@@ -51,12 +54,22 @@ test("figures are those of the data, and shares are rounded down", async ({ page
   for (const key of ["folder", "scaled_merit", "rate", "relationship", "share"] as const) expect(saves.map((row) => row.get(key))).toEqual(plans.map((plan) => String(plan[key])));
 });
 
+test("a real herd: the plans of the table and their mating lists are those of the folders", async ({ page }) => {
+  await open(page, "cuvier", "qob_frontier/frontier.html");
+  const csv = async (part: string) => fromCsv((await saved(page.locator(part).getByRole("button", { name: "Save as CSV" }))).text);
+  const [shown, written] = [await csv("#plans"), fromCsv(readFileSync(file("cuvier", "qob_frontier/frontier.csv"), "utf8"))];
+  for (const key of ["folder", "merit", "rate", "share", "males", "how"]) expect(shown.map((row) => row.get(key)).map(plain)).toEqual(written.map((row) => row.get(key)).map(plain));
+  expect(await page.locator("#curve output").innerText()).toContain("target effective size 50 (marked)");
+  const planned = table("cuvier", "qob_frontier/ne50/QOB_qob_MatingList.txt", "Sire").map((row) => `${row.get("Sire")} ${row.get("Dam")}`);
+  expect((await csv("#matings")).flatMap((row) => Array.from({ length: Number(row.get("matings")) }, () => `${row.get("sire")} ${row.get("dam")}`)).sort()).toEqual(planned.sort());
+});
+
 test("each sign stands where its figures say, on both scales", async ({ page }) => {
   await show(page);
   for (const [axis, name] of [["rate", "Rate of inbreeding"], ["relationship", "Mean relationship"]] as const) {
     await page.getByRole("button", { name, exact: true }).click();
     await expect(page.locator(".over svg")).toBeVisible();
-    const [a, b, c] = await Promise.all(["weight −0.5", "own goal:", "target"].map((words) => centre(sign(page, words))));
+    const [a, b, c] = await Promise.all(["weight 0.5", "own goal:", "target"].map((words) => centre(sign(page, words))));
     const share = (of: (plan: Plan) => number) => (of(plans[3]) - of(own)) / (of(strong) - of(own));
     expect((c![0] - b![0]) / (a![0] - b![0])).toBeCloseTo(share((plan) => plan[axis]), 2);
     expect((c![1] - b![1]) / (a![1] - b![1])).toBeCloseTo(share((plan) => plan.scaled_merit), 2);
@@ -87,7 +100,7 @@ test("a plan is chosen by pointer, by key and by row", async ({ page }) => {
   await expect(page.locator(".tip")).toContainText("target 1 % a generation");
   await page.keyboard.press("ArrowRight");
   await page.keyboard.press("Enter");
-  expect(await chosen(page)).toMatchObject({ name: "weight −0.5", selected: ["weight −0.5"], command: "cd w0.5 && qob qob.prm" });
+  expect(await chosen(page)).toMatchObject({ name: "weight 0.5", selected: ["weight 0.5"], command: "cd w0.5 && qob qob.prm" });
   expect(listed((await chosen(page)).matings)).toEqual(pairs(strong));
 
   await page.locator("#plans tbody tr").nth(3).locator("td").last().click();

@@ -65,6 +65,7 @@ function cuvier(folder: string): void {
   changed(folder, "none.prm", { resultsdirectory: "'./none_'", timesteps: "-1" });
   for (const parameters of ["qob", "loose", "strict", "none"]) run(folder, "qob", `${parameters}.prm`);
   reported(folder);
+  run(folder, "qob-frontier", "qob.prm", "--points", "5", "--target-ne", "50");  // qob_frontier/frontier.html
   run(folder, "qob-report", "./none_");
   otherPlan(folder);
   for (const json of [[], ["--json"]]) {  // QOB_comparison.html and .json, QOB_evaluation.html and .json

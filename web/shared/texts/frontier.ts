@@ -1,29 +1,30 @@
 // What a reader reads about the curve of merit against relationship and the plans beneath it.
 
-import { count, counted, digits, fixed, percent, reached } from "../format.js";
+import { count, counted, digits, fixed, NONE, percent, reached } from "../format.js";
 
 export const title = (herd: string) => `Merit and relationship: ${herd}`;
 
 const plans = (n: number) => counted(n, "plan", "plans");
 export const sd = (value: number) => `${value < 0 ? "" : "+"}${fixed(value, 3)}\u00a0sd`;
-const number = (value: number) => String(Number(value.toPrecision(6))).replace("-", "−");
+/** As people write it: 64.51, 0.005, 1e+21. */
+export const short = (value: number) => (Number.isNaN(value) ? NONE : String(Number(value.toPrecision(6))).replace("-", "−"));
 
 /** How plans are called by what was asked for. */
 export const asked = {
   own: "own goal",
-  weight: (weight: number) => `weight ${number(weight)}`,
-  constraint: (rate: number) => `at most ${number(100 * rate)}\u00a0% a generation`,
+  weight: (weight: number) => `weight ${short(weight)}`,
+  constraint: (rate: number) => `at most ${short(100 * rate)}\u00a0% a generation`,
   merit: "most merit",
   target: {
-    rate: (rate: number) => `target ${number(100 * rate)}\u00a0% a generation`,
-    ne: (size: number) => `target effective size ${number(size)}`,
-    degrees: (angle: number) => `target ${number(angle)}°`,
+    rate: (rate: number) => `target ${short(100 * rate)}\u00a0% a generation`,
+    ne: (size: number) => `target effective size ${short(size)}`,
+    degrees: (angle: number) => `target ${short(angle)}°`,
   },
-  seed: (goal: string, seed: number) => `${goal}, seed ${number(seed)}`,
+  seed: (goal: string, seed: number) => `${goal}, seed ${short(seed)}`,
 };
 
 export const how = {
-  greedy: "best first", exchanges: "exchanges", search: "search",
+  greedy: "best gains", exchanges: "exchanges", search: "search",
 };
 
 export const curve = {
@@ -67,7 +68,7 @@ export const picture = {
   limit: "target",
   impossible: "no plan can lie here",
   key: {
-    line: "best possible in whole matings", greedy: "best mating first", exchanges: "exchanges of matings", search: "search", marked: "marked plan", chosen: "chosen plan",
+    line: "best possible in whole matings", greedy: "each mating where it gains most", exchanges: "then exchanges of matings", search: "search", marked: "marked plan", chosen: "chosen plan",
   },
 };
 
@@ -101,8 +102,8 @@ export const table = {
   caption: "Figures of all plans",
   intro: "The headings sort; a click on a plan chooses it for the picture above and the matings below.",
   columns: {
-    plan: ["Plan", "What it was made for"], how: ["Found by", "Best mating first, exchanges after it, or the search"],
-    seed: ["Seed", "Of the search's random numbers"], weight: ["Weight", "Of the mean relationship; merit has the weight of the parameter file"],
+    plan: ["Plan", "What it was made for"], how: ["Found by", "Best gains: each mating where it gains most. Exchanges: and then exchanges of matings until none helps. Search: as qob searches"],
+    seed: ["Seed", "Of the search's random numbers"], weight: ["Weight", "Of relationship, against 1 of merit"],
     constraint: ["Limit, %", "Most inbreeding allowed, percent a generation"],
     merit: ["Merit", "Mean merit of the parents, as in the data"], scaled_merit: ["Merit, sd", "Above using all candidates alike, in standard deviations"],
     rate: ["Rate, %", "Rate of inbreeding a generation, percent"], effective_size: ["Eff. size", "Effective size; none where relationship falls"],
