@@ -66,7 +66,7 @@ void refuse_locked(Run& run, const std::string& path) {
 void openresultsfile(Run& run, std::string_view prefix, std::string_view name, Unit& unit,
                      OutputFile::Show show) {
   if (run.files.kept != nullptr) {
-    run.files.kept->push_back({std::string(name), ""});
+    run.files.kept->push_back({std::string(adjustl_trim(name)), ""});
     return unit.open_memory(&run.files.kept->back().lines);
   }
   Units& units = run.journal.units;
