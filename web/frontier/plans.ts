@@ -32,7 +32,7 @@ function columns(plans: readonly Plan[], chooser: (plan: Plan) => HTMLElement): 
     ({ key, title: words.table.columns[key][0], note: words.table.columns[key][1], value, ...look });
   const all = [
     column("plan", called, { show: chooser }),
-    column("how", ({ how }) => words.how[how]),
+    column("how", ({ how }) => how, { show: ({ how }) => words.how[how] }),
     column("share", ({ share }) => share, { show: ({ share }) => reached(share).replace(/\s*%$/, "") }),
     column("scaled_merit", ({ scaled_merit }) => scaled_merit, { decimals: 3 }),
     column("merit", ({ merit }) => merit, { show: ({ merit }) => digits(merit, 4) }),

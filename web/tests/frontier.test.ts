@@ -29,8 +29,7 @@ async function chosen(page: Page): Promise<{ name: string; command: string; sele
   };
 }
 
-/** A cell, numbers as such, what the page calls otherwise as the file does. */
-const plain = (cell: string | undefined) => (cell && Number.isFinite(Number(cell)) ? Number(cell) : cell === "best gains" ? "greedy" : cell);
+const plain = (cell: string | undefined) => (cell && Number.isFinite(Number(cell)) ? Number(cell) : cell);
 
 /** A mating list by pairs. */
 const pairs = ({ matings }: Plan) => [...new Set(matings.map((mating) => JSON.stringify(mating.map(String))))].map((pair) => {

@@ -6,8 +6,8 @@ export const title = (herd: string) => `Merit and relationship: ${herd}`;
 
 const plans = (n: number) => counted(n, "plan", "plans");
 export const sd = (value: number) => `${value < 0 ? "" : "+"}${fixed(value, 3)}\u00a0sd`;
-/** As people write it: 64.51, 0.005, 1e+21. */
-export const short = (value: number) => (Number.isNaN(value) ? NONE : String(Number(value.toPrecision(6))).replace("-", "−"));
+/** As people write it: 64.51, 0.005, 1,000,000. */
+export const short = (value: number) => (Number.isNaN(value) ? NONE : value.toLocaleString("en-GB", { maximumSignificantDigits: 6 }).replace("-", "−"));
 
 /** How plans are called by what was asked for. */
 export const asked = {
