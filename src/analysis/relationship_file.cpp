@@ -36,7 +36,7 @@ void RelationshipWriter::close() { closeresultsfile(units_, file_); }
 
 RelationshipReader::RelationshipReader(Run& run, const Pedigree& pedigree, Reading reading)
     : units_(run.journal.units), pedigree_(pedigree), reading_(reading), file_(kLongestLine) {
-  const std::string path = run.files.input(run.parameters.relationship.gfile);
+  const std::string path = run.files.path(run.parameters.relationship.gfile);
   file_name_ = printable(path);
   if (reading == Reading::kMatrix && !InputFile::exists(path)) {
     handle_error(units_, "ERROR Relationship File not found : ", path);

@@ -48,7 +48,7 @@ namespace {
 bool may_go(const Run& run, const std::string& path) {
   if (is_link(path) || is_folder(path) || is_standard_stream(path) || is_in_use(path)) return false;
   std::vector<std::string> used = run.files.inputs;
-  used.emplace_back(adjustl_trim(run.parameters.data.recodefile));
+  used.push_back(run.files.path(run.parameters.data.recodefile));
   return std::none_of(used.begin(), used.end(),
                       [&](const std::string& file) { return are_one_file(file, path); });
 }
@@ -91,7 +91,7 @@ void move_aside(const Run& run, const std::string& prefix, const std::string& en
 }  // namespace
 
 void renameoldresultfiles(Run& run, std::string_view prefix) {
-  const std::string p(adjustl_trim(prefix));
+  const std::string p = run.files.path(prefix);
   const std::string file = as_shell_reads(p) + "*.txt.prev";
   write_list(run.journal.units.out);
   const FolderLock no_new_results(as_shell_reads(p) + "/");  // between a look and its command

@@ -1,6 +1,7 @@
 #include "core/progress.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <utility>
 
@@ -13,13 +14,24 @@ namespace {
 
 constexpr double kPause = 0.2;  // seconds between two lines: what is quicker is not shown at all
 
+// Whether the one line is taken.
+std::atomic<bool>& is_taken() {
+  static std::atomic<bool> taken = false;
+  return taken;
+}
+
 }  // namespace
 
 Progress::Progress(std::string phase)
-    : phase_(std::move(phase)), seen_(progress_is_seen()), start_(wall_seconds()), shown_(start_) {}
+    : phase_(std::move(phase)),
+      seen_(progress_is_seen() && !is_taken().exchange(true)),
+      start_(wall_seconds()),
+      shown_(start_) {}
 
 Progress::~Progress() {
-  if (seen_) hide_progress();
+  if (!seen_) return;
+  hide_progress();
+  is_taken() = false;
 }
 
 void Progress::show_now(double share, std::string_view more) {

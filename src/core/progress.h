@@ -1,4 +1,5 @@
-// How far a long phase is, for a person who waits: nothing is shown where nobody sees it.
+// How far a long phase is, for a person who waits: nothing is shown where nobody sees it, nor of a
+// phase within another, be it in other threads.
 #pragma once
 
 #include <string>

@@ -18,9 +18,9 @@ bool is_one_of(const std::string& path, const std::vector<std::string>& files) {
 
 }  // namespace
 
-std::string Files::input(std::string_view name) const {
-  const std::string path(adjustl_trim(name));
-  return path.starts_with('/') ? path : folder + path;
+std::string Files::path(std::string_view name) const {
+  const std::string_view bare = adjustl_trim(name);
+  return bare.starts_with('/') ? std::string(bare) : folder + std::string(bare);
 }
 
 void read_group_if_given(Run& run, const Group& group) {
@@ -65,8 +65,13 @@ void refuse_locked(Run& run, const std::string& path) {
 
 void openresultsfile(Run& run, std::string_view prefix, std::string_view name, Unit& unit,
                      OutputFile::Show show) {
+  if (run.files.kept != nullptr) {
+    run.files.kept->push_back({std::string(adjustl_trim(name)), ""});
+    return unit.open_memory(&run.files.kept->back().lines);
+  }
   Units& units = run.journal.units;
-  const std::string path = std::string(adjustl_trim(prefix)) + std::string(adjustl_trim(name));
+  const std::string path =
+      run.files.path(std::string(adjustl_trim(prefix)).append(adjustl_trim(name)));
   refuse_locked(run, path);
   claim_output(run, path);
   units.take_up(unit);
@@ -82,16 +87,17 @@ void closeresultsfile(Units& units, Unit& unit) {
   handle_error(units, ErrorValue{status}, "ERROR in closing unit ", unit.number());
 }
 
-std::string copy_of_log(const FileNames& names, std::string_view prefix) {
-  return as_shell_reads(adjustl_trim(prefix)) + std::string(names.logfile.trimmed());
+std::string copy_of_log(const Run& run, std::string_view prefix) {
+  return as_shell_reads(run.files.path(prefix)) +
+         std::string(run.parameters.files.logfile.trimmed());
 }
 
 void copylogfile(Run& run, std::string_view prefix) {
-  const std::string p(adjustl_trim(prefix));
-  if (p.empty()) return;
+  if (adjustl_trim(prefix).empty()) return;
+  const std::string p = run.files.path(prefix);
   const std::string name(run.parameters.files.logfile.trimmed());
-  const std::string copy = copy_of_log(run.parameters.files, prefix);
-  if (are_same_path(copy, name)) return;
+  const std::string copy = copy_of_log(run, prefix);
+  if (are_same_path(copy, run.files.path(name))) return;
   // Another run's log is not written over; `cp` would wait for a pipe's reader, or go into a
   // folder.
   const int status = OutputFile::probe(copy);

@@ -8,6 +8,7 @@
 // result replaces another; every fault ends the run with one message, most often by handle_error.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,18 +20,26 @@
 #include "core/watches.h"
 #include "system/input_file.h"
 #include "system/output_file.h"
+#include "system/parallel.h"
 
 namespace qob {
 
+// A result in memory.
+struct KeptResult {
+  std::string name;
+  std::string lines;
+};
+
 // Files by name, so that none is written over. Inputs are known before the first output is opened.
 struct Files {
-  std::string folder;  // where names of inputs begin: "" for the working folder, else with its "/"
+  std::string folder;  // where names begin: "" for the working folder, else with its "/"
   std::vector<std::string> inputs;
   std::vector<std::string> outputs;  // of this run so far
   InputFile relationships;           // open while the file may be read, so that no run writes it
+  std::deque<KeptResult>* kept = nullptr;  // where results are written instead, if anywhere
 
-  // The path of the input of that name, which may have blanks about it.
-  std::string input(std::string_view name) const;
+  // The path of the file of that name, which may have blanks about it.
+  std::string path(std::string_view name) const;
 };
 
 struct Run {
@@ -38,6 +47,9 @@ struct Run {
   NamelistFile parameter_file;
   Journal journal;
   Files files;
+  Parallel parallel;
+  // Bytes that rows of the relationship matrix may take beside it.
+  std::size_t row_memory = std::size_t{1} << 30;
 };
 
 // Reads a group wherever it stands in the file. A fault stops the run with "ERROR in reading QOB
@@ -52,7 +64,8 @@ void claim_output(Run& run, const std::string& path);
 // Stops the run if another one uses the file, or this one does under another name.
 void refuse_locked(Run& run, const std::string& path);
 
-// Opens the result file `name` behind the results prefix, from its start. A failure stops the run.
+// Opens the result file `name` behind the results prefix, from its start, or the memory where the
+// run keeps it. A failure stops the run.
 void openresultsfile(Run& run, std::string_view prefix, std::string_view name, Unit& unit,
                      OutputFile::Show show = OutputFile::Show::kWhenComplete);
 // Closes it. A failure stops the run. Values of results that were not shown as they are are told.
@@ -65,7 +78,7 @@ bool is_result(const std::string& path);
 // replaced that no run has written.
 void renameoldresultfiles(Run& run, std::string_view prefix);
 // The name of the log's copy, as the shell reads it.
-std::string copy_of_log(const FileNames& names, std::string_view prefix);
+std::string copy_of_log(const Run& run, std::string_view prefix);
 // Copies the log to it, through the shell; nothing when the prefix is blank. A failure is told.
 void copylogfile(Run& run, std::string_view prefix);
 

@@ -8,7 +8,7 @@ namespace qob {
 namespace {
 
 StopHandler& installed_handler() {
-  static StopHandler handler = end_process;
+  thread_local StopHandler handler = end_process;
   return handler;
 }
 

@@ -12,9 +12,7 @@ namespace {
 
 constexpr std::size_t kNameWidth = 80;  // of texts that name files
 
-std::string path_of(const Run& run) {
-  return std::string(run.parameters.files.qobparmfile.trimmed());
-}
+std::string path_of(const Run& run) { return run.files.path(run.parameters.files.qobparmfile); }
 
 // Reads every group that the run will read, from a file and into parameters of its own.
 class Look {
@@ -182,9 +180,9 @@ void Look::look() {
 }
 
 // What was meant by a name that is too long for its variable.
-void take_up_whole(const NamelistFile& file, std::vector<std::string>& inputs) {
+void take_up_whole(const NamelistFile& file, Files& files) {
   for (const NamelistFile::Given& given : file.given()) {
-    if (given.is_cut()) inputs.emplace_back(adjustl_trim(given.whole));
+    if (given.is_cut()) files.inputs.push_back(files.path(given.whole));
   }
 }
 
@@ -198,12 +196,12 @@ bool know_inputs(Run& run) {
   RelationshipMatrix relationship;  // faults are told when their turn comes
   if (file.open(path_of(run)) != 0) return false;
   const bool has_data = file.read(group_of(data)) == 0;
-  take_up_whole(file, inputs);
-  inputs.emplace_back(adjustl_trim(data.datafile));
+  take_up_whole(file, run.files);
+  inputs.push_back(run.files.path(data.datafile));
   const bool has_source = file.rewind() == 0 && file.read(group_of(relationship)) == 0;
-  take_up_whole(file, inputs);
+  take_up_whole(file, run.files);
   if (!has_source || option_text(relationship.source) != "pedigree") {
-    inputs.emplace_back(adjustl_trim(relationship.gfile));
+    inputs.push_back(run.files.path(relationship.gfile));
   }
   return has_data;
 }

@@ -1,39 +1,14 @@
 #include "driver/module.h"
 
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "core/stop.h"
+#include "driver/end_of.h"
 #include "driver/run.h"
-#include "driver/uncaught.h"
 #include "system/memory/memory_files.h"
-#include "system/output_file.h"
 
 namespace {
-
-// How a run ended. It is thrown from the place where it stops, so that all it held is given back.
-struct End {
-  int status = qob::kSuccess;
-  std::string text;
-};
-
-void throw_end(std::string_view text, int status) {
-  qob::OutputFile::close_all();
-  throw End{status, std::string(text)};
-}
-
-End end_of_run(const char* parameter_file) {
-  try {
-    qob::Run run;
-    qob::run(run, {parameter_file});
-  } catch (End& end) {
-    return std::move(end);
-  } catch (...) {
-    return {qob::kFailure, qob::what_nothing_caught()};
-  }
-}
 
 std::string& end_text() {
   static std::string text;
@@ -49,8 +24,10 @@ bool qob_put_file(const char* name, const char* bytes, std::size_t size) {
 int qob_run(const char* parameter_file) {
   qob::memory_files().remove(qob::kStandardOutput);
   qob::memory_files().remove(qob::kStandardError);
-  qob::set_stop_handler(throw_end);
-  End end = end_of_run(parameter_file);
+  qob::End end = qob::end_of([&] {
+    qob::Run run;
+    qob::run(run, {parameter_file});
+  });
   end_text() = std::move(end.text);
   return end.status;
 }

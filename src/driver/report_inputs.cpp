@@ -15,6 +15,7 @@
 #include "prepare/findings.h"
 #include "prepare/words.h"
 #include "system/byte_files.h"
+#include "system/clock.h"
 #include "system/paths.h"
 
 namespace qob {
@@ -106,6 +107,8 @@ std::vector<OneKind> by_kind(const Sheet& sheet) {
   return kinds;
 }
 
+std::string two_digits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+
 std::string digits_of(sha256_ctx& sum) {
   std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest;
   sha256_digest(&sum, digest.size(), digest.data());
@@ -184,6 +187,12 @@ std::vector<Warning> prepared_findings(const std::string& faults_file) {
     warnings.push_back(std::move(warning));
   }
   return warnings;
+}
+
+std::string time_now() {
+  const LocalTime now = local_time();
+  return std::to_string(now.year) + "-" + two_digits(now.month) + "-" + two_digits(now.day) + " " +
+         two_digits(now.hour) + ":" + two_digits(now.minute) + ":" + two_digits(now.second);
 }
 
 void add_checksums(std::vector<MadeFile>& files) {

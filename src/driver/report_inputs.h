@@ -25,6 +25,9 @@ GivenList given_list(const std::string& file);
 // What qob-prepare has found in the herd book, one warning a kind with its first finding.
 std::vector<Warning> prepared_findings(const std::string& faults_file);
 
+// 2026-01-31 09:05:00
+std::string time_now();
+
 // Sizes and checksums of the files that can be read.
 void add_checksums(std::vector<MadeFile>& files);
 

@@ -20,20 +20,10 @@
 #include "report/json.h"
 #include "report/page.h"
 #include "report/reporting.h"
-#include "system/clock.h"
 #include "system/process.h"
 
 namespace qob {
 namespace {
-
-std::string two_digits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
-
-// 2026-01-31 09:05:00
-std::string time_of_report() {
-  const LocalTime now = local_time();
-  return std::to_string(now.year) + "-" + two_digits(now.month) + "-" + two_digits(now.day) + " " +
-         two_digits(now.hour) + ":" + two_digits(now.minute) + ":" + two_digits(now.second);
-}
 
 void add_prepared(const std::string& faults_file, Report& report) {
   if (faults_file.empty()) return;
@@ -82,7 +72,7 @@ void complete(const Source& source, Report& report) {
   add_prepared(source.faults_file, report);
   Making& making = report.making;
   making.program = std::string("qob-report ") + QOB_VERSION;
-  making.time = time_of_report();
+  making.time = time_now();
   if (!source.names_file.empty()) making.files.push_back({"names", source.names_file, "", 0});
   if (!source.faults_file.empty()) making.files.push_back({"faults", source.faults_file, "", 0});
   add_checksums(making.files);

@@ -62,7 +62,7 @@ void write_banner(Unit& unit, std::string_view version) {
 // What may be an input is not emptied.
 void open_log(Run& run, bool inputs_are_known) {
   Units& units = run.journal.units;
-  const std::string path(run.parameters.files.logfile.trimmed());
+  const std::string path = run.files.path(run.parameters.files.logfile);
   claim_output(run, path);
   if (!inputs_are_known && InputFile::exists(path) && !is_result(path)) {
     write_list(units.err, path, " : no run has written it, and it may be an input : ",
@@ -84,7 +84,7 @@ void open_log(Run& run, bool inputs_are_known) {
 void open_parameter_file(Run& run) {
   Units& units = run.journal.units;
   const Text<255>& name = run.parameters.files.qobparmfile;
-  const std::string path(name.trimmed());
+  const std::string path = run.files.path(name);
   if (!InputFile::exists(path)) {
     handle_error(units, "ERROR Parameter file not found : ", printable(adjustl_trim(name)));
   }
@@ -95,11 +95,11 @@ void open_parameter_file(Run& run) {
 // Takes up the copy of the log, which the run will write.
 void take_up_copy(Run& run) {
   const Parameters& p = run.parameters;
-  const std::string prefix(adjustl_trim(p.data.resultsdirectory));
-  const std::string copy = copy_of_log(p.files, prefix);
-  if (!are_one_file(copy, std::string(p.files.logfile.trimmed()))) claim_output(run, copy);
+  const std::string copy = copy_of_log(run, p.data.resultsdirectory);
+  if (!are_one_file(copy, run.files.path(p.files.logfile))) claim_output(run, copy);
   // Before anything behind the prefix changes.
-  refuse_locked(run, prefix + std::string(p.files.fsummaryfile.trimmed()));
+  refuse_locked(
+      run, run.files.path(p.data.resultsdirectory) + std::string(p.files.fsummaryfile.trimmed()));
 }
 
 void read_data_parameters(Run& run) {
@@ -117,11 +117,10 @@ void read_data_parameters(Run& run) {
   take_up_copy(run);
 }
 
+}  // namespace
+
 void start(Run& run, const Arguments& arguments) {
-  Units& units = run.journal.units;
-  units.out.open_standard_output();
-  units.err.open_standard_error();
-  write_list(units.out, "QOB initialising");
+  write_list(run.journal.units.out, "QOB initialising");
   take_arguments(run, arguments);
   start_watches(run.journal.watches);
   open_log(run, know_inputs(run));
@@ -130,17 +129,23 @@ void start(Run& run, const Arguments& arguments) {
   read_data_parameters(run);
 }
 
-// Whether OCSParameters asks for matings. Reads it, and how to search them.
 bool matings_are_wanted(Run& run) {
   Parameters& p = run.parameters;
   read_group(run, group_of(p.ocs));
   if (p.ocs.nmatings < 0) return false;
   read_group(run, group_of(p.algorithm), true);
   read_group_if_given(run, group_of(p.improvement));
+  initialize_qob(run);  // how the search is to go
   return true;
 }
 
-[[noreturn]] void finish(Run& run) {
+void plan_matings(Run& run, const Selection& selection, const Relationship& relationship) {
+  Plan plan = ocs(run, selection, relationship);  // the best set of matings
+  read_group(run, group_of(run.parameters.mating));
+  mating(run, selection, relationship, plan);  // who with whom
+}
+
+void finish(Run& run) {
   Units& units = run.journal.units;
   write_timing(run.journal);
   closeresultsfile(units, units.summary);
@@ -149,9 +154,13 @@ bool matings_are_wanted(Run& run) {
   stop("QOB ended successfully", kSuccess);
 }
 
+namespace {
+
 // The road of one animal, from a line of the data file to a line of the mating list. It ends
 // with the population's history, or with the relationships, where no more is wanted.
 void carry_out(Run& run, const Arguments& arguments) {
+  run.journal.units.out.open_standard_output();
+  run.journal.units.err.open_standard_error();
   start(run, arguments);
   Pedigree pedigree = readrecode(run);  // who there is
   renameoldresultfiles(run, run.parameters.data.resultsdirectory);
@@ -159,12 +168,9 @@ void carry_out(Run& run, const Arguments& arguments) {
   pophistory(run, pedigree);                           // what has happened to them
   const auto relationship = setup_nrm(run, pedigree);  // how the candidates are related
   if (relationship && matings_are_wanted(run)) {
-    initialize_qob(run);  // how the search is to go
     const Selection selection =
         set_up_selection(run, std::move(pedigree), *relationship);  // among whom, for what
-    Plan plan = ocs(run, selection, *relationship);                 // the best set of matings
-    read_group(run, group_of(run.parameters.mating));
-    mating(run, selection, *relationship, plan);  // who with whom
+    plan_matings(run, selection, *relationship);
   }
   finish(run);
 }

@@ -3,7 +3,9 @@
 
 #include <vector>
 
+#include "analysis/relationship.h"
 #include "core/qobtypestools.h"
+#include "ocs/selection.h"
 
 namespace qob {
 
@@ -15,5 +17,15 @@ inline constexpr const char* kOutOfMemory = "Allocation would exceed memory limi
 // Runs the job that the parameter file describes, which the first of the command's arguments names.
 // "--quiet" may stand anywhere among them. Ends by a stop, never by returning.
 [[noreturn]] void run(Run& run, const Arguments& arguments);
+
+// What a run does beside reading its herd, in this order; standard output and standard error are
+// open. Opens the log and the parameter file, and reads where the data are.
+void start(Run& run, const Arguments& arguments);
+// Whether OCSParameters asks for matings. Reads it, and how to search them, and checks both.
+bool matings_are_wanted(Run& run);
+// The plan, its pairs, and all lists of it.
+void plan_matings(Run& run, const Selection& selection, const Relationship& relationship);
+// Writes how long all took. The copy of the log is the last file that comes.
+[[noreturn]] void finish(Run& run);
 
 }  // namespace qob

@@ -16,8 +16,9 @@ namespace qob {
 
 // What a search keeps of the matrix from mateset to mateset.
 struct SearchCaches {
-  SearchCaches(const Relationship& relationship, const Candidates& candidates)
-      : rows(relationship, candidates) {}
+  SearchCaches(const Relationship& relationship, const Candidates& candidates,
+               std::size_t row_memory = RowCache::kMostBytes)
+      : rows(relationship, candidates, row_memory) {}
 
   RowCache rows;
   ParentSums sums[2];          // of relationships to the parents of a mateset, by sex

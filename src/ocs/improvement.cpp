@@ -31,9 +31,10 @@ std::int64_t exchange(const Problem& problem, RowCache& rows, Plan& plan, Journa
 
 }  // namespace
 
-void exchange_on_best(const Problem& problem, Plan& plan, Journal& journal) {
+void exchange_on_best(const Problem& problem, Plan& plan, Run& run) {
   if (!plan.best_value.legal) return;  // the report stops the run
-  RowCache rows(problem.relationship, problem.selection.candidates);
+  Journal& journal = run.journal;
+  RowCache rows(problem.relationship, problem.selection.candidates, run.row_memory);
   const double before = plan.best_value.fitness;
   std::int64_t count = exchange(problem, rows, plan, journal);
   if (!keeps_constraint(problem, plan.best_value)) {

@@ -21,7 +21,7 @@ constexpr std::int32_t kMostAnimals = std::numeric_limits<std::int32_t>::max();
 struct Reader {
   explicit Reader(Run& run)
       : parameters(run.parameters.data),
-        path(run.files.input(parameters.datafile)),
+        path(run.files.path(parameters.datafile)),
         units(run.journal.units) {}
 
   const DataParameters& parameters;
@@ -253,7 +253,7 @@ void write_recoded_ids(Run& run, const Pedigree& pedigree) {
 void openfilerecodedids(Run& run, Unit& unit) {
   Units& units = run.journal.units;
   const Text<80>& name = run.parameters.data.recodefile;
-  const std::string path(adjustl_trim(name));
+  const std::string path = run.files.path(name);
   claim_output(run, path);
   units.take_up(unit);
   const int status = unit.open_write(path, OutputFile::Show::kWhenComplete);

@@ -49,7 +49,7 @@ struct FinishedRun {
 
   // The path of a result file, of an input.
   std::string result(std::string_view name) const { return prefix + std::string(trim(name)); }
-  std::string input(std::string_view name) const { return run.files.input(name); }
+  std::string input(std::string_view name) const { return run.files.path(name); }
   // Paths of all result files but the log, and of the parameter files beside the data.
   std::vector<std::string> results() const;
   std::vector<std::string> parameter_files() const;

@@ -83,8 +83,6 @@ int OutputFile::close() {
   return status;
 }
 
-void OutputFile::close_all() { OpenFiles::close_all(); }
-
 // Without what is still in the buffer.
 void OutputFile::leave() {
   OpenFiles::all().remove(this);

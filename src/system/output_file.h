@@ -42,9 +42,6 @@ class OutputFile {
   int write(std::string_view lines);
   // Returns 0, or the system's error number when the last lines could not be written.
   int close();
-  // Closes all files that are open, when a run stops early: what was written is kept. The end of
-  // the program does it by itself.
-  static void close_all();
 
  private:
   int flush();

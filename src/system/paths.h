@@ -25,6 +25,12 @@ int make_folder(const std::string& path);
 // What a shell makes of folder/*ending: the paths of what is there, in ascending order.
 std::vector<std::string> entries_of(const std::string& folder, const std::string& ending);
 
+// The path of a file as it is called from `folder`, which is there.
+std::string path_from(const std::string& folder, const std::string& path);
+
+// Removes the file, if it is there. Returns 0 or the system's error number.
+int remove_file(const std::string& path);
+
 // Whether standard output or standard error goes to the plain file at `path`.
 bool is_standard_stream(const std::string& path);
 

@@ -25,6 +25,14 @@ int make_folder(const std::string&) { return 0; }
 // There is no shell.
 std::vector<std::string> entries_of(const std::string&, const std::string&) { return {}; }
 
+// All names begin in one place.
+std::string path_from(const std::string&, const std::string& path) { return path; }
+
+int remove_file(const std::string& path) {
+  memory_files().remove(path);
+  return 0;
+}
+
 bool is_standard_stream(const std::string& path) {
   return are_same_path(path, kStandardOutput) || are_same_path(path, kStandardError);
 }

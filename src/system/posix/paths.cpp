@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -51,6 +52,16 @@ std::vector<std::string> entries_of(const std::string& folder, const std::string
   }
   std::sort(entries.begin(), entries.end());
   return entries;
+}
+
+std::string path_from(const std::string& folder, const std::string& path) {
+  std::error_code fault;
+  const fs::path relative = fs::relative(path, folder, fault);
+  return fault || relative.empty() ? path : relative.string();
+}
+
+int remove_file(const std::string& path) {
+  return ::unlink(path.c_str()) == 0 || errno == ENOENT ? 0 : errno;
 }
 
 bool is_standard_stream(const std::string& path) {

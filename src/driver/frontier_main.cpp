@@ -1,0 +1,148 @@
+// qob-frontier: reads a herd once, shows what is possible between most merit and least
+// relationship, and makes plans beneath it, each as a run of its own.
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/stop.h"
+#include "core/text.h"
+#include "driver/end_of.h"
+#include "driver/frontier_arguments.h"
+#include "driver/frontier_files.h"
+#include "driver/frontier_folders.h"
+#include "driver/frontier_plans.h"
+#include "driver/report_inputs.h"
+#include "driver/report_template.h"
+#include "driver/sheet_file.h"
+#include "report/page.h"
+#include "system/paths.h"
+#include "system/process.h"
+#include "system/threads.h"
+
+namespace qob {
+namespace {
+
+class Main {
+ public:
+  explicit Main(const FrontierArguments& arguments)
+      : arguments_(arguments),
+        given_(read_parameters(arguments.parameter_file)),
+        folders_(arguments.output, given_) {
+    out_.open_standard_output();
+    err_.open_standard_error();
+  }
+
+  int run();
+
+ private:
+  void read_herd_once();
+  void add_runs(const std::vector<Point>& points);
+  bool make_plans();
+  void write(const Frontier& frontier);
+  void tell(const std::string& line) { err_.write_line(line); }
+
+  const FrontierArguments& arguments_;
+  GivenParameters given_;
+  FrontierFolders folders_;
+  Unit out_{6}, err_{0};
+  SharedHerd herd_;
+  std::unique_ptr<Possible> possible_;
+  std::vector<PointRun> runs_;
+};
+
+// The herd's own goal is among the points whatever they are, and its folder the first that there
+// is.
+void Main::read_herd_once() {
+  const PointRun own = direct_run(own_point(given_.groups.ocs), given_);
+  if (!folders_.is_finished(own)) folders_.prepare(own);
+  ToldRun told;
+  told.run.files.folder = folders_.path(own);
+  const End end = end_of([&] { read_herd(told.run, kRunParameters, herd_); });
+  if (end.status != kSuccess) {
+    const std::string words = told.last_words();
+    refuse(arguments_.parameter_file, (words.empty() ? end.text : words) + " : qob " +
+                                          printable(arguments_.parameter_file) +
+                                          " tells more in qob.log");
+  }
+  if (!arguments_.quiet && !told.err.empty()) tell(told.err.substr(0, told.err.size() - 1));
+  possible_ = std::make_unique<Possible>(herd_.selection, herd_.relationship, herd_.pedigree);
+  if (!possible_->is_any())
+    refuse(arguments_.parameter_file,
+           "the males have no room for all matings in whole units of limitmalematings");
+}
+
+void Main::add_runs(const std::vector<Point>& points) {
+  for (const Point& point : points) {
+    runs_.push_back(direct_run(point, given_));
+    for (std::int32_t seed = 1; arguments_.search && seed <= arguments_.seeds; ++seed)
+      runs_.push_back(searched_run(point, given_, seed));
+  }
+}
+
+// Returns whether all are finished.
+bool Main::make_plans() {
+  const auto is_finished = [&](const PointRun& run) { return folders_.is_finished(run); };
+  if (!arguments_.collect) {
+    std::vector<PointRun> wanted = runs_;
+    if (arguments_.resume) std::erase_if(wanted, is_finished);
+    for (const PointRun& run : wanted) folders_.prepare(run);
+    const int jobs = arguments_.jobs > 0 ? arguments_.jobs : processors();
+    for (const std::string& fault : run_all(folders_, herd_, wanted, jobs)) tell(fault);
+  }
+  const auto missing = std::stable_partition(runs_.begin(), runs_.end(), is_finished);
+  const bool all = missing == runs_.end();
+  if (!all)
+    tell("Plans that are not finished: " + missing->folder + and_more(runs_.end() - missing));
+  runs_.erase(missing, runs_.end());
+  if (runs_.empty()) refuse(arguments_.output, "no plan is finished");
+  return all;
+}
+
+std::string file_name(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
+
+void Main::write(const Frontier& frontier) {
+  const std::string data(adjustl_trim(given_.groups.data.datafile));
+  const std::string names_file = prepared_file(data, ".names.csv");
+  Names names;
+  if (!names_file.empty()) read_names(names_file, names);
+  const auto name = [&](std::int32_t id) {
+    std::string text(names.identifier(id));
+    const std::string_view called = names.name(id);
+    return called.empty() ? text : text.append(text.empty() ? "" : " ").append(called);
+  };
+  const std::string file = file_name(data);
+  const std::string json = json_of(
+      frontier, herd_.selection,
+      {std::string("qob-frontier ") + QOB_VERSION, time_now(), file_name(arguments_.parameter_file),
+       file, file.substr(0, file.size() - (file.ends_with(".dat") ? 4 : 0)), name});
+  const auto put = [&](const char* to, const std::string& text) {
+    write_lines(folders_.path(to), [&](const Lines& lines) { lines(text); });
+    out_.write_line("Written: " + printable(folders_.path(to)));
+  };
+  put("frontier.csv", csv_of(frontier));
+  put("frontier.json", json);
+  if (!page_template().empty()) put("frontier.html", page_of(page_template(), json));
+}
+
+int Main::run() {
+  read_herd_once();
+  add_runs({own_point(given_.groups.ocs)});
+  add_runs(other_points(arguments_, given_.groups.ocs, &possible_->curve()));
+  const bool all = make_plans();
+  const Frontier frontier = collect(herd_, *possible_, folders_, runs_);
+  const std::string table = table_of(frontier);
+  out_.write_line(table.substr(0, table.size() - 1));
+  write(frontier);
+  return all ? kSuccess : kFailure;
+}
+
+}  // namespace
+}  // namespace qob
+
+int main(int argc, char** argv) {
+  qob::prepare_process();
+  int status = qob::kSuccess;
+  const auto arguments = qob::frontier_arguments(argc, argv, status);
+  return arguments ? qob::Main(*arguments).run() : status;
+}
