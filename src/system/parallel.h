@@ -7,9 +7,14 @@
 // files and does not end the run.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
+#include <utility>
+#include <vector>
 
 namespace qob {
 
@@ -39,6 +44,18 @@ class Parallel {
     for (std::int64_t part = 0; part < parts; ++part) body(part, 0);
   }
 
+  // The same for blocks of `size` elements, the last one of those that are left: body(block,
+  // worker).
+  template <class T, class Body>
+  void for_each_block(std::span<const T> all, std::size_t size, std::int64_t nanoseconds,
+                      Body&& body) {
+    const std::size_t blocks = (all.size() + size - 1) / size;
+    for_each(static_cast<std::int64_t>(blocks), nanoseconds, [&](std::int64_t part, int worker) {
+      const std::size_t first = static_cast<std::size_t>(part) * size;
+      body(all.subspan(first, std::min(size, all.size() - first)), worker);
+    });
+  }
+
  private:
   using AnyBody = std::function<void(std::int64_t part, int worker)>;
   class Pool;
@@ -48,6 +65,24 @@ class Parallel {
   int threads_;
   std::int64_t worthwhile_;
   std::unique_ptr<Pool> pool_;
+};
+
+// Tables that each worker has for itself, made when it first asks for them.
+template <class T>
+class PerWorker {
+ public:
+  PerWorker(const Parallel& parallel, std::function<std::unique_ptr<T>()> make)
+      : make_(std::move(make)), own_(static_cast<std::size_t>(parallel.threads())) {}
+
+  T& operator()(int worker) {
+    std::unique_ptr<T>& own = own_[static_cast<std::size_t>(worker)];
+    if (!own) own = make_();
+    return *own;
+  }
+
+ private:
+  std::function<std::unique_ptr<T>()> make_;
+  std::vector<std::unique_ptr<T>> own_;
 };
 
 }  // namespace qob
