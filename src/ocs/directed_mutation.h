@@ -16,8 +16,10 @@ namespace qob {
 
 // What a search keeps of the matrix from mateset to mateset.
 struct SearchCaches {
-  SearchCaches(const Relationship& relationship, const Candidates& candidates)
-      : rows(relationship, candidates) {}
+  // parallel: the threads that share the work on rows, if any.
+  SearchCaches(const Relationship& relationship, const Candidates& candidates,
+               Parallel* parallel = nullptr)
+      : rows(relationship, candidates, RowCache::kMostBytes, parallel) {}
 
   RowCache rows;
   ParentSums sums[2];          // of relationships to the parents of a mateset, by sex

@@ -31,6 +31,10 @@ class Parallel {
 
   // The most that work at the same time; fewer where the system does not give so many.
   int threads() const { return threads_; }
+  // Those that would share work which takes one thread so long, for parts that are made by it.
+  int threads_for(std::int64_t nanoseconds) const {
+    return nanoseconds >= worthwhile_ ? threads_ : 1;
+  }
 
   // Calls body(part, worker) for the parts 0..parts-1, in any order and at the same time, and
   // returns when all are done. worker: 0..threads()-1, never the same for two parts at a time, for
@@ -39,8 +43,7 @@ class Parallel {
   // Not to be called by a part.
   template <class Body>
   void for_each(std::int64_t parts, std::int64_t nanoseconds, Body&& body) {
-    if (threads_ > 1 && parts > 1 && nanoseconds >= worthwhile_)
-      return share(parts, std::ref(body));
+    if (threads_for(nanoseconds) > 1 && parts > 1) return share(parts, std::ref(body));
     for (std::int64_t part = 0; part < parts; ++part) body(part, 0);
   }
 
