@@ -46,14 +46,19 @@ Group group_of(AlgorithmParameters& p) {
            {"ngenerationsnoimprovement", &p.ngenerationsnoimprovement}}};
 }
 
+Group group_of(Improvement& p) {
+  return {"Improvement", {{"start", &p.start}, {"finish", &p.finish}}};
+}
+
 Group group_of(MatingOptions& p) {
   return {"MatingOptions",
           {{"matingstrategy", &p.matingstrategy}, {"repeatedmatings", &p.repeatedmatings}}};
 }
 
 std::vector<Group> groups_of(Parameters& p) {
-  return {group_of(p.data), group_of(p.history),   group_of(p.contrib), group_of(p.relationship),
-          group_of(p.ocs),  group_of(p.algorithm), group_of(p.mating)};
+  return {group_of(p.data),         group_of(p.history), group_of(p.contrib),
+          group_of(p.relationship), group_of(p.ocs),     group_of(p.algorithm),
+          group_of(p.improvement),  group_of(p.mating)};
 }
 
 }  // namespace qob

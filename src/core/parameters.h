@@ -55,6 +55,14 @@ struct AlgorithmParameters {
   std::int32_t ngenerationsnoimprovement = 10000;
 };
 
+// What is done besides the search. A file without this group asks for nothing of it.
+struct Improvement {
+  bool start = false;   // begin with a greedy plan among the first solutions
+  bool finish = false;  // end with exchanges on the best plan
+
+  bool is_wanted() const { return start || finish; }
+};
+
 struct MatingOptions {
   Text<6> matingstrategy = "random";
   bool repeatedmatings = true;
@@ -82,6 +90,7 @@ struct Parameters {
   RelationshipMatrix relationship;
   OCSParameters ocs;
   AlgorithmParameters algorithm;
+  Improvement improvement;
   MatingOptions mating;
   FileNames files;
 };
@@ -93,6 +102,7 @@ Group group_of(Contrib& p);
 Group group_of(RelationshipMatrix& p);
 Group group_of(OCSParameters& p);
 Group group_of(AlgorithmParameters& p);
+Group group_of(Improvement& p);
 Group group_of(MatingOptions& p);
 // All of them.
 std::vector<Group> groups_of(Parameters& p);

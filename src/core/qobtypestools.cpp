@@ -23,6 +23,11 @@ std::string Files::input(std::string_view name) const {
   return path.starts_with('/') ? path : folder + path;
 }
 
+void read_group_if_given(Run& run, const Group& group) {
+  if (run.parameter_file.rewind() == 0 && run.parameter_file.find(group) == kEndOfFile) return;
+  read_group(run, group);
+}
+
 void read_group(Run& run, const Group& group, bool echo_when_faulty) {
   int status = run.parameter_file.rewind();
   if (status == 0) status = run.parameter_file.read(group);

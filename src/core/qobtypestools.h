@@ -45,6 +45,8 @@ struct Run {
 // Reads a group wherever it stands in the file. A fault stops the run with "ERROR in reading QOB
 // Parameter file, Namelist NAME", after an echo of the group to standard output if that is wanted.
 void read_group(Run& run, const Group& group, bool echo_when_faulty = false);
+// The same for a group that a file may lack, which keeps its variables as they are.
+void read_group_if_given(Run& run, const Group& group);
 
 // Takes `path` up among the outputs. Stops the run if an input file, an earlier output or standard
 // output has that name.

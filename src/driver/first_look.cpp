@@ -26,6 +26,7 @@ class Look {
  private:
   bool read(const Group& group);
   bool read_anywhere(const Group& group) { return file_.rewind() == 0 && read(group); }
+  bool is_given(const Group& group) { return file_.rewind() == 0 && file_.find(group) == 0; }
   void read_contributions();
   void tell(std::int64_t line, const std::string& text) {
     units_.tell(printable(path_) + (line > 0 ? ":" + std::to_string(line) : "") + ": " + text);
@@ -175,6 +176,7 @@ void Look::look() {
   tell_option("optimise", p_.ocs.optimise, {"penalty", "constraint", "merit"}, "'penalty'");
   tell_limits();
   if (p_.ocs.nmatings < 0 || !read_anywhere(group_of(p_.algorithm))) return;
+  if (is_given(group_of(p_.improvement)) && !read_anywhere(group_of(p_.improvement))) return;
   if (!read_anywhere(group_of(p_.mating))) return;
   tell_option("matingstrategy", p_.mating.matingstrategy, {"random", "mai"}, "'random'");
 }

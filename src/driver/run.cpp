@@ -136,6 +136,7 @@ bool matings_are_wanted(Run& run) {
   read_group(run, group_of(p.ocs));
   if (p.ocs.nmatings < 0) return false;
   read_group(run, group_of(p.algorithm), true);
+  read_group_if_given(run, group_of(p.improvement));
   return true;
 }
 

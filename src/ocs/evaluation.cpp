@@ -1,6 +1,7 @@
 #include "ocs/evaluation.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "core/numbers.h"
 
@@ -103,27 +104,22 @@ void Evaluator::finish_pending() {
 void Evaluator::compute_fitness(MatesetValue& value) {
   const Objective& objective = problem_.objective;
   Units& units = journal_.units;
-  switch (objective.criterion) {
-    case Criterion::kConstraint:
-      value.fitness = value.scaled_merit;
-      if (value.relationship > objective.constraint) {
-        value.fitness -= (value.relationship - objective.constraint) * 1000.0;
-      }
-      return;
-    case Criterion::kMerit:
-      value.fitness = value.merit;
-      return;
-    case Criterion::kPenalty:
-      value.fitness =
-          objective.w_merit * value.scaled_merit + objective.w_relationship * value.relationship;
-      if (!value.legal && value.fitness > standing_.best_value.fitness) {
-        write_list(units.log, "evaluation not legal", standing_.igeneration);
-        value.fitness = 0.9 * standing_.best_value.fitness;
-      }
-      return;
-    case Criterion::kUnknown:
-      stop_with_message(units, "ERROR in evaluation", ErrorValue{0});
+  if (objective.criterion == Criterion::kUnknown)
+    stop_with_message(units, "ERROR in evaluation", ErrorValue{0});
+  value.fitness = fitness_of(objective, value.scaled_merit, value.merit, value.relationship);
+  const bool may_overtake = objective.criterion == Criterion::kPenalty && !value.legal;
+  if (may_overtake && value.fitness > standing_.best_value.fitness) {
+    write_list(units.log, "evaluation not legal", standing_.igeneration);
+    value.fitness = 0.9 * standing_.best_value.fitness;
   }
+}
+
+MatesetValue value_of(const Problem& problem, RowCache& rows, Mateset mateset, Journal& journal) {
+  Standing standing;
+  standing.best_value.fitness = std::numeric_limits<double>::infinity();  // none is above it
+  MatesetValue value;
+  Evaluator(problem, standing, rows, journal).evaluation(mateset, value);
+  return value;
 }
 
 }  // namespace qob

@@ -69,4 +69,7 @@ class Evaluator {
   std::size_t count_ = 0;
 };
 
+// The value of one mateset, by no search's standing.
+MatesetValue value_of(const Problem& problem, RowCache& rows, Mateset mateset, Journal& journal);
+
 }  // namespace qob

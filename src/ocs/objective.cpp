@@ -21,6 +21,17 @@ Objective objective_of(const OCSParameters& p, const Goal& goal) {
   return {criterion_of(p.optimise), p.w_merit, p.w_relationship, constraint};
 }
 
+double fitness_of(const Objective& objective, double scaled_merit, double merit,
+                  double relationship) {
+  if (objective.criterion == Criterion::kMerit) return merit;
+  if (objective.criterion == Criterion::kPenalty)
+    return objective.w_merit * scaled_merit + objective.w_relationship * relationship;
+  double fitness = scaled_merit;
+  if (relationship > objective.constraint)
+    fitness -= (relationship - objective.constraint) * objective.breach;
+  return fitness;
+}
+
 bool is_number(const Objective& objective, const MatesetValue& value) {
   if (!std::isfinite(value.fitness)) return false;
   return objective.criterion != Criterion::kConstraint ||

@@ -20,12 +20,17 @@ struct Objective {
   double w_merit = 0.0;  // weights under the penalty
   double w_relationship = -1.0;
   double constraint = 0.0;  // largest average relationship under the constraint
+  double breach = 1000.0;   // what a plan loses there for each unit above it
 };
 
 // p: after `initialize_qob`. The constraint is the average relationship at which the predicted rate
 // of inbreeding per generation is `dfconstraint`: the rate of a mateset's value solved for its
 // relationship.
 Objective objective_of(const OCSParameters& p, const Goal& goal);
+
+// What the search maximises, for a legal mateset that is worth so much.
+double fitness_of(const Objective& objective, double scaled_merit, double merit,
+                  double relationship);
 
 // Whether the goal is a number for this value. A rate of inbreeding that is none would keep every
 // constraint.

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "core/progress.h"
+#include "ocs/improvement.h"
 #include "ocs/plan_report.h"
 #include "ocs/qobocs.h"
 #include "ocs/remarks.h"
@@ -36,6 +37,7 @@ Plan ocs(Run& run, const Selection& selection, const Relationship& relationship)
     more = search.generation();
   }
   Plan plan = search.finish();
+  if (run.parameters.improvement.finish) exchange_on_best(problem, plan, run.journal);
   report_best_mateset(parameters, selection.candidates, plan, units);
   remark_on_constraint(parameters, plan.best_value, units);
   remark_on_unknown_parents(selection.candidates, plan.best(), units);

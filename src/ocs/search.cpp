@@ -5,6 +5,7 @@
 
 #include "core/stop.h"
 #include "ocs/base_population.h"
+#include "ocs/greedy_plan.h"
 
 namespace qob {
 
@@ -40,10 +41,25 @@ void Search::make_population() {
   stop("Allocation POP failed");
 }
 
+// In the place of the last random solution, or of the one by merit where none is to spare.
+void Search::add_greedy_plan() {
+  MatesetTable greedy;
+  greedy.assign(1, problem_.selection.nmatings);
+  if (!greedy_plan(problem_, caches_.rows, random_, greedy(1))) {
+    write_list(journal_.units.log, "Improvement: the candidates have no room for a greedy plan");
+    return;
+  }
+  const std::int32_t popsize = population_.popsize();
+  const std::int32_t place = popsize > 2 ? popsize - 1 : popsize;
+  population_.pop(place).copy_from(greedy(1));
+  evaluator_.evaluation(population_.pop(place), population_.pop_value(place));
+}
+
 bool Search::begin() {
   make_population();
   base_population(problem_.selection, run_.parameters.files.oldsol_file, population_, random_,
                   evaluator_, journal_);
+  if (run_.parameters.improvement.start) add_greedy_plan();
   if (settings_.generations >= 0) return true;
   update_best();
   return false;

@@ -50,6 +50,7 @@ void take_up_parameters(FinishedRun& finished) {
                      read_echo(finished, group_of(p.relationship));
   const bool is_planned =
       read_echo(finished, group_of(p.ocs)) && read_echo(finished, group_of(p.algorithm));
+  read_echo(finished, group_of(p.improvement));  // of runs that were asked for it
   if (!whole || (finished.log.has_plan() && !is_planned))
     stop(finished.log.path + ": no log of a run that has read its parameters");
   run.files.folder = folder_of_run(finished.prefix, p.data.resultsdirectory);
@@ -156,11 +157,7 @@ MatesetValue value_of(FinishedRun& finished, Mateset mateset) {
   const Problem problem{planned.selection, planned.relationship,
                         objective_of(finished.run.parameters.ocs, planned.selection.goal)};
   RowCache rows(planned.relationship, planned.selection.candidates);
-  Standing standing;
-  standing.best_value.fitness = std::numeric_limits<double>::infinity();  // none is above it
-  MatesetValue value;
-  Evaluator(problem, standing, rows, finished.run.journal).evaluation(mateset, value);
-  return value;
+  return value_of(problem, rows, mateset, finished.run.journal);
 }
 
 }  // namespace qob

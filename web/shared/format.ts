@@ -33,6 +33,11 @@ export function percent(value: number, decimals = 2): string {
   return Number.isFinite(value) ? `${fixed(value * 100, decimals)}\u00a0%` : NONE;
 }
 
+/** A share rounded down, so that only the whole is 100.00 %. */
+export function atLeast(share: number): string {
+  return percent(Math.floor(share * 1e4 + 1e-6) / 1e4);
+}
+
 /** Enough decimals for about so many digits that tell: 0.00123, 12.3, 1,234. */
 export function digits(value: number, wanted = 3): string {
   if (!Number.isFinite(value) || value === 0) return fixed(value, 0);

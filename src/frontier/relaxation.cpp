@@ -1,0 +1,220 @@
+#include "frontier/relaxation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "core/lanes.h"
+
+namespace qob {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr int kStepsBetweenBounds = 50;
+constexpr std::int64_t kMostSteps = 200000;
+constexpr int kHalvings = 25;          // of the price of a mating
+constexpr double kRounding = 1.0e-12;  // of sums, beside their terms
+constexpr double kWhole = 1.0e-11;     // matings: closer to a whole number is whole
+
+QOB_VECTOR_CLONES
+void add_difference(double* __restrict sum, const double* __restrict plus,
+                    const double* __restrict minus, double by, std::int32_t n) {
+  for (std::int32_t k = 1; k <= n; ++k) sum[k] += by * (plus[k] - minus[k]);
+}
+
+std::size_t at(std::int32_t i) { return static_cast<std::size_t>(i); }
+
+}  // namespace
+
+Relaxation::Relaxation(const Selection& selection, RowCache& rows, WholeMatings whole, double shift)
+    : selection_(selection),
+      candidates_(selection.candidates),
+      rows_(rows),
+      whole_(std::move(whole)),
+      shift_(shift),
+      h_(1.0 / static_cast<double>(2 * std::int64_t{selection.nmatings})) {
+  for (auto* table : {&l_, &u_, &b_, &up_, &down_}) table->assign(at(candidates_.ncands) + 1, 0.0);
+}
+
+void Relaxation::start(const Uses& uses) {
+  for (std::int32_t i = 1; i <= candidates_.ncands; ++i) u_[at(i)] = uses(i);
+}
+
+void Relaxation::start(const PartMatings& matings) { u_ = matings; }
+
+bool Relaxation::is_whole(std::int32_t i) const {
+  const double units = u_[at(i)] / whole_.unit(i);
+  return units == std::floor(units);
+}
+
+// The square of the matings, by its chord between whole units.
+double Relaxation::chord(std::int32_t i) const {
+  const double unit = whole_.unit(i), k = std::floor(u_[at(i)] / unit);
+  return k * k * unit * unit + (2.0 * k + 1.0) * unit * (u_[at(i)] - k * unit);
+}
+
+void Relaxation::set_slopes(std::int32_t i) {
+  const double unit = whole_.unit(i), u = u_[at(i)];
+  const double k = std::floor(u / unit);
+  const double own = q_ * h_ * h_ * whole_.own(i) * unit;
+  const bool at_limit = u >= unit * whole_.most(i);
+  up_[at(i)] = at_limit ? -kInfinity : -own * (2.0 * k + 1.0);
+  down_[at(i)] = u <= 0.0 ? kInfinity : -own * (is_whole(i) ? 2.0 * k - 1.0 : 2.0 * k + 1.0);
+}
+
+void Relaxation::weigh(const Weights& weights) {
+  const Goal& goal = selection_.goal;
+  weights_ = weights;
+  q_ = -weights.relationship / (goal.last_genint * goal.last_genint);
+  for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
+    const double k = goal.k_factor[candidates_.is_male(i) ? 0 : 1];
+    const double limit = static_cast<double>(whole_.unit(i)) * whole_.most(i);
+    l_[at(i)] = h_ * (weights.scaled_merit * (candidates_.merit(i) / k) -
+                      q_ * (goal.apv2(i) - h_ * shift_ * limit));
+    set_slopes(i);
+  }
+}
+
+void Relaxation::sum_relationships() {
+  std::fill(b_.begin(), b_.end(), 0.0);
+  const std::vector<double> none(b_.size(), 0.0);
+  for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
+    if (u_[at(i)] == 0.0) continue;
+    const double* row = nullptr;
+    rows_.read({&i, 1}, RowCache::Keep::kRows, &row);
+    add_difference(b_.data(), row, none.data(), u_[at(i)], candidates_.ncands);
+    b_[at(i)] += u_[at(i)] * (shift_ - whole_.own(i));
+  }
+}
+
+Relaxation::Ends Relaxation::ends(int sex) const {
+  Ends ends{0, 0, -kInfinity, kInfinity};
+  const double twice = 2.0 * q_ * h_ * h_;
+  for (std::int32_t i = candidates_.first(sex); i <= candidates_.last(sex); ++i) {
+    const double value = l_[at(i)] - twice * b_[at(i)];
+    if (value + up_[at(i)] > ends.gain) {
+      ends.gainer = i;
+      ends.gain = value + up_[at(i)];
+    }
+    if (value + down_[at(i)] < ends.loss) {
+      ends.loser = i;
+      ends.loss = value + down_[at(i)];
+    }
+  }
+  return ends;
+}
+
+// Candidates with an own variance stop at whole units, where their slope changes.
+void Relaxation::move(std::int32_t i, double matings) {
+  const double unit = whole_.unit(i);
+  u_[at(i)] += matings;
+  const double nearest = std::round(u_[at(i)] / unit) * unit;
+  if (std::abs(u_[at(i)] - nearest) <= kWhole) u_[at(i)] = nearest;
+  b_[at(i)] += matings * (shift_ - whole_.own(i));
+  set_slopes(i);
+}
+
+bool Relaxation::step(const Ends& ends) {
+  const std::int32_t i = ends.gainer, j = ends.loser;
+  if (i == 0 || j == 0 || i == j || !(ends.advantage() > 0.0)) return false;
+  const double unit = whole_.unit(i), u_i = u_[at(i)], u_j = u_[at(j)];
+  double most = std::min(unit * whole_.most(i) - u_i, u_j);
+  if (whole_.own(i) > 0.0) most = std::min(most, (std::floor(u_i / unit) + 1.0) * unit - u_i);
+  if (whole_.own(j) > 0.0) most = std::min(most, u_j - (std::ceil(u_j / unit) - 1.0) * unit);
+  const std::int32_t both[] = {i, j};
+  const double* row[2];
+  rows_.read(both, RowCache::Keep::kRows, row);
+  const double squares = (rows_.own()[i] - whole_.own(i) + shift_) +
+                         (rows_.own()[j] - whole_.own(j) + shift_) - 2.0 * row[0][j];
+  const double bend = 2.0 * q_ * h_ * h_ * squares;
+  const double matings = ends.advantage() < most * bend ? ends.advantage() / bend : most;
+  if (!(matings > 0.0)) return false;
+  add_difference(b_.data(), row[0], row[1], matings, candidates_.ncands);
+  move(i, matings);
+  move(j, -matings);
+  return true;
+}
+
+// The most that the tangent's terms of a sex come to when a mating costs `price`, with what so many
+// matings as there are cost.
+double Relaxation::tangent_at_most(int sex, double price) const {
+  const double quadratic = q_ * h_ * h_;
+  double sum = price * selection_.nmatings;
+  for (std::int32_t i = candidates_.first(sex); i <= candidates_.last(sex); ++i) {
+    const double unit = whole_.unit(i);
+    const double gain = (l_[at(i)] - 2.0 * quadratic * b_[at(i)] - price) * unit;
+    if (!(gain > 0.0)) continue;
+    const double own = quadratic * whole_.own(i) * unit * unit;
+    double k = whole_.most(i);
+    if (own > 0.0) k = std::min(k, std::floor(0.5 * (gain / own + 1.0)));
+    sum += k * gain - own * k * k;
+  }
+  return sum;
+}
+
+// Any price bounds; the best lies between the ends' loss and gain.
+double Relaxation::tangent_bound() const {
+  const Goal& goal = selection_.goal;
+  const double square = goal.last_genint * goal.last_genint;
+  double at_plan = 0.0;
+  for (std::size_t i = 1; i < u_.size(); ++i) at_plan += u_[i] * b_[i];
+  at_plan *= q_ * h_ * h_;
+  const double merit = -weights_.scaled_merit * goal.expmerit;
+  const double earlier = weights_.relationship * goal.vpapv / square;
+  double sum = merit + earlier + at_plan, terms = std::abs(merit) + std::abs(earlier) + at_plan;
+  for (const int sex : {kMale, kFemale}) {
+    const Ends ends = this->ends(sex);
+    double low = std::min(ends.loss, ends.gain), high = std::max(ends.loss, ends.gain);
+    if (!std::isfinite(low)) low = high;
+    if (!std::isfinite(high)) high = low;
+    for (int k = 0; k < kHalvings; ++k) {
+      const double third = (high - low) / 3.0;
+      if (tangent_at_most(sex, low + third) <= tangent_at_most(sex, high - third))
+        high -= third;
+      else
+        low += third;
+    }
+    const double most = tangent_at_most(sex, 0.5 * (low + high));
+    sum += most;
+    terms += std::abs(most);
+  }
+  return sum + kRounding * terms;
+}
+
+RelaxedPlan Relaxation::plan() const {
+  const Goal& goal = selection_.goal;
+  RelaxedPlan plan;
+  double merit = 0.0, linear = 0.0, quadratic = 0.0;
+  for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
+    const double limit = static_cast<double>(whole_.unit(i)) * whole_.most(i);
+    merit += u_[at(i)] * candidates_.merit(i) / goal.k_factor[candidates_.is_male(i) ? 0 : 1];
+    linear += u_[at(i)] * (goal.apv2(i) - h_ * shift_ * limit);
+    quadratic += u_[at(i)] * b_[at(i)] + whole_.own(i) * chord(i);
+  }
+  plan.scaled_merit = h_ * merit - goal.expmerit;
+  plan.relationship =
+      (goal.vpapv + h_ * linear + h_ * h_ * quadratic) / (goal.last_genint * goal.last_genint);
+  plan.value =
+      weights_.scaled_merit * plan.scaled_merit + weights_.relationship * plan.relationship;
+  plan.bound = tangent_bound();
+  return plan;
+}
+
+RelaxedPlan Relaxation::climb(const Weights& weights, double tolerance) {
+  weigh(weights);
+  sum_relationships();
+  RelaxedPlan best = plan();
+  for (std::int64_t steps = 1; steps <= kMostSteps && best.bound - best.value > tolerance;
+       ++steps) {
+    const Ends males = ends(kMale), females = ends(kFemale);
+    const bool stepped = step(males.advantage() >= females.advantage() ? males : females);
+    if (stepped && steps % kStepsBetweenBounds != 0) continue;
+    const double bound = best.bound;
+    best = plan();
+    best.bound = std::min(best.bound, bound);
+    if (!stepped) break;
+  }
+  return best;
+}
+
+}  // namespace qob

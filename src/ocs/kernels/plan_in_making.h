@@ -1,0 +1,70 @@
+// A plan while it is made and changed: how often it uses each candidate, and what its value depends
+// on. From change to change merit and relationship are carried on, so that they differ from the
+// evaluation's by rounding.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "ocs/kernels/row_cache.h"
+#include "ocs/mateset.h"
+#include "ocs/objective.h"
+
+namespace qob {
+
+// What a plan is worth, or a change of that.
+struct Worth {
+  double merit = 0.0;         // mean merit of the parents
+  double scaled_merit = 0.0;  // scaled mean merit less its expectation
+  double relationship = 0.0;  // average relationship of the next generation
+
+  Worth operator+(const Worth& other) const {
+    return {merit + other.merit, scaled_merit + other.scaled_merit,
+            relationship + other.relationship};
+  }
+};
+
+class PlanInMaking {
+ public:
+  // A plan that uses nobody yet. Selection, relationships and rows must outlive it.
+  PlanInMaking(const Problem& problem, RowCache& rows);
+  PlanInMaking(const PlanInMaking&) = delete;
+  PlanInMaking& operator=(const PlanInMaking&) = delete;
+
+  // Gives candidate i so many rows more.
+  void add(std::int32_t i, std::int32_t count);
+
+  const Uses& uses() const { return uses_; }
+  const Worth& worth() const { return worth_; }
+  // Rows that a candidate takes at once.
+  std::int32_t unit(std::int32_t i) const { return unit_[candidates_.is_male(i) ? 0 : 1]; }
+  // Whether it may have another unit.
+  bool has_room(std::int32_t i) const { return candidates_.max_matings(i) - uses_(i) >= unit(i); }
+
+  // What another unit of i changes.
+  Worth addition(std::int32_t i) const;
+  // What it changes that a unit passes from x to y, both of one sex. row_x: of the cache.
+  Worth replacement(std::int32_t x, std::int32_t y, const double* row_x) const;
+  // The relationship that two replacements change together beyond what each changes alone.
+  double interaction(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) const;
+
+  const Problem& problem() const { return problem_; }
+  RowCache& rows() const { return rows_; }
+
+ private:
+  double contribution(std::int32_t i) const { return d_ * static_cast<double>(unit(i)); }
+  Worth merit_change(std::int32_t i, double merit, double d) const;
+
+  const Problem& problem_;
+  const Candidates& candidates_;
+  const Goal& goal_;
+  RowCache& rows_;
+  std::int32_t unit_[2];
+  double d_;  // the contribution of one row
+  Uses uses_;
+  std::vector<double> sum_;  // by candidate: contributions times its relationships with them
+  Worth worth_;
+};
+
+}  // namespace qob
