@@ -148,14 +148,14 @@ bool RowCache::make(std::span<const std::int32_t> candidates) {
     double largest = 0.0;
   };
   std::vector<Made> made(static_cast<std::size_t>(parallel().threads()));  // by worker
+  const auto fill_some = [&](std::span<const std::int32_t> some, int worker) {
+    auto& [same, largest] = made[static_cast<std::size_t>(worker)];
+    const bool is_same =
+        is_fixed_ ? fill_places<std::int32_t>(some, largest) : fill_places<double>(some, largest);
+    same = same && is_same;
+  };
   const auto elements = static_cast<std::int64_t>(candidates.size() * id_.size());
-  parallel().for_each_block(candidates, kTogether, elements * kNanosecondsAnElement,
-                            [&](auto group, int worker) {
-                              auto& [same, largest] = made[static_cast<std::size_t>(worker)];
-                              const bool now = is_fixed_ ? fill_places<std::int32_t>(group, largest)
-                                                         : fill_places<double>(group, largest);
-                              same = same && now;
-                            });
+  parallel().for_each_block(candidates, kTogether, elements * kNanosecondsAnElement, fill_some);
   bool same = true;
   for (const Made& m : made) {
     same = same && m.same;

@@ -59,8 +59,8 @@ class RowCache {
   // stops the run): row[b][k] is that with candidate k = 1..ncands. Valid until the next call.
   void read(std::span<const std::int32_t> wanted, Keep keep, const double** row);
 
-  // Makes and keeps the rows of these candidates of which so much has been wanted, now and before,
-  // that they are worth it, while there is room. 0 stops the run.
+  // Makes and keeps the rows of these candidates, none twice, of which so much has been wanted, now
+  // and before, that they are worth it, while there is room. 0 stops the run.
   void prepare(std::span<const Want> wanted);
   // The row of a candidate if it is kept. Valid until the next reading or preparation; several
   // threads may ask.
