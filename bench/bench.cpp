@@ -39,7 +39,7 @@ Pedigree read_animals(Run& run, const std::string& name) {
   run.parameters.data.datafile = name + ".dat";
   run.parameter_file.open(name + ".prm");
   Pedigree pedigree = readrecode(run);
-  inbreeding_coefficients(pedigree.newped, pedigree.f, run.journal.units.out);
+  inbreeding_coefficients(pedigree.newped, pedigree.f, run.journal.units.out, run.parallel);
   return pedigree;
 }
 

@@ -23,8 +23,9 @@ void inbreeding_fast(const std::string& name, const std::string& size) {
   const auto form = [=](benchmark::State& state) {
     Herd& of = herd(name);
     Table<double, 0> f;
-    measure(state, of.pedigree.maxid,
-            [&] { inbreeding_coefficients(of.pedigree.newped, f, of.run.journal.units.out); });
+    measure(state, of.pedigree.maxid, [&] {
+      inbreeding_coefficients(of.pedigree.newped, f, of.run.journal.units.out, of.run.parallel);
+    });
   };
   add_fast("inbreeding", size, form);
 }
@@ -44,10 +45,12 @@ void coancestry(const std::string& name, const std::string& size, Repeat plain) 
       },
       plain);
   add_fast("coancestry of birth-time groups", size, [=](benchmark::State& state) {
-    const Pedigree& pedigree = herd(name).pedigree;
+    Herd& of = herd(name);
+    const Pedigree& pedigree = of.pedigree;
     const Cohorts cohorts = group_by_birth_time(pedigree.btime);
     measure(state, cohorts.count(), [&] {
-      benchmark::DoNotOptimize(group_coancestries(pedigree.newped, pedigree.f, cohorts));
+      benchmark::DoNotOptimize(
+          group_coancestries(pedigree.newped, pedigree.f, cohorts, of.run.parallel));
     });
   });
 }

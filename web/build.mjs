@@ -1,5 +1,5 @@
-// Makes the page that a report is: one file with program, style and licences inside, and a content
-// security policy that lets nothing but these in. node build.mjs [OUT.html]
+// Makes a page: one file with program, style and licences inside, and a content security policy that
+// lets nothing but these in. node build.mjs PAGE [FOLDER], of PAGE/main.ts FOLDER/PAGE.html
 
 import { build } from "esbuild";
 import { createHash } from "node:crypto";
@@ -8,7 +8,9 @@ import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 
 const here = dirname(fileURLToPath(import.meta.url));
-const out = process.argv[2] ?? join(here, "dist", "report.html");
+const titles = { report: "Mating plan", frontier: "Merit and relationship" };
+const [, , name, folder = join(here, "dist")] = process.argv;
+if (!titles[name]) throw new Error(`The pages are ${Object.keys(titles).join(" and ")}.`);
 
 /** Bundles; returns the text and the files that went in. */
 async function bundled(entry) {
@@ -52,17 +54,18 @@ function checked(page) {
   return page;
 }
 
-const script = await bundled("report/main.ts");
+const script = await bundled(`${name}/main.ts`);
 const style = await bundled("theme.css");
 if (/<\/script|<!--/i.test(script.text) || /<\/style/i.test(style.text)) throw new Error("The bundle would end its element.");
 const policy = ["default-src 'none'", `script-src ${hash(script.text)}`, `style-src ${hash(style.text)}`, "img-src data: blob:", "base-uri 'none'", "form-action 'none'"];
 const page = put(readFileSync(join(here, "template.html"), "utf8"), {
   POLICY: policy.join("; "),
-  TITLE: "Mating plan",
+  TITLE: titles[name],
   LICENCES: JSON.stringify(licences(script.inputs)).replaceAll("<", "\\u003c"),
   STYLE: style.text,
   SCRIPT: script.text,
 });
-mkdirSync(dirname(out), { recursive: true });
+const out = join(folder, `${name}.html`);
+mkdirSync(folder, { recursive: true });
 writeFileSync(out, checked(page));
 console.log(`${out}: ${Math.round(Buffer.byteLength(page) / 1000)} kB`);

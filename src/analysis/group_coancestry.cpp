@@ -1,6 +1,7 @@
 #include "analysis/group_coancestry.h"
 
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 #include "analysis/kernels/product_lanes.h"
@@ -10,16 +11,22 @@ namespace {
 
 using Ids = std::vector<std::int32_t>;
 
+// The members of each group, in animal order.
+Table<Ids> members_of(const Cohorts& cohorts) {
+  Table<Ids> members(cohorts.count());
+  for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
+    members(g).reserve(static_cast<std::size_t>(cohorts.n(g)));
+  }
+  for (std::int32_t i = 1; i <= cohorts.cohort.size(); ++i) members(cohorts.cohort(i)).push_back(i);
+  return members;
+}
+
+// Eight groups at a time; each worker has its own.
 class GroupProducts {
  public:
   GroupProducts(const Table2<std::int32_t>& newped, const Table<double, 0>& f,
-                const Cohorts& cohorts)
-      : newped_(newped), f_(f), members_(cohorts.count()), ancestry_(newped) {
-    for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
-      members_(g).reserve(static_cast<std::size_t>(cohorts.n(g)));
-    }
-    for (std::int32_t i = 1; i <= newped.columns(); ++i) members_(cohorts.cohort(i)).push_back(i);
-  }
+                const Table<Ids>& members)
+      : newped_(newped), f_(f), members_(members), ancestry_(newped) {}
 
   // Fills the results of groups first..past-1, one for each lane.
   void compute(std::int32_t first, std::int32_t past, Table<GroupCoancestry>& results) {
@@ -87,20 +94,28 @@ class GroupProducts {
 
   const Table2<std::int32_t>& newped_;
   const Table<double, 0>& f_;
-  Table<Ids> members_;  // by group
+  const Table<Ids>& members_;  // by group
   Ancestry ancestry_;
   ProductLanes product_{0.0};
 };
 
 }  // namespace
 
+// The last groups have the most ancestors, so they come first: no worker is left with much at the
+// end.
 Table<GroupCoancestry> group_coancestries(const Table2<std::int32_t>& newped,
-                                          const Table<double, 0>& f, const Cohorts& cohorts) {
+                                          const Table<double, 0>& f, const Cohorts& cohorts,
+                                          Parallel& parallel) {
+  constexpr std::int32_t kLanes = ProductLanes::kLanes;
   Table<GroupCoancestry> results(cohorts.count());
-  GroupProducts products(newped, f, cohorts);
-  for (std::int32_t g = 1; g <= cohorts.count(); g += ProductLanes::kLanes) {
-    products.compute(g, std::min(g + ProductLanes::kLanes, cohorts.count() + 1), results);
-  }
+  const Table<Ids> members = members_of(cohorts);
+  PerWorker<GroupProducts> products(
+      parallel, [&] { return std::make_unique<GroupProducts>(newped, f, members); });
+  const std::int32_t parts = (cohorts.count() + kLanes - 1) / kLanes;
+  parallel.for_each(parts, newped.columns() * 100, [&](std::int64_t part, int worker) {
+    const std::int32_t first = (parts - static_cast<std::int32_t>(part) - 1) * kLanes + 1;
+    products(worker).compute(first, std::min(first + kLanes, cohorts.count() + 1), results);
+  });
   return results;
 }
 

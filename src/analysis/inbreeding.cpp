@@ -43,7 +43,8 @@ class FinishedAnimals {
 
 // Up to kExactLevel as half the relationship of the parents, above it as the sum over the
 // ancestors: the same to the bit. In one plain loop: tests/plain/inbreeding.h.
-void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0>& f, Unit& out) {
+void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0>& f, Unit& out,
+                             Parallel& parallel) {
   f.assign(newped.columns() + 1, 0.0);
   f(0) = -1.0;  // gives a founder d = 1, and d = 0.75 - 0.25 F(p) with one known parent p
   InbreedingWork work{newped, f, pedigree_of_parents(newped), levels(newped), {}};
@@ -51,8 +52,8 @@ void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0
   work.parent_f(0) = -1.0;
   FinishedAnimals animals(work, out);
   const auto finished = [&](std::int32_t level) { animals.report(level); };
-  inbreeding_by_columns(work, finished);
-  inbreeding_by_walks(work, kExactLevel, finished);
+  inbreeding_by_columns(work, parallel, finished);
+  inbreeding_by_walks(work, kExactLevel, parallel, finished);
 }
 
 }  // namespace qob

@@ -5,6 +5,7 @@
 
 #include "core/tables.h"
 #include "core/unit.h"
+#include "system/parallel.h"
 
 namespace qob {
 
@@ -15,6 +16,7 @@ namespace qob {
 // L(j) the share of i's genes that flowed through j, d(j) the Mendelian sampling variance of j,
 // summed from the youngest ancestor to the oldest. An animal with an unknown parent has F = 0.
 // newped: 2 x maxid. Reports every 1000 animals to `out`.
-void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0>& f, Unit& out);
+void inbreeding_coefficients(const Table2<std::int32_t>& newped, Table<double, 0>& f, Unit& out,
+                             Parallel& parallel);
 
 }  // namespace qob

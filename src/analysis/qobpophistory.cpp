@@ -119,11 +119,12 @@ void write_head(Run& run) {
   units.summary.write_line(head);
 }
 
-void write_summary(Units& units, const Pedigree& pedigree, const Cohorts& cohorts,
+void write_summary(Run& run, const Pedigree& pedigree, const Cohorts& cohorts,
                    const AnimalStatistics& animals) {
+  Units& units = run.journal.units;
   const Table<GroupStatistics> groups = statistics_by_group(pedigree, cohorts, animals);
   const Table<GroupCoancestry> coancestry =
-      group_coancestries(pedigree.newped, pedigree.f, cohorts);
+      group_coancestries(pedigree.newped, pedigree.f, cohorts, run.parallel);
   std::int32_t inbred = 0;
   for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
     const GroupStatistics& s = groups(g);
@@ -166,7 +167,7 @@ void pophistory(Run& run, Pedigree& pedigree) {
   write_list(units.out, " Starts calculating inbreeding coefficients");
   AnimalStatistics animals;
   allocate(units, "Error in allocating memory in SubRoutine PopHistory", [&] {
-    inbreeding_coefficients(pedigree.newped, pedigree.f, units.out);
+    inbreeding_coefficients(pedigree.newped, pedigree.f, units.out, run.parallel);
     animals = animal_statistics(pedigree.newped, pedigree.btime, run.parameters.history.pci_ngen);
   });
   write_list(units.out, "Computed inbreeding for : ", pedigree.maxid);
@@ -176,7 +177,7 @@ void pophistory(Run& run, Pedigree& pedigree) {
   allocate(units, "Error in allocating memory in SubRoutine PopHistory", [&] {
     cohorts = group_by_birth_time(pedigree.btime);
     write_head(run);
-    write_summary(units, pedigree, cohorts, animals);
+    write_summary(run, pedigree, cohorts, animals);
   });
   allocate(units, "Error in allocating memory in SubRoutine PopHistory (2)",
            [&] { contributions(run, pedigree, cohorts); });

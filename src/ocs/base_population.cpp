@@ -46,12 +46,13 @@ void draw_solution(const Selection& selection, Mateset solution, Random& random)
   Allowances matings = mating_limits(candidates);
   std::int64_t free[2] = {sum_over(candidates, matings, kMale),
                           sum_over(candidates, matings, kFemale)};
+  Wheel wheels[2] = {{candidates, matings, kMale}, {candidates, matings, kFemale}};
   const auto draw = [&](std::int32_t& entry, int sex, std::int64_t rows) {
     const std::int64_t r = random.ceiling_of_draw(free[sex - 1]);
-    const std::int32_t i = spin_wheel(candidates, matings, sex, r);
+    const std::int32_t i = wheels[sex - 1].spin(r);
     if (i == 0) return;
     entry = i;
-    matings(i) -= rows;
+    wheels[sex - 1].add(i, -rows);
     free[sex - 1] -= rows;
   };
   for (std::int64_t j = 1; j <= solution.nmatings(); ++j) {

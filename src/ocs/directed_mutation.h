@@ -16,9 +16,10 @@ namespace qob {
 
 // What a search keeps of the matrix from mateset to mateset.
 struct SearchCaches {
+  // parallel: the threads that share the work on rows, if any.
   SearchCaches(const Relationship& relationship, const Candidates& candidates,
-               std::size_t row_memory = RowCache::kMostBytes)
-      : rows(relationship, candidates, row_memory) {}
+               std::size_t row_memory = RowCache::kMostBytes, Parallel* parallel = nullptr)
+      : rows(relationship, candidates, row_memory, parallel) {}
 
   RowCache rows;
   ParentSums sums[2];          // of relationships to the parents of a mateset, by sex

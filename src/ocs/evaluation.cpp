@@ -32,11 +32,8 @@ double average_relationship(const Selection& selection, const Relationship& rela
     parents.candidate.push_back(i);
     parents.c.push_back(c(i));
   }
-  const ParentShares* const set = &parents;
   RowCache rows(relationship, selection.candidates);
-  double result;
-  average_relationships(selection.goal, {&set, 1}, rows, RowCache::Keep::kNothing, &result);
-  return result;
+  return average_relationship(selection.goal, parents, rows);
 }
 
 Evaluator::Evaluator(const Problem& problem, const Standing& standing, RowCache& rows,
@@ -92,8 +89,7 @@ void Evaluator::finish_pending() {
   std::array<const ParentShares*, kParentSets> sets;
   std::array<double, kParentSets> relationship;
   for (std::size_t l = 0; l < count_; ++l) sets[l] = &pending_[l].parents;
-  average_relationships(goal, {sets.data(), count_}, rows_, RowCache::Keep::kOften,
-                        relationship.data());
+  average_relationships(goal, {sets.data(), count_}, rows_, relationship.data());
   for (std::size_t l = 0; l < count_; ++l) {
     MatesetValue& value = *pending_[l].value;
     value.relationship = relationship[l];

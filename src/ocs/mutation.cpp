@@ -18,22 +18,24 @@ void mutate(const Selection& selection, double probability, Mateset mateset, Ran
   const std::int64_t free_males = mating_capacity(candidates, kMale) - n;
   const std::int64_t free_females = mating_capacity(candidates, kFemale) - n;
   Allowances matings = remaining_matings(candidates, mateset);
+  Wheel males(candidates, matings, kMale);
+  Wheel females(candidates, matings, kFemale);
   for (std::int64_t j = 1; j <= slots; ++j) {
     if (!(random.uni() < probability)) continue;
     const std::int64_t r = random.ceiling_of_draw(free_males + 1);
-    matings(mateset.male(j)) += slot_rows;
-    const std::int32_t m = spin_wheel(candidates, matings, kMale, r);
+    males.add(mateset.male(j), slot_rows);
+    const std::int32_t m = males.spin(r);
     if (m == 0) continue;
-    matings(m) -= slot_rows;
+    males.add(m, -slot_rows);
     fill_slot(mateset, j, slots, m);
   }
   for (std::int64_t j = 1; j <= n; ++j) {
     if (!(random.uni() < probability)) continue;
     const std::int64_t r = random.ceiling_of_draw(free_females + 1);
-    ++matings(mateset.female(j));
-    const std::int32_t f = spin_wheel(candidates, matings, kFemale, r);
+    females.add(mateset.female(j), 1);
+    const std::int32_t f = females.spin(r);
     if (f == 0) continue;
-    --matings(f);
+    females.add(f, -1);
     mateset.female(j) = f;
   }
 }

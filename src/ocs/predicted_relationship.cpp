@@ -17,7 +17,7 @@ PredictedRelationship::PredictedRelationship(const Selection& selection, const U
 double PredictedRelationship::value() {
   if (known_) return value_;
   const ParentShares* const set = &first_;
-  average_relationships(selection_.goal, {&set, 1}, rows_, RowCache::Keep::kRows, &value_);
+  average_relationships(selection_.goal, {&set, 1}, rows_, &value_);
   for (const double change : changes_) value_ = change + value_;
   known_ = true;
   low_ = high_ = value_;

@@ -99,12 +99,12 @@ class Repair {
   // A male is drawn with the weight of his remaining matings, even if less than a slot is left.
   void refill_slots() {
     std::int64_t free = sum_over(candidates_, matings_, kMale);
+    Wheel males(candidates_, matings_, kMale);
     for (std::int64_t j = 1; j <= slots_; ++j) {
       if (mateset_.male(j) != 0) continue;
-      const std::int32_t m =
-          spin_wheel(candidates_, matings_, kMale, random_.ceiling_of_draw(free));
+      const std::int32_t m = males.spin(random_.ceiling_of_draw(free));
       if (m == 0) continue;
-      matings_(m) -= slot_rows_;
+      males.add(m, -slot_rows_);
       free -= slot_rows_;
       fill_slot(mateset_, j, slots_, m);
     }
@@ -112,12 +112,12 @@ class Repair {
 
   void refill_females() {
     std::int64_t free = sum_over(candidates_, matings_, kFemale);
+    Wheel females(candidates_, matings_, kFemale);
     for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j) {
       if (mateset_.female(j) != 0) continue;
-      const std::int32_t f =
-          spin_wheel(candidates_, matings_, kFemale, random_.ceiling_of_draw(free));
+      const std::int32_t f = females.spin(random_.ceiling_of_draw(free));
       if (f == 0) continue;
-      --matings_(f);
+      females.add(f, -1);
       --free;
       mateset_.female(j) = f;
     }

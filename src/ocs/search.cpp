@@ -14,7 +14,7 @@ Search::Search(const Problem& problem, const AlgorithmParameters& settings, Run&
       settings_(settings),
       run_(run),
       journal_(run.journal),
-      caches_(problem.relationship, problem.selection.candidates, run.row_memory),
+      caches_(problem.relationship, problem.selection.candidates, run.row_memory, &run.parallel),
       evaluator_(problem_, standing_, caches_.rows, journal_),
       convergence_(run) {
   const std::int32_t seed = random_.zigset(settings_.seed_rng);

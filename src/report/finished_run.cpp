@@ -70,7 +70,8 @@ void take_up_pedigree(FinishedRun& finished) {
          printable(finished.prefix));
   }
   finished.pedigree = readrecode(run);
-  inbreeding_coefficients(finished.pedigree.newped, finished.pedigree.f, run.journal.units.out);
+  inbreeding_coefficients(finished.pedigree.newped, finished.pedigree.f, run.journal.units.out,
+                          run.parallel);
   finished.statistics =
       animal_statistics(finished.pedigree.newped, finished.pedigree.btime,
                         std::max<std::int32_t>(run.parameters.history.pci_ngen, 1));

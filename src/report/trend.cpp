@@ -95,8 +95,9 @@ std::vector<TrendRow> trend_of(const Pedigree& pedigree, const AnimalStatistics&
   Rows work(pedigree, statistics);
   for (const std::int32_t i : by_birth_time(pedigree)) work.add(i);
   const Cohorts cohorts = group_by_birth_time(pedigree.btime);
+  Parallel one;
   const Table<GroupCoancestry> coancestry =
-      group_coancestries(pedigree.newped, pedigree.f, cohorts);
+      group_coancestries(pedigree.newped, pedigree.f, cohorts, one);
   for (TrendRow& row : work.rows) {
     work.close(row, coancestry(cohorts.find(row.birth_time)).average);
   }

@@ -23,6 +23,7 @@ class PlainForms : public RunTest {
   void for_each_pedigree(auto judge) {
     for (int k = 0; k < 30; ++k) {
       SCOPED_TRACE(k);
+      run.parallel = Parallel(1 + k % 4, 0);
       const Table2<std::int32_t> newped = random_pedigree(k, rng_);
       judge(newped, plain::inbreeding_coefficients(newped));
     }
@@ -34,13 +35,13 @@ TEST_F(PlainForms, InbreedingAndCoancestryOfGroups) {
   for_each_pedigree([&](const auto& newped, const auto& plain) {
     Table<double, 0> f;
     out.clear();
-    inbreeding_coefficients(newped, f, units.out);
+    inbreeding_coefficients(newped, f, units.out, run.parallel);
     ASSERT_TRUE(std::equal(f.begin(), f.end(), plain.begin(), plain.end(), same_bits));
     EXPECT_EQ(out, newped.columns() < 1000 ? "" : " Finished         1000 animals\n");
     Table<std::int32_t> btime(newped.columns(), 0);
     for (std::int32_t born = 0; std::int32_t & time : btime) time = ++born / 20 + draw(3);
     const auto cohorts = group_by_birth_time(btime);
-    const auto fast = group_coancestries(newped, f, cohorts);
+    const auto fast = group_coancestries(newped, f, cohorts, run.parallel);
     for (std::int32_t g = 1; g <= cohorts.count(); ++g) {
       const auto by_ax = plain::group_coancestry(newped, f, cohorts, g);
       ASSERT_TRUE(std::memcmp(&fast(g), &by_ax, sizeof by_ax) == 0) << g;

@@ -43,12 +43,13 @@ void expect_inbreeding(const Table<double, 0>& f, const Table2<double>& a) {
 TEST(PedigreeProducts, AndInbreedingAgreeWithTheDenseMatrices) {
   std::mt19937 rng(13);
   Unit none(6);
+  Parallel one;
   for (int pedigree = 0; pedigree < 30; ++pedigree) {
     const Table2<std::int32_t> newped = random_pedigree(pedigree, rng);
     const Table2<double> a = dense(newped, Matrix::kRelationships);
     const Table2<double> t = dense(newped, Matrix::kGeneFlow);
     Table<double, 0> f;
-    inbreeding_coefficients(newped, f, none);
+    inbreeding_coefficients(newped, f, none, one);
     expect_inbreeding(f, a);
     Table<double> x(a.rows()), product, shares;
     for (double& value : x) value = 0.5 + static_cast<double>(rng() % 1000) / 1000.0;

@@ -58,7 +58,7 @@ inline Pedigree read_small_herd(Run& run, const char* group) {
   memory_files().put("qob.prm", group);
   if (run.parameter_file.open("qob.prm") != 0) std::abort();
   Pedigree pedigree = readrecode(run);
-  inbreeding_coefficients(pedigree.newped, pedigree.f, run.journal.units.out);
+  inbreeding_coefficients(pedigree.newped, pedigree.f, run.journal.units.out, run.parallel);
   return pedigree;
 }
 

@@ -10,7 +10,8 @@ namespace {
 class SearchKernels : public SelectionTest {
  protected:
   // A herd of many ties: relationships and merits take few values, every third herd has negative
-  // relationships, every fourth no ties, some have relationships that no herd has.
+  // relationships, every fourth no ties, some have relationships that no herd has, or one that is
+  // no 32-bit integer beside others that are.
   void draw_herd(int problem) {
     data = Stream(static_cast<std::uint32_t>(problem));
     std::vector<int> limits[2];
@@ -33,6 +34,8 @@ class SearchKernels : public SelectionTest {
       }
     }
     if (problem % 6 == 5) make_alike();
+    const double odd[] = {0x1p-29, 0x1p-30, 1.0 + 0x1p-30, -0.0, 4.0, 0.1};
+    if (problem % 7 == 3) relate(c.ncands, data.ceiling(c.ncands - 1), odd[problem % 6]);
     if (problem % 13 == 0) goal.vpapv = 1e6;
     objective.criterion = problem % 5 == 0  ? Criterion::kMerit
                           : problem % 5 < 3 ? Criterion::kPenalty
@@ -140,22 +143,34 @@ TEST_F(SearchKernels, EvaluationOfSeveralGivesTheBitsOfOneAfterAnother) {
 }
 
 TEST_F(SearchKernels, RowsHoldTheMatrix_WhateverIsKept) {
-  draw_herd(4);
-  const std::int32_t n = candidates.ncands;
-  RowCache rows(relationship, candidates, 5 * sizeof(double) * static_cast<std::size_t>(n + 1));
-  for (int call = 0; call < 60000; ++call) {
-    const std::int32_t wanted[] = {data.ceiling(call < 30000 ? n : 3), n};
-    const double* row[2];
-    const auto keep = static_cast<RowCache::Keep>(call % 3);
-    rows.read({wanted, wanted[0] == n ? 1UL : 2UL}, keep, row);
-    const std::int32_t k = data.ceiling(n);
-    if (row[0] != nullptr) {
-      ASSERT_EQ(row[0][k], rel(wanted[0], k));
-    } else {
-      ASSERT_EQ(keep, RowCache::Keep::kOften);
-      ASSERT_EQ(rows.element(wanted[0], k), rel(wanted[0], k));
+  for (const double odd : {0.25, 0x1p-30}) {  // with the second the rows of doubles begin half way
+    draw_herd(6);
+    relate(9, 5, odd);
+    const std::int32_t n = candidates.ncands;
+    RowCache rows(relationship, candidates, 5 * sizeof(double) * static_cast<std::size_t>(n + 1));
+    ASSERT_TRUE(rows.is_fixed());
+    int kept = 0;
+    for (int call = 0; call < 60000; ++call) {
+      const std::int32_t wanted[] = {data.ceiling(call < 30000 ? n : 3), n};
+      const std::size_t count = wanted[0] == n ? 1 : 2;
+      const std::int32_t k = data.ceiling(n);
+      if (call % 3 == 0) {
+        rows.prepare(std::vector<RowCache::Want>{{wanted[0], 2}});
+        const KeptRow row = rows.find(wanted[0]);
+        kept += row.is_kept();
+        const double a = row.fixed != nullptr  ? KeptRow::kUnit * row.fixed[k]
+                         : row.real != nullptr ? row.real[k]
+                                               : rows.element(wanted[0], k);
+        ASSERT_EQ(a, rel(wanted[0], k));
+        continue;
+      }
+      const double* row[2];
+      rows.read({wanted, count}, static_cast<RowCache::Keep>(call % 3 - 1), row);
+      for (std::size_t b = 0; b < count; ++b) ASSERT_EQ(row[b][k], rel(wanted[b], k));
+      ASSERT_EQ(rows.own()[k], rel(k, k));
     }
-    ASSERT_EQ(rows.own()[k], rel(k, k));
+    EXPECT_EQ(rows.is_fixed(), odd == 0.25);
+    EXPECT_TRUE(kept > 5000 && kept < 19000) << kept;
   }
 }
 

@@ -1,4 +1,4 @@
-// Searches at the same time on one selection.
+// Searches at the same time on one selection, and the threads of one search.
 #include <thread>
 
 #include "ocs/selection_fixture.h"
@@ -9,8 +9,9 @@ namespace {
 class SearchThreads : public SelectionTest {
  protected:
   // Searches with this seed, in a run of its own; returns all that it leaves.
-  std::string search(int seed, const std::string& prefix) const {
+  std::string search(int seed, const std::string& prefix, int threads = 1) const {
     qob::Run own;
+    own.parallel = Parallel(threads, 0);
     std::string told;
     own.journal.units.out.open_memory(&told);
     own.journal.units.log.open_memory(&told);
@@ -53,6 +54,24 @@ TEST_F(SearchThreads, EachLeavesTheBytesThatItLeavesAlone) {
   EXPECT_EQ(together, alone);
   EXPECT_NE(alone[0], alone[2]);
   EXPECT_NE(alone[0].find("Mutating solutions"), std::string::npos);
+}
+
+// With rows of integers, and of doubles.
+TEST_F(SearchThreads, OneSearchLeavesTheSameBytesWithAnyNumberOfThreads) {
+  for (const double steps : {8.0, 1e9}) {
+    set_candidates(std::vector<int>(40, 4), std::vector<int>(80, 2), 40, 2);
+    Stream data(7);
+    draw_data(data);
+    objective.constraint = 0.3;
+    for (double& a : relationship.nrm) a = std::round(a * steps) / steps;
+    for (const int seed : {1, 2}) {
+      const std::string name = std::to_string(steps) + std::to_string(seed);
+      const std::string alone = search(seed, name + "_1_");
+      for (const int threads : {2, 3, 16}) {
+        EXPECT_EQ(search(seed, name + "_" + std::to_string(threads) + "_", threads), alone);
+      }
+    }
+  }
 }
 
 }  // namespace

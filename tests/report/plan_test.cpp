@@ -80,7 +80,7 @@ TEST_F(CommonAncestorsTest, SharesAreThoseOfAllPathsAndSumToF) {
     for (int i = 4; i <= kAnimals; ++i)
       for (int k = 1; k <= 2; ++k)
         pedigree.newped(k, i) = std::max(0, i - 1 - static_cast<int>(rng() % 5)) % i;
-    inbreeding_coefficients(pedigree.newped, pedigree.f, units.out);
+    inbreeding_coefficients(pedigree.newped, pedigree.f, units.out, run.parallel);
     Paths paths(pedigree);
     const std::int32_t sire = 17, dam = 15 + static_cast<int>(rng() % 6);
     const Shares found = shares(sire, dam), expected = paths.of(sire, dam);

@@ -57,7 +57,7 @@ class RunTest : public ::testing::Test {
   void read_animals(std::string_view table) {
     parameters.data.datafile = folder.write("animals.dat", std::string(table));
     pedigree = readrecode(run);
-    inbreeding_coefficients(pedigree.newped, pedigree.f, units.out);
+    inbreeding_coefficients(pedigree.newped, pedigree.f, units.out, run.parallel);
   }
 
   // Expects that `action` stops the run with a line that ends so, in the log and on screen.

@@ -3,9 +3,9 @@
 import * as Plot from "@observablehq/plot";
 import { group, h } from "../shared/dom.js";
 import { count, fixed } from "../shared/format.js";
+import { key } from "../shared/key.js";
 import { draw, COLOUR, FEMALE, figure, MALE } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
-import { key } from "./charts.js";
 import type { Result } from "./model.js";
 
 type AgeClass = Result["population"]["ages"][number];

@@ -1,10 +1,10 @@
 // Who was chosen and why: all candidates as a picture and as a ranked table.
 
+import { choose } from "../shared/choose.js";
 import { group, h, note, part } from "../shared/dom.js";
 import { count, counted, digits, fixed, NONE } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/candidates.js";
-import { choose } from "./choose.js";
 import { picture } from "./merit_picture.js";
 import { animal, called, type Animal, type Candidate, type Result } from "./model.js";
 

@@ -1,8 +1,9 @@
-// Pictures that several parts draw: lines and columns over birth time, with a key of shapes. Percent
-// and the like are the business of the caller: what comes in is drawn as it is.
+// Pictures that several parts draw: lines and columns over birth time. Percent and the
+// like are the business of the caller: what comes in is drawn as it is.
 
 import * as Plot from "@observablehq/plot";
-import { h, type Child } from "../shared/dom.js";
+import { h } from "../shared/dom.js";
+import { key, type Shape } from "../shared/key.js";
 import { COLOUR, draw } from "../shared/plot.js";
 
 export interface Series<T> {
@@ -11,21 +12,6 @@ export interface Series<T> {
   value: (row: T) => number;
   dash?: string;
   symbol?: Shape;
-}
-
-export type Shape = keyof typeof SIGNS;
-
-const SIGNS = {
-  circle: "●", square: "■", triangle: "▲", diamond: "◆", hollow: "○", hollow_square: "□", hexagon: "⬢", cross: "✕",
-  line: "━━", dashes: "╍╍", dots: "┅┅",
-} as const;
-
-/** What the shapes and colours of a picture mean. */
-export function key(...entries: readonly { name: Child; colour: string; symbol?: Shape; opacity?: number }[]): HTMLElement {
-  const entry = ({ name, colour, symbol = "circle", opacity = 1 }: (typeof entries)[number]) =>
-    h("span", { class: "plot-swatch" },
-      h("span", { "aria-hidden": "true", style: { color: colour, opacity: String(opacity) } }, SIGNS[symbol]), name);
-  return h("div", { class: "plot-swatches" }, entries.map(entry));
 }
 
 export interface Axes<T> {

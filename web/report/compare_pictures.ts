@@ -3,10 +3,10 @@
 import * as Plot from "@observablehq/plot";
 import { h } from "../shared/dom.js";
 import { count } from "../shared/format.js";
+import { key } from "../shared/key.js";
 import { COLOUR, draw, FEMALE, figure, MALE } from "../shared/plot.js";
 import * as words from "../shared/texts/compare.js";
 import { meritDecimals, told, type Row } from "./candidates.js";
-import { key } from "./charts.js";
 import type { Choice, Planned } from "./choices.js";
 
 interface Point { plan: string; row: Row; x: number; y: number }

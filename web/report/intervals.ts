@@ -3,10 +3,10 @@
 import * as Plot from "@observablehq/plot";
 import { group, h } from "../shared/dom.js";
 import { fixed } from "../shared/format.js";
+import { key } from "../shared/key.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { birthOf, inWords } from "./births.js";
-import { key } from "./charts.js";
 import type { Result } from "./model.js";
 
 const text = words.intervals;

@@ -1,12 +1,12 @@
 // Mean kinship of the candidates, ranked: whose genes are rare among the living.
 
+import { choose } from "../shared/choose.js";
 import { group, h, note, type Child } from "../shared/dom.js";
 import { percent } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as candidate_words from "../shared/texts/candidates.js";
 import * as words from "../shared/texts/population.js";
 import { brief, candidates, type Row } from "./candidates.js";
-import { choose } from "./choose.js";
 import { called, type Result } from "./model.js";
 
 const text = words.kinship;

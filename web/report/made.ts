@@ -2,9 +2,10 @@
 
 import { facts, group, h, part } from "../shared/dom.js";
 import { bytes, count, NONE } from "../shared/format.js";
+import { licences } from "../shared/licences.js";
+import { quoted } from "../shared/shell.js";
 import { table } from "../shared/table.js";
 import * as words from "../shared/texts/made.js";
-import { licences } from "./licences.js";
 import type { Making, Result } from "./model.js";
 
 export function section({ making }: Result): HTMLElement {
@@ -32,11 +33,6 @@ function repeat(making: Making): HTMLElement {
 function run(parameters: string): string {
   const [, folder, file] = /^(?:(.*)\/)?([^/]*)$/.exec(parameters)!;
   return folder ? `(cd ${quoted(folder)} && qob ${quoted(file ?? "")})` : `qob ${quoted(parameters)}`;
-}
-
-/** As a shell takes it for one word. */
-function quoted(name: string): string {
-  return /^[\w./+@%:=-]+$/.test(name) ? name : `'${name.replaceAll("'", "'\\''")}'`;
 }
 
 function files({ files }: Making): HTMLElement {

@@ -2,13 +2,13 @@
 // the candidates that were not chosen are many, hexagons count them; the pointer finds each all the same.
 
 import * as Plot from "@observablehq/plot";
-import { counted } from "../shared/format.js";
+import { choose } from "../shared/choose.js";
 import { h } from "../shared/dom.js";
+import { counted } from "../shared/format.js";
+import { key } from "../shared/key.js";
 import { COLOUR, draw, FEMALE, figure, MALE } from "../shared/plot.js";
 import * as words from "../shared/texts/candidates.js";
 import { meritDecimals, told, type Row } from "./candidates.js";
-import { key } from "./charts.js";
-import { choose } from "./choose.js";
 
 /** More than so many are counted and not drawn one by one: beyond, drawing takes longer than a blink. */
 const DRAWN = 1500;

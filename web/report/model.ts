@@ -1,7 +1,7 @@
 // The data that a page shows, as the program writes them. Types follow from the shapes; columns are
 // read as rows, null numbers as NaN. Animals are named by their place in `animals`.
 
-import { columns, flag, list, number, numbers, object, oneOf, orNull, pair, text, type Read } from "./shape.js";
+import { columns, flag, headed, list, number, numbers, object, oneOf, orNull, text, tuple, type Read } from "../shared/shape.js";
 
 /** A parent that is not known, and one that is known but not among the animals told. */
 export const NOBODY = -1;
@@ -16,7 +16,7 @@ const mated = { sire: number, dam: number, merit: number, f: number, vf: number 
 
 const matings = columns({
   ...mated,
-  common: list(pair(number, number)), other_common: number, other_f: number,
+  common: list(tuple(number, number)), other_common: number, other_f: number,
 });
 
 const value = object({
@@ -102,8 +102,6 @@ const result = object({
 
 const comparison = object({ format: oneOf("qob-comparison"), version: oneOf(1), plans: list(result) });
 
-const header = object({ format: oneOf("qob-result", "qob-comparison"), version: number });
-
 export type Result = Read<typeof result>;
 export type Comparison = Read<typeof comparison>;
 export type Animal = Result["animals"][number];
@@ -123,20 +121,11 @@ export type Making = Result["making"];
 export type Given = Result["given"][number];
 
 /** The version of the data that this viewer shows. */
-export const VERSION = 1;
-
-/** Told apart from misshapen data, as another viewer may show it. */
-export class OtherVersion extends Error {
-  constructor(readonly version: number) {
-    super(`version ${version}`);
-  }
-}
+const VERSION = 1;
 
 /** Reads the data of a page; throws Misshapen, OtherVersion or SyntaxError. */
 export function read(json: string): Result | Comparison {
-  const data: unknown = JSON.parse(json);
-  const { format, version } = header(data);
-  if (version !== VERSION) throw new OtherVersion(version);
+  const { format, data } = headed(json, VERSION, "qob-result", "qob-comparison");
   return format === "qob-result" ? result(data) : comparison(data);
 }
 

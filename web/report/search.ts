@@ -3,9 +3,9 @@
 import * as Plot from "@observablehq/plot";
 import { facts, h, part } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
+import { key } from "../shared/key.js";
 import { COLOUR, draw, figure, type Picture } from "../shared/plot.js";
 import * as words from "../shared/texts/search.js";
-import { key } from "./charts.js";
 import type { Result, Search } from "./model.js";
 
 type Row = Search["rows"][number];

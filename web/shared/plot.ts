@@ -46,7 +46,7 @@ export function figure<T>(picture: Picture<T>): HTMLElement {
 
 /** Plot.plot() without the style element that it would add, which the content security policy forbids
  * (theme.css holds those rules), and without the names of its marks ("dot"), which say nothing. Take this and never Plot.plot() itself. */
-export function draw(options: Plot.PlotOptions): HTMLElement | SVGSVGElement {
+export function draw(options: Plot.PlotOptions): ReturnType<typeof Plot.plot> {
   return unstyled(Plot.plot({ className: "plot", ...options }));
 }
 

@@ -17,13 +17,13 @@ async function violations(page: Page, colorScheme: "light" | "dark", within: "bo
 }
 
 for (const colorScheme of ["light", "dark"] as const)
-  for (const name of ["QOB_evaluation.html", "QOB_comparison.html"])  // an evaluation holds all that a report does
+  for (const [herd, name] of [["cuvier", "QOB_evaluation.html"], ["cuvier", "QOB_comparison.html"], ["frontier", "frontier.html"]] as const)  // an evaluation holds all that a report does
     test(`${colorScheme} ${name} is accessible`, async ({ page }) => {
       await page.emulateMedia({ colorScheme });
-      await open(page, "cuvier", name);
+      await open(page, herd, name);
       await openAll(page);
       expect(await violations(page, colorScheme)).toEqual([]);
-      if (name === "QOB_comparison.html") return;
+      if (name !== "QOB_evaluation.html") return;
       await page.locator("#matings .open").first().click();
       expect(await violations(page, colorScheme, "dialog")).toEqual([]);
     });
@@ -49,7 +49,7 @@ test("the keyboard reaches all that a pointer reaches", async ({ page }) => {
 
 test.describe("on a telephone", () => {
   test.use({ viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true });
-  for (const [herd, name] of [["hinterwald", "QOB_report.html"], ["hostile", "QOB_report.html"], ["cuvier", "QOB_comparison.html"]] as const)
+  for (const [herd, name] of [["hinterwald", "QOB_report.html"], ["hostile", "QOB_report.html"], ["cuvier", "QOB_comparison.html"], ["frontier", "frontier.html"]] as const)
     test(`${herd}, ${name}: nothing is moved sideways but tables in their boxes`, async ({ page }) => {
       await open(page, herd, name);
       await openAll(page);

@@ -32,12 +32,6 @@ export async function open(page: Page, herd: string, name?: string): Promise<voi
 /** Waits until all pictures that are not folded away are drawn. */
 export const drawn = (page: Page) => page.waitForFunction(() => [...document.querySelectorAll(".canvas:empty")].every(({ clientWidth }) => clientWidth === 0));
 
-/** The page of a program with other data in the place of its own. */
-export function withData(herd: string, json: string): string {
-  const page = readFileSync(file(herd, "QOB_report.html"), "utf8");
-  return page.replace(/(<script type="application\/json" id="data">)[^]*?(<\/script>)/, (_, start, end) => start + json.replaceAll("<", "\\u003c") + end);
-}
-
 /** The rows in sight of a table: the text of each cell by its heading, with plain spaces. */
 export async function rows(table: Locator): Promise<Map<string, string>[]> {
   const cells = await table.evaluate((table) => {

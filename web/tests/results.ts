@@ -62,3 +62,8 @@ export function fromCsv(text: string): Map<string, string>[] {
   const [heads, ...rest] = rows.filter((row) => row.length > 1);
   return rest.map((row) => new Map(row.map((cell, i) => [heads![i]!, cell])));
 }
+
+/** A page with other data in the place of its own. */
+export function withData(page: string, json: string): string {
+  return readFileSync(page, "utf8").replace(/(<script type="application\/json" id="data">)[^]*?(<\/script>)/, (_, start, end) => start + json.replaceAll("<", "\\u003c") + end);
+}

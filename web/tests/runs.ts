@@ -4,7 +4,7 @@ import { spawnSync } from "node:child_process";
 import { cpSync, mkdirSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join, resolve } from "node:path";
-import { csvOf } from "./results.js";
+import { csvOf, withData } from "./results.js";
 
 /** Texts that a careless page would run, take for its own, or break at. */
 export const HOSTILE = [
@@ -65,6 +65,7 @@ function cuvier(folder: string): void {
   changed(folder, "none.prm", { resultsdirectory: "'./none_'", timesteps: "-1" });
   for (const parameters of ["qob", "loose", "strict", "none"]) run(folder, "qob", `${parameters}.prm`);
   reported(folder);
+  run(folder, "qob-frontier", "qob.prm", "--points", "5", "--target-ne", "50");  // qob_frontier/frontier.html
   run(folder, "qob-report", "./none_");
   otherPlan(folder);
   for (const json of [[], ["--json"]]) {  // QOB_comparison.html and .json, QOB_evaluation.html and .json
@@ -73,11 +74,19 @@ function cuvier(folder: string): void {
   }
 }
 
+/** frontier.html is the page of what is possible, frontier.json its data. */
+function frontier(folder: string): void {
+  mkdirSync(folder);
+  cpSync("fixtures/frontier.json", join(folder, "frontier.json"));
+  writeFileSync(join(folder, "frontier.html"), withData(join(programs, "web/frontier.html"), readFileSync("fixtures/frontier.json", "utf8")));
+}
+
 function runAll(folder: string): void {
   cpSync(examples, folder, { recursive: true });
   cuvier(join(folder, "cuvier"));
   const [, book, ...rules] = readFileSync(join(folder, "hinterwald/prepare.txt"), "utf8").match(/"[^"]*"|\S+/g)!.map((word) => word.replaceAll('"', ""));
   prepared(join(folder, "hinterwald"), book!, rules);
+  frontier(join(folder, "frontier"));
   mkdirSync(join(folder, "hostile"));
   writeFileSync(join(folder, "hostile/herd.csv"), hostileHerdBook());
   prepared(join(folder, "hostile"), "herd.csv", ["--males", "matings=6", "--females", "matings=2", "--matings", "8"]);

@@ -1,8 +1,8 @@
 // Texts of a herd stay texts, the page asks for nothing, and data that it cannot show are told in words.
 
 import { readFileSync, writeFileSync } from "node:fs";
-import { expect, open, openAll, rows, saved, test, withData } from "./page.js";
-import { file, fromCsv } from "./results.js";
+import { expect, open, openAll, rows, saved, test } from "./page.js";
+import { file, fromCsv, withData } from "./results.js";
 import { HOSTILE } from "./runs.js";
 
 const PAGES = [["cuvier", "QOB_report.html"], ["cuvier", "none_report.html"], ["cuvier", "QOB_comparison.html"], ["cuvier", "QOB_evaluation.html"], ["hinterwald", "QOB_report.html"]] as const;
@@ -74,7 +74,7 @@ const BROKEN: readonly [what: string, json: () => string, words: RegExp][] = [
 for (const [what, json, words] of BROKEN)
   test(`broken data are told in words: ${what}`, async ({ page }) => {
     const name = `broken_${what.replaceAll(" ", "_")}.html`;
-    writeFileSync(file("cuvier", name), withData("cuvier", json()));
+    writeFileSync(file("cuvier", name), withData(file("cuvier", "QOB_report.html"), json()));
     await open(page, "cuvier", name);
     await expect(page.getByRole("heading", { level: 1 })).toHaveText("This report cannot be shown");
     await expect(page.locator("main")).toHaveText(words);

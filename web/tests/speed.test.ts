@@ -3,8 +3,8 @@
 
 import type { Page } from "@playwright/test";
 import { readFileSync, writeFileSync } from "node:fs";
-import { drawn, expect, load, test, withData } from "./page.js";
-import { file } from "./results.js";
+import { drawn, expect, load, test } from "./page.js";
+import { file, withData } from "./results.js";
 
 type Columns = Record<string, unknown[]>;
 interface Data { animals: Columns; candidates: Columns; plan: { matings: Columns; alternatives: unknown[]; matrix: { sires: number[]; dams: number[]; f: number[] } } }
@@ -35,7 +35,7 @@ async function worker(page: Page): Promise<() => Promise<number>> {
 test("20,000 candidates and 500 matings load, scroll and sort without stutter", async ({ page }) => {
   const data = repeated(JSON.parse(readFileSync(file("hinterwald", "QOB_result.json"), "utf8")) as Data, 10);
   expect([data.candidates["animal"]!.length > 20_000, data.plan.matings["f"]!.length > 500]).toEqual([true, true]);
-  writeFileSync(file("hinterwald", "large.html"), withData("hinterwald", JSON.stringify(data)));
+  writeFileSync(file("hinterwald", "large.html"), withData(file("hinterwald", "QOB_report.html"), JSON.stringify(data)));
   const work = await worker(page);
   const done = async (act: () => Promise<unknown>) => {
     const before = await work();

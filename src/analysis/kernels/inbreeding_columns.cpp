@@ -1,6 +1,8 @@
 #include "analysis/kernels/inbreeding_columns.h"
 
-#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <span>
 #include <vector>
 
 #include "analysis/kernels/product_lanes.h"
@@ -10,29 +12,38 @@ namespace {
 
 using Ids = std::vector<std::int32_t>;
 
+// What a worker computes columns with.
+struct Batch {
+  explicit Batch(const ParentPedigree& parents) : ancestry(parents.newped) {}
+
+  Ancestry ancestry;
+  ProductLanes product{0.0};
+};
+
 // Each couple is one parent, the column, whose product is computed, and its mate.
 class Columns {
  public:
-  explicit Columns(InbreedingWork& work)
-      : work_(work), ancestry_(work.parents.newped), offspring_(work.parents.count(), 0) {
+  Columns(InbreedingWork& work, Parallel& parallel)
+      : work_(work),
+        parallel_(parallel),
+        batches_(parallel, [&] { return std::make_unique<Batch>(work.parents); }),
+        offspring_(work.parents.count(), 0) {
     count_offspring();
     list_offspring();
+    list_columns();
   }
 
-  // Computes the columns of `level` and of the next: neither needs a coefficient that the other
-  // gives, as column and offspring are two levels from the animals that descend from both.
+  // Computes the columns of `level`, which is even, and of the next: neither needs a coefficient
+  // that the other gives, as column and offspring are two levels from the animals that descend from
+  // both.
   void compute(std::int32_t level) {
-    Ids columns;
-    for (std::int32_t p = 1; p <= work_.parents.count(); ++p) {
-      const std::int32_t own = work_.level(work_.parents.animal(p));
-      if (first_(p) < first_(p + 1) && (own == level || own == level + 1)) columns.push_back(p);
-    }
-    for (auto batch = columns.begin(); batch != columns.end();) {
-      const auto end =
-          batch + std::min<std::ptrdiff_t>(ProductLanes::kLanes, columns.end() - batch);
-      compute_batch({batch, end});
-      batch = end;
-    }
+    const Ids& columns = columns_[static_cast<std::size_t>(level / 2)];
+    const std::int64_t most = std::ssize(columns) * work_.parents.count();
+    parallel_.for_each_block(std::span(columns), ProductLanes::kLanes, most,
+                             [&](std::span<const std::int32_t> block, int worker) {
+                               compute_batch(block, batches_(worker));
+                             });
+    for (const std::int32_t column : columns) take_up(column);
   }
 
  private:
@@ -74,47 +85,61 @@ class Columns {
     }
   }
 
-  // Calls action(i, mate) for the animals that have this column.
-  template <class Action>
-  void for_each_offspring(std::int32_t column, Action action) const {
-    for (std::int32_t at = first_(column); at < first_(column + 1); ++at) {
-      const std::int32_t i = list_[static_cast<std::size_t>(at)];
-      action(i, mate_of(i, column));
+  void list_columns() {
+    columns_.resize(kExactLevel / 2);
+    for (std::int32_t p = 1; p <= work_.parents.count(); ++p) {
+      if (first_(p) == first_(p + 1)) continue;
+      const std::int32_t level = work_.level(work_.parents.animal(p));
+      columns_[static_cast<std::size_t>(level / 2)].push_back(p);
     }
   }
 
-  void compute_batch(const Ids& columns) {
+  std::span<const std::int32_t> offspring_of(std::int32_t column) const {
+    return std::span(list_).subspan(static_cast<std::size_t>(first_(column)),
+                                    static_cast<std::size_t>(first_(column + 1) - first_(column)));
+  }
+
+  // Sets f of the columns' offspring.
+  void compute_batch(std::span<const std::int32_t> columns, Batch& batch) const {
+    auto& [ancestry, product] = batch;
     for (const std::int32_t column : columns) {
-      ancestry_.add(column);
-      for_each_offspring(column, [&](std::int32_t, std::int32_t mate) { ancestry_.add(mate); });
+      ancestry.add(column);
+      for (const std::int32_t i : offspring_of(column)) ancestry.add(mate_of(i, column));
     }
-    ancestry_.close();
-    product_.start(ancestry_, work_.parents.newped, work_.parent_f);
+    ancestry.close();
+    product.start(ancestry, work_.parents.newped, work_.parent_f);
     int lane = 0;
-    for (const std::int32_t column : columns) product_.add(ancestry_.number(column), lane++, 1.0);
-    product_.multiply(ancestry_.size());
+    for (const std::int32_t column : columns) product.add(ancestry.number(column), lane++, 1.0);
+    product.multiply(ancestry.size());
     lane = 0;
     for (const std::int32_t column : columns) {
-      for_each_offspring(column, [&](std::int32_t i, std::int32_t mate) {
-        work_.set(i, 0.5 * product_(ancestry_.number(mate), lane));
-      });
+      for (const std::int32_t i : offspring_of(column)) {
+        work_.f(i) = 0.5 * product(ancestry.number(mate_of(i, column)), lane);
+      }
       ++lane;
     }
   }
 
+  // Only when no other column of the level is at work: it reads them of its mates' ancestors,
+  // though they do not count.
+  void take_up(std::int32_t column) {
+    for (const std::int32_t i : offspring_of(column)) work_.set(i, work_.f(i));
+  }
+
   InbreedingWork& work_;
-  Ancestry ancestry_;
-  ProductLanes product_{0.0};
+  Parallel& parallel_;
+  PerWorker<Batch> batches_;
   Table<std::int32_t> offspring_;  // by parent: how many
   Table<std::int32_t, 0> first_;   // by column p: its animals are list_[first_(p)..first_(p+1)-1]
   Ids list_;
+  std::vector<Ids> columns_;  // by half their level
 };
 
 }  // namespace
 
-void inbreeding_by_columns(InbreedingWork& work,
+void inbreeding_by_columns(InbreedingWork& work, Parallel& parallel,
                            const std::function<void(std::int32_t level)>& finished) {
-  Columns columns(work);
+  Columns columns(work, parallel);
   for (std::int32_t level = 0; level < kExactLevel; level += 2) {
     columns.compute(level);
     finished(level + 2);

@@ -17,6 +17,7 @@
 #include <functional>
 
 #include "analysis/kernels/inbreeding_work.h"
+#include "system/parallel.h"
 
 namespace qob {
 
@@ -24,7 +25,7 @@ inline constexpr std::int32_t kExactLevel = 26;
 
 // Sets the coefficients of all animals up to kExactLevel whose parents are both known, and calls
 // finished(level) whenever those up to a level have been set. work.parent_f is 0 for them before.
-void inbreeding_by_columns(InbreedingWork& work,
+void inbreeding_by_columns(InbreedingWork& work, Parallel& parallel,
                            const std::function<void(std::int32_t level)>& finished);
 
 }  // namespace qob

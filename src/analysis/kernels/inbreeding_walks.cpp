@@ -1,6 +1,9 @@
 #include "analysis/kernels/inbreeding_walks.h"
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
+#include <span>
 #include <tuple>
 #include <vector>
 
@@ -50,42 +53,28 @@ struct Couple {
   Ids::const_iterator first_child, past_child;  // their offspring
 };
 
+double variance(const InbreedingWork& work, std::int32_t sire, std::int32_t dam) {
+  return 0.5 - 0.25 * (work.parent_f(sire) + work.parent_f(dam));
+}
+
+// Walks along one route after another; each worker has its own.
 class Walks {
  public:
-  explicit Walks(InbreedingWork& work)
-      : work_(work), ancestry_(work.parents.newped), d_(work.parents.count(), 0.0) {}
+  // d: Mendelian sampling variances, by parent.
+  Walks(InbreedingWork& work, const Table<double>& d)
+      : work_(work), d_(d), ancestry_(work.parents.newped) {}
 
-  // Enters a parent whose parents' coefficients are known.
-  void enter(std::int32_t parent) {
-    d_(parent) = variance(work_.parents.newped(1, parent), work_.parents.newped(2, parent));
-  }
-
-  // The coefficients of animals of one level, sorted by sire and dam, from `first` to `past`. All
-  // their ancestors have been entered.
-  void compute(Ids::const_iterator first, Ids::const_iterator past) {
-    std::vector<Couple> couples;
-    while (first != past) {
-      const auto other = std::find_if(first, past, [&](std::int32_t i) {
-        return work_.newped(1, i) != work_.newped(1, *first) ||
-               work_.newped(2, i) != work_.newped(2, *first);
-      });
-      couples.push_back({work_.parent(1, *first), work_.parent(2, *first), first, other});
-      first = other;
-      if (couples.size() < kCouples && first != past) continue;
-      lay_out_route(couples);
-      for (std::size_t at = 0; at < couples.size(); at += kLanes) {
-        walk_with(&couples[at], std::min(kLanes, couples.size() - at));
-      }
-      couples.clear();
+  // The coefficients of the offspring of these couples, of which all ancestors' are known: at most
+  // kCouples.
+  void compute(std::span<const Couple> couples) {
+    lay_out_route(couples);
+    for (std::size_t at = 0; at < couples.size(); at += kLanes) {
+      walk_with(couples.subspan(at, std::min(kLanes, couples.size() - at)));
     }
   }
 
  private:
-  double variance(std::int32_t sire, std::int32_t dam) const {
-    return 0.5 - 0.25 * (work_.parent_f(sire) + work_.parent_f(dam));
-  }
-
-  void lay_out_route(const std::vector<Couple>& couples) {
+  void lay_out_route(std::span<const Couple> couples) {
     for (const Couple& couple : couples) {
       ancestry_.add(couple.sire);
       ancestry_.add(couple.dam);
@@ -118,16 +107,16 @@ class Walks {
     return row;
   }
 
-  void walk_with(const Couple* couple, std::size_t count) {
+  void walk_with(std::span<const Couple> couples) {
     Row acc{};
-    for (std::size_t lane = 0; lane < count; ++lane) {
-      const auto [sire, dam, first_child, past_child] = couple[lane];
+    for (std::size_t lane = 0; lane < couples.size(); ++lane) {
+      const auto [sire, dam, first_child, past_child] = couples[lane];
       for (const std::int32_t parent : {sire, dam}) row(parent)[lane] += 0.5;
-      acc[lane] = -1.0 + variance(sire, dam);
+      acc[lane] = -1.0 + variance(work_, sire, dam);
     }
     walk(route_, row_, acc);
-    for (std::size_t lane = 0; lane < count; ++lane) {
-      const Couple& c = couple[lane];
+    for (std::size_t lane = 0; lane < couples.size(); ++lane) {
+      const Couple& c = couples[lane];
       std::for_each(c.first_child, c.past_child, [&](std::int32_t i) { work_.set(i, acc[lane]); });
     }
   }
@@ -138,8 +127,8 @@ class Walks {
   }
 
   InbreedingWork& work_;
+  const Table<double>& d_;
   Ancestry ancestry_;
-  Table<double> d_;  // Mendelian sampling variance, by parent
   std::vector<Step> route_;
   std::vector<Row> row_;           // row 0 takes the shares of unknown parents
   Table<std::int32_t, 0> row_of_;  // by number
@@ -147,9 +136,24 @@ class Walks {
   std::int32_t rows_ = 0;
 };
 
+// Those of animals of one level, sorted by sire and dam, from `first` to `past`.
+std::vector<Couple> couples_of(const InbreedingWork& work, Ids::const_iterator first,
+                               Ids::const_iterator past) {
+  std::vector<Couple> couples;
+  while (first != past) {
+    const auto other = std::find_if(first, past, [&](std::int32_t i) {
+      return work.newped(1, i) != work.newped(1, *first) ||
+             work.newped(2, i) != work.newped(2, *first);
+    });
+    couples.push_back({work.parent(1, *first), work.parent(2, *first), first, other});
+    first = other;
+  }
+  return couples;
+}
+
 }  // namespace
 
-void inbreeding_by_walks(InbreedingWork& work, std::int32_t from,
+void inbreeding_by_walks(InbreedingWork& work, std::int32_t from, Parallel& parallel,
                          const std::function<void(std::int32_t level)>& finished) {
   Ids animals;
   for (std::int32_t i = 1; i <= work.newped.columns(); ++i) {
@@ -166,16 +170,21 @@ void inbreeding_by_walks(InbreedingWork& work, std::int32_t from,
   std::sort(parents.begin(), parents.end(), [&](std::int32_t a, std::int32_t b) {
     return level_of_parent(a) < level_of_parent(b);
   });
-  Walks walks(work);
+  Table<double> d(work.parents.count(), 0.0);
+  PerWorker<Walks> walks(parallel, [&] { return std::make_unique<Walks>(work, d); });
   auto parent = parents.begin();
   for (auto first = animals.cbegin(); first != animals.cend();) {
     const std::int32_t level = work.level(*first);
     for (; parent != parents.end() && level_of_parent(*parent) < level; ++parent) {
-      walks.enter(*parent);
+      d(*parent) = variance(work, work.parents.newped(1, *parent), work.parents.newped(2, *parent));
     }
     const auto past =
         std::find_if(first, animals.cend(), [&](std::int32_t i) { return work.level(i) > level; });
-    walks.compute(first, past);
+    const std::vector<Couple> couples = couples_of(work, first, past);
+    const std::int64_t most = std::ssize(couples) * work.parents.count() / 4;
+    parallel.for_each_block(
+        std::span<const Couple>(couples), kCouples, most,
+        [&](std::span<const Couple> block, int worker) { walks(worker).compute(block); });
     finished(level);
     first = past;
   }

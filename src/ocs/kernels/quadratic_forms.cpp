@@ -9,32 +9,48 @@
 namespace qob {
 namespace {
 
-// Sums that are advanced side by side: one alone would wait for each addition.
-constexpr std::size_t kSideBySide = 4;
+// Most sums that are advanced side by side: one alone would wait for each addition.
+constexpr std::size_t kSideBySide = 8;
 // Terms of a set that are collected before they are added, at least.
-constexpr std::size_t kEnough = 512;
+constexpr std::size_t kEnough = 4096;
+// What a term takes, about.
+constexpr std::int64_t kNanosecondsATerm = 2;
 
 using Sets = std::span<const ParentShares* const>;
 
 // terms[t] = (twice * c[t]) * row[later[t]]: what a candidate with these relationships, and twice
 // its contribution, adds together with the later candidates of its set.
-QOB_VECTOR_CLONES
-void products(const double* __restrict row, const std::int32_t* __restrict later, std::size_t n,
-              double twice, const double* __restrict c, double* __restrict terms) {
+template <class Element>
+QOB_VECTOR_CLONES void products(const Element* __restrict row, const std::int32_t* __restrict later,
+                                std::size_t n, double twice, const double* __restrict c,
+                                double* __restrict terms) {
   for (std::size_t t = 0; t < n; ++t) terms[t] = twice * c[t] * row[later[t]];
 }
 
-// sum[s] += terms[s][0], += terms[s][1], ... one after another.
-void add_in_order(const std::array<const double*, kSideBySide>& terms, std::size_t n, double* sum) {
-  double s0 = sum[0], s1 = sum[1], s2 = sum[2], s3 = sum[3];
-  for (std::size_t t = 0; t < n; ++t) {
-    s0 += terms[0][t];
-    s1 += terms[1][t];
-    s2 += terms[2][t];
-    s3 += terms[3][t];
-  }
-  sum[0] = s0, sum[1] = s1, sum[2] = s2, sum[3] = s3;
+// The unit of integers goes with the contribution: a power of two, by which nothing is rounded.
+void products(const KeptRow& row, const std::int32_t* later, std::size_t n, double twice,
+              const double* c, double* terms) {
+  if (row.real != nullptr) return products(row.real, later, n, twice, c, terms);
+  products(row.fixed, later, n, KeptRow::kUnit * twice, c, terms);
 }
+
+// sum[s] += terms[s][0], += terms[s][1], ... one after another, for each s < kSums.
+template <std::size_t kSums>
+void add_in_order(const double* const* terms, std::size_t n, double* sum) {
+  std::array<const double*, kSums> term;
+  std::array<double, kSums> s;
+  std::copy_n(terms, kSums, term.begin());
+  std::copy_n(sum, kSums, s.begin());
+  for (std::size_t t = 0; t < n; ++t) {
+    for (std::size_t l = 0; l < kSums; ++l) s[l] += term[l][t];
+  }
+  std::copy_n(s.begin(), kSums, sum);
+}
+
+using AddInOrder = void (*)(const double* const* terms, std::size_t n, double* sum);
+constexpr std::array<AddInOrder, kSideBySide> kAddInOrder = {
+    add_in_order<1>, add_in_order<2>, add_in_order<3>, add_in_order<4>,
+    add_in_order<5>, add_in_order<6>, add_in_order<7>, add_in_order<8>};
 
 // The candidates that any of the sets uses, ascending, and the sets that use each.
 struct Users {
@@ -77,12 +93,12 @@ class QuadraticForms {
       forms_[count_++].set = set;
       capacity_ = std::max(capacity_, kEnough + set->candidate.size());
     }
-    memory_.reset(new double[capacity_ * kParentSets]);
+    memory_.reset(new double[capacity_ * count_]);
   }
 
   // Candidates come in ascending order, each with the sets that use it; row[k] is its relationship
   // with candidate k. Without a row the elements are fetched one by one.
-  void add_candidate(std::int32_t i, std::span<const std::size_t> users, const double* row) {
+  void add_candidate(std::int32_t i, std::span<const std::size_t> users, const KeptRow& row) {
     for (const std::size_t l : users) {
       collect(forms_[l], i, row, terms_of(l));
       enough_ = enough_ || forms_[l].terms >= kEnough;
@@ -104,14 +120,14 @@ class QuadraticForms {
 
   double* terms_of(std::size_t l) { return memory_.get() + l * capacity_; }
 
-  void collect(Form& form, std::int32_t i, const double* row, double* terms) {
+  void collect(Form& form, std::int32_t i, const KeptRow& row, double* terms) {
     const std::size_t later = form.set->candidate.size() - ++form.next;
     const double* c = form.set->c.data() + form.next;
     const double own = c[-1];
     terms += form.terms;
     *terms = rows_.own()[i] * (own * own) + goal_.apv2(i) * own;
     const std::int32_t* candidate = form.set->candidate.data() + form.next;
-    if (row != nullptr) {
+    if (row.is_kept()) {
       products(row, candidate, later, 2.0 * own, c, terms + 1);
     } else {
       for (std::size_t t = 0; t < later; ++t) {
@@ -121,22 +137,26 @@ class QuadraticForms {
     form.terms += 1 + later;
   }
 
-  // Shorter rows of terms are filled up with zeros, which change nothing.
+  // The sets in groups of about the same size.
   void add_terms() {
-    for (std::size_t l = 0; l < count_; l += kSideBySide) {
-      std::size_t longest = 0;
-      for (std::size_t s = l; s < l + kSideBySide; ++s) {
-        longest = std::max(longest, forms_[s].terms);
-      }
-      std::array<const double*, kSideBySide> terms;
-      for (std::size_t s = 0; s < kSideBySide; ++s) {
-        std::fill(terms_of(l + s) + forms_[l + s].terms, terms_of(l + s) + longest, 0.0);
-        terms[s] = terms_of(l + s);
-        forms_[l + s].terms = 0;
-      }
-      add_in_order(terms, longest, &sum_[l]);
+    const std::size_t groups = (count_ + kSideBySide - 1) / kSideBySide;
+    for (std::size_t g = 0; g < groups; ++g) {
+      add_terms_of(g * count_ / groups, (g + 1) * count_ / groups);
     }
     enough_ = false;
+  }
+
+  // Shorter rows of terms are filled up with zeros, which change nothing.
+  void add_terms_of(std::size_t first, std::size_t past) {
+    std::size_t longest = 0;
+    for (std::size_t l = first; l < past; ++l) longest = std::max(longest, forms_[l].terms);
+    std::array<const double*, kSideBySide> terms;
+    for (std::size_t l = first; l < past; ++l) {
+      std::fill(terms_of(l) + forms_[l].terms, terms_of(l) + longest, 0.0);
+      terms[l - first] = terms_of(l);
+      forms_[l].terms = 0;
+    }
+    kAddInOrder[past - first - 1](terms.data(), longest, &sum_[first]);
   }
 
   const Goal& goal_;
@@ -149,31 +169,32 @@ class QuadraticForms {
   bool enough_ = false;
 };
 
-// Fetches what the sets want of the next row while the terms of one are made: the few elements of a
-// row lie too far apart to be foreseen. Rows begin at a multiple of kLine candidates. Rows that the
-// cache holds from generation to generation need no fetching.
-class Fetcher {
- public:
-  Fetcher(const std::vector<std::int32_t>& all, std::int32_t ncands) {
-    if (all.size() * static_cast<std::size_t>(ncands) < kHeld) return;
-    for (const std::int32_t i : all) {
-      const std::int32_t begin = i / kLine * kLine;
-      if (lines_.empty() || lines_.back() != begin) lines_.push_back(begin);
+void sum_up(const Goal& goal, Sets sets, const RowCache& rows, double* result) {
+  const Users users(sets, static_cast<std::int32_t>(goal.apv2.size()));
+  QuadraticForms forms(goal, sets, rows);
+  for (const std::int32_t i : users.candidate) forms.add_candidate(i, users.of(i), rows.find(i));
+  for (std::size_t l = 0; l < sets.size(); ++l) result[l] = forms.result(l);
+}
+
+// Has the rows made that are worth it, and returns how many terms there are.
+std::int64_t prepare(Sets sets, std::int32_t ncands, RowCache& rows) {
+  std::vector<std::size_t> elements(static_cast<std::size_t>(ncands) + 1, 0);
+  std::int64_t terms = 0;
+  for (const ParentShares* set : sets) {
+    std::size_t left = set->candidate.size();
+    for (const std::int32_t i : set->candidate) {
+      terms += static_cast<std::int64_t>(left);
+      elements[static_cast<std::size_t>(i)] += left--;
     }
   }
-
-  void fetch_from(std::int32_t i, const double* row) {
-    if (row == nullptr) return;
-    while (first_ < lines_.size() && lines_[first_] + kLine <= i) ++first_;
-    for (std::size_t l = first_; l < lines_.size(); ++l) __builtin_prefetch(row + lines_[l]);
+  std::vector<RowCache::Want> wanted;
+  for (std::int32_t i = 0; i <= ncands; ++i) {
+    const std::size_t count = elements[static_cast<std::size_t>(i)];
+    if (count > 0) wanted.push_back({i, count});
   }
-
- private:
-  static constexpr std::int32_t kLine = 64 / sizeof(double);
-  static constexpr std::size_t kHeld = 1 << 20;  // elements
-  std::vector<std::int32_t> lines_;              // the first candidate of each line of the cache
-  std::size_t first_ = 0;
-};
+  rows.prepare(wanted);
+  return terms;
+}
 
 }  // namespace
 
@@ -190,25 +211,31 @@ void take_shares(const Uses& uses, double d, ParentShares& parents) {
   for (std::size_t k = 0; k < n; ++k) parents.c[k] = static_cast<double>(uses(used[k])) * d;
 }
 
-void average_relationships(const Goal& goal, Sets sets, RowCache& rows, RowCache::Keep keep,
-                           double* result) {
-  constexpr std::size_t kBlock = RowCache::kBlock;
-  const auto ncands = static_cast<std::int32_t>(goal.apv2.size());
-  const Users users(sets, ncands);
-  const std::vector<std::int32_t>& all = users.candidate;
-  QuadraticForms forms(goal, sets, rows);
-  Fetcher fetcher(all, ncands);
-  for (std::size_t at = 0; at < all.size(); at += kBlock) {
-    const std::size_t n = std::min(kBlock, all.size() - at);
-    std::array<const double*, kBlock> row;
-    rows.read({&all[at], n}, keep, row.data());
-    fetcher.fetch_from(all[at], row[0]);
-    for (std::size_t b = 0; b < n; ++b) {
-      if (b + 1 < n) fetcher.fetch_from(all[at + b + 1], row[b + 1]);
-      forms.add_candidate(all[at + b], users.of(all[at + b]), row[b]);
+void average_relationships(const Goal& goal, Sets sets, RowCache& rows, double* result) {
+  if (sets.empty()) return;
+  const std::int64_t terms = prepare(sets, static_cast<std::int32_t>(goal.apv2.size()), rows);
+  const std::int64_t nanoseconds = terms * kNanosecondsATerm;
+  const auto threads = static_cast<std::size_t>(rows.parallel().threads_for(nanoseconds));
+  const std::size_t share = (sets.size() + threads - 1) / threads;
+  rows.parallel().for_each_block(sets, share, nanoseconds, [&](Sets some, int) {
+    sum_up(goal, some, rows, result + (some.data() - sets.data()));
+  });
+}
+
+double average_relationship(const Goal& goal, const ParentShares& parents, RowCache& rows) {
+  const ParentShares* const set = &parents;
+  const std::size_t only = 0;
+  const std::span<const std::int32_t> all = parents.candidate;
+  QuadraticForms form(goal, {&set, 1}, rows);
+  for (std::size_t at = 0; at < all.size(); at += RowCache::kBlock) {
+    const auto block = all.subspan(at, std::min(RowCache::kBlock, all.size() - at));
+    std::array<const double*, RowCache::kBlock> row;
+    rows.read(block, RowCache::Keep::kNothing, row.data());
+    for (std::size_t b = 0; b < block.size(); ++b) {
+      form.add_candidate(block[b], {&only, 1}, {row[b], nullptr});
     }
   }
-  for (std::size_t l = 0; l < sets.size(); ++l) result[l] = forms.result(l);
+  return form.result(0);
 }
 
 }  // namespace qob

@@ -1,9 +1,9 @@
 // The average relationship of the next generation for several matesets at once: a quadratic form in
-// their contributions. The terms of each must be added one after another; with several sums side by
-// side no addition has to wait for the one before, and a row of relationships is fetched once for
-// all. Each sum has the order, and so the bits, that it has alone. Plain over fast, measured for
-// offspring of a search: 5 for 500 matings of 5,000 candidates, where the memory is the limit, 2
-// for 100 of 1,000.
+// their contributions. The terms of each must be added one after another, as contributions are
+// rounded and so are their products; with several sums side by side no addition has to wait for the
+// one before, and a row of relationships is fetched once for all. Each sum has the order, and so
+// the bits, that it has alone. Threads take sets, which leaves every sum as it is, though rows that
+// they have in common are fetched by each thread.
 #pragma once
 
 #include <cstdint>
@@ -36,8 +36,10 @@ inline constexpr std::size_t kParentSets = 16;
 //
 //   cnrm(i,i) c(i)^2 + apv2(i) c(i),   2 c(i) c(k) cnrm(k,i)
 //
-// keep: whether rows that are made for it are kept for later.
+// Rows that are wanted often are kept. Sets are shared among the threads of `rows`.
 void average_relationships(const Goal& goal, std::span<const ParentShares* const> sets,
-                           RowCache& rows, RowCache::Keep keep, double* result);
+                           RowCache& rows, double* result);
+// The same for one set, once: no row is kept.
+double average_relationship(const Goal& goal, const ParentShares& parents, RowCache& rows);
 
 }  // namespace qob

@@ -1,7 +1,7 @@
 // The licences of the programs that are bundled into the page, as the build put them there.
 
-import { group, h } from "../shared/dom.js";
-import * as words from "../shared/texts/made.js";
+import { group, h } from "./dom.js";
+import * as words from "./texts/made.js";
 
 interface Licence { name: string; version: string; license: string; text: string }
 

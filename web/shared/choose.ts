@@ -1,6 +1,6 @@
 // Two small controls: a row of buttons of which one is pressed, and what stands below changes with it.
 
-import { fill, h } from "../shared/dom.js";
+import { fill, h } from "./dom.js";
 
 export interface Choice<K> {
   name: string;

@@ -15,6 +15,13 @@ export class Misshapen extends Error {
   }
 }
 
+/** Told apart from misshapen data, as another page may show it. */
+export class OtherVersion extends Error {
+  constructor(readonly theirs: number, readonly ours: number) {
+    super(`version ${theirs}`);
+  }
+}
+
 function within<T>(step: string | number, read: () => T): T {
   try {
     return read();
@@ -59,9 +66,10 @@ export const list = <T>(item: Shape<T>): Shape<T[]> => (value) => {
   }
 };
 
-export const pair = <A, B>(a: Shape<A>, b: Shape<B>): Shape<[A, B]> => (value) => {
-  must(Array.isArray(value) && value.length === 2, "a pair");
-  return [a(value[0]), b(value[1])];
+/** A list of so many values, each of its own shape. */
+export const tuple = <T extends unknown[]>(...shapes: { [K in keyof T]: Shape<T[K]> }): Shape<T> => (value) => {
+  must(Array.isArray(value) && value.length === shapes.length, `a list of ${shapes.length}`);
+  return shapes.map((shape, i) => within(i, () => shape(value[i]))) as T;
 };
 
 export const orNull = <T>(shape: Shape<T>): Shape<T | null> => (value) => (value === null ? null : shape(value));
@@ -80,9 +88,14 @@ export const object = <F extends Fields>(fields: F): Shape<Of<F>> => (value) => 
   return Object.fromEntries(Object.entries(fields).map(read)) as Of<F>;
 };
 
-/** Any names, each with a number. */
-export const numbers: Shape<Record<string, number>> = (value) =>
-  Object.fromEntries(Object.entries(members(value)).map(([name, each]) => [name, within(name, () => number(each))]));
+/** Any names, each with a value of the shape. */
+export const named = <T>(shape: Shape<T>): Shape<Map<string, T>> => (value) =>
+  new Map(Object.entries(members(value)).map(([name, each]) => [name, within(name, () => shape(each))]));
+
+export const numbers: Shape<Record<string, number>> = (value) => Object.fromEntries(named(number)(value));
+
+/** What may be left out, and what it is then. */
+export const optional = <T>(shape: Shape<T>, otherwise: T): Shape<T> => (value) => (value === undefined ? otherwise : shape(value));
 
 /** One row; assigned name by name, as there may be many. */
 function row<R>(names: readonly string[], columns: readonly unknown[][], at: number): R {
@@ -100,3 +113,12 @@ export const columns = <F extends Fields>(fields: F): Shape<Of<F>[]> => (value) 
   must(read.every((column) => column.length === length), "columns of equal length");
   return Array.from({ length }, (_, at) => row<Of<F>>(names, read, at));
 };
+
+/** Reads JSON whose head names a format and its version, before any more of it is looked at; throws
+ * Misshapen, OtherVersion or SyntaxError. */
+export function headed<F extends string>(json: string, version: number, ...formats: readonly F[]): { format: F; data: unknown } {
+  const data: unknown = JSON.parse(json);
+  const head = object({ format: oneOf(...formats), version: number })(data);
+  if (head.version !== version) throw new OtherVersion(head.version, version);
+  return { format: head.format, data };
+}
