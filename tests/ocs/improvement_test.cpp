@@ -45,7 +45,7 @@ TEST_F(ImprovementTest, ExchangesLeavePairsOfTheParentsThatStay) {
     Plan plan = worst_plan();
     const Rows before = rows_of(plan.best());
     const double fitness = plan.best_value.fitness;
-    exchange_on_best({selection, relationship, objective}, plan, run.journal);
+    exchange_on_best({selection, relationship, objective}, plan, run);
     expect_sound(plan.best(), plan.best_value);
     EXPECT_GT(plan.best_value.fitness, fitness);
     const Rows after = rows_of(plan.best());
@@ -72,7 +72,7 @@ TEST_F(ImprovementTest, ABreachThatPaysGivesWayToThePlanWithin) {
     objective.breach = 0.5;  // little for each unit
     objective.constraint = value(worst_plan().best()).relationship;
     Plan plan = worst_plan();
-    exchange_on_best({selection, relationship, objective}, plan, run.journal);
+    exchange_on_best({selection, relationship, objective}, plan, run);
     EXPECT_LE(plan.best_value.relationship, objective.constraint);
     EXPECT_NEAR(plan.best_value.fitness, plan.best_value.scaled_merit, 1e-9);
     expect_sound(plan.best(), plan.best_value);
