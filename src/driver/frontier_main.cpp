@@ -150,5 +150,8 @@ int main(int argc, char** argv) {
   qob::prepare_process();
   int status = qob::kSuccess;
   const auto arguments = qob::frontier_arguments(argc, argv, status);
-  return arguments ? qob::Main(*arguments).run() : status;
+  if (!arguments) return status;
+  const qob::End end = qob::end_of([&] { status = qob::Main(*arguments).run(); });
+  if (end.status != qob::kSuccess) qob::end_process(end.text, end.status);
+  return status;
 }
