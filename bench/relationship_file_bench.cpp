@@ -13,8 +13,11 @@ void write_all(Run& run, const Pedigree&) {
   Random random;
   random.zigset(1);
   RelationshipWriter writer(run);
+  Lines records;
   for (std::int32_t i = 1; i <= kAnimals; ++i) {
-    for (std::int32_t j = 1; j <= i; ++j) writer.write(i, j, random.uni());
+    Unit& unit = records.renew();
+    for (std::int32_t j = 1; j <= i; ++j) write_relationship(unit, i, j, random.uni());
+    writer.write(records);
   }
   writer.close();
 }

@@ -111,8 +111,9 @@ GroupVectors ContributionReport::vectors_of(std::int32_t group) const {
     if (cohorts_.cohort(i) == group) v.r(i) = static_cast<double>(share);
   }
   v.c = v.r;
-  ax(pedigree_.newped, pedigree_.f, v.r);
-  gen_cont(pedigree_.newped, v.c);
+  run_.parallel.for_each(2, 20 * v.r.size(), [&](std::int64_t which, int) {
+    which == 0 ? ax(pedigree_.newped, pedigree_.f, v.r) : gen_cont(pedigree_.newped, v.c);
+  });
   return v;
 }
 

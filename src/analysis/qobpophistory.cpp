@@ -8,6 +8,7 @@
 #include "analysis/contributions.h"
 #include "analysis/group_coancestry.h"
 #include "analysis/inbreeding.h"
+#include "core/lines_in_parts.h"
 
 namespace qob {
 namespace {
@@ -56,11 +57,11 @@ void write_coefficients(Run& run, const Pedigree& pedigree, const AnimalStatisti
   write_list(file, "# PECn : Pedigree Completeness index in n generations");
   write(file, "(3A12,A4,4A8)", "Animal", "Sire", "Dam", "Sex", "Group", "F", "GEN",
         completeness_name(run.parameters.history.pci_ngen));
-  for (std::int32_t i = 1; i <= pedigree.maxid; ++i) {
-    write(file, "(3I12,I4,I8,3F8.4)", pedigree.oldped(i, 1), pedigree.oldped(i, 2),
+  write_lines(file, pedigree.maxid, run.parallel, [&](Unit& part, std::int64_t i) {
+    write(part, "(3I12,I4,I8,3F8.4)", pedigree.oldped(i, 1), pedigree.oldped(i, 2),
           pedigree.oldped(i, 3), pedigree.sex(i), pedigree.btime(i), pedigree.f(i), animals.gen(i),
           animals.pcin(i));
-  }
+  });
   closeresultsfile(units, file);
   write_list(units.log, "Written indidvidual inbreeding coefficients to results file");
 }

@@ -80,7 +80,7 @@ void allocate_matrix(Units& units, Relationship& relationship) {
     handle_error(units, "Dimension of NRM too large. Program aborted. Candidates :", n,
                  " at most :", kLargestMatrix);
   }
-  if (memory_suffices([&] { relationship.nrm.assign(elements, 0.0); })) return;
+  if (memory_suffices([&] { relationship.nrm.make(elements); })) return;
   write_list(units.out, "Allocating memory for Relationship file");
   write_list(units.out, "Allocation failed ");
   write_list(units.out, "Size of real array NRM to be allocated :", elements);

@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "core/tables.h"
+#include "core/zeroed_memory.h"
 
 namespace qob {
 
@@ -21,12 +22,12 @@ inline constexpr std::int64_t kLargestMatrix = 46341;
 
 // Made when the relationship matrix is set up, constant from then on.
 struct Relationship {
-  std::int32_t nnrm = 0;       // rows, one for each candidate
-  Table<std::int32_t> nrm_id;  // per animal: its row, 0 = none
-  Table<double> nrm;           // the packed lower triangle; the diagonal holds 1 + F
-  std::int64_t maxage = 0;     // time steps that the selection looks back
-  bool pedsource = true;       // computed from the pedigree (else read from a file)
-  double cohortrel = 0.0;      // mean relationship within the last group, when read from a file
+  std::int32_t nnrm = 0;                       // rows, one for each candidate
+  Table<std::int32_t> nrm_id;                  // per animal: its row, 0 = none
+  Table<double, 1, ZeroedMemory<double>> nrm;  // the packed lower triangle; diagonal: 1 + F
+  std::int64_t maxage = 0;                     // time steps that the selection looks back
+  bool pedsource = true;                       // computed from the pedigree (else read from a file)
+  double cohortrel = 0.0;  // mean relationship within the last group, when read from a file
 };
 
 // Writes "ERROR: NRM accessed with index 0" to standard output and stops with that text.

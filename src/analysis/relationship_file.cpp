@@ -15,11 +15,7 @@ constexpr std::int64_t kProgressStep = 1'000'000;
 
 }  // namespace
 
-RelationshipWriter::RelationshipWriter(Run& run) : units_(run.journal.units) {
-  openresultsfile(run, "", run.parameters.relationship.gfile, file_);
-}
-
-void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
+void write_relationship(Unit& unit, std::int32_t id1, std::int32_t id2, double a) {
   char line[2 * kIntegerWidth + kRelationshipWidth + 3];
   char* at = line;
   for (const std::int32_t id : {id1, id2}) {
@@ -28,8 +24,16 @@ void RelationshipWriter::write(std::int32_t id1, std::int32_t id2, double a) {
   }
   *at++ = ' ';
   at = put_relationship(at, a);
-  file_.write_line({line, static_cast<std::size_t>(at - line)});
-  ++records_;
+  unit.write_line({line, static_cast<std::size_t>(at - line)});
+}
+
+RelationshipWriter::RelationshipWriter(Run& run) : units_(run.journal.units) {
+  openresultsfile(run, "", run.parameters.relationship.gfile, file_);
+}
+
+void RelationshipWriter::write(const Lines& records) {
+  records.write_to(file_);
+  records_ += records.count();
 }
 
 void RelationshipWriter::close() { closeresultsfile(units_, file_); }

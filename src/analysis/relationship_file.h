@@ -12,19 +12,23 @@
 #include <string_view>
 
 #include "core/finding.h"
+#include "core/lines_in_parts.h"
 #include "core/progress.h"
 #include "core/qobtypestools.h"
 #include "pedigree/pedigree.h"
 
 namespace qob {
 
+// Writes a record. id1, id2: identifiers of the data file; a: their relationship, with six
+// significant digits.
+void write_relationship(Unit& unit, std::int32_t id1, std::int32_t id2, double a);
+
 // Writes `gfile`, the name as it stands. A failure stops the run.
 class RelationshipWriter {
  public:
   explicit RelationshipWriter(Run& run);
 
-  // id1, id2: identifiers of the data file; a: their relationship, with six significant digits.
-  void write(std::int32_t id1, std::int32_t id2, double a);
+  void write(const Lines& records);
   void close();
   std::int64_t records() const { return records_; }
 

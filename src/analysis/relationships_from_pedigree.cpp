@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "analysis/kernels/product_lanes.h"
@@ -21,17 +23,19 @@ class MatrixFromPedigree {
                      Relationship& relationship)
       : units_(run.journal.units),
         pedigree_(pedigree),
+        parallel_(run.parallel),
         mark_(mark),
         relationship_(relationship),
         gfile_(run.parameters.relationship.gfile.trimmed()),
-        ancestry_(pedigree.newped) {
+        ancestry_(pedigree.newped),
+        products_(parallel_, [this] { return make_product(); }) {
     if (option_text(gfile_) == "_null_") return;
     file_.emplace(run);
     write_list(units_.log, "Computing full pedigree for the previous ", relationship.maxage,
                " periods");
   }
 
-  // Takes up the animals that have a column. Needs memory.
+  // Takes up the animals that have a column.
   void prepare() {
     const auto for_each_needed = [&](auto action) {
       for (std::int32_t i = 1; i <= pedigree_.maxid; ++i) {
@@ -44,23 +48,16 @@ class MatrixFromPedigree {
       needed_.push_back({i, ancestry_.number(i)});
       if (row_of(i) > 0) candidate_.push_back(ancestry_.number(i));
     });
-    product_.start(ancestry_, pedigree_.newped, pedigree_.f);
   }
 
+  // The text of columns takes much memory, so that of few blocks at a time is made.
   void compute() {
     Progress progress("Relationships");
-    for (std::size_t first = 0; first < needed_.size(); first += ProductLanes::kLanes) {
+    const auto threads = static_cast<std::size_t>(parallel_.threads());
+    const std::size_t most = threads * (file_ ? 1 : 32) * ProductLanes::kLanes;
+    for (std::size_t first = 0; first < needed_.size(); first += most) {
       progress.show(static_cast<double>(first) / static_cast<double>(needed_.size()));
-      const std::size_t past = std::min(first + ProductLanes::kLanes, needed_.size());
-      for (std::size_t at = first; at < past; ++at) {
-        product_.add(needed_[at].number, static_cast<int>(at - first), 1.0);
-      }
-      product_.multiply(needed_[past - 1].number);
-      store(first, past);
-      for (std::size_t at = first; at < past; ++at) {
-        finish_before(needed_[at].animal);
-        if (file_) write_column(at, static_cast<int>(at - first));
-      }
+      compute(Columns(needed_).subspan(first, std::min(most, needed_.size() - first)));
     }
     finish_before(pedigree_.maxid + 1);
     if (file_) close_file();
@@ -70,33 +67,65 @@ class MatrixFromPedigree {
   struct Needed {
     std::int32_t animal, number;
   };
+  using Columns = std::span<const Needed>;
+
+  std::unique_ptr<ProductLanes> make_product() const {
+    auto product = std::make_unique<ProductLanes>(kTiny);
+    product->start(ancestry_, pedigree_.newped, pedigree_.f);
+    return product;
+  }
 
   std::int32_t row_of(std::int32_t animal) const { return relationship_.nrm_id(animal); }
 
-  // Puts the columns of needed animals first..past-1 into their rows of the matrix.
-  void store(std::size_t first, std::size_t past) {
+  void compute(Columns columns) {
+    constexpr std::size_t kLanes = ProductLanes::kLanes;
+    const std::int64_t nanoseconds = std::ssize(columns) * ancestry_.size();
+    std::vector<Lines> text(file_ ? (columns.size() + kLanes - 1) / kLanes : 0);
+    parallel_.for_each_block(columns, kLanes, nanoseconds, [&](Columns block, int worker) {
+      multiply(block, products_(worker));
+      if (!file_) return;
+      const auto first = static_cast<std::size_t>(block.data() - columns.data());
+      make_text(block, products_(worker), text[first / kLanes].renew());
+    });
+    for (const Lines& records : text) file_->write(records);
+    for (const Needed& column : columns) finish_before(column.animal);
+  }
+
+  // Computes the columns of a block and puts them into their rows of the matrix.
+  void multiply(Columns block, ProductLanes& product) {
+    int lane = 0;
+    for (const Needed& column : block) product.add(column.number, lane++, 1.0);
+    product.multiply(block.back().number);
+    store(block, product);
+  }
+
+  void store(Columns block, const ProductLanes& product) {
     std::array<std::int32_t, ProductLanes::kLanes> row{};  // 0: none
     std::array<double*, ProductLanes::kLanes> element{};
-    for (std::size_t lane = 0; lane < past - first; ++lane) {
-      row[lane] = row_of(needed_[first + lane].animal);
+    for (std::size_t lane = 0; lane < block.size(); ++lane) {
+      row[lane] = row_of(block[lane].animal);
       if (row[lane] > 0) element[lane] = &relationship_.nrm(ute(row[lane], 1));
     }
     const std::int32_t last = *std::max_element(row.begin(), row.end());
     for (std::int32_t column = 0; column < last; ++column) {
       const std::int32_t number = candidate_[static_cast<std::size_t>(column)];
       for (std::size_t lane = 0; lane < row.size(); ++lane) {
-        if (column < row[lane]) element[lane][column] = product_(number, static_cast<int>(lane));
+        if (column < row[lane]) element[lane][column] = product(number, static_cast<int>(lane));
       }
     }
   }
 
-  // Writes the relationships of a needed animal with those up to itself.
-  void write_column(std::size_t at, int lane) {
+  // Writes the relationships of each animal of the block with those up to itself.
+  void make_text(Columns block, const ProductLanes& product, Unit& unit) const {
     const Table2<std::int32_t>& oldped = pedigree_.oldped;
-    for (std::size_t other = 0; other <= at; ++other) {
-      const double a = product_(needed_[other].number, lane);
-      if (a > kTiny)
-        file_->write(oldped(needed_[at].animal, 1), oldped(needed_[other].animal, 1), a);
+    int lane = 0;
+    for (const Needed& column : block) {
+      for (const Needed& other : Columns(needed_.data(), &column + 1)) {
+        const double a = product(other.number, lane);
+        if (a > kTiny)
+          write_relationship(unit, oldped(column.animal, 1), oldped(other.animal, 1), a);
+      }
+      ++lane;
     }
   }
 
@@ -119,12 +148,13 @@ class MatrixFromPedigree {
 
   Units& units_;
   const Pedigree& pedigree_;
+  Parallel& parallel_;
   const Table<char>& mark_;
   Relationship& relationship_;
   std::string_view gfile_;
   std::optional<RelationshipWriter> file_;
   Ancestry ancestry_;  // of the needed animals
-  ProductLanes product_{kTiny};
+  PerWorker<ProductLanes> products_;
   std::vector<Needed> needed_;           // in animal order
   std::vector<std::int32_t> candidate_;  // numbers, by matrix row from 0
   std::int32_t next_ = 1;                // the next animal to be finished
@@ -140,12 +170,11 @@ void compute_relationships(Run& run, const Pedigree& pedigree, const Table<char>
   write_list(units.log);
   both_list(units.out, units.log, "Computing Numerator Relationship Matrix for ", relationship.nnrm,
             " individuals");
-  std::optional<MatrixFromPedigree> matrix;
   allocate(units, "ERROR in allocating memory NRM in subroutine Relationship", [&] {
-    matrix.emplace(run, pedigree, mark, relationship);
-    matrix->prepare();
+    MatrixFromPedigree matrix(run, pedigree, mark, relationship);
+    matrix.prepare();
+    matrix.compute();
   });
-  matrix->compute();
 }
 
 }  // namespace qob

@@ -1,6 +1,7 @@
 // Watches that time the phases of a run: what a run uses of them. (Pauses, reading and groups of
 // watches are in core/full_stopwatch.h.) A watch carries up to four clocks, named "cpu" (the
-// process's time), "user", "sys" (always 0 here) and "wall"; each is stopped, running or paused.
+// process's time, of all its threads), "user", "sys" (always 0 here) and "wall"; each is stopped,
+// running or paused.
 //
 // A fault (an operation that does not fit a clock's state, say) is reported as a framed warning on
 // the error unit, the clock is left as it was and the run goes on, unless the options say to abort.

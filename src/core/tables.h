@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace qob {
@@ -19,7 +20,7 @@ inline std::size_t vector_size(std::int64_t n) {
 }
 
 // A one-dimensional table with indices Base .. Base + size() - 1.
-template <class T, std::int64_t Base = 1>
+template <class T, std::int64_t Base = 1, class Allocator = std::allocator<T>>
 class Table {
  public:
   Table() = default;
@@ -27,9 +28,11 @@ class Table {
 
   // Makes the table n elements long, each equal to `value`; earlier contents are lost.
   void assign(std::int64_t n, const T& value) { data_.assign(vector_size(n), value); }
+  // The same with elements as the allocator gives them.
+  void make(std::int64_t n) { data_ = Elements(vector_size(n)); }
   void fill(const T& value) { data_.assign(data_.size(), value); }
   // Gives the memory back.
-  void release() { std::vector<T>().swap(data_); }
+  void release() { Elements().swap(data_); }
 
   T& operator()(std::int64_t i) { return data_[offset(i)]; }
   const T& operator()(std::int64_t i) const { return data_[offset(i)]; }
@@ -48,7 +51,9 @@ class Table {
     assert(i >= Base && i - Base < size());
     return static_cast<std::size_t>(i - Base);
   }
-  std::vector<T> data_;
+  using Elements = std::vector<T, Allocator>;
+
+  Elements data_;
 };
 
 // A two-dimensional table, rows 1..rows() by columns 1..columns(), stored column by column.

@@ -13,6 +13,12 @@ int Unit::open_write(const std::string& path, OutputFile::Show show) {
   return file_.open(path, show);
 }
 
+void Unit::open_memory(std::string* memory) {
+  lines_ = 0;
+  unshown_ = {};
+  memory_ = memory;
+}
+
 void Unit::open_standard_output() { file_.take(StandardStream::kOutput, "standard output"); }
 
 void Unit::open_standard_error() { file_.take(StandardStream::kError, "standard error"); }
@@ -30,10 +36,24 @@ void Unit::end_line(Shown shown) {
     Unshown& found = unshown_[static_cast<std::size_t>(shown)];
     if (found.count++ == 0) found.line = lines_;
   }
+  pass_on(line_);
+}
+
+void Unit::append(const Unit& part) {
+  for (std::size_t how = 0; how < unshown_.size(); ++how) {
+    const Unshown& found = part.unshown_[how];
+    if (unshown_[how].count == 0 && found.count > 0) unshown_[how].line = lines_ + found.line;
+    unshown_[how].count += found.count;
+  }
+  lines_ += part.lines_;
+  pass_on(*part.memory_);
+}
+
+void Unit::pass_on(std::string_view lines) {
   if (memory_ != nullptr) {
-    memory_->append(line_);
+    memory_->append(lines);
   } else if (file_.is_open()) {
-    const int status = file_.write(line_);
+    const int status = file_.write(lines);
     if (status != 0) fail_writing(status);
   }
 }

@@ -40,7 +40,7 @@ class Unit {
   void open_standard_output();
   void open_standard_error();
   // Lines are collected in `memory`, each ended by a line feed.
-  void open_memory(std::string* memory) { memory_ = memory; }
+  void open_memory(std::string* memory);
 
   // Writes `line` and a line end; `line` may hold line feeds of its own. Does nothing on a unit
   // that is not open.
@@ -51,6 +51,11 @@ class Unit {
     return line_;
   }
   void end_line(Shown shown = Shown::kAsItIs);
+  // Writes the lines that `part` has collected in memory, and counts what they show.
+  void append(const Unit& part);
+
+  // Written since the unit was opened.
+  std::int64_t lines() const { return lines_; }
   // Lines of the file that was opened last with values that were shown so.
   const Unshown& unshown(Shown how) const { return unshown_[static_cast<std::size_t>(how)]; }
 
@@ -58,6 +63,7 @@ class Unit {
   int close();
 
  private:
+  void pass_on(std::string_view lines);
   [[noreturn]] void fail_writing(int status);
 
   int number_;
@@ -65,7 +71,7 @@ class Unit {
   OutputFile file_;
   std::string* memory_ = nullptr;
   std::string line_;        // in the making
-  std::int64_t lines_ = 0;  // written to the file
+  std::int64_t lines_ = 0;  // written since it was opened
   std::array<Unshown, 3> unshown_;
 };
 

@@ -11,6 +11,7 @@
 #include "core/finding.h"
 #include "core/stop.h"
 #include "driver/first_look.h"
+#include "driver/thread_count.h"
 #include "mating/qobmate.h"
 #include "ocs/qobocs.h"
 #include "pedigree/qobreadrecode.h"
@@ -30,6 +31,7 @@ void take_arguments(Run& run, Arguments arguments) {
   Units& units = run.journal.units;
   Unit& out = units.out;
   units.quiet = std::erase_if(arguments, is_quiet) > 0;
+  run.parallel = Parallel(take_thread_count(arguments));
   if (arguments.empty()) {
     write_list(out, "Filename not specified in command line. Default QOB.PRM assumed");
     stop("ERROR  Parameter file not specified when calling QOB ");

@@ -15,7 +15,7 @@ using Arguments = std::vector<const char*>;
 inline constexpr const char* kOutOfMemory = "Allocation would exceed memory limit";
 
 // Runs the job that the parameter file describes, which the first of the command's arguments names.
-// "--quiet" may stand anywhere among them. Ends by a stop, never by returning.
+// "--quiet" and "--threads N" may stand anywhere among them. Ends by a stop, never by returning.
 [[noreturn]] void run(Run& run, const Arguments& arguments);
 
 // What a run does beside reading its herd, in this order; standard output and standard error are

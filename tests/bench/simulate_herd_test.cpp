@@ -25,6 +25,25 @@ TEST(SimulateHerd, ParentsAreTheBestOfTheirAge_AndTheProgramRunsOnTheBytesOfEver
   EXPECT_EQ(run_program(folder, "h.prm").status, 0);
 }
 
+// Large and deep enough that threads have work.
+TEST(SimulateHerd, RunsGiveTheSameFilesHoweverManyThreadsThereAre) {
+  const TemporaryFolder folder;
+  simulate(folder,
+           "h --animals 20000 --years 30 --sires 20 --candidates 500 --generations 20 "
+           "--sire-youngest 1 --sire-oldest 1 --sire-replacement 1 "
+           "--dam-youngest 1 --dam-oldest 1 --dam-replacement 1");
+  const auto files = [&](const std::string& threads) {
+    EXPECT_EQ(run_program(folder, "h.prm --threads=" + threads).status, 0);
+    std::system(
+        ("cd " + (folder / "") + " && cat stdout.txt h_* | grep -v 'cpu=\\|wall=\\|started' > all")
+            .c_str());
+    return read_file(folder / "all");
+  };
+  const std::string alone = files("1");
+  EXPECT_GT(alone.size(), 1'000'000U);
+  for (const char* threads : {"2", "3", "16"}) EXPECT_TRUE(files(threads) == alone) << threads;
+}
+
 TEST(SimulateHerd, OptionsWithoutSenseAreRefused) {
   const TemporaryFolder folder;
   for (const char* options :
