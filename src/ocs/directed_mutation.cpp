@@ -89,7 +89,7 @@ class DirectedMutation {
   // The best replacement of x; none when no candidate has the matings that are needed, or none
   // keeps the constraint. The lowest-numbered of equally good ones.
   Choice choose(std::int32_t x, int sex, std::int64_t needed) {
-    Replacement r{{x, sex, 0.0, nullptr}, needed};
+    Replacement r{{x, sex, 0.0, {}}, needed};
     if (objective_.criterion == Criterion::kMerit) return best_gain(r);
     ++choice_;
     looks_ = 0;
@@ -100,7 +100,7 @@ class DirectedMutation {
       follow(kMale + kFemale - sex);
       predicted_.emplace(selection_, uses_, d_, caches_.sums, caches_.rows);
     }
-    caches_.rows.read({&x, 1}, RowCache::Keep::kRows, &r.loser.row_x);
+    r.loser.row_x = caches_.rows.find_or_read(x);
     bound_replacements(selection_, r.loser, d_, caches_.sums[sex - 1], caches_.rows.own(), bounds_);
     if (objective_.criterion == Criterion::kPenalty) return best_penalised(r);
     return predicted_->exceeds(objective_.constraint) ? least_related(r)

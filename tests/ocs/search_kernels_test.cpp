@@ -143,9 +143,10 @@ TEST_F(SearchKernels, EvaluationOfSeveralGivesTheBitsOfOneAfterAnother) {
 }
 
 TEST_F(SearchKernels, RowsHoldTheMatrix_WhateverIsKept) {
-  for (const double odd : {0.25, 0x1p-30}) {  // with the second the rows of doubles begin half way
+  for (const double odd :
+       {0.25, 0x1p-30}) {  // with the second, doubles take the place of integers half way
     draw_herd(6);
-    relate(9, 5, odd);
+    relate(3, 2, odd);
     const std::int32_t n = candidates.ncands;
     RowCache rows(relationship, candidates, 5 * sizeof(double) * static_cast<std::size_t>(n + 1));
     ASSERT_TRUE(rows.is_fixed());

@@ -40,12 +40,21 @@ QOB_VECTOR_CLONES void add_rows(double* __restrict sum, const Element* const* ro
   }
 }
 
+// The same for two, as many as a replacement changes.
+template <class Element>
+QOB_VECTOR_CLONES void add_two_rows(double* __restrict sum, const Element* const* row,
+                                    const double* delta, std::size_t n) {
+  const Element *r0 = row[0], *r1 = row[1];
+  for (std::size_t k = 0; k < n; ++k) sum[k] += delta[0] * r0[k] + delta[1] * r1[k];
+}
+
 template <class Element>
 void add_block(const Block& block, const Element* KeptRow::*elements, std::size_t first,
                std::size_t n, double* sum) {
   std::array<const Element*, RowCache::kBlock> row;
   for (std::size_t b = 0; b < row.size(); ++b) row[b] = block.row[b].*elements + first;
-  add_rows(sum + first, row.data(), block.delta.data(), n);
+  const auto add = block.count > 2 ? add_rows<Element> : add_two_rows<Element>;
+  add(sum + first, row.data(), block.delta.data(), n);
 }
 
 // To the sums of n candidates from `first` on.
@@ -109,9 +118,7 @@ void ParentSums::add_rows(std::span<const std::int32_t> changed, const Uses& use
                                  nanoseconds, add);
   for (const std::int32_t j : unkept) {
     Block block;
-    const double* row;
-    rows.read({&j, 1}, RowCache::Keep::kNothing, &row);
-    block.add({row, nullptr}, static_cast<double>(uses(j) - uses_(j)));
+    block.add(rows.find_or_read(j), static_cast<double>(uses(j) - uses_(j)));
     add_block(block, static_cast<std::size_t>(first), n, sum_.data());
   }
   for (const std::int32_t j : changed) uses_(j) = uses(j);

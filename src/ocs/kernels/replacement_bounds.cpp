@@ -7,17 +7,19 @@ namespace {
 
 // What is the same for all y; the tables begin at the first candidate of the sex.
 struct Terms {
-  const double *merit, *apv2, *sum, *own, *with_x;
+  const double *merit, *apv2, *sum, *own;
   double merit_x, apv2_x, own_x, a_x, error, d, k, genint;
 };
 
-QOB_VECTOR_CLONES
-void bound(const Terms& terms, std::size_t n, double* __restrict gain, double* __restrict low,
-           double* __restrict high) {
+// with_x: relationships in this unit.
+template <class Element>
+QOB_VECTOR_CLONES void bound(const Terms& terms, const Element* with_x, double unit, std::size_t n,
+                             double* __restrict gain, double* __restrict low,
+                             double* __restrict high) {
   const Terms t = terms;
   for (std::size_t y = 0; y < n; ++y) {
     const double apv2 = t.apv2[y] - t.apv2_x;
-    const double squares = t.own[y] + t.own_x - 2.0 * t.with_x[y];
+    const double squares = t.own[y] + t.own_x - 2.0 * (unit * with_x[y]);
     const double a_y = t.sum[y] * t.d;
     gain[y] = merit_gain(t.d, t.merit[y] - t.merit_x, t.k);
     low[y] = relationship_change(t.d, apv2, a_y - t.error - t.a_x, squares, t.genint);
@@ -38,7 +40,6 @@ void bound_replacements(const Selection& selection, const Loser& loser, double d
                        .apv2 = &goal.apv2(first),
                        .sum = sums.data() + first,
                        .own = own + first,
-                       .with_x = loser.row_x + first,
                        .merit_x = candidates.merit(loser.x),
                        .apv2_x = goal.apv2(loser.x),
                        .own_x = own[loser.x],
@@ -47,7 +48,11 @@ void bound_replacements(const Selection& selection, const Loser& loser, double d
                        .d = d,
                        .k = goal.k_factor[loser.sex - 1],
                        .genint = goal.last_genint};
-  bound(terms, n, bounds.gain.data(), bounds.low.data(), bounds.high.data());
+  const auto bound_by = [&](const auto* row, double unit) {
+    bound(terms, row + first, unit, n, bounds.gain.data(), bounds.low.data(), bounds.high.data());
+  };
+  if (loser.row_x.real != nullptr) return bound_by(loser.row_x.real, 1.0);
+  bound_by(loser.row_x.fixed, KeptRow::kUnit);
 }
 
 }  // namespace qob

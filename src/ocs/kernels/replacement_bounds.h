@@ -34,8 +34,8 @@ struct ReplacementBounds {
 struct Loser {
   std::int32_t x;
   int sex;
-  double a_x;           // A(x)
-  const double* row_x;  // its relationships by candidate
+  double a_x;     // A(x)
+  KeptRow row_x;  // its relationships
 };
 
 // d: the contribution of one mating; own: the relationship of each candidate with itself; sums: of

@@ -82,6 +82,14 @@ KeptRow RowCache::find(std::int32_t candidate) const {
   return {static_cast<const double*>(row), nullptr};
 }
 
+KeptRow RowCache::find_or_read(std::int32_t candidate) {
+  const KeptRow kept = find(candidate);
+  if (kept.is_kept()) return kept;
+  const double* row;
+  read({&candidate, 1}, Keep::kNothing, &row);
+  return {row, nullptr};
+}
+
 // Gives the candidate a place for its row. Returns whether there is one within the bound.
 bool RowCache::take_place(std::int32_t candidate) {
   std::size_t at = places_.size();

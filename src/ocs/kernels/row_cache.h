@@ -65,6 +65,8 @@ class RowCache {
   // The row of a candidate if it is kept. Valid until the next reading or preparation; several
   // threads may ask.
   KeptRow find(std::int32_t candidate) const;
+  // The same, or the row as doubles if it is not kept.
+  KeptRow find_or_read(std::int32_t candidate);
   // Whether the kept rows are integers.
   bool is_fixed() const { return is_fixed_; }
 
