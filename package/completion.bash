@@ -11,4 +11,4 @@ _qob() {
     mapfile -t COMPREPLY < <(compgen -G "$cur*F_summary.txt" | sed 's/F_summary\.txt$//')
   [ ${#COMPREPLY[@]} -gt 0 ] || _filedir "$input"
 }
-complete -F _qob qob qob-prepare qob-report
+complete -F _qob qob qob-prepare qob-report qob-frontier

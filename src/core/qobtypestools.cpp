@@ -92,17 +92,28 @@ std::string copy_of_log(const Run& run, std::string_view prefix) {
          std::string(run.parameters.files.logfile.trimmed());
 }
 
+namespace {
+
+// A run in a folder of its own may be one of several of this process: a command that it starts
+// would for a moment keep the files locked that the others have just open.
+bool copy_log(const Run& run, const std::string& prefix, const std::string& copy) {
+  const std::string from = run.journal.units.log.readable_name();
+  return run.files.folder.empty()
+             ? copy_in_shell(from, prefix, std::string(run.parameters.files.logfile.trimmed()))
+             : copy_file(from, copy) == 0;
+}
+
+}  // namespace
+
 void copylogfile(Run& run, std::string_view prefix) {
   if (adjustl_trim(prefix).empty()) return;
-  const std::string p = run.files.path(prefix);
-  const std::string name(run.parameters.files.logfile.trimmed());
   const std::string copy = copy_of_log(run, prefix);
-  if (are_same_path(copy, run.files.path(name))) return;
+  if (are_same_path(copy, run.files.path(run.parameters.files.logfile))) return;
   // Another run's log is not written over; `cp` would wait for a pipe's reader, or go into a
   // folder.
   const int status = OutputFile::probe(copy);
   const bool refused = status == EWOULDBLOCK || status == ENXIO || status == EISDIR;
-  if (!refused && copy_in_shell(run.journal.units.log.readable_name(), p, name)) return;
+  if (!refused && copy_log(run, run.files.path(prefix), copy)) return;
   write_list(run.journal.units.err, "WARNING: The log could not be copied to ", copy);
 }
 

@@ -79,7 +79,8 @@ bool is_result(const std::string& path);
 void renameoldresultfiles(Run& run, std::string_view prefix);
 // The name of the log's copy, as the shell reads it.
 std::string copy_of_log(const Run& run, std::string_view prefix);
-// Copies the log to it, through the shell; nothing when the prefix is blank. A failure is told.
+// Copies the log to it, through the shell of a run in the working folder; nothing when the prefix
+// is blank. A failure is told.
 void copylogfile(Run& run, std::string_view prefix);
 
 // Writes `text` with the local date and time to standard output and the log.

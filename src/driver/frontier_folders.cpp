@@ -103,7 +103,7 @@ void FrontierFolders::prepare(const PointRun& run) const {
 }
 
 std::vector<std::string> run_all(const FrontierFolders& folders, const SharedHerd& herd,
-                                 const std::vector<PointRun>& runs, int jobs) {
+                                 const std::vector<PointRun>& runs, int jobs, Unit& out) {
   std::vector<std::string> faults;
   std::mutex one_at_a_time;
   Progress progress("Plans");
@@ -114,8 +114,10 @@ std::vector<std::string> run_all(const FrontierFolders& folders, const SharedHer
     const std::string fault = run_one(folders.path(run), herd, row_memory);
     const std::lock_guard lock(one_at_a_time);
     if (!fault.empty()) faults.push_back(fault);
-    progress.show(static_cast<double>(++done) / static_cast<double>(runs.size()),
-                  ", last " + run.folder);
+    progress.show(static_cast<double>(++done) / static_cast<double>(runs.size()));
+    if (streams_are_terminals() && run.is_search())
+      out.write_line(std::to_string(done) + " of " + std::to_string(runs.size()) +
+                     " plans: " + run.folder);
   });
   return faults;
 }

@@ -37,8 +37,9 @@ class FrontierFolders {
 
 inline constexpr const char* kRunParameters = "qob.prm";  // in each folder
 
-// Runs those that are prepared, so many at a time. Returns what went wrong, a line each.
+// Runs those that are prepared, so many at a time. Who sees `out` is told of each that has ended.
+// Returns what went wrong, a line each.
 std::vector<std::string> run_all(const FrontierFolders& folders, const SharedHerd& herd,
-                                 const std::vector<PointRun>& runs, int jobs);
+                                 const std::vector<PointRun>& runs, int jobs, Unit& out);
 
 }  // namespace qob

@@ -27,6 +27,7 @@ class Main {
  public:
   explicit Main(const FrontierArguments& arguments)
       : arguments_(arguments),
+        jobs_(arguments.jobs > 0 ? arguments.jobs : processors()),
         given_(read_parameters(arguments.parameter_file)),
         folders_(arguments.output, given_) {
     out_.open_standard_output();
@@ -43,6 +44,7 @@ class Main {
   void tell(const std::string& line) { err_.write_line(line); }
 
   const FrontierArguments& arguments_;
+  int jobs_;
   GivenParameters given_;
   FrontierFolders folders_;
   Unit out_{6}, err_{0};
@@ -57,6 +59,7 @@ void Main::read_herd_once() {
   const PointRun own = direct_run(own_point(given_.groups.ocs), given_);
   if (!folders_.is_finished(own)) folders_.prepare(own);
   ToldRun told;
+  told.run.parallel = Parallel(jobs_);
   told.run.files.folder = folders_.path(own);
   const End end = end_of([&] { read_herd(told.run, kRunParameters, herd_); });
   if (end.status != kSuccess) {
@@ -87,8 +90,7 @@ bool Main::make_plans() {
     std::vector<PointRun> wanted = runs_;
     if (arguments_.resume) std::erase_if(wanted, is_finished);
     for (const PointRun& run : wanted) folders_.prepare(run);
-    const int jobs = arguments_.jobs > 0 ? arguments_.jobs : processors();
-    for (const std::string& fault : run_all(folders_, herd_, wanted, jobs)) tell(fault);
+    for (const std::string& fault : run_all(folders_, herd_, wanted, jobs_, out_)) tell(fault);
   }
   const auto missing = std::stable_partition(runs_.begin(), runs_.end(), is_finished);
   const bool all = missing == runs_.end();
@@ -131,6 +133,10 @@ int Main::run() {
   add_runs(other_points(arguments_, given_.groups.ocs, &possible_->curve()));
   const bool all = make_plans();
   const Frontier frontier = collect(herd_, *possible_, folders_, runs_);
+  for (const FrontierPlan& plan : frontier.plans) {
+    if (!plan.reach && !plan.run.is_search())
+      tell(plan.run.folder + ": no bound is known for a goal like this");
+  }
   const std::string table = table_of(frontier);
   out_.write_line(table.substr(0, table.size() - 1));
   write(frontier);

@@ -114,9 +114,10 @@ double Collector::degrees(double scaled_merit, double relationship) {
   if (!possible_.is_any() || possible_.curve().is_point()) return kNaN;
   const RelaxedPlan& first = possible_.curve().tangents().front().plan;
   const RelaxedPlan& last = possible_.curve().tangents().back().plan;
-  return std::atan2((first.relationship - relationship) / (first.relationship - last.relationship),
-                    (scaled_merit - last.scaled_merit) / (first.scaled_merit - last.scaled_merit)) *
-         180.0 / std::numbers::pi;
+  const double less =
+      (first.relationship - relationship) / (first.relationship - last.relationship);
+  const double more = (scaled_merit - last.scaled_merit) / (first.scaled_merit - last.scaled_merit);
+  return std::atan2(std::max(less, 0.0), std::max(more, 0.0)) * 180.0 / std::numbers::pi;
 }
 
 FrontierPlan Collector::plan(const PointRun& run) {

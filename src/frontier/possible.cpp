@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "frontier/kernels/definiteness.h"
+#include "ocs/evaluation.h"
 
 namespace qob {
 namespace {
@@ -28,7 +29,9 @@ double Reach::share(double value) const {
 
 Possible::Possible(const Selection& selection, const Relationship& relationship,
                    const Pedigree& pedigree)
-    : selection_(selection), rows_(relationship, selection.candidates) {
+    : selection_(selection),
+      relationship_(relationship),
+      rows_(relationship, selection.candidates) {
   const Uses start = greedy_uses({selection, relationship, {}}, {1.0, 0.0}, rows_);
   if (!is_plan(start, selection)) return;
   const bool by_pedigree = relationship.pedsource;
@@ -56,27 +59,18 @@ double Possible::bound(const Objective& objective) {
 }
 
 // Of using all candidates in proportion to their mating limits.
-double Possible::relationship_of_all() {
+double Possible::relationship_of_all() const {
   const Candidates& candidates = selection_.candidates;
-  const Goal& goal = selection_.goal;
   double places[2] = {0.0, 0.0};
   for (std::int32_t i = 1; i <= candidates.ncands; ++i)
     places[candidates.is_male(i) ? 0 : 1] += candidates.max_matings(i);
-  const auto contribution = [&](std::int32_t i) {
-    return 0.5 * candidates.max_matings(i) / places[candidates.is_male(i) ? 0 : 1];
-  };
-  double sum = goal.vpapv;
-  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
-    const double* row = nullptr;
-    rows_.read({&i, 1}, RowCache::Keep::kNothing, &row);
-    double with_all = 0.0;
-    for (std::int32_t k = 1; k <= candidates.ncands; ++k) with_all += contribution(k) * row[k];
-    sum += contribution(i) * (goal.apv2(i) + with_all);
-  }
-  return sum / (goal.last_genint * goal.last_genint);
+  Table<double> contributions(candidates.ncands, 0.0);
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i)
+    contributions(i) = 0.5 * candidates.max_matings(i) / places[candidates.is_male(i) ? 0 : 1];
+  return average_relationship(selection_, relationship_, contributions);
 }
 
-double Possible::base(const Objective& objective) {
+double Possible::base(const Objective& objective) const {
   if (objective.criterion == Criterion::kConstraint) return 0.0;
   if (objective.criterion == Criterion::kPenalty)
     return objective.w_relationship == 0.0 ? 0.0 : objective.w_relationship * relationship_of_all();

@@ -37,10 +37,11 @@ class Possible {
 
  private:
   double bound(const Objective& objective);
-  double base(const Objective& objective);
-  double relationship_of_all();
+  double base(const Objective& objective) const;
+  double relationship_of_all() const;
 
   const Selection& selection_;
+  const Relationship& relationship_;
   RowCache rows_;
   std::unique_ptr<Relaxation> relaxation_;
   std::unique_ptr<BestPossible> curve_;

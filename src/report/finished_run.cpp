@@ -50,6 +50,7 @@ void take_up_parameters(FinishedRun& finished) {
                      read_echo(finished, group_of(p.relationship));
   const bool is_planned =
       read_echo(finished, group_of(p.ocs)) && read_echo(finished, group_of(p.algorithm));
+  read_echo(finished, group_of(p.improvement));  // of runs that were asked for it
   if (!whole || (finished.log.has_plan() && !is_planned))
     stop(finished.log.path + ": no log of a run that has read its parameters");
   run.files.folder = folder_of_run(finished.prefix, p.data.resultsdirectory);

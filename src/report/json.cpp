@@ -123,16 +123,16 @@ Json matrix(const ReportedPlan& plan) {
 
 Json plan(const ReportedPlan& plan) {
   using P = ReportedPlan;
-  return object_of(plan, Field{"criterion", &P::criterion}, Field{"w_merit", &P::w_merit},
-                   Field{"w_relationship", &P::w_relationship}, Field{"constraint", &P::constraint},
-                   Field{"pairing", &P::pairing},
-                   Field{"value", [](const P& p) { return value(p.value); }}, Field{"ne", &P::ne},
-                   Field{"gain", &P::gain},
-                   Field{"males", [](const P& p) { return use_of(p.males); }},
-                   Field{"females", [](const P& p) { return use_of(p.females); }},
-                   Field{"unknown_genes", &P::unknown_genes}, Field{"last", last_time},
-                   Field{"matings", [](const P& p) { return matings(p.matings); }},
-                   Field{"alternatives", alternatives}, Field{"matrix", matrix});
+  return object_of(
+      plan, Field{"criterion", &P::criterion}, Field{"w_merit", &P::w_merit},
+      Field{"w_relationship", &P::w_relationship}, Field{"constraint", &P::constraint},
+      Field{"pairing", &P::pairing}, Field{"value", [](const P& p) { return value(p.value); }},
+      Field{"bound", &P::bound}, Field{"share", &P::share}, Field{"ne", &P::ne},
+      Field{"gain", &P::gain}, Field{"males", [](const P& p) { return use_of(p.males); }},
+      Field{"females", [](const P& p) { return use_of(p.females); }},
+      Field{"unknown_genes", &P::unknown_genes}, Field{"last", last_time},
+      Field{"matings", [](const P& p) { return matings(p.matings); }},
+      Field{"alternatives", alternatives}, Field{"matrix", matrix});
 }
 
 Json candidates(const std::vector<ReportedCandidate>& candidates) {
@@ -275,11 +275,11 @@ Json given(const GivenPlan& given) {
     return columns_of(g.matings, Field{"sire", &M::sire}, Field{"dam", &M::dam},
                       Field{"merit", &M::merit}, Field{"f", &M::f}, Field{"vf", &M::vf});
   };
-  return object_of(given, Field{"file", &G::file}, Field{"matings", matings},
-                   Field{"value", [](const G& g) { return value(g.value); }},
-                   Field{"males", [](const G& g) { return use_of(g.males); }},
-                   Field{"females", [](const G& g) { return use_of(g.females); }},
-                   Field{"faults", &G::faults});
+  return object_of(
+      given, Field{"file", &G::file}, Field{"matings", matings},
+      Field{"value", [](const G& g) { return value(g.value); }}, Field{"share", &G::share},
+      Field{"males", [](const G& g) { return use_of(g.males); }},
+      Field{"females", [](const G& g) { return use_of(g.females); }}, Field{"faults", &G::faults});
 }
 
 Json result(const Report& report) {

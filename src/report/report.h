@@ -106,8 +106,10 @@ struct ReportedPlan {
   double w_merit = 0.0, w_relationship = 0.0, constraint = kNaN;
   std::string pairing;  // "mai" or "random"
   PlanValue value;
-  double ne = kNaN;    // 1 / (2 rate)
-  double gain = kNaN;  // merit less the mean of the last time step
+  double bound = kNaN;  // no plan has a larger fitness
+  double share = kNaN;  // how much of what any plan could reach it reaches (frontier/possible.h)
+  double ne = kNaN;     // 1 / (2 rate)
+  double gain = kNaN;   // merit less the mean of the last time step
   SexUse males, females;
   double unknown_genes =
       0.0;  // share of the genes of the offspring from chosen parents' unknown parents
@@ -125,6 +127,7 @@ struct GivenPlan {
   std::string file;
   std::vector<ReportedMating> matings;
   PlanValue value;
+  double share = kNaN;  // as of the best plan, if it makes as many matings within the limits
   SexUse males, females;
   std::vector<std::string> faults;  // limits that it does not keep
 };

@@ -5,6 +5,7 @@
 
 #include "core/parameters.h"
 #include "core/stop.h"
+#include "frontier/possible.h"
 #include "report/candidates.h"
 #include "report/plan.h"
 #include "report/warnings.h"
@@ -74,6 +75,7 @@ void tell_parameters(const FinishedRun& finished, Making& making) {
   Parameters p = finished.as_run;
   for (const Group& group : groups_of(p)) {
     if (group.name == group_of(p.contrib).name || group.name == group_of(p.mating).name) continue;
+    if (group.name == group_of(p.improvement).name && !p.improvement.is_wanted()) continue;
     for (const Key& key : group.keys)
       making.parameters.push_back({std::string(group.name), std::string(key.name), key.show()});
   }
@@ -131,6 +133,20 @@ std::string title_of(const FinishedRun& finished) {
   return name.ends_with(".dat") ? name.substr(0, name.size() - 4) : name;
 }
 
+void tell_reach(FinishedRun& finished, Report& report) {
+  const FinishedRun::Planned& planned = *finished.planned;
+  Possible possible(planned.selection, planned.relationship, finished.pedigree);
+  const std::optional<Reach> reach =
+      possible.reach(objective_of(finished.run.parameters.ocs, planned.selection.goal));
+  if (!reach) return;
+  report.plan.bound = reach->bound;
+  report.plan.share = reach->share(report.plan.value.fitness);
+  for (GivenPlan& given : report.given) {
+    if (given.faults.empty() && given.matings.size() == report.plan.matings.size())
+      given.share = reach->share(given.value.fitness);
+  }
+}
+
 }  // namespace
 
 Reported report_on(FinishedRun& finished, const Names& names, const GivenList* given) {
@@ -162,6 +178,7 @@ Reported report_on(FinishedRun& finished, const Names& names, const GivenList* g
     if (!report.has_plan) stop(finished.log.path + ": a run without matings : nothing to compare");
     report.given.push_back(value_given_plan(finished, names, *given, animals));
   }
+  if (report.has_plan) tell_reach(finished, report);
   report.making = reported_making(finished);
   report.animals = animals.told();
   return reported;

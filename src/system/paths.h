@@ -28,6 +28,10 @@ std::vector<std::string> entries_of(const std::string& folder, const std::string
 // The path of a file as it is called from `folder`, which is there.
 std::string path_from(const std::string& folder, const std::string& path);
 
+// Copies a file over another one, which it replaces when it is complete. Returns 0 or the system's
+// error number.
+int copy_file(const std::string& from, const std::string& to);
+
 // Removes the file, if it is there. Returns 0 or the system's error number.
 int remove_file(const std::string& path);
 

@@ -44,7 +44,7 @@ inline Report small_report() {
   report.warnings = {{"ne", true, "", {{"ne", 12.5}, {"limit", 50.0}}, {0}}};
   report.making.parameters = {{"OCS", "seed", "1"}};
   report.making.files = {{"data", "herd.dat", "00ff", 5'000'000'000}};
-  report.given = {{"mine.csv", plan.matings, {}, {}, {}, {"too many"}}};
+  report.given = {{"mine.csv", plan.matings, {}, kNaN, {}, {}, {"too many"}}};
   return report;
 }
 

@@ -31,7 +31,7 @@ const sex_use = object({
 const plan = object({
   criterion: oneOf("penalty", "constraint", "merit"),
   w_merit: number, w_relationship: number, constraint: number, pairing: text,
-  value, ne: number, gain: number, males: sex_use, females: sex_use, unknown_genes: number,
+  value, bound: number, share: number, ne: number, gain: number, males: sex_use, females: sex_use, unknown_genes: number,
   last: object({
     birth_time: number, animals: number, f: number, merit: number, relationship: number, generation_interval: number,
   }),
@@ -93,7 +93,7 @@ const making = object({
   files: columns({ role: text, name: text, sha256: text, bytes: number }),
 });
 
-const given = list(object({ file: text, matings: columns(mated), value, males: sex_use, females: sex_use, faults: list(text) }));
+const given = list(object({ file: text, matings: columns(mated), value, share: number, males: sex_use, females: sex_use, faults: list(text) }));
 
 const result = object({
   format: oneOf("qob-result"), version: oneOf(1), title: text, has_names: flag, planned_birth_time: number,

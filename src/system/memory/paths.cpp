@@ -1,5 +1,7 @@
 #include "system/paths.h"
 
+#include <cerrno>
+
 #include "system/memory/memory_files.h"
 
 namespace qob {
@@ -27,6 +29,13 @@ std::vector<std::string> entries_of(const std::string&, const std::string&) { re
 
 // All names begin in one place.
 std::string path_from(const std::string&, const std::string& path) { return path; }
+
+int copy_file(const std::string& from, const std::string& to) {
+  const MemoryFiles::Contents contents = memory_files().get(from);
+  if (contents == nullptr) return ENOENT;
+  memory_files().put(to, *contents);
+  return 0;
+}
 
 int remove_file(const std::string& path) {
   memory_files().remove(path);

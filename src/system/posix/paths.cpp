@@ -60,6 +60,14 @@ std::string path_from(const std::string& folder, const std::string& path) {
   return fault || relative.empty() ? path : relative.string();
 }
 
+int copy_file(const std::string& from, const std::string& to) {
+  const std::string part = to + ".part";
+  std::error_code fault;
+  fs::copy_file(from, part, fs::copy_options::overwrite_existing, fault);
+  if (!fault) fs::rename(part, to, fault);
+  return fault.value();
+}
+
 int remove_file(const std::string& path) {
   return ::unlink(path.c_str()) == 0 || errno == ENOENT ? 0 : errno;
 }

@@ -19,7 +19,7 @@ export const figures = {
   pairings: { mai: "for least inbreeding", random: "as found" } as Record<string, string>,
   matings: "Matings", males: "Males chosen", females: "Females chosen", most: "Most matings of a male",
   merit: "Merit of the offspring", gain: "Gain over those born last", inbreeding: "Mean inbreeding of the offspring",
-  largest: "Largest inbreeding of an offspring", relationship: "Mean relationship", rate: "Rate of inbreeding a generation", ne: "Effective size",
+  largest: "Largest inbreeding of an offspring", relationship: "Mean relationship", rate: "Rate of inbreeding a generation", ne: "Effective size", share: "Share of what any plan could reach by its own goal",
   unknown_genes: "Genes of unknown parents", warnings: "Serious things to beware of",
   of: (chosen: string, candidates: string) => `${chosen} of ${candidates}`,
   note: "The value by which a search goes is not compared: with other weights it is another measure.",

@@ -1,6 +1,6 @@
 // Words of the summary: the plan, or the population, in one paragraph.
 
-import { count, counted, digits, fixed, percent } from "../format.js";
+import { atLeast, count, counted, digits, fixed, percent } from "../format.js";
 
 export const TITLE = "In short";
 
@@ -25,6 +25,8 @@ export const rate = (rate: number, ne: number, interval: number) => {
   if (ne < 2) return `Relationship rises in one step so much that, over a generation of ${digits(interval)} time steps, the rate of inbreeding would be ${percent(rate, 0)}: too fast for an effective size to mean anything. `;
   return `Inbreeding rises by ${percent(rate)} a generation, as in a population of an effective size of ${size(ne)}. `;
 };
+export const reached = (share: number) =>
+  share < 1 ? `By the goal that was set it reaches ${atLeast(share)} of what any plan could. ` : "By the goal that was set no plan could be better. ";
 export const noBase = (animals: number, born: string, change: string) =>
   `How fast inbreeding rises by this plan cannot be said well, as only ${counted(animals, "animal", "animals")} born in ${born} can be compared with${change && `; over the last generation interval it ${change}`}. `;
 export const incomplete = (completeness: number, born: string) =>
@@ -75,6 +77,7 @@ export const FORMULAS = [
   "F, inbreeding: the probability that the two genes of an animal at one place come from the same gene of an ancestor (Wright 1922).",
   "Relationship: the additive relationship, twice the coancestry, as the mean of all pairs of the next generation, each with itself included.",
   "Rate of inbreeding a generation: (r − r₀) × L / (2 − r₀), where r is the mean relationship of the next generation, r₀ that of the last birth time and L the generation interval, the mean age of the parents.",
+  "What any plan could reach: a bound of the value by the goal, as of a best plan when matings may be given in parts, with the variances that no two candidates share counted in whole matings. 0 % would be all candidates used in proportion to their limits, without gain of merit.",
   "Effective size: 1 / (2 × rate), the number of animals of an ideal population whose inbreeding rises as fast (Falconer & Mackay 1996).",
 ];
 
@@ -89,5 +92,6 @@ export const GIVEN_SOUND = "The given plan keeps all limits.";
 export const GIVEN_COLUMNS = ["Figure", "Best plan", "Given plan", "Difference"];
 export const GIVEN_MATINGS = "The matings of the given plan";
 export const FITNESS = "Value of the plan (fitness)";
+export const SHARE = "Share of what any plan could reach";
 export const FITNESS_NOTE = "Fitness is what the search maximises under the criterion of this run: larger is better.";
 export const AGE = "Mean age of the parents, in time steps";
