@@ -1,14 +1,14 @@
 // The figures of a plan: the marked one's as cards, the chosen one's beside those of the marked one.
 
 import { facts, fill, group, h, link, type Child } from "../shared/dom.js";
-import { count, digits, fixed, NONE, percent, reached } from "../shared/format.js";
+import { atLeast, count, digits, fixed, NONE, percent } from "../shared/format.js";
 import { plain } from "../shared/table.js";
 import * as words from "../shared/texts/frontier.js";
 import type { Choice } from "./choice.js";
 import { called, type Frontier, type Plan } from "./model.js";
 
 const VALUES = {
-  share: ({ share }: Plan) => reached(share),
+  share: ({ share }: Plan) => atLeast(share),
   scaled_merit: ({ scaled_merit }: Plan) => words.sd(scaled_merit),
   merit: ({ merit }: Plan) => digits(merit, 4),
   rate: ({ rate }: Plan) => percent(rate),

@@ -1,7 +1,7 @@
 // All plans as a table: each row has a button that chooses its plan, and so has the row itself.
 
 import { h, part } from "../shared/dom.js";
-import { digits, reached } from "../shared/format.js";
+import { atLeast, digits } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/frontier.js";
 import type { Choice } from "./choice.js";
@@ -33,7 +33,7 @@ function columns(plans: readonly Plan[], chooser: (plan: Plan) => HTMLElement): 
   const all = [
     column("plan", called, { show: chooser }),
     column("how", ({ how }) => how, { show: ({ how }) => words.how[how] }),
-    column("share", ({ share }) => share, { show: ({ share }) => reached(share).replace(/\s*%$/, "") }),
+    column("share", ({ share }) => share, { show: ({ share }) => atLeast(share).replace(/\s*%$/, "") }),
     column("scaled_merit", ({ scaled_merit }) => scaled_merit, { decimals: 3 }),
     column("merit", ({ merit }) => merit, { show: ({ merit }) => digits(merit, 4) }),
     column("rate", ({ rate }) => rate, { percent: true }),

@@ -2,7 +2,7 @@
 
 import { choose } from "../shared/choose.js";
 import { group, h, note, part, type Child } from "../shared/dom.js";
-import { count, fixed, NONE, percent, reached } from "../shared/format.js";
+import { atLeast, count, fixed, NONE, percent } from "../shared/format.js";
 import { plain, table, type Column } from "../shared/table.js";
 import * as candidate_words from "../shared/texts/candidates.js";
 import * as words from "../shared/texts/compare.js";
@@ -39,7 +39,7 @@ function figures(plans: readonly Planned[]): HTMLElement {
       row(names.relationship, ({ value }) => percent(value.relationship)),
       row(names.rate, ({ value }) => percent(value.rate)),
       row(names.ne, ({ ne }) => (Number.isFinite(ne) ? fixed(ne, 1) : NONE)),
-      row(names.share, ({ share }) => reached(share)),
+      row(names.share, ({ share }) => atLeast(share)),
       row(names.unknown_genes, ({ unknown_genes }) => percent(unknown_genes, 1)),
       row(names.warnings, (_, { result }) => count(once(result.warnings).filter(({ serious }) => serious).length)),
     ])),

@@ -1,7 +1,7 @@
 // A plan that somebody has made, side by side with the best one.
 
 import { group, h, note } from "../shared/dom.js";
-import { count, digits, percent, reached } from "../shared/format.js";
+import { atLeast, count, digits, percent } from "../shared/format.js";
 import { plain } from "../shared/table.js";
 import * as words from "../shared/texts/summary.js";
 import type { Given, Plan, PlanValue, Result } from "./model.js";
@@ -36,7 +36,7 @@ function rows(plan: Plan, given: Given): string[][] {
     row(words.NE, effective(plan.value.rate), effective(given.value.rate), short),
     value(words.AGE, "age", short),
     value(words.FITNESS, "fitness", short),
-    row(words.SHARE, plan.share, given.share, (share) => reached(share)),
+    row(words.SHARE, plan.share, given.share, atLeast),
   ];
 }
 

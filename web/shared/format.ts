@@ -33,11 +33,9 @@ export function percent(value: number, decimals = 2): string {
   return Number.isFinite(value) ? `${fixed(value * 100, decimals)}\u00a0%` : NONE;
 }
 
-/** A share of what could be reached as percent, rounded down: 0.99999 is not "100.00 %". Its last bits
- * are noise of the division that it comes from. */
-export function reached(value: number, decimals = 2): string {
-  const scale = 100 * 10 ** decimals;
-  return percent(Math.floor(Number((value * scale).toPrecision(12))) / scale, decimals);
+/** A share rounded down, so that only the whole is 100.00 %. */
+export function atLeast(share: number): string {
+  return percent(Math.floor(share * 1e4 + 1e-6) / 1e4);
 }
 
 /** Enough decimals for about so many digits that tell: 0.00123, 12.3, 1,234. */

@@ -1,6 +1,6 @@
 // What a reader reads about the curve of merit against relationship and the plans beneath it.
 
-import { count, counted, digits, fixed, NONE, percent, reached } from "../format.js";
+import { atLeast, count, counted, digits, fixed, NONE, percent } from "../format.js";
 
 export const title = (herd: string) => `Merit and relationship: ${herd}`;
 
@@ -77,7 +77,7 @@ export const told = {
   merit: (merit: string, scaled: number) => `merit ${merit} (${sd(scaled)})`,
   rate: (rate: number, size: number) => `inbreeding ${percent(rate)} a generation, ${Number.isFinite(size) ? `effective size ${digits(size)}` : falls}`,
   relationship: (value: number) => `relationship ${percent(value)}`,
-  share: (share: number) => `${reached(share)} of what any plan could`,
+  share: (share: number) => `${atLeast(share)} of what any plan could`,
   others: (n: number) => `${plans(n)} more at this place`,
 };
 

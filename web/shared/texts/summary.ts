@@ -1,6 +1,6 @@
 // Words of the summary: the plan, or the population, in one paragraph.
 
-import { count, counted, digits, fixed, percent, reached } from "../format.js";
+import { atLeast, count, counted, digits, fixed, percent } from "../format.js";
 
 export const TITLE = "In short";
 
@@ -26,7 +26,7 @@ export const rate = (rate: number, ne: number, interval: number) => {
   return `Inbreeding rises by ${percent(rate)} a generation, as in a population of an effective size of ${size(ne)}. `;
 };
 export const reaches = (share: number) =>
-  share < 1 ? `By the goal that was set it reaches ${reached(share)} of what any plan could. ` : "By the goal that was set no plan could be better. ";
+  share < 1 ? `By the goal that was set it reaches ${atLeast(share)} of what any plan could. ` : "By the goal that was set no plan could be better. ";
 export const noBase = (animals: number, born: string, change: string) =>
   `How fast inbreeding rises by this plan cannot be said well, as only ${counted(animals, "animal", "animals")} born in ${born} can be compared with${change && `; over the last generation interval it ${change}`}. `;
 export const incomplete = (completeness: number, born: string) =>
