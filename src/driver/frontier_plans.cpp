@@ -148,15 +148,11 @@ std::vector<CurvePoint> Collector::curve() {
   BestPossible& curve = possible_.curve();
   curve.trace(kShare);
   const Goal& goal = selection_.goal;
-  const std::vector<Vertex> border = curve.border();
-  for (std::size_t i = 0; i < border.size(); ++i) {
-    const Weights& steeper = curve.tangents()[std::min(i, curve.tangents().size() - 1)].weights;
-    const double relationship = border[i].relationship;
-    points.push_back({std::abs(steeper.relationship / steeper.scaled_merit), border[i].scaled_merit,
+  for (const auto& [scaled_merit, relationship, steeper] : curve.border())
+    points.push_back({std::abs(steeper.relationship / steeper.scaled_merit), scaled_merit,
                       relationship,
                       (relationship - goal.last_rel) * goal.last_genint / (2.0 - goal.last_rel),
-                      degrees(border[i].scaled_merit, relationship)});
-  }
+                      degrees(scaled_merit, relationship)});
   return points;
 }
 

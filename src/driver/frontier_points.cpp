@@ -11,7 +11,6 @@ namespace {
 constexpr double kMostDegrees = 90.0;
 constexpr double kShare = 1.0e-3;      // of the curve's range to which a point is found
 constexpr int kDigits = 4;             // of a weight that comes from the curve
-constexpr double kMostWeight = 1.0e6;  // beyond it merit no longer counts
 
 double rounded(double x) {
   if (x == 0.0) return 0.0;
@@ -34,9 +33,7 @@ OCSParameters constraint(OCSParameters goal, double rate) {
 }
 
 double weight_at(double degrees, BestPossible& curve) {
-  if (curve.is_point() || degrees <= 0.0) return 0.0;
-  const double weight = -curve.weights_at_degrees(degrees, kShare).relationship;
-  return std::isfinite(weight) ? rounded(std::clamp(weight, 0.0, kMostWeight)) : kMostWeight;
+  return rounded(-curve.weights_at_degrees(degrees, kShare).relationship);
 }
 
 }  // namespace

@@ -9,9 +9,9 @@ namespace qob {
 namespace {
 
 constexpr double kGap = 1.0e-5;      // of a tangent, as a share of the curve's range
-constexpr double kFineGap = 1.0e-6;  // of a single bound
-constexpr double kLittle = 1.0e-6;   // weight that decides between plans that are equal otherwise
-constexpr std::size_t kMostTangents = 500;
+constexpr double kFineGap = 1.0e-8;  // of a single bound
+constexpr double kLittle = 1.0e-4;   // weight that decides between plans that are equal otherwise
+constexpr std::size_t kMostTangents = 200;
 
 // 0 for most merit, infinity for least relationship.
 double steepness(const Weights& weights) { return -weights.relationship / weights.scaled_merit; }
@@ -22,19 +22,29 @@ double value(const Weights& weights, double scaled_merit, double relationship) {
 
 }  // namespace
 
+// Of plans of equal merit that of least relationship ends the curve, and the other way round.
 BestPossible::BestPossible(Relaxation& relaxation, const Uses& start) : relaxation_(relaxation) {
   relaxation_.start(start);
-  const auto climb = [&](const Weights& weights, double tolerance) {
-    const RelaxedPlan plan = relaxation_.climb(weights, tolerance);
-    return Tangent{weights, plan, relaxation_.matings()};
-  };
-  tangents_.push_back(climb({1.0, 0.0}, 0.0));
-  const Tangent steepest = climb({0.0, -1.0}, kLittle * std::abs(tangents_[0].plan.relationship));
-  tangents_.push_back(steepest);
-  if (is_point()) return;
-  const double scale = merit_range() / relationship_range();
-  add({1.0, -kLittle * scale}, 0);
-  add({kLittle, -scale}, 1);
+  most_merit_ = climb({1.0, 0.0}, 0.0);
+  const double relationship = most_merit_.plan.relationship;
+  least_relationship_ = climb({0.0, -1.0}, kLittle * std::abs(relationship));
+  const RelaxedPlan &most = most_merit_.plan, &least = least_relationship_.plan;
+  const double merit_range = most.scaled_merit - least.scaled_merit;
+  const double relationship_range = most.relationship - least.relationship;
+  is_point_ = !(merit_range > most.slack) || !(relationship_range > least.slack);
+  if (is_point_) {
+    tangents_ = {most_merit_, least_relationship_};
+    return;
+  }
+  const double scale = merit_range / relationship_range, gap = kFineGap * merit_range;
+  tangents_.push_back(climb({kLittle, -scale}, gap));
+  relaxation_.start(most_merit_.matings);
+  tangents_.insert(tangents_.begin(), climb({1.0, -kLittle * scale}, gap));
+}
+
+Tangent BestPossible::climb(const Weights& weights, double tolerance) {
+  const RelaxedPlan plan = relaxation_.climb(weights, tolerance);
+  return {weights, plan, relaxation_.matings()};
 }
 
 double BestPossible::merit_range() const {
@@ -43,28 +53,24 @@ double BestPossible::merit_range() const {
 double BestPossible::relationship_range() const {
   return tangents_.front().plan.relationship - tangents_.back().plan.relationship;
 }
-bool BestPossible::is_point() const {
-  return !(merit_range() > 0.0) || !(relationship_range() > 0.0);
-}
 double BestPossible::range(const Weights& weights) const {
   return value(weights, merit_range(), -relationship_range());
 }
 
 void BestPossible::add(const Weights& weights, std::size_t near) {
   relaxation_.start(tangents_[near].matings);
-  const RelaxedPlan plan = relaxation_.climb(weights, kGap * range(weights));
   const auto behind = std::upper_bound(
       tangents_.begin(), tangents_.end(), weights,
       [](const Weights& a, const Tangent& b) { return steepness(a) < steepness(b.weights); });
-  tangents_.insert(behind, {weights, plan, relaxation_.matings()});
+  tangents_.insert(behind, climb(weights, kGap * range(weights)));
 }
 
 Vertex BestPossible::vertex(const Tangent& a, const Tangent& b) const {
   const Weights &p = a.weights, &q = b.weights;
   const double determinant = p.scaled_merit * q.relationship - q.scaled_merit * p.relationship;
-  if (determinant == 0.0) return {a.plan.scaled_merit, a.plan.relationship};
+  if (determinant == 0.0) return {a.plan.scaled_merit, a.plan.relationship, q};
   return {(a.plan.bound * q.relationship - b.plan.bound * p.relationship) / determinant,
-          (p.scaled_merit * b.plan.bound - q.scaled_merit * a.plan.bound) / determinant};
+          (p.scaled_merit * b.plan.bound - q.scaled_merit * a.plan.bound) / determinant, q};
 }
 
 // The weights by which the plans of tangent `after` and the next one are equally good.
@@ -102,12 +108,22 @@ void BestPossible::trace(double share) {
   }
 }
 
+// A tangent is known to a gap, so that a neighbour of nearly its weights may lie below it
+// everywhere: such a one touches nothing.
 std::vector<Vertex> BestPossible::border() const {
-  const RelaxedPlan &first = tangents_.front().plan, &last = tangents_.back().plan;
-  std::vector<Vertex> border = {{first.bound, first.relationship}};
-  for (std::size_t i = 0; i + 1 < tangents_.size(); ++i)
-    border.push_back(vertex(tangents_[i], tangents_[i + 1]));
-  border.push_back({last.scaled_merit, -last.bound});
+  std::vector<const Tangent*> touching = {&most_merit_};
+  std::vector<Vertex> border;
+  const auto add = [&](const Tangent& tangent) {
+    while (!border.empty() &&
+           vertex(*touching.back(), tangent).relationship > border.back().relationship) {
+      touching.pop_back();
+      border.pop_back();
+    }
+    border.push_back(vertex(*touching.back(), tangent));
+    touching.push_back(&tangent);
+  };
+  if (!is_point_) std::for_each(tangents_.begin(), tangents_.end(), add);
+  add(least_relationship_);
   return border;
 }
 
@@ -140,7 +156,8 @@ std::size_t BestPossible::interval(Position position, double wanted, double shar
 }
 
 double BestPossible::bound_under(double relationship, double breach, double share) {
-  double least = bound({1.0, -breach}) + breach * relationship;
+  double least =
+      std::min(most_merit_.plan.bound, bound({1.0, -breach}) + breach * relationship);
   interval(&BestPossible::place, -relationship, share);
   for (const Tangent& tangent : tangents_) {
     const Weights& w = tangent.weights;
@@ -150,13 +167,22 @@ double BestPossible::bound_under(double relationship, double breach, double shar
   return least;
 }
 
+// The weights that lead between tangent `after` and the next one.
+Weights BestPossible::weights_between(std::size_t after) const {
+  const Tangent &a = tangents_[after], &b = tangents_[after + 1];
+  const bool is_chord =
+      a.plan.relationship > b.plan.relationship && a.plan.scaled_merit > b.plan.scaled_merit;
+  return is_chord ? chord(after) : Weights{1.0, -steepness(b.weights)};
+}
+
 Weights BestPossible::weights_at_relationship(double relationship, double share) {
-  return is_point() ? Weights{1.0, -1.0}
-                    : chord(interval(&BestPossible::place, -relationship, share));
+  if (is_point_) return {1.0, -1.0};
+  return weights_between(interval(&BestPossible::place, -relationship, share));
 }
 
 Weights BestPossible::weights_at_degrees(double degrees, double share) {
-  return is_point() ? Weights{1.0, -1.0} : chord(interval(&BestPossible::degrees, degrees, share));
+  if (is_point_) return {1.0, -1.0};
+  return weights_between(interval(&BestPossible::degrees, degrees, share));
 }
 
 }  // namespace qob

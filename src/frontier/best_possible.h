@@ -30,6 +30,7 @@ struct Tangent {
 // A place on the border, in scaled merit and average relationship of the next generation.
 struct Vertex {
   double scaled_merit = 0.0, relationship = 0.0;
+  Weights steeper;  // of the tangent that goes on from there to less relationship
 };
 
 class BestPossible {
@@ -40,8 +41,10 @@ class BestPossible {
   // Adds tangents until the border stands out by no more than `share` of the curve's range.
   void trace(double share);
 
-  // Whether the plan of most merit is that of least relationship. Any weights lead to it then.
-  bool is_point() const;
+  // Whether the plan of most merit is that of least relationship. Any weights of both lead to it then.
+  bool is_point() const { return is_point_; }
+  // The tangent of merit alone. Its plan has whole matings.
+  const Tangent& most_merit() const { return most_merit_; }
   // From most merit to least relationship.
   const std::vector<Tangent>& tangents() const { return tangents_; }
   std::vector<Vertex> border() const;
@@ -69,13 +72,17 @@ class BestPossible {
   Vertex vertex(const Tangent& a, const Tangent& b) const;
   Weights chord(std::size_t after) const;
   double distance(std::size_t after) const;
+  Weights weights_between(std::size_t after) const;
+  Tangent climb(const Weights& weights, double tolerance);
   void add(const Weights& weights, std::size_t near);
   double place(const RelaxedPlan& plan) const { return -plan.relationship; }
   double degrees(const RelaxedPlan& plan) const;
   std::size_t interval(Position position, double wanted, double share);
 
   Relaxation& relaxation_;
-  std::vector<Tangent> tangents_;
+  Tangent most_merit_, least_relationship_;
+  bool is_point_ = false;
+  std::vector<Tangent> tangents_;  // between those two
 };
 
 }  // namespace qob

@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "frontier/kernels/definiteness.h"
-#include "ocs/evaluation.h"
 
 namespace qob {
 namespace {
 
 constexpr double kRounding = 1.0e-12;  // of sums, beside their terms
+constexpr double kSame = 1.0e-7;       // of the way from the base: as close as bounds come
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kSlack = 1.0e-6;  // of a bound under a constraint, as a share of the curve's range
 
 // Whether it gives all matings.
@@ -23,15 +25,14 @@ bool is_plan(const Uses& uses, const Selection& selection) {
 }  // namespace
 
 double Reach::share(double value) const {
-  if (value >= bound || !(bound > base)) return 1.0;
+  if (value >= bound - kSame * std::abs(bound - base) - slack) return 1.0;
+  if (!(bound - slack > base)) return kNaN;
   return std::max(0.0, (value - base) / (bound - base));
 }
 
 Possible::Possible(const Selection& selection, const Relationship& relationship,
                    const Pedigree& pedigree)
-    : selection_(selection),
-      relationship_(relationship),
-      rows_(relationship, selection.candidates) {
+    : selection_(selection), rows_(relationship, selection.candidates) {
   const Uses start = greedy_uses({selection, relationship, {}}, {1.0, 0.0}, rows_);
   if (!is_plan(start, selection)) return;
   const bool by_pedigree = relationship.pedsource;
@@ -42,48 +43,56 @@ Possible::Possible(const Selection& selection, const Relationship& relationship,
   curve_ = std::make_unique<BestPossible>(*relaxation_, start);
 }
 
-double Possible::bound(const Objective& objective) {
-  if (objective.criterion == Criterion::kPenalty)
-    return curve_->bound({objective.w_merit, objective.w_relationship});
-  if (objective.criterion == Criterion::kConstraint)
-    return curve_->bound_under(objective.constraint, objective.breach, kSlack);
+// Matings of a plan in parts by the criterion of merit.
+double Possible::merit(const PartMatings& matings) const {
   const Candidates& candidates = selection_.candidates;
-  const PartMatings& matings = curve_->tangents().front().matings;  // of most merit
-  double merit = 0.0, terms = 0.0;
-  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
-    const double term = matings[static_cast<std::size_t>(i)] * candidates.merit(i);
-    merit += term;
-    terms += std::abs(term);
-  }
-  return (merit + kRounding * terms) / static_cast<double>(2 * std::int64_t{selection_.nmatings});
+  double merit = 0.0;
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i)
+    merit += matings[static_cast<std::size_t>(i)] * candidates.merit(i);
+  return merit / static_cast<double>(2 * std::int64_t{selection_.nmatings});
 }
 
-// Of using all candidates in proportion to their mating limits.
-double Possible::relationship_of_all() {
-  if (relationship_of_all_) return *relationship_of_all_;
+// All candidates, in proportion to the most matings that a plan may give them.
+PartMatings Possible::all_alike() const {
   const Candidates& candidates = selection_.candidates;
+  const WholeMatings& whole = relaxation_->whole();
   double places[2] = {0.0, 0.0};
+  PartMatings matings(static_cast<std::size_t>(candidates.ncands) + 1, 0.0);
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
+    const double most = static_cast<double>(whole.unit(i)) * whole.most(i);
+    matings[static_cast<std::size_t>(i)] = most * selection_.nmatings;
+    places[candidates.is_male(i) ? 0 : 1] += most;
+  }
   for (std::int32_t i = 1; i <= candidates.ncands; ++i)
-    places[candidates.is_male(i) ? 0 : 1] += candidates.max_matings(i);
-  Table<double> contributions(candidates.ncands, 0.0);
-  for (std::int32_t i = 1; i <= candidates.ncands; ++i)
-    contributions(i) = 0.5 * candidates.max_matings(i) / places[candidates.is_male(i) ? 0 : 1];
-  relationship_of_all_ = average_relationship(selection_, relationship_, contributions);
-  return *relationship_of_all_;
+    matings[static_cast<std::size_t>(i)] /= places[candidates.is_male(i) ? 0 : 1];
+  return matings;
 }
 
-double Possible::base(const Objective& objective) {
-  if (objective.criterion == Criterion::kConstraint) return 0.0;
-  if (objective.criterion == Criterion::kPenalty)
-    return objective.w_relationship == 0.0 ? 0.0 : objective.w_relationship * relationship_of_all();
-  return 0.5 * (selection_.goal.mean_merit[0] + selection_.goal.mean_merit[1]);
+Reach Possible::reach_by_merit() {
+  const Goal& goal = selection_.goal;
+  Reach reach{merit(all_alike()), merit(curve_->most_merit().matings), 0.0};
+  reach.slack = kRounding * (std::abs(reach.bound) + std::abs(goal.mean_merit[0]) +
+                             std::abs(goal.mean_merit[1]));
+  reach.bound += reach.slack;
+  return reach;
 }
 
 std::optional<Reach> Possible::reach(const Objective& objective) {
-  const bool wants_relationship =
-      objective.criterion == Criterion::kPenalty && objective.w_relationship > 0.0;
-  if (!is_any() || wants_relationship) return std::nullopt;
-  const Reach reach{base(objective), bound(objective)};
+  const bool constrains = objective.criterion == Criterion::kConstraint;
+  const Weights weights = constrains ? Weights{1.0, 0.0}
+                                     : Weights{objective.w_merit, objective.w_relationship};
+  if (!is_any() || weights.relationship > 0.0) return std::nullopt;
+  Reach reach;
+  if (objective.criterion == Criterion::kMerit) {
+    reach = reach_by_merit();
+  } else {
+    reach.bound = constrains ? curve_->bound_under(objective.constraint, objective.breach, kSlack)
+                             : curve_->bound(weights);
+    relaxation_->start(all_alike());
+    const RelaxedPlan all = relaxation_->value(weights);
+    reach.base = all.value;
+    reach.slack = 2.0 * all.slack;
+  }
   if (!std::isfinite(reach.base) || !std::isfinite(reach.bound)) return std::nullopt;
   return reach;
 }

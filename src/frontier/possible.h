@@ -13,10 +13,13 @@ namespace qob {
 
 // The ends of a scale for the values of plans by one objective.
 struct Reach {
-  double base = 0.0;   // of using all candidates in proportion to their mating limits
+  double base = 0.0;   // of using all candidates in proportion to their mating limits, as whole
+                       // matings would on average
   double bound = 0.0;  // no plan exceeds it
+  double slack = 0.0;  // of the bound: what rounding may have hidden
 
-  // How much of the way from the base to the bound a value has come, 0 to 1.
+  // How much of the way from the base to the bound a value has come, 0 to 1. NaN where the base is
+  // beyond the bound, as it may be under a constraint.
   double share(double value) const;
 };
 
@@ -31,21 +34,18 @@ class Possible {
   // Of a selection with a plan.
   BestPossible& curve() { return *curve_; }
 
-  // Under the constraint merit alone counts for the base, which may be beyond the constraint. None
-  // where there is no plan, where relationship is to rise, or where a value is no number.
+  // For the base under the constraint merit alone counts. None where there is no plan, where relationship is to rise, or where a value is no number.
   std::optional<Reach> reach(const Objective& objective);
 
  private:
-  double bound(const Objective& objective);
-  double base(const Objective& objective);
-  double relationship_of_all();
+  double merit(const PartMatings& matings) const;
+  PartMatings all_alike() const;
+  Reach reach_by_merit();
 
   const Selection& selection_;
-  const Relationship& relationship_;
   RowCache rows_;
   std::unique_ptr<Relaxation> relaxation_;
   std::unique_ptr<BestPossible> curve_;
-  std::optional<double> relationship_of_all_;  // computed when it is first wanted
 };
 
 }  // namespace qob

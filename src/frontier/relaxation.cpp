@@ -32,7 +32,10 @@ Relaxation::Relaxation(const Selection& selection, RowCache& rows, WholeMatings 
       rows_(rows),
       whole_(std::move(whole)),
       shift_(shift),
-      h_(1.0 / static_cast<double>(2 * std::int64_t{selection.nmatings})) {
+      h_(1.0 / static_cast<double>(2 * std::int64_t{selection.nmatings})),
+      offset_(0.5 * (selection.goal.mean_merit[0] / selection.goal.k_factor[0] +
+                     selection.goal.mean_merit[1] / selection.goal.k_factor[1]) -
+              selection.goal.expmerit) {
   for (auto* table : {&l_, &u_, &b_, &up_, &down_}) table->assign(at(candidates_.ncands) + 1, 0.0);
 }
 
@@ -62,14 +65,20 @@ void Relaxation::set_slopes(std::int32_t i) {
   down_[at(i)] = u <= 0.0 ? kInfinity : -own * (is_whole(i) ? 2.0 * k - 1.0 : 2.0 * k + 1.0);
 }
 
+// Scaled, and less the mean of the sex, so that no digits are lost where merits are large beside
+// their differences.
+double Relaxation::centred_merit(std::int32_t i) const {
+  const std::size_t sex = candidates_.is_male(i) ? 0 : 1;
+  return (candidates_.merit(i) - selection_.goal.mean_merit[sex]) / selection_.goal.k_factor[sex];
+}
+
 void Relaxation::weigh(const Weights& weights) {
   const Goal& goal = selection_.goal;
   weights_ = weights;
   q_ = -weights.relationship / (goal.last_genint * goal.last_genint);
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
-    const double k = goal.k_factor[candidates_.is_male(i) ? 0 : 1];
     const double limit = static_cast<double>(whole_.unit(i)) * whole_.most(i);
-    l_[at(i)] = h_ * (weights.scaled_merit * (candidates_.merit(i) / k) -
+    l_[at(i)] = h_ * (weights.scaled_merit * centred_merit(i) -
                       q_ * (goal.apv2(i) - h_ * shift_ * limit));
     set_slopes(i);
   }
@@ -153,13 +162,13 @@ double Relaxation::tangent_at_most(int sex, double price) const {
 }
 
 // Any price bounds; the best lies between the ends' loss and gain.
-double Relaxation::tangent_bound() const {
+void Relaxation::bound_by_tangent(RelaxedPlan& plan) const {
   const Goal& goal = selection_.goal;
   const double square = goal.last_genint * goal.last_genint;
   double at_plan = 0.0;
   for (std::size_t i = 1; i < u_.size(); ++i) at_plan += u_[i] * b_[i];
   at_plan *= q_ * h_ * h_;
-  const double merit = -weights_.scaled_merit * goal.expmerit;
+  const double merit = weights_.scaled_merit * offset_;
   const double earlier = weights_.relationship * goal.vpapv / square;
   double sum = merit + earlier + at_plan, terms = std::abs(merit) + std::abs(earlier) + at_plan;
   for (const int sex : {kMale, kFemale}) {
@@ -178,7 +187,9 @@ double Relaxation::tangent_bound() const {
     sum += most;
     terms += std::abs(most);
   }
-  return sum + kRounding * terms;
+  // The evaluation's own rounding counts as well.
+  plan.slack = kRounding * (terms + std::abs(weights_.scaled_merit * goal.expmerit));
+  plan.bound = sum + plan.slack;
 }
 
 RelaxedPlan Relaxation::plan() const {
@@ -187,34 +198,34 @@ RelaxedPlan Relaxation::plan() const {
   double merit = 0.0, linear = 0.0, quadratic = 0.0;
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
     const double limit = static_cast<double>(whole_.unit(i)) * whole_.most(i);
-    merit += u_[at(i)] * candidates_.merit(i) / goal.k_factor[candidates_.is_male(i) ? 0 : 1];
+    merit += u_[at(i)] * centred_merit(i);
     linear += u_[at(i)] * (goal.apv2(i) - h_ * shift_ * limit);
     quadratic += u_[at(i)] * b_[at(i)] + whole_.own(i) * chord(i);
   }
-  plan.scaled_merit = h_ * merit - goal.expmerit;
+  plan.scaled_merit = h_ * merit + offset_;
   plan.relationship =
       (goal.vpapv + h_ * linear + h_ * h_ * quadratic) / (goal.last_genint * goal.last_genint);
   plan.value =
       weights_.scaled_merit * plan.scaled_merit + weights_.relationship * plan.relationship;
-  plan.bound = tangent_bound();
+  bound_by_tangent(plan);
   return plan;
 }
 
-RelaxedPlan Relaxation::climb(const Weights& weights, double tolerance) {
+RelaxedPlan Relaxation::value(const Weights& weights) {
   weigh(weights);
   sum_relationships();
-  RelaxedPlan best = plan();
-  for (std::int64_t steps = 1; steps <= kMostSteps && best.bound - best.value > tolerance;
-       ++steps) {
+  return plan();
+}
+
+RelaxedPlan Relaxation::climb(const Weights& weights, double tolerance) {
+  RelaxedPlan now = value(weights);
+  for (std::int64_t steps = 1; steps <= kMostSteps; ++steps) {
+    if (now.bound - now.slack - now.value <= tolerance) break;
     const Ends males = ends(kMale), females = ends(kFemale);
-    const bool stepped = step(males.advantage() >= females.advantage() ? males : females);
-    if (stepped && steps % kStepsBetweenBounds != 0) continue;
-    const double bound = best.bound;
-    best = plan();
-    best.bound = std::min(best.bound, bound);
-    if (!stepped) break;
+    if (!step(males.advantage() >= females.advantage() ? males : females)) break;
+    if (steps % kStepsBetweenBounds == 0) now = plan();
   }
-  return best;
+  return value(weights);  // sums that are carried on drift
 }
 
 }  // namespace qob

@@ -36,6 +36,7 @@ struct RelaxedPlan {
   double scaled_merit = 0.0, relationship = 0.0;
   double value = 0.0;  // by the weights
   double bound = 0.0;  // no plan in whole matings has a larger one
+  double slack = 0.0;  // of the bound: what rounding may have hidden
 };
 
 class Relaxation {
@@ -48,10 +49,14 @@ class Relaxation {
   void start(const Uses& uses);
   void start(const PartMatings& matings);
 
-  // Steps uphill until the bound is at most `tolerance` above the value, or no step helps.
+  // Values the plan as it stands.
+  RelaxedPlan value(const Weights& weights);
+  // Steps uphill until the bound, but for its slack, is at most `tolerance` above the value, or no
+  // step helps.
   RelaxedPlan climb(const Weights& weights, double tolerance);
 
   const PartMatings& matings() const { return u_; }
+  const WholeMatings& whole() const { return whole_; }
 
  private:
   // The candidates that gain most and lose least by a mating more and less, and by how much. Equal
@@ -70,7 +75,8 @@ class Relaxation {
   void move(std::int32_t i, double matings);
   double chord(std::int32_t i) const;
   double tangent_at_most(int sex, double price) const;
-  double tangent_bound() const;
+  double centred_merit(std::int32_t i) const;
+  void bound_by_tangent(RelaxedPlan& plan) const;
   RelaxedPlan plan() const;
   bool is_whole(std::int32_t i) const;
 
@@ -82,6 +88,7 @@ class Relaxation {
   double h_;
 
   Weights weights_;
+  double offset_;             // scaled merit of parents of mean merit
   double q_ = 0.0;            // the weight of h^2 u'Au, at least 0
   std::vector<double> l_;     // linear terms of the value
   std::vector<double> u_;     // matings

@@ -1,5 +1,7 @@
 #include "frontier/whole_matings.h"
 
+#include <algorithm>
+
 namespace qob {
 
 Table<double> own_variances(const Pedigree& pedigree) {
@@ -24,7 +26,7 @@ WholeMatings whole_matings(const Selection& selection, const Table<double>& own)
   WholeMatings whole{Table<std::int32_t>(n, 1), Table<std::int32_t>(n, 0), Table<double>(n, 0.0)};
   for (std::int32_t i = 1; i <= n; ++i) {
     if (candidates.is_male(i)) whole.unit(i) = selection.limitmalematings;
-    whole.most(i) = candidates.max_matings(i) / whole.unit(i);
+    whole.most(i) = std::min(candidates.max_matings(i), selection.nmatings) / whole.unit(i);
     if (own.size() > 0) whole.own(i) = own(candidates.cands(i));
   }
   return whole;

@@ -20,7 +20,7 @@ namespace qob {
 
 struct WholeMatings {
   Table<std::int32_t> unit;  // by candidate: matings that it takes at once
-  Table<std::int32_t> most;  // units that it may have
+  Table<std::int32_t> most;  // units that a plan may give it
   Table<double> own;         // the variance that it shares with no candidate, 0 if not known
 };
 

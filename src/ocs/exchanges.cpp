@@ -133,7 +133,8 @@ class Exchanges {
   }
 
   // Carries out the pair that helps most, if one does. What two exchanges gain together beyond what
-  // each gains alone is at most what the two most remote of all would (Cauchy-Schwarz).
+  // each gains alone is at most what the two most remote of all would (Cauchy-Schwarz); where
+  // relationships from a file have negative eigenvalues it may be more, and a pair be missed.
   bool exchange_a_pair() {
     if (objective_.criterion == Criterion::kMerit)
       return false;  // exchanges gain alone or not at all
@@ -189,17 +190,15 @@ std::int64_t exchange_until_best(const Problem& problem, const Weights& weights,
   const Uses before = wanted;
   const std::int64_t count = exchange_until_best(problem, weights, rows, wanted);
   for (const int sex : {kMale, kFemale}) {
-    const std::int32_t unit = sex == kMale ? problem.selection.limitmalematings : 1;
-    const std::int64_t slots = plan.nmatings() / unit;
     std::int32_t y = candidates.first(sex);
     Uses uses = before;
-    for (std::int64_t j = 1; j <= slots; ++j) {
+    for (std::int64_t j = 1; j <= plan.nmatings(); ++j) {
       const std::int32_t x = plan(j, sex);
       if (uses(x) <= wanted(x)) continue;
       while (uses(y) >= wanted(y)) ++y;
-      for (std::int64_t row = j; row <= plan.nmatings(); row += slots) plan(row, sex) = y;
-      uses(x) -= unit;
-      uses(y) += unit;
+      plan(j, sex) = y;
+      --uses(x);
+      ++uses(y);
     }
   }
   return count;

@@ -41,9 +41,9 @@ Triangle triangle_of(const Relationship& relationship, const Candidates& candida
   return rows;
 }
 
-// Whether the matrix with `shift` on its diagonal has a Cholesky factor. A failure may leave it
-// changed, so that it is a copy.
-bool has_factor(Triangle a, double shift) {
+// Whether the matrix with `shift` on its diagonal has a Cholesky factor.
+bool has_factor(const Relationship& relationship, const Candidates& candidates, double shift) {
+  Triangle a = triangle_of(relationship, candidates);
   const std::size_t n = a.size();
   for (std::size_t from = 0; from < n; from += kTile) {
     const std::size_t to = std::min(from + kTile, n);
@@ -64,19 +64,22 @@ bool has_factor(Triangle a, double shift) {
 }  // namespace
 
 double shift_to_definite(const Relationship& relationship, const Candidates& candidates) {
-  const Triangle a = triangle_of(relationship, candidates);
+  const auto n = static_cast<double>(candidates.ncands);
   double trace = 0.0, largest = 0.0;
-  for (const std::vector<double>& row : a) {
-    trace += std::abs(row.back());
-    for (const double element : row) largest = std::max(largest, std::abs(element));
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
+    trace += std::abs(cnrm(relationship, candidates, i, i));
+    for (std::int32_t j = 1; j <= i; ++j)
+      largest = std::max(largest, std::abs(cnrm(relationship, candidates, i, j)));
   }
-  // What rounding may hide of a negative eigenvalue (Rump 2006, BIT 46:433).
-  const double hidden =
-      2.0 * static_cast<double>(a.size() + 2) * std::numeric_limits<double>::epsilon() * trace;
-  const double most = 2.0 * largest * static_cast<double>(a.size());  // enough by its row sums
-  double shift = 0.0;
-  while (shift < most && !has_factor(a, shift - hidden))
-    shift = std::max({kLargerShift * shift, kFirstShift * largest, 2.0 * hidden});
+  const double enough = 2.0 * largest * n;  // by the sums of rows
+  double shift = kFirstShift * largest;
+  while (shift < enough) {
+    // What rounding may hide of a negative eigenvalue (Rump 2006, BIT 46:433).
+    const double hidden =
+        2.0 * (n + 2.0) * std::numeric_limits<double>::epsilon() * (trace + n * shift);
+    if (hidden < shift && has_factor(relationship, candidates, shift - hidden)) break;
+    shift *= kLargerShift;
+  }
   return shift;
 }
 

@@ -22,8 +22,15 @@ PlanInMaking::PlanInMaking(const Problem& problem, RowCache& rows)
       d_(1.0 / static_cast<double>(2 * std::int64_t{problem.selection.nmatings})),
       uses_(std::int64_t{candidates_.ncands} + 1, 0),
       sum_(static_cast<std::size_t>(candidates_.ncands) + 1, 0.0) {
-  worth_.scaled_merit = -goal_.expmerit;
+  worth_.merit = 0.5 * (goal_.mean_merit[0] + goal_.mean_merit[1]);
+  worth_.scaled_merit = 0.5 * (goal_.mean_merit[0] / goal_.k_factor[0] +
+                               goal_.mean_merit[1] / goal_.k_factor[1]) -
+                        goal_.expmerit;
   worth_.relationship = goal_.vpapv / (goal_.last_genint * goal_.last_genint);
+}
+
+double PlanInMaking::mean_merit(std::int32_t i) const {
+  return goal_.mean_merit[candidates_.is_male(i) ? 0 : 1];
 }
 
 Worth PlanInMaking::merit_change(std::int32_t i, double merit, double d) const {
@@ -34,7 +41,7 @@ Worth PlanInMaking::merit_change(std::int32_t i, double merit, double d) const {
 void PlanInMaking::add(std::int32_t i, std::int32_t count) {
   const double d = d_ * static_cast<double>(count);
   const auto at = static_cast<std::size_t>(i);
-  Worth change = merit_change(i, candidates_.merit(i), d);
+  Worth change = merit_change(i, candidates_.merit(i) - mean_merit(i), d);
   change.relationship =
       relationship_change(d, goal_.apv2(i), sum_[at], rows_.own()[i], goal_.last_genint);
   worth_ = worth_ + change;
@@ -46,7 +53,7 @@ void PlanInMaking::add(std::int32_t i, std::int32_t count) {
 
 Worth PlanInMaking::addition(std::int32_t i) const {
   const double d = contribution(i);
-  Worth change = merit_change(i, candidates_.merit(i), d);
+  Worth change = merit_change(i, candidates_.merit(i) - mean_merit(i), d);
   change.relationship = relationship_change(d, goal_.apv2(i), sum_[static_cast<std::size_t>(i)],
                                             rows_.own()[i], goal_.last_genint);
   return change;

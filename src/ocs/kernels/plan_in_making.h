@@ -13,7 +13,8 @@
 
 namespace qob {
 
-// What a plan is worth, or a change of that.
+// What a plan is worth, or a change of that. Of one that lacks parents, as if these were of the mean
+// merit of their sex and related to nobody.
 struct Worth {
   double merit = 0.0;         // mean merit of the parents
   double scaled_merit = 0.0;  // scaled mean merit less its expectation
@@ -54,6 +55,7 @@ class PlanInMaking {
 
  private:
   double contribution(std::int32_t i) const { return d_ * static_cast<double>(unit(i)); }
+  double mean_merit(std::int32_t i) const;
   Worth merit_change(std::int32_t i, double merit, double d) const;
 
   const Problem& problem_;
