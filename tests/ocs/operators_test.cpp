@@ -202,5 +202,22 @@ TEST_F(DirectedMutation, DrawsOnceASlotAndRowUnlessItsProbabilityIsTiny) {
   expect_same_stream();
 }
 
+// Among many candidates, some of them over-used.
+TEST_F(Operators, TheWheelStopsWhereTheRunningTotalFirstReachesTheDraw) {
+  set_candidates({5}, std::vector<int>(200, 1), 1);
+  Allowances matings = mating_limits(candidates);
+  Wheel females(candidates, matings, kFemale);
+  for (int turn = 0; turn < 5000; ++turn) {
+    females.add(stream.ceiling(201), stream.ceiling(7) - 4);
+    const int r = stream.ceiling(260) - 30;
+    std::int64_t total = 0;
+    std::int32_t expected = 0;
+    for (std::int32_t f = 2; f <= 201 && expected == 0; ++f) {
+      if ((total += matings(f)) >= r) expected = f;
+    }
+    ASSERT_EQ(females.spin(r), expected) << turn;
+  }
+}
+
 }  // namespace
 }  // namespace qob::test
