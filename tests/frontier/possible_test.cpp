@@ -48,7 +48,7 @@ class PossibleTest : public SelectionTest {
     relationship.pedsource = true;
     pedigree.newped = random_pedigree(k, rng);
     pedigree.maxid = static_cast<std::int32_t>(pedigree.newped.columns());
-    inbreeding_coefficients(pedigree.newped, pedigree.f, run.journal.units.out);
+    inbreeding_coefficients(pedigree.newped, pedigree.f, run.journal.units.out, run.parallel);
     pedigree.matings.assign(pedigree.maxid, 0);
     relationship.nrm_id.assign(pedigree.maxid, 0);
     std::vector<int> last(80);
