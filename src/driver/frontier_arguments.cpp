@@ -83,22 +83,46 @@ void add_points(CLI::App& app, FrontierArguments& arguments) {
              arguments.target_degrees, 0.0, 90.0);
 }
 
-void add_runs(CLI::App& app, FrontierArguments& arguments) {
+void add_searches(CLI::App& app, FrontierArguments& arguments) {
   app.add_flag("--search", arguments.search, "search each plan as qob does, too");
   app.add_option("--seeds", arguments.seeds, "searches of each plan, with seeds from 1 on; 3")
       ->type_name("N")
       ->check(CLI::Range(1, 1000000));
+}
+
+void add_runs(CLI::App& app, FrontierArguments& arguments) {
   app.add_option("--jobs", arguments.jobs, "so many at once; else as many as there are processors")
       ->type_name("N")
       ->check(CLI::Range(1, 1024));
-  app.add_option("-o,--output", arguments.output, "folder of the results; made if it is not there")
-      ->type_name("FOLDER");
+  CLI::Option* output = app.add_option("-o,--output", arguments.output,
+                                       "folder of the results; made if it is not there")
+                            ->type_name("FOLDER");
   CLI::Option* resume = app.add_flag("--resume", arguments.resume,
                                      "go on after an interruption: plans that are finished stay");
-  app.add_flag("--collect", arguments.collect,
-               "only collect the plans that are finished, where qob has made them elsewhere")
-      ->excludes(resume);
+  CLI::Option* collect =
+      app.add_flag("--collect", arguments.collect,
+                   "only collect the plans that are finished, where qob has made them elsewhere")
+          ->excludes(resume);
+  app.add_option(
+         "--workflow", arguments.workflow,
+         "make no plans, but this folder, in which Snakemake makes them, here or on a cluster")
+      ->type_name("FOLDER")
+      ->excludes(resume)
+      ->excludes(collect)
+      ->excludes(output);
   app.add_flag("--quiet", arguments.quiet, "do not tell what is odd in the input");
+}
+
+// The options among these that are given, each as one word.
+std::vector<std::string> given_words(const std::vector<CLI::Option*>& options) {
+  std::vector<std::string> words;
+  for (const CLI::Option* option : options) {
+    if (option->count() == 0) continue;
+    const bool is_flag = option->get_expected_max() == 0;
+    for (const std::string& value : option->results())
+      words.push_back(option->get_name() + (is_flag ? "" : "=" + value));
+  }
+  return words;
 }
 
 }  // namespace
@@ -107,17 +131,23 @@ std::optional<FrontierArguments> frontier_arguments(int argc, char** argv, int& 
   FrontierArguments arguments;
   CLI::App app(kAbout, "qob-frontier");
   app.footer(kMore);
-  app.add_option("HERD.prm", arguments.parameter_file, "the parameter file")->required();
   add_points(app, arguments);
+  add_searches(app, arguments);
+  const std::vector<CLI::Option*> options_of_plans = app.get_options();
   add_runs(app, arguments);
+  app.add_option("HERD.prm", arguments.parameter_file, "the parameter file")->required();
+  app.add_option("MORE.prm", arguments.more, "those of other herds, for --workflow");
   app.set_version_flag("--version", std::string("qob-frontier ") + QOB_VERSION);
   try {
     app.parse(argc, argv);
+    if (!arguments.more.empty() && arguments.workflow.empty())
+      throw CLI::ValidationError("MORE.prm", "expected one parameter file, or --workflow");
   } catch (const CLI::ParseError& end) {
     status = app.exit(end) == 0 ? 0 : kUsage;
     return std::nullopt;
   }
   if (app.count("--points") == 0 && arguments.weights.empty()) arguments.points = kPoints;
+  arguments.of_plans = given_words(options_of_plans);
   std::string& folder = arguments.output;
   while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
   if (folder.empty()) {

@@ -9,9 +9,10 @@ namespace qob {
 
 struct FrontierArguments {
   std::string parameter_file;
-  std::string output;           // folder of the results, without a "/" behind it
-  int points = 0;               // spread evenly over the curve
-  std::vector<double> weights;  // of relationship, at least 0
+  std::vector<std::string> more;  // parameter files of other herds, for a workflow
+  std::string output;             // folder of the results, without a "/" behind it
+  int points = 0;                 // spread evenly over the curve
+  std::vector<double> weights;    // of relationship, at least 0
   std::optional<double> target_rate, target_ne, target_degrees;
   bool search = false;
   int seeds = 3;
@@ -19,6 +20,8 @@ struct FrontierArguments {
   bool resume = false;
   bool collect = false;
   bool quiet = false;
+  std::string workflow;               // folder of a workflow; "": the plans are made here
+  std::vector<std::string> of_plans;  // the options that say which plans, as they were given
 };
 
 // None when there is nothing to do but to end with `status`: help and version were shown, or what

@@ -19,20 +19,20 @@ constexpr std::int64_t kLong = std::int64_t{1'000'000'000};  // nanoseconds that
 constexpr std::string_view kTiming = "Timing of QOB program";
 constexpr std::string_view kLastLine = "---------------------------------------------------------";
 
-std::string line_of_inputs(const Parameters& p) {
+std::vector<MadeFile> inputs_of(const Parameters& p) {
   std::vector<MadeFile> files = {{"datafile", std::string(adjustl_trim(p.data.datafile)), "", 0}};
   if (option_text(p.relationship.source) != "pedigree")
     files.push_back({"gfile", std::string(adjustl_trim(p.relationship.gfile)), "", 0});
   add_checksums(files);
+  return files;
+}
+
+// A remark.
+std::string line_of(const std::vector<MadeFile>& files) {
   std::string line = "!";
   for (const MadeFile& file : files)
     line += " " + file.role + ": " + std::to_string(file.bytes) + " bytes, sha256 " + file.sha256;
   return line + "\n";
-}
-
-void make(const std::string& folder) {
-  const int status = make_folder(folder);
-  if (status != 0) refuse(folder, error_text(status));
 }
 
 // Whether the log is that of a run that came to its end.
@@ -70,8 +70,8 @@ FrontierFolders::FrontierFolders(std::string folder, const GivenParameters& give
         folder_,
         "other things are in it : expected a new folder, or one of qob-frontier, which has a folder own");
   }
-  make(folder_);
-  inputs_ = line_of_inputs(given.groups);
+  make_or_refuse(folder_);
+  inputs_ = inputs_of(given.groups);
 }
 
 std::string FrontierFolders::log(const PointRun& run) const {
@@ -83,7 +83,7 @@ std::string FrontierFolders::mating_list(const PointRun& run) const {
 }
 
 std::string FrontierFolders::text_of(const PointRun& run) const {
-  return inputs_ + parameter_file(given_, run.parameters, path(run));
+  return line_of(inputs_) + parameter_file(given_, run.parameters, path(run));
 }
 
 bool FrontierFolders::is_finished(const PointRun& run) const {
@@ -95,7 +95,7 @@ void FrontierFolders::prepare(const PointRun& run) const {
   const std::string folder = path(run), file = folder + kRunParameters;
   if (!entries_of(folder, "").empty() && !path_exists(file))
     refuse(folder, "other things are in it : expected --output with another folder");
-  make(folder);
+  make_or_refuse(folder);
   if (is_in_use(folder + "qob.log")) refuse(folder, "another run in this folder uses it");
   const int status = remove_file(log(run));
   if (status != 0) refuse(log(run), error_text(status));

@@ -8,6 +8,7 @@
 
 #include "driver/frontier_points.h"
 #include "driver/shared_herd.h"
+#include "report/report.h"
 
 namespace qob {
 
@@ -16,6 +17,8 @@ class FrontierFolders {
   // Makes `folder` if it is not there. Stops if other things are in it.
   FrontierFolders(std::string folder, const GivenParameters& given);
 
+  // The data file, and the file of relationships if there is one.
+  const std::vector<MadeFile>& inputs() const { return inputs_; }
   // With its "/".
   std::string path(const PointRun& run) const { return folder_ + "/" + run.folder + "/"; }
   std::string path(const char* file) const { return folder_ + "/" + file; }
@@ -32,7 +35,7 @@ class FrontierFolders {
 
   std::string folder_, prefix_;
   GivenParameters given_;
-  std::string inputs_;  // what they are, in a line of remarks
+  std::vector<MadeFile> inputs_;
 };
 
 inline constexpr const char* kRunParameters = "qob.prm";  // in each folder

@@ -12,6 +12,7 @@
 #include "driver/frontier_files.h"
 #include "driver/frontier_folders.h"
 #include "driver/frontier_plans.h"
+#include "driver/frontier_workflow.h"
 #include "driver/report_inputs.h"
 #include "driver/report_template.h"
 #include "driver/sheet_file.h"
@@ -40,6 +41,7 @@ class Main {
   void read_herd_once();
   void add_runs(const std::vector<Point>& points);
   bool make_plans();
+  void add_to_workflow();
   void write(const Frontier& frontier);
   void tell(const std::string& line) { err_.write_line(line); }
 
@@ -127,10 +129,32 @@ void Main::write(const Frontier& frontier) {
   if (!page_template().empty()) put("frontier.html", page_of(page_template(), json));
 }
 
+void Main::add_to_workflow() {
+  WorkflowHerd herd = {arguments_.parameter_file,
+                       folders_.inputs(),
+                       arguments_.of_plans,
+                       {},
+                       results_prefix(given_).substr(2),
+                       {}};
+  for (const PointRun& run : runs_) {
+    if (!folders_.is_finished(run)) folders_.prepare(run);
+    herd.runs.push_back(run.folder);
+  }
+  herd.effort = effort_of(herd_.selection, runs_.back().parameters.algorithm, herd_.pedigree.maxid);
+  qob::add_to_workflow(arguments_.workflow, herd);
+  out_.write_line("Workflow: " + printable(arguments_.workflow) + ", with " +
+                  std::to_string(runs_.size()) + " plans of " +
+                  printable(herd_name(arguments_.parameter_file)));
+}
+
 int Main::run() {
   read_herd_once();
   add_runs({own_point(given_.groups.ocs)});
   add_runs(other_points(arguments_, given_.groups.ocs, &possible_->curve()));
+  if (!arguments_.workflow.empty()) {
+    add_to_workflow();
+    return kSuccess;
+  }
   const bool all = make_plans();
   const Frontier frontier = collect(herd_, *possible_, folders_, runs_);
   for (const FrontierPlan& plan : frontier.plans) {
@@ -143,6 +167,20 @@ int Main::run() {
   return all ? kSuccess : kFailure;
 }
 
+// The folder of a herd is the workflow's, so that the same is found there on all machines.
+int write_workflow(FrontierArguments arguments) {
+  make_workflow(arguments.workflow);
+  std::vector<std::string> files = arguments.more;
+  files.insert(files.begin(), arguments.parameter_file);
+  for (const std::string& file : files) {
+    expect_place(arguments.workflow, file);
+    arguments.parameter_file = file;
+    arguments.output = arguments.workflow + "/" + herd_name(file);
+    Main(arguments).run();
+  }
+  return kSuccess;
+}
+
 }  // namespace
 }  // namespace qob
 
@@ -151,7 +189,10 @@ int main(int argc, char** argv) {
   int status = qob::kSuccess;
   const auto arguments = qob::frontier_arguments(argc, argv, status);
   if (!arguments) return status;
-  const qob::End end = qob::end_of([&] { status = qob::Main(*arguments).run(); });
+  const qob::End end = qob::end_of([&] {
+    status =
+        arguments->workflow.empty() ? qob::Main(*arguments).run() : qob::write_workflow(*arguments);
+  });
   if (end.status != qob::kSuccess) qob::end_process(end.text, end.status);
   return status;
 }

@@ -3,8 +3,6 @@
 #include "driver/sheet_file.h"
 #include "report/csv_tables.h"
 #include "report/workbook.h"
-#include "system/paths.h"
-#include "system/process.h"
 
 namespace qob {
 namespace {
@@ -31,8 +29,7 @@ void write_tables(const std::string& folder, const Outputs& outputs, const Repor
     outputs.expect_table(path_of(folder, table), headings_of(table));
   });
   outputs.expect_workbook(workbook_file, first);
-  const int status = make_folder(folder);
-  if (status != 0) refuse(folder, std::string(error_text(status)) + " : expected a folder");
+  make_or_refuse(folder);
 
   Workbook workbook(workbook_file);
   for_each_table(report, animals, [&](const ReportTable& table) {

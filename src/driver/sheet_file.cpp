@@ -9,6 +9,7 @@
 #include "core/text_encoding.h"
 #include "system/byte_files.h"
 #include "system/output_file.h"
+#include "system/paths.h"
 #include "system/process.h"
 
 namespace qob {
@@ -26,6 +27,11 @@ void refuse_spreadsheet(const std::string& path, std::string_view bytes) {
 }  // namespace
 
 void refuse(const std::string& file, const std::string& why) { stop(printable(file) + ": " + why); }
+
+void make_or_refuse(const std::string& folder) {
+  const int status = make_folder(folder);
+  if (status != 0) refuse(folder, std::string(error_text(status)) + " : expected a folder");
+}
 
 std::string bytes_of(const std::string& path) {
   std::unique_ptr<ByteSource> source;

@@ -12,6 +12,9 @@ namespace qob {
 // Stops with what is wrong with a file.
 [[noreturn]] void refuse(const std::string& file, const std::string& why);
 
+// Makes a folder in one that is there, if it is not there already.
+void make_or_refuse(const std::string& folder);
+
 // The whole of a file.
 std::string bytes_of(const std::string& path);
 
