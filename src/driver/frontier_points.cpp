@@ -9,8 +9,8 @@ namespace qob {
 namespace {
 
 constexpr double kMostDegrees = 90.0;
-constexpr double kShare = 1.0e-3;      // of the curve's range to which a point is found
-constexpr int kDigits = 4;             // of a weight that comes from the curve
+constexpr double kShare = 1.0e-3;  // of the curve's range to which a point is found
+constexpr int kDigits = 4;         // of a weight that comes from the curve
 
 double rounded(double x) {
   if (x == 0.0) return 0.0;

@@ -156,8 +156,7 @@ std::size_t BestPossible::interval(Position position, double wanted, double shar
 }
 
 double BestPossible::bound_under(double relationship, double breach, double share) {
-  double least =
-      std::min(most_merit_.plan.bound, bound({1.0, -breach}) + breach * relationship);
+  double least = std::min(most_merit_.plan.bound, bound({1.0, -breach}) + breach * relationship);
   interval(&BestPossible::place, -relationship, share);
   for (const Tangent& tangent : tangents_) {
     const Weights& w = tangent.weights;

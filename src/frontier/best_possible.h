@@ -41,7 +41,8 @@ class BestPossible {
   // Adds tangents until the border stands out by no more than `share` of the curve's range.
   void trace(double share);
 
-  // Whether the plan of most merit is that of least relationship. Any weights of both lead to it then.
+  // Whether the plan of most merit is that of least relationship. Any weights of both lead to it
+  // then.
   bool is_point() const { return is_point_; }
   // The tangent of merit alone. Its plan has whole matings.
   const Tangent& most_merit() const { return most_merit_; }

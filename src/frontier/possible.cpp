@@ -79,8 +79,8 @@ Reach Possible::reach_by_merit() {
 
 std::optional<Reach> Possible::reach(const Objective& objective) {
   const bool constrains = objective.criterion == Criterion::kConstraint;
-  const Weights weights = constrains ? Weights{1.0, 0.0}
-                                     : Weights{objective.w_merit, objective.w_relationship};
+  const Weights weights =
+      constrains ? Weights{1.0, 0.0} : Weights{objective.w_merit, objective.w_relationship};
   if (!is_any() || weights.relationship > 0.0) return std::nullopt;
   Reach reach;
   if (objective.criterion == Criterion::kMerit) {

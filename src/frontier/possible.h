@@ -34,7 +34,8 @@ class Possible {
   // Of a selection with a plan.
   BestPossible& curve() { return *curve_; }
 
-  // For the base under the constraint merit alone counts. None where there is no plan, where relationship is to rise, or where a value is no number.
+  // For the base under the constraint merit alone counts. None where there is no plan, where
+  // relationship is to rise, or where a value is no number.
   std::optional<Reach> reach(const Objective& objective);
 
  private:

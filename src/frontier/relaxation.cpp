@@ -78,8 +78,8 @@ void Relaxation::weigh(const Weights& weights) {
   q_ = -weights.relationship / (goal.last_genint * goal.last_genint);
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
     const double limit = static_cast<double>(whole_.unit(i)) * whole_.most(i);
-    l_[at(i)] = h_ * (weights.scaled_merit * centred_merit(i) -
-                      q_ * (goal.apv2(i) - h_ * shift_ * limit));
+    l_[at(i)] =
+        h_ * (weights.scaled_merit * centred_merit(i) - q_ * (goal.apv2(i) - h_ * shift_ * limit));
     set_slopes(i);
   }
 }

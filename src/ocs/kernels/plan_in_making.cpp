@@ -23,9 +23,9 @@ PlanInMaking::PlanInMaking(const Problem& problem, RowCache& rows)
       uses_(std::int64_t{candidates_.ncands} + 1, 0),
       sum_(static_cast<std::size_t>(candidates_.ncands) + 1, 0.0) {
   worth_.merit = 0.5 * (goal_.mean_merit[0] + goal_.mean_merit[1]);
-  worth_.scaled_merit = 0.5 * (goal_.mean_merit[0] / goal_.k_factor[0] +
-                               goal_.mean_merit[1] / goal_.k_factor[1]) -
-                        goal_.expmerit;
+  worth_.scaled_merit =
+      0.5 * (goal_.mean_merit[0] / goal_.k_factor[0] + goal_.mean_merit[1] / goal_.k_factor[1]) -
+      goal_.expmerit;
   worth_.relationship = goal_.vpapv / (goal_.last_genint * goal_.last_genint);
 }
 

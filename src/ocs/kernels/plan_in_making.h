@@ -13,8 +13,8 @@
 
 namespace qob {
 
-// What a plan is worth, or a change of that. Of one that lacks parents, as if these were of the mean
-// merit of their sex and related to nobody.
+// What a plan is worth, or a change of that. Of one that lacks parents, as if these were of the
+// mean merit of their sex and related to nobody.
 struct Worth {
   double merit = 0.0;         // mean merit of the parents
   double scaled_merit = 0.0;  // scaled mean merit less its expectation
