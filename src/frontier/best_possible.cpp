@@ -27,7 +27,7 @@ BestPossible::BestPossible(Relaxation& relaxation, const Uses& start) : relaxati
   relaxation_.start(start);
   most_merit_ = climb({1.0, 0.0}, 0.0);
   const double relationship = most_merit_.plan.relationship;
-  least_relationship_ = climb({0.0, -1.0}, kLittle * std::abs(relationship));
+  least_relationship_ = climb({0.0, -1.0}, kFineGap * std::abs(relationship));
   const RelaxedPlan &most = most_merit_.plan, &least = least_relationship_.plan;
   const double merit_range = most.scaled_merit - least.scaled_merit;
   const double relationship_range = most.relationship - least.relationship;
