@@ -141,17 +141,20 @@ class Exchanges {
     const std::vector<Exchange> all = best_exchanges();
     double most_together = 0.0;
     for (const auto& [x, y, change, gain] : all)
-      most_together =
-          std::max(most_together, -weights_.relationship * plan_.interaction(x, y, x, y));
+      most_together = std::max(most_together, -weights_.relationship * plan_.interaction(x, y));
     const Exchange *first = nullptr, *second = nullptr;
-    const double now = weighed(plan_.worth());
+    const double now = weighed(plan_.worth()) + most_together;
     double most = least_better();
     for (std::size_t b = 1; b < all.size(); ++b) {
+      if (ceiling(now + all[0].gain + all[b].gain) <= most) break;
+      const std::int32_t both[] = {all[b].x, all[b].y};
+      const double* row[2];
+      plan_.rows().read(both, RowCache::Keep::kRows, row);
       for (std::size_t a = 0; a < b; ++a) {
-        if (ceiling(now + all[a].gain + all[b].gain + most_together) <= most) break;
+        if (ceiling(now + all[a].gain + all[b].gain) <= most) break;
         if (!go_together(all[a], all[b])) continue;
         Worth change = all[a].change + all[b].change;
-        change.relationship += plan_.interaction(all[a].x, all[a].y, all[b].x, all[b].y);
+        change.relationship += plan_.interaction(all[a].x, all[a].y, all[b].x, row[0], row[1]);
         const double value = after(change);
         if (!(value > most)) continue;
         most = value;

@@ -70,12 +70,18 @@ Worth PlanInMaking::replacement(std::int32_t x, std::int32_t y, const double* ro
   return change;
 }
 
-double PlanInMaking::interaction(std::int32_t x1, std::int32_t y1, std::int32_t x2,
-                                 std::int32_t y2) const {
-  const double between = (rows_.element(y1, y2) - rows_.element(y1, x2)) -
-                         (rows_.element(x1, y2) - rows_.element(x1, x2));
+double PlanInMaking::interaction(std::int32_t x1, std::int32_t x2, double between) const {
   return 2.0 * contribution(x1) * contribution(x2) * between /
          (goal_.last_genint * goal_.last_genint);
+}
+
+double PlanInMaking::interaction(std::int32_t x, std::int32_t y) const {
+  return interaction(x, x, rows_.own()[y] + rows_.own()[x] - 2.0 * rows_.element(x, y));
+}
+
+double PlanInMaking::interaction(std::int32_t x1, std::int32_t y1, std::int32_t x2,
+                                 const double* row_x2, const double* row_y2) const {
+  return interaction(x1, x2, (row_y2[y1] - row_x2[y1]) - (row_y2[x1] - row_x2[x1]));
 }
 
 }  // namespace qob

@@ -47,14 +47,19 @@ class PlanInMaking {
   Worth addition(std::int32_t i) const;
   // What it changes that a unit passes from x to y, both of one sex. row_x: of the cache.
   Worth replacement(std::int32_t x, std::int32_t y, const double* row_x) const;
-  // The relationship that two replacements change together beyond what each changes alone.
-  double interaction(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) const;
+  // The relationship that two replacements change together beyond what each changes alone. Of the
+  // second one the rows of x2 and of y2, which takes its place, are of the cache.
+  double interaction(std::int32_t x1, std::int32_t y1, std::int32_t x2, const double* row_x2,
+                     const double* row_y2) const;
+  // The same of a replacement with itself.
+  double interaction(std::int32_t x, std::int32_t y) const;
 
   const Problem& problem() const { return problem_; }
   RowCache& rows() const { return rows_; }
 
  private:
   double contribution(std::int32_t i) const { return d_ * static_cast<double>(unit(i)); }
+  double interaction(std::int32_t x1, std::int32_t x2, double between) const;
   double mean_merit(std::int32_t i) const;
   Worth merit_change(std::int32_t i, double merit, double d) const;
 
