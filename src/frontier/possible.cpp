@@ -22,6 +22,23 @@ bool is_plan(const Uses& uses, const Selection& selection) {
   return given[0] == selection.nmatings && given[1] == selection.nmatings;
 }
 
+// By animal: its relationship to itself less the mean of all candidates' relationships.
+Table<double> own_parts(const Relationship& relationship, const Candidates& candidates) {
+  const double n = candidates.ncands;
+  double trace = 0.0, below = 0.0;  // the diagonal
+  for (std::int32_t row = 1; row <= relationship.nnrm; ++row) {
+    trace += nrmelement(relationship, row, row);
+    for (std::int32_t column = 1; column < row; ++column)
+      below += nrmelement(relationship, row, column);
+  }
+  Table<double> own(relationship.nrm_id.size(), 0.0);
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
+    const std::int32_t animal = candidates.cands(i), row = relationship.nrm_id(animal);
+    own(animal) = nrmelement(relationship, row, row) - (trace + 2.0 * below) / (n * n);
+  }
+  return own;
+}
+
 }  // namespace
 
 double Reach::share(double value) const {
@@ -35,11 +52,17 @@ Possible::Possible(const Selection& selection, const Relationship& relationship,
     : selection_(selection), rows_(relationship, selection.candidates) {
   const Uses start = greedy_uses({selection, relationship, {}}, {1.0, 0.0}, rows_);
   if (!is_plan(start, selection)) return;
-  const bool by_pedigree = relationship.pedsource;
-  relaxation_ = std::make_unique<Relaxation>(
-      selection, rows_,
-      whole_matings(selection, by_pedigree ? own_variances(pedigree) : Table<double>()),
-      by_pedigree ? 0.0 : shift_to_definite(relationship, selection.candidates));
+  if (relationship.pedsource) {
+    const WholeMatings whole = whole_matings(selection, own_variances(pedigree));
+    relaxation_ = std::make_unique<Relaxation>(selection, rows_, whole, 0.0);
+    average_ = std::make_unique<Relaxation>(selection, rows_, whole, 0.0);
+  } else {
+    const Candidates& candidates = selection.candidates;
+    relaxation_ = std::make_unique<Relaxation>(selection, rows_, whole_matings(selection, {}),
+                                               shift_to_definite(relationship, candidates));
+    average_ = std::make_unique<Relaxation>(
+        selection, rows_, whole_matings(selection, own_parts(relationship, candidates)), 0.0);
+  }
   curve_ = std::make_unique<BestPossible>(*relaxation_, start);
 }
 
@@ -88,8 +111,8 @@ std::optional<Reach> Possible::reach(const Objective& objective) {
   } else {
     reach.bound = constrains ? curve_->bound_under(objective.constraint, objective.breach, kSlack)
                              : curve_->bound(weights);
-    relaxation_->start(all_alike());
-    const RelaxedPlan all = relaxation_->value(weights);
+    average_->start(all_alike());
+    const RelaxedPlan all = average_->value(weights);
     reach.base = all.value;
     reach.slack = 2.0 * all.slack;
   }

@@ -46,6 +46,7 @@ class Possible {
   const Selection& selection_;
   RowCache rows_;
   std::unique_ptr<Relaxation> relaxation_;
+  std::unique_ptr<Relaxation> average_;  // values plans in parts as whole matings would on average
   std::unique_ptr<BestPossible> curve_;
 };
 

@@ -10,8 +10,9 @@ namespace qob {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr int kStepsBetweenBounds = 50;
-constexpr std::int64_t kMostSteps = 200000;
+constexpr std::int64_t kFirstBound = 50;    // after so many steps; from then on,
+constexpr std::int64_t kBetweenBounds = 4;  // parts of the steps made so far
+constexpr std::int64_t kMostSteps = 20000;
 constexpr int kHalvings = 25;          // of the price of a mating
 constexpr double kRounding = 1.0e-12;  // of sums, beside their terms
 constexpr double kWhole = 1.0e-11;     // matings: closer to a whole number is whole
@@ -170,7 +171,8 @@ void Relaxation::bound_by_tangent(RelaxedPlan& plan) const {
   at_plan *= q_ * h_ * h_;
   const double merit = weights_.scaled_merit * offset_;
   const double earlier = weights_.relationship * goal.vpapv / square;
-  double sum = merit + earlier + at_plan, terms = std::abs(merit) + std::abs(earlier) + at_plan;
+  double sum = merit + earlier + at_plan;
+  double terms = std::abs(merit) + std::abs(earlier) + std::abs(at_plan);
   for (const int sex : {kMale, kFemale}) {
     const Ends ends = this->ends(sex);
     double low = std::min(ends.loss, ends.gain), high = std::max(ends.loss, ends.gain);
@@ -219,11 +221,14 @@ RelaxedPlan Relaxation::value(const Weights& weights) {
 
 RelaxedPlan Relaxation::climb(const Weights& weights, double tolerance) {
   RelaxedPlan now = value(weights);
+  std::int64_t next_bound = kFirstBound;
   for (std::int64_t steps = 1; steps <= kMostSteps; ++steps) {
     if (now.bound - now.slack - now.value <= tolerance) break;
     const Ends males = ends(kMale), females = ends(kFemale);
     if (!step(males.advantage() >= females.advantage() ? males : females)) break;
-    if (steps % kStepsBetweenBounds == 0) now = plan();
+    if (steps < next_bound) continue;
+    now = plan();
+    next_bound += std::max(kFirstBound, steps / kBetweenBounds);
   }
   return value(weights);  // sums that are carried on drift
 }

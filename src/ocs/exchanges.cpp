@@ -17,7 +17,8 @@ constexpr double kLeastGain = 1.0e-12;  // beside the value: less may be roundin
 struct Exchange {
   std::int32_t x = 0, y = 0;
   Worth change;
-  double gain = 0.0;  // by the weights
+  double gain = 0.0;   // by the weights
+  double reach = 0.0;  // two gain together at most the product of theirs beyond what each gains
 };
 
 bool is_better(const Exchange& a, const Exchange& b) { return a.gain > b.gain; }
@@ -104,7 +105,7 @@ class Exchanges {
     std::vector<Exchange> best;
     for_each_used([&](std::int32_t x) {
       for_each_replacement(x, [&](std::int32_t y, const Worth& change) {
-        best.push_back({x, y, change, weighed(change)});
+        best.push_back({x, y, change, weighed(change), 0.0});
       });
       if (best.size() > 8 * kPaired) keep_best(best);
     });
@@ -132,26 +133,35 @@ class Exchanges {
     return weighed - (constrains ? weights_.relationship * objective_.constraint : 0.0);
   }
 
-  // Carries out the pair that helps most, if one does. What two exchanges gain together beyond what
-  // each gains alone is at most what the two most remote of all would (Cauchy-Schwarz); where
-  // relationships from a file have negative eigenvalues it may be more, and a pair be missed.
+  // Sets the reaches, and returns the largest. By Cauchy-Schwarz; where relationships from a file
+  // have negative eigenvalues two may gain more together, and a pair be missed.
+  double set_reaches(std::vector<Exchange>& all) const {
+    double largest = 0.0;
+    for (auto& [x, y, change, gain, reach] : all) {
+      reach = std::sqrt(std::max(0.0, -weights_.relationship * plan_.interaction(x, y)));
+      largest = std::max(largest, reach);
+    }
+    return largest;
+  }
+
+  // Carries out the pair that helps most, if one does.
   bool exchange_a_pair() {
     if (objective_.criterion == Criterion::kMerit)
       return false;  // exchanges gain alone or not at all
-    const std::vector<Exchange> all = best_exchanges();
-    double most_together = 0.0;
-    for (const auto& [x, y, change, gain] : all)
-      most_together = std::max(most_together, -weights_.relationship * plan_.interaction(x, y));
+    std::vector<Exchange> all = best_exchanges();
+    const double largest_reach = set_reaches(all);
     const Exchange *first = nullptr, *second = nullptr;
-    const double now = weighed(plan_.worth()) + most_together;
     double most = least_better();
     for (std::size_t b = 1; b < all.size(); ++b) {
-      if (ceiling(now + all[0].gain + all[b].gain) <= most) break;
+      const double now = weighed(plan_.worth()) + all[b].gain;
+      const double most_together = largest_reach * all[b].reach;
+      if (ceiling(now + all[0].gain + largest_reach * largest_reach) <= most) break;
       const std::int32_t both[] = {all[b].x, all[b].y};
       const double* row[2];
       plan_.rows().read(both, RowCache::Keep::kRows, row);
       for (std::size_t a = 0; a < b; ++a) {
-        if (ceiling(now + all[a].gain + all[b].gain) <= most) break;
+        if (ceiling(now + all[a].gain + most_together) <= most) break;
+        if (ceiling(now + all[a].gain + all[a].reach * all[b].reach) <= most) continue;
         if (!go_together(all[a], all[b])) continue;
         Worth change = all[a].change + all[b].change;
         change.relationship += plan_.interaction(all[a].x, all[a].y, all[b].x, row[0], row[1]);
