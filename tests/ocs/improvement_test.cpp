@@ -21,7 +21,7 @@ class ImprovementTest : public SelectionTest {
     plan.best_mating.assign(1, 12);
     Rows rows;
     const int females[] = {7, 8, 8, 9, 9, 9, 10, 11, 11, 12, 13, 13};
-    for (int j = 0; j < 12; ++j) rows.emplace_back(std::array{1, 2, 3, 4}[j % 4], females[j]);
+    for (int j = 0; j < 12; ++j) rows.emplace_back(j % 4 + 1, females[j]);
     plan.best().copy_from(mateset(rows));
     plan.best_value = value(plan.best());
     return plan;
