@@ -39,7 +39,12 @@ def judge_plan(qob, row, folder, alone):
     shutil.copy(folder / "qob.prm", alone)
     ended = subprocess.run([qob, "qob.prm"], cwd=alone, capture_output=True)
     expect(ended.returncode == 0 and files(folder) == files(alone), folder, "is not", alone)
-    expect(0 <= float(row["share"]) <= 1, folder, "share", row["share"])
+    value, kept = float(row["scaled_merit"]), True
+    if row["optimise"] == "penalty":
+        value -= float(row["weight"]) * float(row["relationship"])
+    else:
+        kept = float(row["rate"]) <= float(row["constraint"])
+    expect(not kept or value <= float(row["bound"]) + 1e-9, folder, "value", value, "bound", row["bound"])
     summary = (folder / "Q_F_summary.txt").read_text()
     for label, column in (("Average relationship", "relationship"), ("Average inbreeding", "inbreeding")):
         told = float(re.findall(label + r" *:\s*(\S+)", summary)[-1])

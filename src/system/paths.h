@@ -25,7 +25,7 @@ int make_folder(const std::string& path);
 // What a shell makes of folder/*ending: the paths of what is there, in ascending order.
 std::vector<std::string> entries_of(const std::string& folder, const std::string& ending);
 
-// The path of a file as it is called from `folder`, which is there.
+// The path of a file as it is called from `folder`, which is there; unchanged if there is no file.
 std::string path_from(const std::string& folder, const std::string& path);
 
 // Copies a file over another one, which it replaces when it is complete. Returns 0 or the system's

@@ -56,6 +56,7 @@ std::vector<std::string> entries_of(const std::string& folder, const std::string
 
 std::string path_from(const std::string& folder, const std::string& path) {
   std::error_code fault;
+  if (!fs::exists(path, fault)) return path;
   const fs::path relative = fs::relative(path, folder, fault);
   return fault || relative.empty() ? path : relative.string();
 }
