@@ -29,6 +29,7 @@ class Exchanges {
       : candidates_(problem.selection.candidates),
         objective_(problem.objective),
         weights_(weights),
+        by_pedigree_(problem.relationship.pedsource),
         plan_(problem, rows) {
     for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
       if (uses(i) > 0) plan_.add(i, uses(i));
@@ -134,13 +135,16 @@ class Exchanges {
   }
 
   // Sets the reaches, and returns the largest. By Cauchy-Schwarz; where relationships from a file
-  // have negative eigenvalues two may gain more together, and a pair be missed.
+  // have negative eigenvalues two may gain more together, so of those all reach as far as the
+  // farthest, and few pairs are missed.
   double set_reaches(std::vector<Exchange>& all) const {
     double largest = 0.0;
     for (auto& [x, y, change, gain, reach] : all) {
       reach = std::sqrt(std::max(0.0, -weights_.relationship * plan_.interaction(x, y)));
       largest = std::max(largest, reach);
     }
+    if (!by_pedigree_)
+      for (Exchange& exchange : all) exchange.reach = largest;
     return largest;
   }
 
@@ -181,6 +185,7 @@ class Exchanges {
   const Candidates& candidates_;
   const Objective& objective_;
   Weights weights_;
+  bool by_pedigree_;  // are candidates related
   PlanInMaking plan_;
   double value_;
   std::int64_t count_ = 0;
