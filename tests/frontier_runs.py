@@ -28,7 +28,8 @@ def expect(kept, *what):
 
 def random_parameters(rng, data):
     animals = [line.split() for line in data.read_text().splitlines()]
-    unit = rng.choice([1, 1, 2, 3])
+    least = min(int(a[5]) for a in animals if a[3] == "1" and int(a[5]) > 0)
+    unit = min(rng.choice([1, 1, 2, 3]), least)
     room = [sum(int(a[5]) // u * u for a in animals if a[3] == s) for s, u in (("1", unit), ("2", 1))]
     goal = rng.choice(["w_relationship=-20, w_merit=1", "optimise='constraint', dfconstraint=0.01"])
     return PARAMETERS.format(n=max(min(40, *room) // unit, 1) * unit, unit=unit, goal=goal, g=rng.randint(0, 80),
