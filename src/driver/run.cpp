@@ -78,8 +78,8 @@ void open_log(Run& run, bool inputs_are_known) {
                status == EWOULDBLOCK ? "another run in this folder uses it" : error_text(status));
     stop("ERROR in opening log file qob.log ");
   }
-  write_banner(units.out, std::string(33, ' ') + "QOB v3.0          build 16.05.29");
-  write_banner(units.log, std::string(29, ' ') + "QOB v3.0              build 16.05.29");
+  write_banner(units.out, "                                 QOB v3.0          build 16.05.29");
+  write_banner(units.log, "                             QOB v3.0              build 16.05.29");
   print_time(units, " QOB started");
 }
 
