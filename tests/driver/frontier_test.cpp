@@ -21,14 +21,11 @@ const std::string kWords =
     "plans() { cut -d, -f-15,17- $1/frontier.csv; }\n";
 
 TEST(FrontierProgram, FollowsTheCases) {
-  const auto cases = transcripts_of(QOB_SOURCE_DIR "/tests/driver/frontier_cases.txt");
-  for (const Transcript& one : cases) {
-    const TemporaryFolder folder;
+  const auto furnish = [](const TemporaryFolder& folder, const Transcript&) {
     for (const char* file : {"cuvier.dat", "qob.prm"})
       std::filesystem::copy(std::string(QOB_SOURCE_DIR "/examples/cuvier/") + file, folder / file);
-    EXPECT_EQ(shown_by(folder, kWords + one.script), one.shown) << one.script;
-  }
-  EXPECT_EQ(cases.size(), 7U);
+  };
+  expect_followed(QOB_SOURCE_DIR "/tests/driver/frontier_cases.txt", 7, kWords, furnish);
 }
 
 }  // namespace

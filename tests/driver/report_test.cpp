@@ -17,17 +17,15 @@ const std::string kWords =
     "report() { qob-report \"$@\"; echo $?; }\n";
 
 TEST(ReportProgram, FollowsTheCases) {
-  const auto cases = transcripts_of(QOB_SOURCE_DIR "/tests/driver/report_cases.txt");
-  for (const Transcript& one : cases) {
-    const TemporaryFolder folder;
-    folder.write("herd.csv", cases.front().given);
-    EXPECT_EQ(shown_by(folder, kWords + one.script), one.shown) << one.script;
-  }
-  EXPECT_EQ(cases.size(), 6U);
+  const std::string cases = QOB_SOURCE_DIR "/tests/driver/report_cases.txt";
+  const std::string herd_book = transcripts_of(cases).front().given;
+  expect_followed(cases, 6, kWords, [&](const TemporaryFolder& folder, const Transcript&) {
+    folder.write("herd.csv", herd_book);
+  });
 
   // The page, or what a program without pages says; no name has become a part of it.
   const TemporaryFolder folder;
-  folder.write("herd.csv", cases.front().given);
+  folder.write("herd.csv", herd_book);
   const std::string shown =
       shown_by(folder, kWords +
                            "report herd/QOB_; report herd/QOB_ --tables t\n"

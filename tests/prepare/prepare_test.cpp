@@ -18,13 +18,10 @@ const std::string kWords =
     "as() { iconv -f UTF-8 -t $1 herd.csv > x; mv x herd.csv; }\n";
 
 TEST(Prepare, FollowsTheCases) {
-  const auto cases = transcripts_of(QOB_SOURCE_DIR "/tests/prepare/cases.txt");
-  for (const Transcript& one : cases) {
-    const TemporaryFolder folder;
-    folder.write("herd.csv", one.given);
-    EXPECT_EQ(shown_by(folder, kWords + one.script), one.shown) << one.script;
-  }
-  EXPECT_EQ(cases.size(), 17U);
+  expect_followed(QOB_SOURCE_DIR "/tests/prepare/cases.txt", 17, kWords,
+                  [](const TemporaryFolder& folder, const Transcript& one) {
+                    folder.write("herd.csv", one.given);
+                  });
 }
 
 }  // namespace

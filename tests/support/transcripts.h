@@ -2,6 +2,8 @@
 // show; an empty line ends a transcript, lines that begin with "# " are remarks.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -40,6 +42,20 @@ inline std::string shown_by(const TemporaryFolder& folder, const std::string& sc
   const std::string shown = read_file(file + ".txt");
   std::filesystem::remove(file), std::filesystem::remove(file + ".txt");
   return shown;
+}
+
+// Each transcript of a file, after these words, shows what it says in a folder of its own, which
+// furnish(folder, transcript) fills. count: of transcripts.
+template <class Furnish>
+void expect_followed(const std::string& path, std::size_t count, const std::string& words,
+                     Furnish furnish) {
+  const auto transcripts = transcripts_of(path);
+  for (const Transcript& one : transcripts) {
+    const TemporaryFolder folder;
+    furnish(folder, one);
+    EXPECT_EQ(shown_by(folder, words + one.script), one.shown) << one.script;
+  }
+  EXPECT_EQ(transcripts.size(), count);
 }
 
 }  // namespace qob::test
