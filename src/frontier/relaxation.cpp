@@ -10,8 +10,11 @@ namespace qob {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr std::int64_t kFirstBound = 50;    // after so many steps; from then on,
-constexpr std::int64_t kBetweenBounds = 4;  // parts of the steps made so far
+// A bound costs as much as many steps: it is made after so many, then whenever they have grown by a
+// quarter. Where many plans are nearly equal the last of the gap takes ever more steps; what is
+// left after the most of them is in the bound.
+constexpr std::int64_t kFirstBound = 50;
+constexpr std::int64_t kGrowth = 4;
 constexpr std::int64_t kMostSteps = 20000;
 constexpr int kHalvings = 25;          // of the price of a mating
 constexpr double kRounding = 1.0e-12;  // of sums, beside their terms
@@ -228,7 +231,7 @@ RelaxedPlan Relaxation::climb(const Weights& weights, double tolerance) {
     if (!step(males.advantage() >= females.advantage() ? males : females)) break;
     if (steps < next_bound) continue;
     now = plan();
-    next_bound += std::max(kFirstBound, steps / kBetweenBounds);
+    next_bound += std::max(kFirstBound, steps / kGrowth);
   }
   return value(weights);  // sums that are carried on drift
 }

@@ -66,6 +66,7 @@ int copy_file(const std::string& from, const std::string& to) {
   std::error_code fault;
   fs::copy_file(from, part, fs::copy_options::overwrite_existing, fault);
   if (!fault) fs::rename(part, to, fault);
+  if (fault) ::unlink(part.c_str());  // better none than half of it
   return fault.value();
 }
 
