@@ -55,10 +55,15 @@ Group group_of(MatingOptions& p) {
           {{"matingstrategy", &p.matingstrategy}, {"repeatedmatings", &p.repeatedmatings}}};
 }
 
+Group group_of(MatingRules& p) {
+  return {"MatingRules",
+          {{"rulesfile", &p.rulesfile}, {"keep_all", &p.keep_all}, {"pairing", &p.pairing}}};
+}
+
 std::vector<Group> groups_of(Parameters& p) {
   return {group_of(p.data),         group_of(p.history), group_of(p.contrib),
           group_of(p.relationship), group_of(p.ocs),     group_of(p.algorithm),
-          group_of(p.improvement),  group_of(p.mating)};
+          group_of(p.improvement),  group_of(p.mating),  group_of(p.rules)};
 }
 
 }  // namespace qob

@@ -68,6 +68,18 @@ struct MatingOptions {
   bool repeatedmatings = true;
 };
 
+// What a plan has to keep besides the limits in the data. A file without this group asks for
+// nothing of it.
+struct MatingRules {
+  Text<80> rulesfile = "_null_";
+  bool keep_all = true;                 // rules that cannot hold together end the run
+  Text<16> pairing = "matingstrategy";  // or "least": of exactly the least inbreeding
+
+  bool has_file() const { return trim(rulesfile) != "_null_"; }
+  bool is_least() const { return option_text(pairing) == "least"; }
+  bool is_wanted() const { return has_file() || is_least(); }
+};
+
 struct FileNames {
   Text<255> qobparmfile = "_null_";
   Text<80> logfile = "qob.log";
@@ -92,6 +104,7 @@ struct Parameters {
   AlgorithmParameters algorithm;
   Improvement improvement;
   MatingOptions mating;
+  MatingRules rules;
   FileNames files;
 };
 
@@ -104,6 +117,7 @@ Group group_of(OCSParameters& p);
 Group group_of(AlgorithmParameters& p);
 Group group_of(Improvement& p);
 Group group_of(MatingOptions& p);
+Group group_of(MatingRules& p);
 // All of them.
 std::vector<Group> groups_of(Parameters& p);
 
