@@ -98,4 +98,15 @@ void write_faults(const Prepared& prepared, const Lines& lines) {
   }
 }
 
+void write_rules(const Prepared& prepared, const Lines& lines) {
+  const Table<std::int32_t, 0> number = numbers_of(prepared.animal);
+  lines("kind,a,b,value\n");
+  for (const auto& [found, a, b] : prepared.rules) {
+    Rule rule = found;
+    if (a != 0) rule.a = std::to_string(number(a));
+    if (b != 0) rule.b = std::to_string(number(b));
+    lines(rule.text() + "\n");
+  }
+}
+
 }  // namespace qob

@@ -3,6 +3,7 @@
 //   NAME.dat        the data file of a run, one animal a line, oldest first
 //   NAME.names.csv  whom its numbers stand for, with what the herd book says of them
 //   NAME.faults.csv what was found
+//   NAME.rules.csv  the breeder's rules of matings, if there are any
 //   NAME.prm        parameters to start from (parameter_file)
 #pragma once
 
@@ -23,6 +24,10 @@ void write_names(const Prepared& prepared, const Lines& lines);
 
 // row,column,value,severity,kind,words,done in the order of rows; severity is fault or told.
 void write_faults(const Prepared& prepared, const Lines& lines);
+
+// kind,a,b,value: the rules of matings in the order of their file, animals by their numbers. Of a
+// herd that is sound.
+void write_rules(const Prepared& prepared, const Lines& lines);
 
 // A commented parameter file for `name`.dat.
 std::string parameter_file(const Prepared& prepared, const std::string& name);

@@ -22,6 +22,7 @@ constexpr std::array<KindText, kKindCount> kTexts = {{
      "a time of birth is moved"},
     {"number", true, "numbers that cannot be read", "it is taken as missing"},
     {"ebv", true, "candidates without a breeding value", "it is no candidate"},
+    {"rule", true, "faults in the rules of matings", ""},
     {"read", false, "remarks on how the table is read", ""},
     {"repeated", false, "rows that are there twice", ""},
     {"alike", false, "identifiers that differ by case, blanks or leading zeros alone", ""},

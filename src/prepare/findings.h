@@ -1,4 +1,4 @@
-// What is wrong in a herd book, and what was made of it.
+// What is wrong in a herd book and in rules for it, and what was made of it.
 //
 // A fault is what makes an animal, a parent, a time or a value doubtful: no data file is written
 // until it is mended, or its kind is accepted, for which each has one stated remedy. Other findings
@@ -33,6 +33,8 @@ enum class Kind : std::uint8_t {
   kYoungerParent,
   kNumber,
   kEbv,
+  // Faults of the rules of matings.
+  kRule,
   // Told.
   kRead,
   kRepeated,
@@ -43,7 +45,7 @@ enum class Kind : std::uint8_t {
   kInferred,
   kLabel
 };
-inline constexpr std::size_t kKindCount = 22;
+inline constexpr std::size_t kKindCount = 23;
 
 struct KindText {
   std::string_view name;  // as in --accept

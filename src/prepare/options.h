@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "ocs/rules/rules_file.h"
 #include "prepare/findings.h"
 #include "prepare/words.h"
 
@@ -34,6 +35,12 @@ struct AgeRule {
   }
 };
 
+// The breeder's rules of matings, in which animals have the identifiers of the herd book.
+struct MatingRulesOption {
+  std::string name;  // of their file, for what is wrong in it
+  RulesFile file;
+};
+
 struct PrepareOptions {
   std::vector<std::pair<Field, std::string>> columns;  // headings given by name, or positions
   bool header = true;                                  // false: columns have positions alone
@@ -48,6 +55,7 @@ struct PrepareOptions {
   bool parents_known = false;                                // of every candidate
   MissingEbv missing_ebv = MissingEbv::kIsAFault;
   std::int32_t matings = 0;  // to plan; 0: one for each female, as far as the males' suffice
+  std::optional<MatingRulesOption> mating_rules;
   std::vector<Kind> accepted;
 };
 

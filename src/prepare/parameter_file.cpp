@@ -72,6 +72,19 @@ constexpr std::string_view kData =
   repeatedmatings=.true. /
 )";
 
+// Behind the others, where there are rules.
+std::string rules_group(const std::string& name) {
+  return R"(
+! The breeder's rules of matings. keep_all=.false.: where they cannot hold together, a plan with as
+! few violations as possible. pairing='least': pairs of exactly the least inbreeding.
+&MatingRules
+  rulesfile=)" +
+         in_quotes(name + ".rules.csv") + R"(,
+  keep_all=.true.,
+  pairing='matingstrategy' /
+)";
+}
+
 void put(std::string& text, std::string_view place, const std::string& value) {
   text.replace(text.find(place), place.size(), value);
 }
@@ -97,7 +110,7 @@ std::string parameter_file(const Prepared& prepared, const std::string& name) {
          ", " + std::to_string(prepared.steps.first) + " to " +
          std::to_string(prepared.steps.last) + (formula.empty() ? "" : ": " + formula) +
          ".\n!\n! Text after \"!\" is a comment; a key left out keeps its default (qob --help).\n\n" +
-         text;
+         text + (prepared.book.options.mating_rules ? rules_group(name) : "");
 }
 
 }  // namespace qob

@@ -105,6 +105,12 @@ std::string line_of(const Prepared& prepared, const Found& remark) {
          (remark.done.empty() ? "" : " : " + std::string(remark.done)) + "\n";
 }
 
+// Rules are written by hand: all that is wrong with them is mended at once.
+std::int64_t shown(const Findings& findings, Kind kind) {
+  if (kind == Kind::kRule) return findings.count(kind);
+  return text_of(kind).is_fault || kind == Kind::kRead ? kShownFaults : kShownRemarks;
+}
+
 // Of each kind its number and the first of them.
 std::string findings_of(const Prepared& prepared, bool faults) {
   const Findings& findings = prepared.book.findings;
@@ -115,7 +121,7 @@ std::string findings_of(const Prepared& prepared, bool faults) {
     if (words.is_fault != faults || findings.count(kind) == 0) continue;
     text += "  " + std::string(words.title) + ": " + std::to_string(findings.count(kind)) + " [" +
             std::string(words.name) + (findings.is_accepted(kind) ? ", accepted" : "") + "]\n";
-    std::int64_t left = faults || kind == Kind::kRead ? kShownFaults : kShownRemarks;
+    std::int64_t left = shown(findings, kind);
     for (const Found& remark : findings.all()) {
       if (remark.kind == kind && left-- > 0) text += line_of(prepared, remark);
       if (left == 0) break;
@@ -126,15 +132,20 @@ std::string findings_of(const Prepared& prepared, bool faults) {
 
 std::string ways_on(const Findings& findings) {
   std::string text;
+  bool is_in_book = false;
   for (std::size_t k = 0; k < kKindCount; ++k) {
     const Kind kind = static_cast<Kind>(k);
-    if (findings.count(kind) == 0 || findings.is_accepted(kind) || text_of(kind).remedy.empty())
+    if (findings.count(kind) == 0 || findings.is_accepted(kind) || !text_of(kind).is_fault)
       continue;
+    is_in_book = is_in_book || kind != Kind::kRule;
+    if (text_of(kind).remedy.empty()) continue;
     text.append("  --accept ").append(text_of(kind).name);
     text.append(": ").append(text_of(kind).remedy).append("\n");
   }
-  return "No data file is written. Mend the herd book, and run this again with --force" +
-         (text.empty() ? ".\n" : ", or accept:\n" + text);
+  const bool is_in_rules = findings.count(Kind::kRule) > 0;
+  return std::string("No data file is written. Mend ") + (is_in_book ? "the herd book" : "") +
+         (is_in_book && is_in_rules ? " and " : "") + (is_in_rules ? "the rules" : "") +
+         ", and run this again with --force" + (text.empty() ? ".\n" : ", or accept:\n" + text);
 }
 
 }  // namespace
