@@ -189,14 +189,19 @@ std::optional<PrepareArguments> prepare_arguments(int argc, char** argv, int& st
                  "folder to write to; else one of the herd book's name")
       ->type_name("FOLDER");
   app.add_flag("--force", arguments.force, "write over what is there");
-  app.add_flag("--check", arguments.check,
-               "say what is odd in a data file of qob, and write nothing");
+  CLI::Option* check = app.add_flag("--check", arguments.check,
+                                    "say what is odd in a data file of qob, and write nothing");
   add(app, "--accept", "KIND", "a kind of fault that is not to hinder",
       [&](const std::string& text) { return add_accepted(text, arguments.options); })
       ->take_all()
       ->delimiter(',');
   add_table_options(app, arguments.options);
   add_candidate_options(app, arguments.options);
+  app.add_option(
+         "--rules", arguments.rules,
+         "your rules of matings, with the herd book's identifiers: a CSV file kind,a,b,value")
+      ->type_name("FILE")
+      ->excludes(check);
   app.set_version_flag("--version", std::string("qob-prepare ") + QOB_VERSION);
   try {
     app.parse(argc, argv);

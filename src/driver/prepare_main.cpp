@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/stop.h"
 #include "core/text.h"
@@ -20,7 +21,8 @@
 namespace qob {
 namespace {
 
-constexpr std::size_t kLongestName = 76;  // with ".dat" 80 bytes, as long as a run reads them
+constexpr std::size_t kLongestFile = 80;  // as a run reads their names
+constexpr const char* kRules = ".rules.csv";
 
 // The files of one herd book: where they go and how they are called.
 class Files {
@@ -32,8 +34,11 @@ class Files {
     name_ = file.substr(begin,
                         dot == std::string::npos || dot <= begin ? std::string::npos : dot - begin);
     folder_ = arguments.folder.empty() ? name_ : arguments.folder;
-    if (name_.empty() || name_.size() > kLongestName)
-      refuse(file, "a name of more than 76 bytes, or none : expected a shorter one");
+    const std::size_t longest =
+        kLongestFile - std::string_view(arguments.rules ? kRules : ".dat").size();
+    if (name_.empty() || name_.size() > longest)
+      refuse(file, "a name of more than " + std::to_string(longest) +
+                       " bytes, or none : expected a shorter one");
     if (std::any_of(name_.begin(), name_.end(), is_control))
       refuse(file, "a line end or control character in its name : expected another name");
   }
@@ -45,10 +50,14 @@ class Files {
   }
 
   void refuse_to_replace() const {
-    for (const char* ending : {".dat", ".names.csv", ".prm", ".faults.csv"}) {
+    std::vector<const char*> endings = {".dat", ".names.csv", ".prm", ".faults.csv"};
+    if (arguments_.rules) endings.push_back(kRules);
+    for (const char* ending : endings) {
       const std::string file = path(ending);
       if (are_same_path(file, arguments_.file))
         refuse(file, "it is the herd book : expected another folder (-o)");
+      if (arguments_.rules && are_same_path(file, *arguments_.rules))
+        refuse(file, "it is the file of rules : expected another folder (-o)");
       if (!arguments_.force && path_exists(file))
         refuse(file,
                "it is there already : expected --force to write over it, or another folder (-o)");
@@ -74,6 +83,8 @@ void write_files(const Files& files, const Prepared& prepared) {
   files.write(".faults.csv", [&](const Lines& lines) { write_faults(prepared, lines); });
   if (!prepared.is_sound()) return;
   files.write(".names.csv", [&](const Lines& lines) { write_names(prepared, lines); });
+  if (prepared.book.options.mating_rules)
+    files.write(kRules, [&](const Lines& lines) { write_rules(prepared, lines); });
   files.write(".prm", [&](const Lines& lines) { lines(parameter_file(prepared, files.name())); });
   files.write(".dat", [&](const Lines& lines) { write_data(prepared, lines); });
 }
@@ -88,11 +99,19 @@ std::string in_shell_quotes(const std::string& text) {
   return quoted + "'";
 }
 
+PrepareOptions options_of(const PrepareArguments& arguments) {
+  PrepareOptions options = arguments.options;
+  if (arguments.rules)
+    options.mating_rules = {*arguments.rules, rules_of(bytes_of(*arguments.rules))};
+  return options;
+}
+
 int prepare_herd_book(const PrepareArguments& arguments, Unit& out) {
   const Sheet sheet = sheet_of(arguments.file);
   const Files files(arguments);
   files.refuse_to_replace();
-  const Prepared prepared = prepare(sheet, arguments.options);
+  const PrepareOptions options = options_of(arguments);
+  const Prepared prepared = prepare(sheet, options);
   files.make_folder();
   write_files(files, prepared);
   std::string text = summary_of(prepared, arguments.file, files.path(".faults.csv"));
@@ -103,7 +122,8 @@ int prepare_herd_book(const PrepareArguments& arguments, Unit& out) {
       out.write_line(files.path(".dat") + ": still that of an earlier herd book");
     return kFailure;
   }
-  out.write_line("Written: " + files.path(".dat") + ", .prm, .names.csv");
+  out.write_line("Written: " + files.path(".dat") + ", .prm, .names.csv" +
+                 (arguments.rules ? std::string(", ") + kRules : ""));
   out.write_line("Next: cd " + in_shell_quotes(files.folder()) + " && qob " +
                  in_shell_quotes(files.name() + ".prm"));
   return kSuccess;
