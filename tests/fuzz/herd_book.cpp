@@ -43,6 +43,8 @@ PrepareOptions options_of(std::string_view choices) {
   if ((byte(2) & 8U) != 0) options.rules[0] = rule_of(byte(2) & 7U);
   if ((byte(2) & 128U) != 0) options.rules[1] = rule_of(byte(2) >> 4U & 7U);
   options.matings = byte(3) >> 3U & 3U;
+  if ((byte(3) & 32U) != 0)
+    options.mating_rules = {"rules.csv", rules_of("kind,a,b,value\nmax-pair,,,1\n")};
   return options;
 }
 
@@ -117,11 +119,16 @@ void check_parameters(const Prepared& prepared, const std::string& name) {
   for (const Group& group : groups_of(parameters)) {
     NamelistFile file;
     fuzz::require(file.open("qob.prm") == 0, "the parameter file is there");
-    const bool is_left_out = group.name == group_of(parameters.contrib).name ||
-                             group.name == group_of(parameters.improvement).name;
+    const bool is_left_out =
+        group.name == group_of(parameters.contrib).name ||
+        group.name == group_of(parameters.improvement).name ||
+        (group.name == group_of(parameters.rules).name && !prepared.book.options.mating_rules);
     fuzz::require(file.read(group) == (is_left_out ? kEndOfFile : 0), "its groups read");
   }
   fuzz::require(parameters.data.datafile.trimmed() == name + ".dat", "it names the data file");
+  fuzz::require(parameters.rules.rulesfile.trimmed() ==
+                    (prepared.book.options.mating_rules ? name + ".rules.csv" : "_null_"),
+                "and the rules");
 }
 
 void check(const Sheet& sheet, const PrepareOptions& options, const std::string& name) {
