@@ -174,7 +174,9 @@ void Look::look() {
   tell_option("optimise", p_.ocs.optimise, {"penalty", "constraint", "merit"}, "'penalty'");
   tell_limits();
   if (p_.ocs.nmatings < 0 || !read_anywhere(group_of(p_.algorithm))) return;
-  if (is_given(group_of(p_.improvement)) && !read_anywhere(group_of(p_.improvement))) return;
+  for (const Group& group : {group_of(p_.improvement), group_of(p_.rules)})
+    if (is_given(group) && !read_anywhere(group)) return;
+  tell_option("pairing", p_.rules.pairing, {"matingstrategy", "least"}, "'matingstrategy'");
   if (!read_anywhere(group_of(p_.mating))) return;
   tell_option("matingstrategy", p_.mating.matingstrategy, {"random", "mai"}, "'random'");
 }
@@ -199,6 +201,10 @@ bool know_inputs(Run& run) {
   take_up_whole(file, run.files);
   inputs.push_back(run.files.path(data.datafile));
   const bool has_source = file.rewind() == 0 && file.read(group_of(relationship)) == 0;
+  take_up_whole(file, run.files);
+  MatingRules rules;
+  if (file.rewind() == 0 && file.read(group_of(rules)) == 0 && rules.has_file())
+    inputs.push_back(run.files.path(rules.rulesfile));
   take_up_whole(file, run.files);
   if (!has_source || option_text(relationship.source) != "pedigree") {
     inputs.push_back(run.files.path(relationship.gfile));

@@ -137,6 +137,7 @@ bool matings_are_wanted(Run& run) {
   if (p.ocs.nmatings < 0) return false;
   read_group(run, group_of(p.algorithm), true);
   read_group_if_given(run, group_of(p.improvement));
+  read_group_if_given(run, group_of(p.rules));
   initialize_qob(run);  // how the search is to go
   return true;
 }

@@ -4,15 +4,16 @@
 #include "core/qobtypestools.h"
 #include "ocs/candidates.h"
 #include "ocs/mateset.h"
+#include "ocs/selection.h"
 
 namespace qob {
 
-// The rows of the mateset in the order of the list: sire by sire, and by ascending female number
-// within a sire.
-Table<std::int32_t> rows_in_order(Mateset mateset);
+// The rows of the mateset in the order of the list: decided ones first; sire by sire, and by
+// ascending female number within a sire.
+Table<std::int32_t> rows_in_order(const Selection& selection, Mateset mateset);
 
-// Writes `lst_file`, `male_file` and `candfile` for this mateset.
-void write_lists(Run& run, const Candidates& candidates, const Relationship& relationship,
+// Writes `lst_file`, `male_file` and `candfile` for this mateset. Its decided rows are the last.
+void write_lists(Run& run, const Selection& selection, const Relationship& relationship,
                  Mateset mateset);
 
 }  // namespace qob

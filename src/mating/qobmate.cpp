@@ -6,6 +6,8 @@
 
 #include "mating/mating_lists.h"
 #include "mating/maximum_avoidance.h"
+#include "ocs/rules/pairing.h"
+#include "ocs/rules/set_up_rules.h"
 
 namespace qob {
 namespace {
@@ -23,11 +25,37 @@ void remark_on_repeats(Mateset mateset, Units& units) {
   }
 }
 
-void choose_pairing(const MatingOptions& options, const Selection& selection,
+void enter(const Selection& selection, const Relationship& relationship,
+           const std::vector<Pair>& pairs, Plan& plan, Units& units) {
+  if (pairs.empty()) handle_error(units, "ERROR: the rules permit no pairing of the plan");
+  enter_pairs(selection, pairs, plan.best());
+  double inbreeding = 0.0;
+  for (std::int64_t j = 1; j <= selection.nmatings; ++j)
+    inbreeding +=
+        0.5 * cnrm(relationship, selection.candidates, plan.best().male(j), plan.best().female(j));
+  plan.best_value.inbreeding = inbreeding / static_cast<double>(selection.nmatings);
+}
+
+bool pairs_least_inbred(const Parameters& p) {
+  return p.rules.is_least() ||
+         (p.rules.has_file() && option_text(p.mating.matingstrategy) == "mai");
+}
+
+void choose_pairing(const Parameters& parameters, const Selection& selection,
                     const Relationship& relationship, Plan& plan, Units& units) {
   Unit& log = units.log;
+  const MatingOptions& options = parameters.mating;
   const std::string strategy = option_text(options.matingstrategy);
-  if (strategy == "mai") {
+  if (pairs_least_inbred(parameters)) {
+    write_list(log, "MatingStrategy=LEAST exactly the least mean inbreeding");
+    enter(selection, relationship,
+          least_inbred_pairs(selection, relationship, options.repeatedmatings, plan.best()), plan,
+          units);
+    if (!options.repeatedmatings) remark_on_repeats(plan.best(), units);
+  } else if (!selection.rules.empty()) {
+    write_list(log, "MatingStrategy=random among pairs that the rules permit");
+    enter(selection, relationship, random_pairs(selection, plan.best(), plan.random), plan, units);
+  } else if (strategy == "mai") {
     write_list(log, "MatingStrategy=MAI maximum avoidance of inbreeding");
     maximum_avoidance(selection.candidates, relationship, options.repeatedmatings, plan, units);
     if (!options.repeatedmatings) remark_on_repeats(plan.best(), units);
@@ -47,17 +75,18 @@ void mating(Run& run, const Selection& selection, const Relationship& relationsh
   const MatingOptions& options = run.parameters.mating;
   write_list(units.out);
   write_list(units.out, "Optimising matings starting");
-  choose_pairing(options, selection, relationship, plan, units);
+  choose_pairing(run.parameters, selection, relationship, plan, units);
+  tell_breaches(selection, relationship, plan.best(), units);
   both_list(units.summary, units.out,
             "-------------------------------- Mating done ----------------------------------");
-  both(units.summary, units.out, "(A,A)",
-       " Mating Strategy         :", options.matingstrategy.trimmed());
+  both(units.summary, units.out, "(A,A)", " Mating Strategy         :",
+       pairs_least_inbred(run.parameters) ? "least" : options.matingstrategy.trimmed());
   both(units.summary, units.out, "(A,F12.6,/)",
        " Average inbreeding      :", plan.best_value.inbreeding);
   both(units.summary, units.out, "(A75,/)", std::string(75, '-'));
   write_list(units.out, "Writing optimal mateset to file");
   allocate(units, "ERROR in allocating memory in subroutine Mating",
-           [&] { write_lists(run, selection.candidates, relationship, plan.best()); });
+           [&] { write_lists(run, selection, relationship, plan.best()); });
   write_list(units.out, "Mating module finished");
 }
 

@@ -17,14 +17,15 @@ std::int64_t sum_of_sex(const Candidates& candidates, const Values& values, int 
 
 }  // namespace
 
-Allowances mating_limits(const Candidates& candidates) {
-  Allowances matings(std::int64_t{candidates.ncands} + 1, 0);
-  for (std::int32_t i = 1; i <= candidates.ncands; ++i) matings(i) = candidates.max_matings(i);
+Allowances mating_limits(const Selection& selection) {
+  const std::int32_t n = selection.candidates.ncands;
+  Allowances matings(std::int64_t{n} + 1, 0);
+  for (std::int32_t i = 1; i <= n; ++i) matings(i) = selection.most(i);
   return matings;
 }
 
-Allowances remaining_matings(const Candidates& candidates, Mateset mateset) {
-  Allowances matings = mating_limits(candidates);
+Allowances remaining_matings(const Selection& selection, Mateset mateset) {
+  Allowances matings = mating_limits(selection);
   count_uses<std::int64_t>(mateset, matings, -1);
   return matings;
 }
@@ -81,12 +82,9 @@ void Wheel::add(std::int32_t i, std::int64_t matings) {
   if (!stretches_.empty() && i >= first_ && i <= last_) measure((i - first_) / kStretch);
 }
 
-void fill_slot(Mateset mateset, std::int64_t j, std::int64_t slots, std::int32_t male) {
-  for (std::int64_t row = j; row <= mateset.nmatings(); row += slots) mateset.male(row) = male;
-}
-
-void restore_slots(Mateset mateset, std::int64_t slots) {
-  for (std::int64_t j = 1; j <= slots; ++j) fill_slot(mateset, j, slots, mateset.male(j));
+void restore_slots(const Selection& selection, Mateset mateset) {
+  for (std::int64_t j = 1; j <= selection.male_slots(); ++j)
+    selection.fill_slot(mateset, j, mateset.male(j));
 }
 
 }  // namespace qob

@@ -9,6 +9,7 @@
 #include "core/tables.h"
 #include "ocs/candidates.h"
 #include "ocs/mateset.h"
+#include "ocs/selection.h"
 
 namespace qob {
 
@@ -16,10 +17,10 @@ namespace qob {
 // would take.
 using Allowances = Table<std::int64_t, 0>;
 
-// The mating limits, max_matings.
-Allowances mating_limits(const Candidates& candidates);
+// The most matings of each candidate.
+Allowances mating_limits(const Selection& selection);
 // The same less the rows in which each candidate stands.
-Allowances remaining_matings(const Candidates& candidates, Mateset mateset);
+Allowances remaining_matings(const Selection& selection, Mateset mateset);
 // The sum over the candidates of a sex.
 std::int64_t sum_over(const Candidates& candidates, const Allowances& matings, int sex);
 // The sum of max_matings over the candidates of a sex.
@@ -52,9 +53,7 @@ class Wheel {
   std::vector<Stretch> stretches_;  // none before the first spin
 };
 
-// Writes `male` into the rows of slot j of so many slots.
-void fill_slot(Mateset mateset, std::int64_t j, std::int64_t slots, std::int32_t male);
 // Gives every slot the male of its first row.
-void restore_slots(Mateset mateset, std::int64_t slots);
+void restore_slots(const Selection& selection, Mateset mateset);
 
 }  // namespace qob

@@ -43,7 +43,8 @@ void read_old_solution(const Candidates& candidates, std::string_view name, Mate
 void draw_solution(const Selection& selection, Mateset solution, Random& random) {
   const Candidates& candidates = selection.candidates;
   const std::int64_t slots = selection.male_slots();
-  Allowances matings = mating_limits(candidates);
+  selection.lock(solution);
+  Allowances matings = remaining_matings(selection, solution);
   std::int64_t free[2] = {sum_over(candidates, matings, kMale),
                           sum_over(candidates, matings, kFemale)};
   Wheel wheels[2] = {{candidates, matings, kMale}, {candidates, matings, kFemale}};
@@ -55,13 +56,13 @@ void draw_solution(const Selection& selection, Mateset solution, Random& random)
     wheels[sex - 1].add(i, -rows);
     free[sex - 1] -= rows;
   };
-  for (std::int64_t j = 1; j <= solution.nmatings(); ++j) {
+  for (std::int64_t j = 1; j <= selection.rows(); ++j) {
     if (j > slots) {
       solution.male(j) = solution.male(j - slots);
-    } else {
+    } else if (selection.is_free(j, kMale)) {
       draw(solution.male(j), kMale, selection.limitmalematings);
     }
-    draw(solution.female(j), kFemale, 1);
+    if (selection.is_free(j, kFemale)) draw(solution.female(j), kFemale, 1);
   }
 }
 
@@ -85,20 +86,23 @@ void add_first_random_solution(const Selection& selection, std::int32_t k, Popul
   report_legality(population, k, journal.units.log);
 }
 
-// Fills the sex's column from its first row with the candidates of highest merit, each in as many
-// rows running as it may have matings.
-void fill_by_merit(const Candidates& candidates, Mateset solution, int sex) {
+// Fills the sex's free entries from the first row on with the candidates of highest merit, each in
+// as many rows running as it may have matings.
+void fill_by_merit(const Selection& selection, Mateset solution, int sex) {
+  const Candidates& candidates = selection.candidates;
   Table<double> key = candidates.merit;
   Table<std::int32_t> index(candidates.ncands, 0);
   const std::int32_t first = candidates.first(sex);
   const std::int32_t last = candidates.last(sex);
   for (std::int32_t i = first; i <= last; ++i) index(i) = i;
   quick_sort(key, index, first, last);
+  const std::int64_t rows = selection.rows();
   std::int64_t row = 1;
   for (std::int32_t rank = last; rank >= first; --rank) {
     const std::int32_t i = index(rank);
-    for (std::int64_t k = 1; k <= candidates.max_matings(i); ++k) {
-      if (row > solution.nmatings()) return;
+    for (std::int64_t k = selection.least(i); k < selection.most(i); ++k) {
+      while (row <= rows && !selection.is_free(row, sex)) ++row;
+      if (row > rows) return;
       solution(row++, sex) = i;
     }
   }
@@ -114,6 +118,7 @@ void base_population(const Selection& selection, std::string_view oldsol_file,
   std::int32_t first = 1;
   if (InputFile::exists(std::string(adjustl_trim(oldsol_file)))) {
     read_old_solution(selection.candidates, oldsol_file, population.pop(1), journal.units);
+    selection.lock(population.pop(1));
     first = 2;
   } else {
     write_list(log, "!!!! No file with previous solution was found !!!!!!");
@@ -129,8 +134,9 @@ void base_population(const Selection& selection, std::string_view oldsol_file,
   }
   evaluator.finish();
   const Mateset ranked = population.pop(popsize);
-  fill_by_merit(selection.candidates, ranked, kMale);
-  fill_by_merit(selection.candidates, ranked, kFemale);
+  selection.lock(ranked);
+  fill_by_merit(selection, ranked, kMale);
+  fill_by_merit(selection, ranked, kFemale);
   evaluator.evaluation(ranked, population.pop_value(popsize));
   report_legality(population, popsize, log);
 }

@@ -38,7 +38,7 @@ class DirectedMutation {
         caches_(caches),
         mateset_(mateset),
         d_(1.0 / static_cast<double>(2 * mateset.nmatings())),
-        matings_(remaining_matings(candidates_, mateset)),
+        matings_(remaining_matings(selection_, mateset)),
         uses_(uses_of(candidates_, mateset)),
         settled_(candidates_.ncands, 0) {}
 
@@ -223,7 +223,7 @@ class DirectedMutation {
   // Writes y into the slot or row.
   void enter(std::int64_t j, int sex, std::int32_t y) {
     const std::int64_t step = sex == kMale ? selection_.male_slots() : mateset_.nmatings();
-    for (std::int64_t row = j; row <= mateset_.nmatings(); row += step) {
+    for (std::int64_t row = j; row <= selection_.rows(); row += step) {
       --uses_(mateset_(row, sex));
       ++uses_(y);
       mateset_(row, sex) = y;
@@ -271,9 +271,9 @@ void directed_mutation(const Problem& problem, double probability, Mateset mates
     if (!mutation) mutation.emplace(problem, mateset, caches);
     mutation->replace(j, sex);
   };
-  const std::int64_t slots = problem.selection.male_slots();
-  for (std::int64_t j = 1; j <= slots; ++j) replace_at(j, kMale);
-  for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) replace_at(j, kFemale);
+  const Selection& selection = problem.selection;
+  for (std::int64_t j = 1; j <= selection.free_slots(); ++j) replace_at(j, kMale);
+  for (std::int64_t j = 1; j <= selection.free_rows(); ++j) replace_at(j, kFemale);
   if (!evaluation_may_be_seen(problem, mateset)) return;
   MatesetValue value;
   evaluator.evaluation(mateset, value);

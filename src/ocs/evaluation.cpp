@@ -1,22 +1,31 @@
 #include "ocs/evaluation.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "core/numbers.h"
+#include "ocs/rules/pairing.h"
 
 namespace qob {
 namespace {
 
+bool uses_least(const Selection& selection, const Uses& uses) {
+  for (std::int32_t i = 1; !selection.rules.empty() && i <= selection.candidates.ncands; ++i)
+    if (uses(i) < selection.least(i)) return false;
+  return true;
+}
+
 bool is_legal(const Selection& selection, Mateset mateset, const Uses& uses) {
-  const Table<std::int32_t>& limit = selection.candidates.max_matings;
   for (std::int64_t j = 1; j <= mateset.nmatings(); ++j) {
     const std::int32_t male = mateset.male(j);
     const std::int32_t female = mateset.female(j);
-    if (uses(male) > limit(male) || uses(male) % selection.limitmalematings != 0) return false;
-    if (uses(female) > limit(female)) return false;
+    const std::int32_t in_units = uses(male) - selection.decided(male);
+    if (uses(male) > selection.most(male) || in_units % selection.limitmalematings != 0)
+      return false;
+    if (uses(female) > selection.most(female)) return false;
   }
-  return true;
+  return uses_least(selection, uses) && can_be_paired(selection, mateset);
 }
 
 }  // namespace
@@ -75,7 +84,8 @@ void Evaluator::add(Mateset mateset, MatesetValue& value) {
   value.merit = merits * h;
   value.legal = is_legal(problem_.selection, mateset, uses_);
   for (const std::int32_t i : pending.parents.candidate) uses_(i) = 0;
-  const bool may_log = !value.legal && problem_.objective.criterion == Criterion::kPenalty;
+  const bool may_log = !value.legal && problem_.objective.criterion == Criterion::kPenalty &&
+                       problem_.selection.rules.empty();
   if (may_log || count_ == kParentSets) finish_pending();
 }
 
@@ -99,6 +109,12 @@ void Evaluator::finish_pending() {
   count_ = 0;
 }
 
+// By rules most matesets may be illegal, and none of them is to crowd out the best.
+double Evaluator::fitness_below_best() const {
+  const double best = standing_.best_value.fitness;
+  return best - 0.1 * std::abs(best);
+}
+
 // An illegal mateset gets 0.9 of a negative best fitness as well, which ranks it above the best: so
 // because nothing but its legality keeps it from replacing the best, and the factor asks no sign.
 void Evaluator::compute_fitness(MatesetValue& value) {
@@ -107,8 +123,10 @@ void Evaluator::compute_fitness(MatesetValue& value) {
   if (objective.criterion == Criterion::kUnknown)
     stop_with_message(units, "ERROR in evaluation", ErrorValue{0});
   value.fitness = fitness_of(objective, value.scaled_merit, value.merit, value.relationship);
-  const bool may_overtake = objective.criterion == Criterion::kPenalty && !value.legal;
-  if (may_overtake && value.fitness > standing_.best_value.fitness) {
+  if (value.legal || !(value.fitness > standing_.best_value.fitness)) return;
+  if (!problem_.selection.rules.empty()) {
+    value.fitness = fitness_below_best();
+  } else if (objective.criterion == Criterion::kPenalty) {
     write_list(units.log, "evaluation not legal", standing_.igeneration);
     value.fitness = 0.9 * standing_.best_value.fitness;
   }

@@ -59,6 +59,7 @@ class Evaluator {
     MatesetValue* value = nullptr;
   };
   void finish_pending();
+  double fitness_below_best() const;
 
   const Problem& problem_;
   const Standing& standing_;

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <vector>
 
 #include "ocs/allowances.h"
 #include "ocs/kernels/plan_in_making.h"
+#include "ocs/rules/pairing.h"
 
 namespace qob {
 namespace {
@@ -26,7 +28,8 @@ bool is_better(const Exchange& a, const Exchange& b) { return a.gain > b.gain; }
 class Exchanges {
  public:
   Exchanges(const Problem& problem, const Weights& weights, RowCache& rows, const Uses& uses)
-      : candidates_(problem.selection.candidates),
+      : selection_(problem.selection),
+        candidates_(problem.selection.candidates),
         objective_(problem.objective),
         weights_(weights),
         by_pedigree_(problem.relationship.pedsource),
@@ -34,6 +37,7 @@ class Exchanges {
     for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
       if (uses(i) > 0) plan_.add(i, uses(i));
     }
+    can_be_paired(selection_, uses, matings_);
     value_ = fitness(plan_.worth());
   }
 
@@ -55,6 +59,17 @@ class Exchanges {
   }
   double least_better() const { return value_ + kLeastGain * std::max(1.0, std::abs(value_)); }
 
+  // Whether rules permit a pairing once these have given a unit to those.
+  bool can_be_paired_after(std::initializer_list<const Exchange*> exchanges) {
+    if (!selection_.rules.pairs.any()) return true;
+    Uses uses = plan_.uses();
+    for (const Exchange* e : exchanges) {
+      uses(e->x) -= plan_.unit(e->x);
+      uses(e->y) += plan_.unit(e->y);
+    }
+    return can_be_paired(selection_, uses, matings_);
+  }
+
   void carry_out(std::int32_t x, std::int32_t y) {
     plan_.add(x, -plan_.unit(x));
     plan_.add(y, plan_.unit(y));
@@ -65,7 +80,7 @@ class Exchanges {
   template <class Action>
   void for_each_used(Action action) const {
     for (std::int32_t x = 1; x <= candidates_.ncands; ++x) {
-      if (plan_.uses()(x) >= plan_.unit(x)) action(x);
+      if (plan_.may_lose(x)) action(x);
     }
   }
   // Calls action(y, change) for all that may take a unit of x.
@@ -83,7 +98,7 @@ class Exchanges {
   bool exchange_singly() {
     const std::int64_t before = count_;
     for_each_used([&](std::int32_t x) {
-      while (plan_.uses()(x) >= plan_.unit(x) && exchange_best(x)) continue;
+      while (plan_.may_lose(x) && exchange_best(x)) continue;
     });
     return count_ > before;
   }
@@ -94,6 +109,8 @@ class Exchanges {
     for_each_replacement(x, [&](std::int32_t y, const Worth& change) {
       const double value = after(change);
       if (!(value > most)) return;
+      const Exchange exchange{x, y, change};
+      if (!can_be_paired_after({&exchange})) return;
       best = y;
       most = value;
     });
@@ -124,8 +141,8 @@ class Exchanges {
   bool go_together(const Exchange& a, const Exchange& b) const {
     if (a.y == b.x || b.y == a.x) return false;
     const std::int32_t unit = plan_.unit(a.x);
-    if (a.x == b.x && plan_.uses()(a.x) < 2 * unit) return false;
-    return a.y != b.y || candidates_.max_matings(a.y) - plan_.uses()(a.y) >= 2 * unit;
+    if (a.x == b.x && plan_.uses()(a.x) - selection_.least(a.x) < 2 * unit) return false;
+    return a.y != b.y || selection_.most(a.y) - plan_.uses()(a.y) >= 2 * unit;
   }
 
   // No plan is worth more by the objective than by the weights and this.
@@ -170,7 +187,7 @@ class Exchanges {
         Worth change = all[a].change + all[b].change;
         change.relationship += plan_.interaction(all[a].x, all[a].y, all[b].x, row[0], row[1]);
         const double value = after(change);
-        if (!(value > most)) continue;
+        if (!(value > most) || !can_be_paired_after({&all[a], &all[b]})) continue;
         most = value;
         first = &all[a];
         second = &all[b];
@@ -182,12 +199,14 @@ class Exchanges {
     return true;
   }
 
+  const Selection& selection_;
   const Candidates& candidates_;
   const Objective& objective_;
   Weights weights_;
   bool by_pedigree_;  // are candidates related
   PlanInMaking plan_;
   double value_;
+  std::vector<Pair> matings_;  // that come close to what rules permit of the plan
   std::int64_t count_ = 0;
 };
 
@@ -212,7 +231,7 @@ std::int64_t exchange_until_best(const Problem& problem, const Weights& weights,
     Uses uses = before;
     for (std::int64_t j = 1; j <= plan.nmatings(); ++j) {
       const std::int32_t x = plan(j, sex);
-      if (uses(x) <= wanted(x)) continue;
+      if (uses(x) <= wanted(x) || !problem.selection.is_free(j, sex)) continue;
       while (uses(y) >= wanted(y)) ++y;
       plan(j, sex) = y;
       --uses(x);

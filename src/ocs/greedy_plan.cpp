@@ -19,7 +19,14 @@ class GreedyPlan {
       : candidates_(problem.selection.candidates),
         weights_(weights),
         plan_(problem, rows),
-        left_{problem.selection.nmatings, problem.selection.nmatings} {}
+        left_{problem.selection.nmatings, problem.selection.nmatings} {
+    for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
+      const std::int32_t least = problem.selection.least(i);
+      if (least == 0) continue;
+      plan_.add(i, least);
+      left_[sex_of(i)] -= least;
+    }
+  }
 
   const PlanInMaking& make() {
     for (std::int32_t i = best(); i != 0; i = best()) {
@@ -56,22 +63,8 @@ class GreedyPlan {
   std::int32_t left_[2];  // rows without a parent, by sex
 };
 
-// Enters the parents in ascending order, males slot by slot. False: there are not enough.
-bool enter(const Selection& selection, const Uses& uses, Mateset plan) {
-  const Candidates& candidates = selection.candidates;
-  std::int64_t slot = 0, row = 0;
-  for (std::int32_t i = 1; i <= candidates.nmcands; ++i) {
-    for (std::int32_t k = 0; k < uses(i); k += selection.limitmalematings)
-      fill_slot(plan, ++slot, selection.male_slots(), i);
-  }
-  for (std::int32_t i = candidates.nmcands + 1; i <= candidates.ncands; ++i) {
-    for (std::int32_t k = 0; k < uses(i); ++k) plan.female(++row) = i;
-  }
-  return slot == selection.male_slots() && row == plan.nmatings() && !plan.has_empty_entry();
-}
-
-void pair_at_random(Mateset plan, Random& random) {
-  for (std::int64_t j = plan.nmatings(); j > 1; --j)
+void pair_at_random(const Selection& selection, Mateset plan, Random& random) {
+  for (std::int64_t j = selection.free_rows(); j > 1; --j)
     std::swap(plan.female(j), plan.female(random.ceiling_of_draw(j)));
 }
 
@@ -101,8 +94,8 @@ Weights greedy_weights(const Problem& problem, RowCache& rows) {
 
 bool greedy_plan(const Problem& problem, RowCache& rows, Random& random, Mateset plan) {
   const Uses uses = greedy_uses(problem, greedy_weights(problem, rows), rows);
-  if (!enter(problem.selection, uses, plan)) return false;
-  pair_at_random(plan, random);
+  if (!problem.selection.enter(uses, plan)) return false;
+  pair_at_random(problem.selection, plan, random);
   return true;
 }
 

@@ -36,9 +36,14 @@ void require(Units& units, bool kept, std::string_view message) {
   if (!kept) handle_error(units, ErrorValue{0}, message);
 }
 
-void check(const OCSParameters& ocs, const AlgorithmParameters& p, Units& units) {
+// With rules matings may be decided, and only the others come in whole units.
+void check(const Parameters& parameters, Units& units) {
+  const OCSParameters& ocs = parameters.ocs;
+  const AlgorithmParameters& p = parameters.algorithm;
   require(
-      units, ocs.limitmalematings == 0 || ocs.nmatings % ocs.limitmalematings == 0,
+      units,
+      ocs.limitmalematings == 0 || ocs.nmatings % ocs.limitmalematings == 0 ||
+          parameters.rules.has_file(),
       "ERROR: NMatings cannot be divided by LimitMaleMatings. MOD(NMatings,LimitMaleMatings)/=0 ");
   check_male_limit(ocs.limitmalematings, ocs.nmatings, units);
   require(units,
@@ -63,7 +68,7 @@ void initialize_qob(Run& run) {
   set_weights(p.ocs);
   set_probabilities(p.ocs, p.algorithm);
   report_parameters(p, units);
-  check(p.ocs, p.algorithm, units);
+  check(p, units);
 }
 
 }  // namespace qob

@@ -13,23 +13,23 @@ void mutate(const Selection& selection, double probability, Mateset mateset, Ran
   const Timed timed(watches, watches.mutate);
   const Candidates& candidates = selection.candidates;
   const std::int64_t slot_rows = selection.limitmalematings;
-  const std::int64_t slots = selection.male_slots();
   const std::int64_t n = mateset.nmatings();
-  const std::int64_t free_males = mating_capacity(candidates, kMale) - n;
-  const std::int64_t free_females = mating_capacity(candidates, kFemale) - n;
-  Allowances matings = remaining_matings(candidates, mateset);
+  Allowances matings = mating_limits(selection);
+  const std::int64_t free_males = sum_over(candidates, matings, kMale) - n;
+  const std::int64_t free_females = sum_over(candidates, matings, kFemale) - n;
+  count_uses<std::int64_t>(mateset, matings, -1);
   Wheel males(candidates, matings, kMale);
   Wheel females(candidates, matings, kFemale);
-  for (std::int64_t j = 1; j <= slots; ++j) {
+  for (std::int64_t j = 1; j <= selection.free_slots(); ++j) {
     if (!(random.uni() < probability)) continue;
     const std::int64_t r = random.ceiling_of_draw(free_males + 1);
     males.add(mateset.male(j), slot_rows);
     const std::int32_t m = males.spin(r);
     if (m == 0) continue;
     males.add(m, -slot_rows);
-    fill_slot(mateset, j, slots, m);
+    selection.fill_slot(mateset, j, m);
   }
-  for (std::int64_t j = 1; j <= n; ++j) {
+  for (std::int64_t j = 1; j <= selection.free_rows(); ++j) {
     if (!(random.uni() < probability)) continue;
     const std::int64_t r = random.ceiling_of_draw(free_females + 1);
     females.add(mateset.female(j), 1);

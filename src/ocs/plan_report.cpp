@@ -102,6 +102,7 @@ void report_parameters(Parameters& p, Units& units) {
     echo(*unit, group_of(p.ocs));
     echo(*unit, group_of(p.algorithm));
     if (p.improvement.is_wanted()) echo(*unit, group_of(p.improvement));
+    if (p.rules.is_wanted()) echo(*unit, group_of(p.rules));
   }
   both_list(log, out, "---------- Results written to files ------------------");
   both(log, out, "(A,A)", " File with optimal matelist            : ", files.lst_file.trimmed());

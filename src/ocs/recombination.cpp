@@ -12,25 +12,31 @@ class Recombination {
  public:
   Recombination(const Selection& selection, Mateset parent1, Mateset parent2, Mateset offspring,
                 Random& random)
-      : selection_(selection),
-        offspring_(offspring),
-        random_(random),
-        allowance_(mating_limits(selection.candidates)) {
+      : selection_(selection), offspring_(offspring), random_(random) {
     work_.assign(2, offspring.nmatings());
     parent(0).copy_from(parent1);
     parent(1).copy_from(parent2);
     offspring_.fill(0);
+    selection.lock(offspring_);
+    allowance_ = remaining_matings(selection, offspring_);
+    for (const std::size_t c : {0U, 1U}) give_no_locked(parent(c));
   }
 
   void run(double crossover_probability) {
     cross_over(crossover_probability);
     fill_empty_entries();
-    if (selection_.limitmalematings > 1) restore_slots(offspring_, selection_.male_slots());
+    if (selection_.limitmalematings > 1) restore_slots(selection_, offspring_);
   }
 
  private:
   // The work copy of a parent, 0 or 1, in which used entries become 0.
   Mateset parent(std::size_t c) { return work_(static_cast<std::int64_t>(c) + 1); }
+
+  void give_no_locked(Mateset parent) const {
+    if (selection_.rules.empty()) return;
+    for (std::int64_t p = 1; p <= 2 * parent.nmatings(); ++p)
+      if (offspring_.entry(p) != 0) parent.entry(p) = 0;
+  }
 
   // Takes the candidate that parent c holds in row j, if it has a mating left.
   bool take(std::size_t c, std::int64_t from, std::int64_t to, int sex) {
@@ -47,6 +53,7 @@ class Recombination {
     std::size_t current = 0;
     for (std::int64_t j = 1; j <= offspring_.nmatings(); ++j) {
       for (int sex = kMale; sex <= kFemale; ++sex) {
+        if (!selection_.is_free(j, sex)) continue;
         if (random_.uni() < crossover_probability) current = 1 - current;
         if (take(current, j, j, sex)) continue;
         if (take(1 - current, j, j, sex)) current = 1 - current;
@@ -56,7 +63,7 @@ class Recombination {
 
   // What is still empty takes from the parents' unused entries, in a random order of rows.
   void fill_empty_entries() {
-    const std::int64_t n = offspring_.nmatings();
+    const std::int64_t n = selection_.last_free_row();
     Table<std::int64_t> order(n, 0);
     for (std::int64_t r = 1; r <= n; ++r) order(r) = r;
     for (std::int64_t j = n; j >= 2; --j) {

@@ -23,15 +23,17 @@ void report_strangers(const Candidates& candidates, Mateset mateset, Units& unit
 class Repair {
  public:
   Repair(const Selection& selection, Mateset mateset, Random& random)
-      : candidates_(selection.candidates),
+      : selection_(selection),
+        candidates_(selection.candidates),
         mateset_(mateset),
         random_(random),
         slot_rows_(selection.limitmalematings),
         slots_(selection.male_slots()),
-        matings_(remaining_matings(candidates_, mateset)) {}
+        matings_(remaining_matings(selection, mateset)) {}
 
   void run() {
-    if (!males_in_whole_slots()) restore_slots(mateset_, slots_);  // the counts stay as they came
+    if (!males_in_whole_slots())
+      restore_slots(selection_, mateset_);  // the counts stay as they came
     if (!any_female_over_used()) return;
     for (std::int32_t m = 1; m <= candidates_.nmcands; ++m) relieve_male(m);
     for (std::int32_t f = candidates_.nmcands + 1; f <= candidates_.ncands; ++f) relieve_female(f);
@@ -61,7 +63,7 @@ class Repair {
     bool found = true;
     while (matings_(m) < 0 && found) {
       found = false;
-      for (std::int64_t j = 1; j <= slots_ && matings_(m) < 0; ++j) {
+      for (std::int64_t j = 1; j <= selection_.free_slots() && matings_(m) < 0; ++j) {
         if (mateset_.male(j) != m) continue;
         found = true;
         matings_(m) += slot_rows_;
@@ -71,8 +73,10 @@ class Repair {
   }
 
   // Empties the entries j, j+S, ... up to the number of male candidates. Where there are more of
-  // those than matings, the entries run on into the female column.
+  // those than matings, the entries run on into the female column: not so with rules, by which some
+  // of them may be locked.
   void empty_slot(std::int64_t j) {
+    if (!selection_.rules.empty()) return selection_.fill_slot(mateset_, j, 0);
     for (std::int64_t p = j; p <= candidates_.nmcands && p <= 2 * mateset_.nmatings();
          p += slots_) {
       mateset_.entry(p) = 0;
@@ -85,8 +89,9 @@ class Repair {
     bool found = true;
     while (matings_(f) < 0 && found) {
       found = false;
-      std::int64_t r = random_.ceiling_of_draw(candidates_.max_matings(f) - matings_(f));
-      for (std::int64_t j = 1; j <= mateset_.nmatings() && r > 0; ++j) {
+      const std::int64_t uses = selection_.most(f) - matings_(f);
+      std::int64_t r = random_.ceiling_of_draw(uses - selection_.least(f));
+      for (std::int64_t j = 1; j <= selection_.free_rows() && r > 0; ++j) {
         if (mateset_.female(j) != f) continue;
         found = true;
         if (--r > 0) continue;
@@ -100,20 +105,20 @@ class Repair {
   void refill_slots() {
     std::int64_t free = sum_over(candidates_, matings_, kMale);
     Wheel males(candidates_, matings_, kMale);
-    for (std::int64_t j = 1; j <= slots_; ++j) {
+    for (std::int64_t j = 1; j <= selection_.free_slots(); ++j) {
       if (mateset_.male(j) != 0) continue;
       const std::int32_t m = males.spin(random_.ceiling_of_draw(free));
       if (m == 0) continue;
       males.add(m, -slot_rows_);
       free -= slot_rows_;
-      fill_slot(mateset_, j, slots_, m);
+      selection_.fill_slot(mateset_, j, m);
     }
   }
 
   void refill_females() {
     std::int64_t free = sum_over(candidates_, matings_, kFemale);
     Wheel females(candidates_, matings_, kFemale);
-    for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j) {
+    for (std::int64_t j = 1; j <= selection_.free_rows(); ++j) {
       if (mateset_.female(j) != 0) continue;
       const std::int32_t f = females.spin(random_.ceiling_of_draw(free));
       if (f == 0) continue;
@@ -123,6 +128,7 @@ class Repair {
     }
   }
 
+  const Selection& selection_;
   const Candidates& candidates_;
   Mateset mateset_;
   Random& random_;

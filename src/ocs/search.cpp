@@ -41,6 +41,22 @@ void Search::make_population() {
   stop("Allocation POP failed");
 }
 
+// Draws know nothing of most rules: a plan that keeps them takes the places of solutions that do
+// not.
+void Search::replace_illegal() {
+  const Selection& selection = problem_.selection;
+  if (selection.rules.plan.empty()) return;
+  Uses uses(std::int64_t{selection.candidates.ncands} + 1, 0);
+  for (const auto& [male, female] : selection.rules.plan) {
+    ++uses(male);
+    ++uses(female);
+  }
+  for (std::int32_t k = 1; k <= population_.popsize(); ++k) {
+    if (population_.pop_value(k).legal || !selection.enter(uses, population_.pop(k))) continue;
+    evaluator_.evaluation(population_.pop(k), population_.pop_value(k));
+  }
+}
+
 // In the place of the last random solution, or of the one by merit where none is to spare.
 void Search::add_greedy_plan() {
   MatesetTable greedy;
@@ -49,6 +65,7 @@ void Search::add_greedy_plan() {
     write_list(journal_.units.log, "Improvement: the candidates have no room for a greedy plan");
     return;
   }
+  if (!problem_.selection.rules.empty() && !is_legal(problem_.selection, greedy(1))) return;
   const std::int32_t popsize = population_.popsize();
   const std::int32_t place = popsize > 2 ? popsize - 1 : popsize;
   population_.pop(place).copy_from(greedy(1));
@@ -59,6 +76,7 @@ bool Search::begin() {
   make_population();
   base_population(problem_.selection, run_.parameters.files.oldsol_file, population_, random_,
                   evaluator_, journal_);
+  replace_illegal();
   if (run_.parameters.improvement.start) add_greedy_plan();
   if (settings_.generations >= 0) return true;
   update_best();

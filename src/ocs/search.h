@@ -63,6 +63,7 @@ class Search {
   struct Offspring;
 
   void make_population();
+  void replace_illegal();
   void add_greedy_plan();
   void mate_and_select();
   void rank_population();

@@ -15,6 +15,7 @@
 #include "ocs/qobocs.h"
 #include "ocs/realised_contributions.h"
 #include "ocs/remarks.h"
+#include "ocs/rules/set_up_rules.h"
 
 namespace qob {
 namespace {
@@ -172,7 +173,7 @@ Selection set_up_selection(Run& run, Pedigree pedigree, const Relationship& rela
   const Timed timed(watches, watches.nrm);
   Units& units = run.journal.units;
   const OCSParameters& parameters = run.parameters.ocs;
-  Selection selection{{}, {}, parameters.nmatings, parameters.limitmalematings};
+  Selection selection{{}, {}, parameters.nmatings, parameters.limitmalematings, {}};
   Candidates& candidates = selection.candidates;
   Goal& goal = selection.goal;
   count_candidates(pedigree, candidates, units);
@@ -180,6 +181,7 @@ Selection set_up_selection(Run& run, Pedigree pedigree, const Relationship& rela
   both_list(units.out, units.log, "Computing realised contributions for the previous", nage,
             " periods");
   fill_candidates(pedigree, candidates, units);
+  RuleSet rules = read_rule_set(run, pedigree, candidates);
   pedigree.sex.release();  // the candidates' own tables are used from here on
   pedigree.oldped.release();
   pedigree.matings.release();
@@ -207,6 +209,8 @@ Selection set_up_selection(Run& run, Pedigree pedigree, const Relationship& rela
   for (const int sex : {kMale, kFemale}) scale_merit(candidates, sex, goal, units);
   goal.expmerit =
       0.5 * (goal.mean_merit[0] / goal.k_factor[0] + goal.mean_merit[1] / goal.k_factor[1]);
+  allocate(units, "ERROR in allocating memory for rules of matings",
+           [&] { set_up_rules(run, std::move(rules), relationship, selection); });
   return selection;
 }
 

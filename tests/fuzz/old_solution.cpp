@@ -25,7 +25,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Selection selection = set_up_selection(run, std::move(pedigree), relationship);
     fuzz::runs_through([&] {
       Plan plan = ocs(run, selection, relationship);
-      const Allowances left = remaining_matings(selection.candidates, plan.best());
+      const Allowances left = remaining_matings(selection, plan.best());
       for (std::int32_t i = 1; i <= selection.candidates.ncands; ++i) {
         fuzz::require(left(i) >= 0, "nobody is mated more often than allowed");
       }

@@ -79,7 +79,8 @@ TEST_F(MatingTest, AListIsInOrderAlsoForManyCandidates) {
     rows.emplace_back(8000 + data.ceiling(300), 9000 + data.ceiling(9000));
   const Mateset view = mateset(rows);
   Rows listed;
-  for (const std::int32_t j : rows_in_order(view))
+  selection.nmatings = 3000;
+  for (const std::int32_t j : rows_in_order(selection, view))
     listed.emplace_back(view.male(j), view.female(j));
   std::sort(rows.begin(), rows.end());
   EXPECT_EQ(listed, rows);

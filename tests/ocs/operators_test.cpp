@@ -205,7 +205,7 @@ TEST_F(DirectedMutation, DrawsOnceASlotAndRowUnlessItsProbabilityIsTiny) {
 // Among many candidates, some of them over-used.
 TEST_F(Operators, TheWheelStopsWhereTheRunningTotalFirstReachesTheDraw) {
   set_candidates({5}, std::vector<int>(200, 1), 1);
-  Allowances matings = mating_limits(candidates);
+  Allowances matings = mating_limits(selection);
   Wheel females(candidates, matings, kFemale);
   for (int turn = 0; turn < 5000; ++turn) {
     females.add(stream.ceiling(201), stream.ceiling(7) - 4);

@@ -34,7 +34,7 @@ inline void evaluation(const Problem& problem, Evaluator& evaluator, Mateset mat
   const Goal& goal = problem.selection.goal;
   const auto n = mateset.nmatings();
   const double h = 1.0 / static_cast<double>(2 * n);
-  Allowances matings = mating_limits(candidates);
+  Allowances matings = mating_limits(problem.selection);
   Table<double> c(candidates.ncands, 0.0);
   value = {};
   for (std::int64_t j = 1; j <= n; ++j) {
@@ -72,7 +72,7 @@ class DirectedMutation {
       : problem_(problem),
         evaluator_(evaluator),
         mateset_(mateset),
-        matings_(remaining_matings(problem.selection.candidates, mateset)) {}
+        matings_(remaining_matings(problem.selection, mateset)) {}
 
   void run(double probability, Random& random) {
     if (probability < kTiny) return;
@@ -134,7 +134,7 @@ class DirectedMutation {
       best = y, best_score = score, best_gain = gain, best_change = change;
     }
     if (best == 0) return;
-    if (sex == kMale) fill_slot(mateset_, j, problem_.selection.male_slots(), best);
+    if (sex == kMale) problem_.selection.fill_slot(mateset_, j, best);
     if (sex == kFemale) mateset_.female(j) = best;
     matings_(x) += needed;
     matings_(best) -= needed;

@@ -18,7 +18,6 @@ PlanInMaking::PlanInMaking(const Problem& problem, RowCache& rows)
       candidates_(problem.selection.candidates),
       goal_(problem.selection.goal),
       rows_(rows),
-      unit_{problem.selection.limitmalematings, 1},
       d_(1.0 / static_cast<double>(2 * std::int64_t{problem.selection.nmatings})),
       uses_(std::int64_t{candidates_.ncands} + 1, 0),
       sum_(static_cast<std::size_t>(candidates_.ncands) + 1, 0.0) {

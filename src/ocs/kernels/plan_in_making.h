@@ -39,9 +39,11 @@ class PlanInMaking {
   const Uses& uses() const { return uses_; }
   const Worth& worth() const { return worth_; }
   // Rows that a candidate takes at once.
-  std::int32_t unit(std::int32_t i) const { return unit_[candidates_.is_male(i) ? 0 : 1]; }
+  std::int32_t unit(std::int32_t i) const { return problem_.selection.unit(i); }
+  // Whether it has a unit that no rule locks.
+  bool may_lose(std::int32_t i) const { return uses_(i) - problem_.selection.least(i) >= unit(i); }
   // Whether it may have another unit.
-  bool has_room(std::int32_t i) const { return candidates_.max_matings(i) - uses_(i) >= unit(i); }
+  bool has_room(std::int32_t i) const { return problem_.selection.most(i) - uses_(i) >= unit(i); }
 
   // What another unit of i changes.
   Worth addition(std::int32_t i) const;
@@ -67,7 +69,6 @@ class PlanInMaking {
   const Candidates& candidates_;
   const Goal& goal_;
   RowCache& rows_;
-  std::int32_t unit_[2];
   double d_;  // the contribution of one row
   Uses uses_;
   std::vector<double> sum_;  // by candidate: contributions times its relationships with them

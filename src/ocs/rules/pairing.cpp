@@ -1,0 +1,185 @@
+#include "ocs/rules/pairing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
+
+#include "ocs/rules/pairing_flow.h"
+
+namespace qob {
+namespace {
+
+constexpr double kUnit = 1099511627776.0;  // 2^40: of costs, to an inbreeding coefficient of 1
+constexpr std::int64_t kRepeat = 2 * (std::int64_t{1} << 40);
+
+// The limits of a pairing of given uses. cost(male, female): of a mating, 0 or more.
+template <class Cost>
+class UseLimits {
+ public:
+  UseLimits(const Selection& selection, const Uses& uses, Cost cost, std::int64_t repeat)
+      : rules_(selection.rules.pairs),
+        uses_(uses),
+        cost_(std::move(cost)),
+        repeat_(repeat),
+        place_(uses.size(), -1) {
+    const Candidates& candidates = selection.candidates;
+    for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
+      if (uses(i) == 0) continue;
+      std::vector<std::int32_t>& parents = candidates.is_male(i) ? sires_ : dams_;
+      place_(i) = static_cast<std::int32_t>(parents.size());
+      parents.push_back(i);
+    }
+  }
+
+  std::int32_t sires() const { return static_cast<std::int32_t>(sires_.size()); }
+  std::int32_t dams() const { return static_cast<std::int32_t>(dams_.size()); }
+  bool has_gates() const { return rules_.has_gates(); }
+  std::int32_t gate(std::int32_t s, std::int32_t d) const {
+    return rules_.gate_of(sire(s), dam(d));
+  }
+  std::int64_t of_sire(std::int32_t s, std::int32_t n) const {
+    return n <= uses_(sire(s)) ? 0 : kNoRoom;
+  }
+  std::int64_t of_dam(std::int32_t d, std::int32_t n) const {
+    return n <= uses_(dam(d)) ? 0 : kNoRoom;
+  }
+  std::int64_t of_pair(std::int32_t s, std::int32_t d, std::int32_t n) const {
+    if (n > rules_.most(sire(s), dam(d))) return kNoRoom;
+    return cost_(sire(s), dam(d)) + (n > 1 ? repeat_ : 0);
+  }
+  std::int64_t of_gate(std::int32_t gate, std::int32_t n) const {
+    return n <= rules_.gate(gate).limits.bound() ? 0 : kNoRoom;
+  }
+
+  std::int32_t sire(std::int32_t s) const { return sires_[static_cast<std::size_t>(s)]; }
+  std::int32_t dam(std::int32_t d) const { return dams_[static_cast<std::size_t>(d)]; }
+  // Of a candidate; -1: it has no matings.
+  std::int32_t place(std::int32_t i) const { return place_(i); }
+
+ private:
+  const PairRules& rules_;
+  const Uses& uses_;
+  Cost cost_;
+  std::int64_t repeat_;
+  std::vector<std::int32_t> sires_, dams_;  // candidates with matings
+  Table<std::int32_t, 0> place_;            // among them
+};
+
+// Decided matings first. `first` are made before all others, as far as that costs nothing.
+template <class Cost>
+std::vector<Pair> pairs_by_flow(const Selection& selection, const Uses& uses,
+                                std::span<const Pair> first, Cost cost, std::int64_t repeat) {
+  const UseLimits limits(selection, uses, std::move(cost), repeat);
+  PairingFlow flow(limits);
+  for (const auto& [male, female] : selection.rules.decided)
+    flow.stand(limits.place(male), limits.place(female));
+  std::int64_t left = selection.rows();
+  for (const auto& [male, female] : first) {
+    const std::int32_t s = limits.place(male), d = limits.place(female);
+    left -= left > 0 && s >= 0 && d >= 0 && flow.place(s, d);
+  }
+  for (; left > 0; --left)
+    if (!flow.add()) return {};
+  std::vector<Pair> pairs = selection.rules.decided;
+  flow.for_each_pair([&](std::int32_t s, std::int32_t d, std::int32_t n) {
+    pairs.insert(pairs.end(), static_cast<std::size_t>(n), {limits.sire(s), limits.dam(d)});
+  });
+  return pairs;
+}
+
+std::int64_t no_cost(std::int32_t, std::int32_t) { return 0; }
+
+// Those that are not decided.
+std::vector<Pair> without_decided(const Selection& selection, std::span<const Pair> pairs) {
+  std::map<Pair, std::int32_t> decided;
+  for (const Pair& pair : selection.rules.decided) ++decided[pair];
+  std::vector<Pair> others;
+  for (const Pair& pair : pairs) {
+    const auto found = decided.find(pair);
+    if (found == decided.end() || found->second == 0) {
+      others.push_back(pair);
+    } else {
+      --found->second;
+    }
+  }
+  return others;
+}
+
+bool keep_pair_rules(const PairRules& rules, std::span<const Pair> pairs) {
+  const bool counts = rules.of_pair().count() > 0;
+  std::map<Pair, std::int32_t> matings;
+  std::map<std::int32_t, std::int32_t> through;
+  for (const auto& [male, female] : pairs) {
+    const std::int32_t most = rules.most(male, female);
+    if (most < MatingLimits::kNone && most < (counts || most > 0 ? ++matings[{male, female}] : 1))
+      return false;
+    const std::int32_t gate = rules.gate_of(male, female);
+    if (gate != 0 && ++through[gate] > rules.gate(gate).limits.bound()) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::vector<Pair> pairs_of(Mateset mateset) {
+  std::vector<Pair> pairs;
+  for (std::int64_t j = 1; j <= mateset.nmatings(); ++j)
+    pairs.emplace_back(mateset.male(j), mateset.female(j));
+  return pairs;
+}
+
+bool can_be_paired(const Selection& selection, const Uses& uses, std::vector<Pair>& matings) {
+  if (!selection.rules.pairs.any()) return true;
+  std::vector<Pair> pairs =
+      pairs_by_flow(selection, uses, without_decided(selection, matings), no_cost, 0);
+  if (std::ssize(pairs) != selection.nmatings) return false;
+  matings = std::move(pairs);
+  return true;
+}
+
+bool can_be_paired(const Selection& selection, Mateset mateset) {
+  if (!selection.rules.pairs.any()) return true;
+  std::vector<Pair> pairs = pairs_of(mateset);
+  return keep_pair_rules(selection.rules.pairs, pairs) ||
+         can_be_paired(selection, uses_of(selection.candidates, mateset), pairs);
+}
+
+std::vector<Pair> least_inbred_pairs(const Selection& selection, const Relationship& relationship,
+                                     bool repeatedmatings, Mateset mateset) {
+  const Candidates& candidates = selection.candidates;
+  const auto inbreeding = [&](std::int32_t male, std::int32_t female) {
+    return std::llround(0.5 * cnrm(relationship, candidates, male, female) * kUnit);
+  };
+  std::int64_t least = 0;  // relationships from a file may be below 0
+  for (std::int64_t j = 1; !relationship.pedsource && j <= mateset.nmatings(); ++j) {
+    for (std::int64_t k = 1; k <= mateset.nmatings(); ++k)
+      least = std::min<std::int64_t>(least, inbreeding(mateset.male(j), mateset.female(k)));
+  }
+  return pairs_by_flow(
+      selection, uses_of(candidates, mateset), {},
+      [&](std::int32_t male, std::int32_t female) { return inbreeding(male, female) - least; },
+      repeatedmatings ? 0 : kRepeat);
+}
+
+std::vector<Pair> random_pairs(const Selection& selection, Mateset mateset, Random& random) {
+  std::vector<Pair> pairs = without_decided(selection, pairs_of(mateset));
+  for (std::size_t j = pairs.size(); j > 1; --j) {
+    const auto k = static_cast<std::size_t>(random.ceiling_of_draw(static_cast<std::int64_t>(j)));
+    std::swap(pairs[j - 1].second, pairs[k - 1].second);
+  }
+  return pairs_by_flow(selection, uses_of(selection.candidates, mateset), pairs, no_cost, 0);
+}
+
+void enter_pairs(const Selection& selection, const std::vector<Pair>& pairs, Mateset mateset) {
+  std::map<std::int32_t, std::vector<std::int32_t>> females;  // by male
+  for (const auto& [male, female] : without_decided(selection, pairs))
+    females[male].push_back(female);
+  for (std::int64_t j = 1; j <= selection.rows(); ++j) {
+    std::vector<std::int32_t>& his = females[mateset.male(j)];
+    mateset.female(j) = his.back();
+    his.pop_back();
+  }
+}
+
+}  // namespace qob
