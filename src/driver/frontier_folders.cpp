@@ -23,6 +23,8 @@ std::vector<MadeFile> inputs_of(const Parameters& p) {
   std::vector<MadeFile> files = {{"datafile", std::string(adjustl_trim(p.data.datafile)), "", 0}};
   if (option_text(p.relationship.source) != "pedigree")
     files.push_back({"gfile", std::string(adjustl_trim(p.relationship.gfile)), "", 0});
+  if (p.rules.has_file())
+    files.push_back({"rulesfile", std::string(adjustl_trim(p.rules.rulesfile)), "", 0});
   add_checksums(files);
   return files;
 }

@@ -92,6 +92,7 @@ GivenParameters read_parameters(const std::string& path) {
   file.read_anywhere(group_of(p.ocs));
   file.read_anywhere(group_of(p.algorithm));
   file.read_anywhere(group_of(p.improvement), true);
+  file.read_anywhere(group_of(p.rules), true);
   file.read_anywhere(group_of(p.mating));
   return given;
 }
@@ -111,6 +112,7 @@ std::string parameter_file(const GivenParameters& given, const RunParameters& ru
   const bool by_pedigree = option_text(p.relationship.source) == "pedigree";
   p.relationship.gfile =
       by_pedigree ? kNone : name_from(folder, "gfile", p.relationship.gfile).trimmed();
+  if (p.rules.has_file()) p.rules.rulesfile = name_from(folder, "rulesfile", p.rules.rulesfile);
   p.ocs = run.goal;
   p.algorithm = run.algorithm;
   p.improvement = run.improvement;
@@ -124,6 +126,7 @@ std::string parameter_file(const GivenParameters& given, const RunParameters& ru
   echo(unit, goal_group(p.ocs));
   echo(unit, group_of(p.algorithm));
   if (p.improvement.is_wanted()) echo(unit, group_of(p.improvement));
+  if (p.rules.is_wanted()) echo(unit, group_of(p.rules));
   echo(unit, group_of(p.mating));
   return text;
 }

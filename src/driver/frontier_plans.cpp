@@ -84,12 +84,9 @@ class Collector {
 
 // As the run has it.
 Objective objective_of(const PointRun& point, const Goal& goal) {
-  ToldRun told;
-  start_watches(told.run.journal.watches);
-  told.run.parameters.ocs = point.parameters.goal;
-  told.run.parameters.algorithm = point.parameters.algorithm;
-  initialize_qob(told.run);
-  return objective_of(told.run.parameters.ocs, goal);
+  OCSParameters p = point.parameters.goal;
+  complete_weights(p);
+  return objective_of(p, goal);
 }
 
 void Collector::set_matings(const std::string& path, FrontierPlan& plan, Mateset mateset) {

@@ -75,19 +75,24 @@ double Possible::merit(const PartMatings& matings) const {
   return merit / static_cast<double>(2 * std::int64_t{selection_.nmatings});
 }
 
-// All candidates, in proportion to the most matings that a plan may give them.
+// All candidates, in proportion to the most matings that a plan may give them beyond the fewest.
 PartMatings Possible::all_alike() const {
   const Candidates& candidates = selection_.candidates;
   const WholeMatings& whole = relaxation_->whole();
-  double places[2] = {0.0, 0.0};
+  double places[2] = {0.0, 0.0}, left[2];
+  left[0] = left[1] = selection_.nmatings;
   PartMatings matings(static_cast<std::size_t>(candidates.ncands) + 1, 0.0);
   for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
-    const double most = static_cast<double>(whole.unit(i)) * whole.most(i);
-    matings[static_cast<std::size_t>(i)] = most * selection_.nmatings;
-    places[candidates.is_male(i) ? 0 : 1] += most;
+    const std::size_t sex = candidates.is_male(i) ? 0 : 1;
+    left[sex] -= whole.fewest(i);
+    places[sex] += whole.largest(i) - whole.fewest(i);
   }
-  for (std::int32_t i = 1; i <= candidates.ncands; ++i)
-    matings[static_cast<std::size_t>(i)] /= places[candidates.is_male(i) ? 0 : 1];
+  for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
+    const std::size_t sex = candidates.is_male(i) ? 0 : 1;
+    const double beyond = whole.largest(i) - whole.fewest(i);
+    matings[static_cast<std::size_t>(i)] =
+        whole.fewest(i) + (left[sex] > 0.0 ? beyond * left[sex] / places[sex] : 0.0);
+  }
   return matings;
 }
 

@@ -50,23 +50,27 @@ void Relaxation::start(const Uses& uses) {
 void Relaxation::start(const PartMatings& matings) { u_ = matings; }
 
 bool Relaxation::is_whole(std::int32_t i) const {
-  const double units = u_[at(i)] / whole_.unit(i);
+  const double units = whole_.units(i, u_[at(i)]);
   return units == std::floor(units);
 }
 
 // The square of the matings, by its chord between whole units.
 double Relaxation::chord(std::int32_t i) const {
-  const double unit = whole_.unit(i), k = std::floor(u_[at(i)] / unit);
-  return k * k * unit * unit + (2.0 * k + 1.0) * unit * (u_[at(i)] - k * unit);
+  const double unit = whole_.unit(i), decided = whole_.decided(i);
+  const double k = std::floor(whole_.units(i, u_[at(i)])), beyond = u_[at(i)] - decided;
+  return k * k * unit * unit + (2.0 * k + 1.0) * unit * (beyond - k * unit) +
+         decided * (decided + 2.0 * beyond);
 }
 
 void Relaxation::set_slopes(std::int32_t i) {
   const double unit = whole_.unit(i), u = u_[at(i)];
-  const double k = std::floor(u / unit);
+  const double k = std::floor(whole_.units(i, u));
   const double own = q_ * h_ * h_ * whole_.own(i) * unit;
-  const bool at_limit = u >= unit * whole_.most(i);
-  up_[at(i)] = at_limit ? -kInfinity : -own * (2.0 * k + 1.0);
-  down_[at(i)] = u <= 0.0 ? kInfinity : -own * (is_whole(i) ? 2.0 * k - 1.0 : 2.0 * k + 1.0);
+  const double by_decided = 2.0 * q_ * h_ * h_ * whole_.own(i) * whole_.decided(i);
+  up_[at(i)] = u >= whole_.largest(i) ? -kInfinity : -own * (2.0 * k + 1.0) - by_decided;
+  down_[at(i)] = u <= whole_.fewest(i)
+                     ? kInfinity
+                     : -own * (is_whole(i) ? 2.0 * k - 1.0 : 2.0 * k + 1.0) - by_decided;
 }
 
 // Scaled, and less the mean of the sex, so that no digits are lost where merits are large beside
@@ -81,7 +85,7 @@ void Relaxation::weigh(const Weights& weights) {
   weights_ = weights;
   q_ = -weights.relationship / (goal.last_genint * goal.last_genint);
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
-    const double limit = static_cast<double>(whole_.unit(i)) * whole_.most(i);
+    const double limit = whole_.largest(i);
     l_[at(i)] =
         h_ * (weights.scaled_merit * centred_merit(i) - q_ * (goal.apv2(i) - h_ * shift_ * limit));
     set_slopes(i);
@@ -121,7 +125,7 @@ Relaxation::Ends Relaxation::ends(int sex) const {
 void Relaxation::move(std::int32_t i, double matings) {
   const double unit = whole_.unit(i);
   u_[at(i)] += matings;
-  const double nearest = std::round(u_[at(i)] / unit) * unit;
+  const double nearest = whole_.decided(i) + std::round(whole_.units(i, u_[at(i)])) * unit;
   if (std::abs(u_[at(i)] - nearest) <= kWhole) u_[at(i)] = nearest;
   b_[at(i)] += matings * (shift_ - whole_.own(i));
   set_slopes(i);
@@ -131,9 +135,11 @@ bool Relaxation::step(const Ends& ends) {
   const std::int32_t i = ends.gainer, j = ends.loser;
   if (i == 0 || j == 0 || i == j || !(ends.advantage() > 0.0)) return false;
   const double unit = whole_.unit(i), u_i = u_[at(i)], u_j = u_[at(j)];
-  double most = std::min(unit * whole_.most(i) - u_i, u_j);
-  if (whole_.own(i) > 0.0) most = std::min(most, (std::floor(u_i / unit) + 1.0) * unit - u_i);
-  if (whole_.own(j) > 0.0) most = std::min(most, u_j - (std::ceil(u_j / unit) - 1.0) * unit);
+  const double next = (std::floor(whole_.units(i, u_i)) + 1.0) * unit + whole_.decided(i);
+  const double before = (std::ceil(whole_.units(j, u_j)) - 1.0) * unit + whole_.decided(j);
+  double most = std::min(whole_.largest(i) - u_i, u_j - whole_.fewest(j));
+  if (whole_.own(i) > 0.0) most = std::min(most, next - u_i);
+  if (whole_.own(j) > 0.0) most = std::min(most, u_j - before);
   const std::int32_t both[] = {i, j};
   const double* row[2];
   rows_.read(both, RowCache::Keep::kRows, row);
@@ -154,13 +160,14 @@ double Relaxation::tangent_at_most(int sex, double price) const {
   const double quadratic = q_ * h_ * h_;
   double sum = price * selection_.nmatings;
   for (std::int32_t i = candidates_.first(sex); i <= candidates_.last(sex); ++i) {
-    const double unit = whole_.unit(i);
+    const double unit = whole_.unit(i), decided = whole_.decided(i) / unit;
     const double gain = (l_[at(i)] - 2.0 * quadratic * b_[at(i)] - price) * unit;
-    if (!(gain > 0.0)) continue;
+    if (!(gain > 0.0) && whole_.fewest(i) == 0.0) continue;
     const double own = quadratic * whole_.own(i) * unit * unit;
-    double k = whole_.most(i);
-    if (own > 0.0) k = std::min(k, std::floor(0.5 * (gain / own + 1.0)));
-    sum += k * gain - own * k * k;
+    double k = gain > 0.0 ? whole_.most(i) : whole_.least(i);
+    if (own > 0.0) k = std::min(k, std::floor(0.5 * (gain / own + 1.0) - decided));
+    k = std::max<double>(k, whole_.least(i));
+    sum += k * gain - own * k * k + decided * (gain - own * (decided + 2.0 * k));
   }
   return sum;
 }
@@ -202,7 +209,7 @@ RelaxedPlan Relaxation::plan() const {
   RelaxedPlan plan;
   double merit = 0.0, linear = 0.0, quadratic = 0.0;
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
-    const double limit = static_cast<double>(whole_.unit(i)) * whole_.most(i);
+    const double limit = whole_.largest(i);
     merit += u_[at(i)] * centred_merit(i);
     linear += u_[at(i)] * (goal.apv2(i) - h_ * shift_ * limit);
     quadratic += u_[at(i)] * b_[at(i)] + whole_.own(i) * chord(i);

@@ -23,10 +23,14 @@ Table<double> own_variances(const Pedigree& pedigree) {
 WholeMatings whole_matings(const Selection& selection, const Table<double>& own) {
   const Candidates& candidates = selection.candidates;
   const std::int32_t n = candidates.ncands;
-  WholeMatings whole{Table<std::int32_t>(n, 1), Table<std::int32_t>(n, 0), Table<double>(n, 0.0)};
+  const Table<std::int32_t> none(n, 0);
+  WholeMatings whole{none, none, none, none, Table<double>(n, 0.0)};
   for (std::int32_t i = 1; i <= n; ++i) {
-    if (candidates.is_male(i)) whole.unit(i) = selection.limitmalematings;
-    whole.most(i) = std::min(candidates.max_matings(i), selection.nmatings) / whole.unit(i);
+    const std::int32_t unit = selection.unit(i), decided = selection.decided(i);
+    whole.unit(i) = unit;
+    whole.decided(i) = decided;
+    whole.least(i) = (selection.least(i) - decided) / unit;
+    whole.most(i) = (std::min(selection.most(i), selection.nmatings) - decided) / unit;
     if (own.size() > 0) whole.own(i) = own(candidates.cands(i));
   }
   return whole;

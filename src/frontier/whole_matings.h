@@ -18,10 +18,22 @@
 
 namespace qob {
 
+//
+// Rules may have decided matings, and ask for some units of a candidate in every plan.
 struct WholeMatings {
-  Table<std::int32_t> unit;  // by candidate: matings that it takes at once
-  Table<std::int32_t> most;  // units that a plan may give it
-  Table<double> own;         // the variance that it shares with no candidate, 0 if not known
+  Table<std::int32_t> unit;         // by candidate: matings that it takes at once
+  Table<std::int32_t> least, most;  // units that a plan gives it besides the decided matings
+  Table<std::int32_t> decided;      // matings
+  Table<double> own;                // the variance that it shares with no candidate, 0 if not known
+
+  // Matings, in parts of them, and whole units of it besides the decided ones.
+  double fewest(std::int32_t i) const {
+    return decided(i) + static_cast<double>(unit(i)) * least(i);
+  }
+  double largest(std::int32_t i) const {
+    return decided(i) + static_cast<double>(unit(i)) * most(i);
+  }
+  double units(std::int32_t i, double matings) const { return (matings - decided(i)) / unit(i); }
 };
 
 // By animal: the Mendelian sampling variance, in units of the additive genetic variance of a base

@@ -10,20 +10,6 @@ namespace {
 
 constexpr double kLargestWeight = 1.0e100;  // sums of weighted terms stay finite
 
-void set_weights(OCSParameters& p) {
-  const Criterion criterion = criterion_of(p.optimise);
-  p.optimise = option_text(p.optimise);
-  if (criterion == Criterion::kMerit || criterion == Criterion::kConstraint) {
-    p.w_merit = 1.0;
-    p.w_relationship = 0.0;
-  } else {
-    p.optimise = "penalty";
-    if (p.w_relationship > 0.0) p.w_relationship = -1.0;
-  }
-  if (criterion != Criterion::kConstraint || p.dfconstraint > 1.0) p.dfconstraint = 1.0;
-  if (p.dfconstraint < 1.0e-5) p.dfconstraint = 1.0e-5;
-}
-
 void set_probabilities(const OCSParameters& ocs, AlgorithmParameters& p) {
   const float entries = single(4 * std::int64_t{ocs.nmatings});
   const double by_default = 1.0 / static_cast<double>(entries);
@@ -56,6 +42,20 @@ void check(const Parameters& parameters, Units& units) {
 
 }  // namespace
 
+void complete_weights(OCSParameters& p) {
+  const Criterion criterion = criterion_of(p.optimise);
+  p.optimise = option_text(p.optimise);
+  if (criterion == Criterion::kMerit || criterion == Criterion::kConstraint) {
+    p.w_merit = 1.0;
+    p.w_relationship = 0.0;
+  } else {
+    p.optimise = "penalty";
+    if (p.w_relationship > 0.0) p.w_relationship = -1.0;
+  }
+  if (criterion != Criterion::kConstraint || p.dfconstraint > 1.0) p.dfconstraint = 1.0;
+  if (p.dfconstraint < 1.0e-5) p.dfconstraint = 1.0e-5;
+}
+
 void check_male_limit(std::int32_t limitmalematings, std::int32_t nmatings, Units& units) {
   require(units, limitmalematings >= 1 && limitmalematings <= nmatings,
           "ERROR: LimitMaleMatings should be 1 <= LimitMaleMatings <= NMatings");
@@ -65,7 +65,7 @@ void initialize_qob(Run& run) {
   const Timed timed(run.journal.watches, run.journal.watches.ocs);
   Units& units = run.journal.units;
   Parameters& p = run.parameters;
-  set_weights(p.ocs);
+  complete_weights(p.ocs);
   set_probabilities(p.ocs, p.algorithm);
   report_parameters(p, units);
   check(p, units);

@@ -19,6 +19,9 @@
 
 namespace qob {
 
+// Sets the weights and the constraint as the criterion takes them.
+void complete_weights(OCSParameters& p);
+
 // Completes the parameters of selection and search, echoes them to the log and to standard output
 // and checks them. A fault stops the run.
 void initialize_qob(Run& run);
