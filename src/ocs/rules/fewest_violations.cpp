@@ -41,6 +41,7 @@ class Violations {
   std::int32_t sires() const { return candidates_.nmcands; }
   std::int32_t dams() const { return candidates_.nfcands; }
   bool has_gates() const { return pairs_.has_gates(); }
+  bool counts_pairs() const { return pairs_.of_pair().count() > 0; }
   std::int32_t gate(std::int32_t s, std::int32_t d) const {
     return pairs_.gate_of(male(s), female(d));
   }

@@ -54,6 +54,7 @@ class PairRules {
     return broken_.empty() ? 0 : broken_[place(male, female)];
   }
   const MatingLimits& of_pair() const { return of_pair_; }
+  bool counts_pairs() const { return of_pair_.count() > 0 || !exceptions_.empty(); }
   // Numbered from 1. 0: the pair goes through none.
   bool has_gates() const { return !gates_.empty(); }
   std::int32_t gate_of(std::int32_t male, std::int32_t female) const;

@@ -18,11 +18,7 @@ template <class Cost>
 class UseLimits {
  public:
   UseLimits(const Selection& selection, const Uses& uses, Cost cost, std::int64_t repeat)
-      : rules_(selection.rules.pairs),
-        uses_(uses),
-        cost_(std::move(cost)),
-        repeat_(repeat),
-        place_(uses.size(), -1) {
+      : rules_(selection.rules.pairs), uses_(uses), repeat_(repeat), place_(uses.size(), -1) {
     const Candidates& candidates = selection.candidates;
     for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
       if (uses(i) == 0) continue;
@@ -30,11 +26,14 @@ class UseLimits {
       place_(i) = static_cast<std::int32_t>(parents.size());
       parents.push_back(i);
     }
+    for (const std::int32_t sire : sires_)
+      for (const std::int32_t dam : dams_) costs_.push_back(cost(sire, dam));
   }
 
   std::int32_t sires() const { return static_cast<std::int32_t>(sires_.size()); }
   std::int32_t dams() const { return static_cast<std::int32_t>(dams_.size()); }
   bool has_gates() const { return rules_.has_gates(); }
+  bool counts_pairs() const { return repeat_ > 0 || rules_.counts_pairs(); }
   std::int32_t gate(std::int32_t s, std::int32_t d) const {
     return rules_.gate_of(sire(s), dam(d));
   }
@@ -46,7 +45,8 @@ class UseLimits {
   }
   std::int64_t of_pair(std::int32_t s, std::int32_t d, std::int32_t n) const {
     if (n > rules_.most(sire(s), dam(d))) return kNoRoom;
-    return cost_(sire(s), dam(d)) + (n > 1 ? repeat_ : 0);
+    const auto row = static_cast<std::size_t>(s) * dams_.size();
+    return costs_[row + static_cast<std::size_t>(d)] + (n > 1 ? repeat_ : 0);
   }
   std::int64_t of_gate(std::int32_t gate, std::int32_t n) const {
     return n <= rules_.gate(gate).limits.bound() ? 0 : kNoRoom;
@@ -60,10 +60,10 @@ class UseLimits {
  private:
   const PairRules& rules_;
   const Uses& uses_;
-  Cost cost_;
   std::int64_t repeat_;
   std::vector<std::int32_t> sires_, dams_;  // candidates with matings
   Table<std::int32_t, 0> place_;            // among them
+  std::vector<std::int64_t> costs_;         // by sire and dam
 };
 
 // Decided matings first. `first` are made before all others, as far as that costs nothing.
@@ -74,13 +74,14 @@ std::vector<Pair> pairs_by_flow(const Selection& selection, const Uses& uses,
   PairingFlow flow(limits);
   for (const auto& [male, female] : selection.rules.decided)
     flow.stand(limits.place(male), limits.place(female));
-  std::int64_t left = selection.rows();
   for (const auto& [male, female] : first) {
     const std::int32_t s = limits.place(male), d = limits.place(female);
-    left -= left > 0 && s >= 0 && d >= 0 && flow.place(s, d);
+    if (s >= 0 && d >= 0) flow.place(s, d);
   }
-  for (; left > 0; --left)
-    if (!flow.add()) return {};
+  for (std::int32_t s = 0; s < limits.sires(); ++s) {
+    while (flow.matings(s) < uses(limits.sire(s)))
+      if (!flow.add(s)) return {};
+  }
   std::vector<Pair> pairs = selection.rules.decided;
   flow.for_each_pair([&](std::int32_t s, std::int32_t d, std::int32_t n) {
     pairs.insert(pairs.end(), static_cast<std::size_t>(n), {limits.sire(s), limits.dam(d)});

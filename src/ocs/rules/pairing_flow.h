@@ -9,6 +9,7 @@
 // Costs are whole numbers, so that nothing rounds. They are given by an object that knows
 //
 //   sires(), dams()             how many there are; both are counted from 0
+//   counts_pairs()              whether what a mating costs depends on how many the pair has
 //   gate(s, d)                  the gate of a pair, counted from 1 over all sires; 0: none
 //   of_sire(s, n), of_dam(d, n), of_pair(s, d, n), of_gate(g, n)
 //                               what the n-th mating costs there, 0 or more and never less than the
@@ -37,8 +38,13 @@ class PairingFlow {
   void stand(std::int32_t s, std::int32_t d);
   // Adds this mating if it costs nothing. To be called before any `add`.
   bool place(std::int32_t s, std::int32_t d);
-  // Adds a mating at least cost. False: there is no room for one.
-  bool add();
+  // Adds a mating at least cost, of any sire or of this one. False: there is no room for one.
+  // Either all are added so, or all with a sire.
+  bool add() { return start() && augment(); }
+  bool add(std::int32_t s) { return start(s) && augment(); }
+
+  // Of a sire, with those that stand.
+  std::int32_t matings(std::int32_t s) const { return of_sire_[at(s)]; }
 
   // Calls action(s, d, n) for the matings, without those that stand.
   template <class Action>
@@ -72,7 +78,10 @@ class PairingFlow {
   std::int32_t matings(std::int32_t s, std::int32_t d) const;
   void change(std::int32_t s, std::int32_t d, std::int32_t by);
   void relax(std::int32_t from, std::int32_t to, std::int64_t cost);
-  void start();
+  void clear();
+  bool start();
+  bool start(std::int32_t s);
+  bool augment();
   std::int32_t nearest() const;
   void leave_dam(std::int32_t d);
   void leave_sire(std::int32_t s);
@@ -124,9 +133,10 @@ void PairingFlow<Costs>::find_gates() {
   }
 }
 
-// Those that stand with them.
+// Those that stand with them; 0 where that makes no difference.
 template <class Costs>
 std::int32_t PairingFlow<Costs>::matings(std::int32_t s, std::int32_t d) const {
+  if (!costs_.counts_pairs()) return 0;
   std::int32_t n = 0;
   for (const Held& held : held_[at(d)])
     if (held.sire == s) n = held.n;
@@ -179,14 +189,27 @@ void PairingFlow<Costs>::relax(std::int32_t from, std::int32_t to, std::int64_t 
 }
 
 template <class Costs>
-void PairingFlow<Costs>::start() {
+void PairingFlow<Costs>::clear() {
   distance_.assign(potential_.size(), kFar);
   from_.assign(potential_.size(), -1);
   done_.assign(potential_.size(), 0);
+}
+
+template <class Costs>
+bool PairingFlow<Costs>::start() {
+  clear();
   for (std::int32_t s = 0; s < sires_; ++s) {
     const std::int64_t cost = costs_.of_sire(s, of_sire_[at(s)] + 1);
     if (cost != kNoRoom) distance_[at(node_of_sire(s))] = cost - potential_[at(node_of_sire(s))];
   }
+  return true;
+}
+
+template <class Costs>
+bool PairingFlow<Costs>::start(std::int32_t s) {
+  clear();
+  distance_[at(node_of_sire(s))] = 0;
+  return costs_.of_sire(s, of_sire_[at(s)] + 1) != kNoRoom;
 }
 
 template <class Costs>
@@ -204,13 +227,14 @@ std::int32_t PairingFlow<Costs>::nearest() const {
 template <class Costs>
 void PairingFlow<Costs>::leave_dam(std::int32_t d) {
   for (const Held& held : held_[at(d)])
-    relax(d, hub(held.sire, d), -costs_.of_pair(held.sire, d, matings(held.sire, d)));
+    relax(d, hub(held.sire, d), -costs_.of_pair(held.sire, d, std::max(matings(held.sire, d), 1)));
 }
 
 template <class Costs>
 void PairingFlow<Costs>::reach_dams(std::int32_t s, std::int32_t node) {
+  const bool is_gated = !gate_node_.empty();
   for (std::int32_t d = 0; d < dams_; ++d) {
-    if (hub(s, d) != node || done_[at(d)] != 0) continue;
+    if (done_[at(d)] != 0 || (is_gated && hub(s, d) != node)) continue;
     const std::int64_t cost = costs_.of_pair(s, d, matings(s, d) + 1);
     if (cost != kNoRoom) relax(node, d, cost);
   }
@@ -257,8 +281,7 @@ void PairingFlow<Costs>::add_along(std::int32_t d) {
 }
 
 template <class Costs>
-bool PairingFlow<Costs>::add() {
-  start();
+bool PairingFlow<Costs>::augment() {
   std::int64_t end = kFar;
   std::int32_t last = -1;
   for (std::int32_t v = nearest(); v >= 0 && distance_[at(v)] < end; v = nearest()) {
