@@ -181,7 +181,7 @@ Selection set_up_selection(Run& run, Pedigree pedigree, const Relationship& rela
   both_list(units.out, units.log, "Computing realised contributions for the previous", nage,
             " periods");
   fill_candidates(pedigree, candidates, units);
-  RuleSet rules = read_rule_set(run, pedigree, candidates);
+  FoundRules rules = find_rules(run, pedigree, candidates);
   pedigree.sex.release();  // the candidates' own tables are used from here on
   pedigree.oldped.release();
   pedigree.matings.release();

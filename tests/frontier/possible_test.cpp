@@ -6,6 +6,7 @@
 #include "analysis/pedigree_products.h"
 #include "frontier/kernels/definiteness.h"
 #include "ocs/exchanges.h"
+#include "ocs/rules/set_up_rules.h"
 #include "ocs/selection_fixture.h"
 #include "support/random_pedigree.h"
 
@@ -43,6 +44,25 @@ class PossibleTest : public SelectionTest {
     draw_data(data);
     if (draw(rng, 2) == 0) objective.w_relationship *= 30.0;
     by_file ? relate_by_file() : relate_by_pedigree(k);
+    selection.rules = {};
+    if (k % 2 == 0) draw_rules();
+  }
+  // Decided matings, and a candidate of each sex that must be used more or less than it might be.
+  void draw_rules() {
+    PlanRules& rules = selection.rules;
+    rules.set.groups_of.assign(candidates.ncands, {});
+    const auto add = [&](RuleKind kind, int a, int b, int n) {
+      rules.set.rules.push_back({{kind, "", "", n, 0.0, 0}, a, b});
+    };
+    const int unit = selection.limitmalematings, others = selection.nmatings - unit;
+    rules.file = "rules";
+    if (draw(rng, 2) == 0) add(RuleKind::kFix, 1 + draw(rng, kMales), kMales + 1, unit);
+    rules.decided = decided_matings(rules.set, selection.nmatings);
+    add(draw(rng, 2) == 0 ? RuleKind::kMin : RuleKind::kMax, 1 + draw(rng, kMales), 0,
+        draw(rng, others + 1));
+    add(draw(rng, 2) == 0 ? RuleKind::kMin : RuleKind::kMax, kMales + 2 + draw(rng, kFemales - 1),
+        0, draw(rng, others + 1));
+    apply_rules(true, relationship, selection);
   }
   void relate_by_pedigree(int k) {
     relationship.pedsource = true;
@@ -90,8 +110,8 @@ class PossibleTest : public SelectionTest {
       if (left == 0) all.push_back(part(sex, uses));
       return;
     }
-    for (int n = 0; n <= std::min(left, candidates.max_matings(i));
-         n += sex == kMale ? selection.limitmalematings : 1) {
+    for (int n = selection.least(i); n <= std::min(left, selection.most(i));
+         n += selection.unit(i)) {
       uses.push_back(n);
       fill(sex, left - n, uses, all);
       uses.pop_back();

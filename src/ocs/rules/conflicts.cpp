@@ -65,6 +65,7 @@ class Contradictions {
 // Against the limits of the data, as many as the rows up to there decide.
 void Contradictions::count_decided() {
   std::int64_t all = 0;
+  const Rule* last = nullptr;
   for (const MatingRule& rule : set_.rules) {
     if (rule.kind() != RuleKind::kFix || !rule.applies()) continue;
     for (const std::int32_t i : {rule.a, rule.b}) {
@@ -79,7 +80,12 @@ void Contradictions::count_decided() {
       fault(rule.told, matings(all + rule.told.n) +
                            " are decided : nmatings = " + std::to_string(ground_.nmatings));
     all += rule.told.n;
+    last = &rule.told;
   }
+  const std::int64_t others = ground_.nmatings - all;
+  if (last != nullptr && others > 0 && others % ground_.unit != 0)
+    fault(*last, matings(others) + " are not decided : expected units of " +
+                     std::to_string(ground_.unit) + " matings of a male (limitmalematings)");
 }
 
 void Contradictions::compare_decided() {

@@ -27,7 +27,7 @@ class Finder {
   std::int32_t find(const Rule& rule, RuleCell cell, const std::string& name);
   std::int32_t animal(const Rule& rule, RuleCell cell, const std::string& identifier);
   std::int32_t group(const Rule& rule, const std::string& name);
-  void expect_new_pair(const MatingRule& rule);
+  void expect_new_pair(MatingRule& rule);
   std::int32_t fault(const Rule& rule, std::string text) {
     faults_.push_back({rule.line, std::move(text)});
     return kNoCandidate;
@@ -83,12 +83,13 @@ void Finder::take_member(const Rule& rule) {
   if (place == groups.end() || *place != at->second) groups.insert(place, at->second);
 }
 
-void Finder::expect_new_pair(const MatingRule& rule) {
+void Finder::expect_new_pair(MatingRule& rule) {
   if (rule.kind() != RuleKind::kFix || !rule.applies()) return;
   const auto [at, is_new] = decided_.try_emplace({rule.a, rule.b}, rule.told.line);
   if (!is_new)
-    fault(rule.told, "matings of these two are decided on line " + std::to_string(at->second) +
-                         " already : expected one row a pair");
+    rule.a =
+        fault(rule.told, "matings of these two are decided on line " + std::to_string(at->second) +
+                             " already : expected one row a pair");
 }
 
 RuleSet Finder::find(const std::vector<Rule>& rules) {

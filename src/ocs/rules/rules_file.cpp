@@ -9,7 +9,6 @@
 namespace qob {
 namespace {
 
-constexpr std::string_view kHeader = "kind,a,b,value";
 constexpr std::size_t kCells = 4;
 
 // The cells of a line. False: quotes that are not as CSV has them.
@@ -59,13 +58,13 @@ class Reader {
 };
 
 void Reader::take_header(std::string_view line) {
-  const std::size_t kind = kHeader.find(',');
+  const std::size_t kind = kRulesHeader.find(',');
   separator_ = line.size() > kind ? line[kind] : ',';
   if (std::string_view(";\t").find(separator_) == std::string_view::npos) separator_ = ',';
   std::string header = lowercase(line);
   std::replace(header.begin(), header.end(), separator_, ',');
   header.resize(header.find_last_not_of(", ") + 1);  // npos + 1 is 0
-  if (header != kHeader) fault("expected the header " + std::string(kHeader));
+  if (header != kRulesHeader) fault("expected the header " + std::string(kRulesHeader));
 }
 
 const RuleForm* Reader::form(std::string_view name) const {
@@ -129,7 +128,7 @@ void Reader::take(std::string_view line) {
                   cells_.end(), [](const auto& cell) { return !cell.empty(); });
   cells_.resize(kCells);
   const RuleForm* found = form(lowercase(cells_[0]));
-  if (is_longer) fault("more than four cells : expected " + std::string(kHeader));
+  if (is_longer) fault("more than four cells : expected " + std::string(kRulesHeader));
   if (found == nullptr) {
     std::string kinds;
     for (const RuleForm& one : rule_forms())
@@ -157,7 +156,8 @@ RulesFile Reader::read(std::string_view text) {
       take_header(adjustl_trim(line));
     }
   }
-  if (separator_ == 0) fault("the file is empty : expected the header " + std::string(kHeader));
+  if (separator_ == 0)
+    fault("the file is empty : expected the header " + std::string(kRulesHeader));
   return std::move(file_);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ocs/rules/rule.h"
@@ -19,6 +20,8 @@ struct RulesFile {
   std::vector<Rule> rules;
   std::vector<RuleFault> faults;
 };
+
+inline constexpr std::string_view kRulesHeader = "kind,a,b,value";
 
 // From the bytes of a file, in any encoding of text files. The separator is a comma, a semicolon or
 // a tab, as behind "kind" in its header.

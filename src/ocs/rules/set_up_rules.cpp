@@ -108,7 +108,7 @@ std::int64_t total(const std::vector<std::int64_t>& broken) {
 
 }  // namespace
 
-RuleSet read_rule_set(Run& run, const Pedigree& pedigree, const Candidates& candidates) {
+FoundRules find_rules(Run& run, const Pedigree& pedigree, const Candidates& candidates) {
   if (!run.parameters.rules.has_file()) return {};
   RulesFile file;
   const int status = read_rules(file_of(run), file);
@@ -116,8 +116,7 @@ RuleSet read_rule_set(Run& run, const Pedigree& pedigree, const Candidates& cand
     handle_error(run.journal.units, "ERROR: The file of rules ", printable(file_of(run)),
                  " cannot be read : ", error_text(status));
   RuleSet set = rule_set(file, pedigree, candidates, file.faults);
-  stop_at(run, std::move(file.faults));
-  return set;
+  return {std::move(set), std::move(file.faults)};
 }
 
 std::vector<Pair> decided_matings(const RuleSet& set, std::int32_t nmatings) {
@@ -146,23 +145,26 @@ LeastBroken apply_rules(bool give_way, const Relationship& relationship, Selecti
   return found;
 }
 
-void set_up_rules(Run& run, RuleSet set, const Relationship& relationship, Selection& selection) {
+void set_up_rules(Run& run, FoundRules found, const Relationship& relationship,
+                  Selection& selection) {
   const MatingRules& wanted = run.parameters.rules;
   if (!wanted.has_file()) return;
   Units& units = run.journal.units;
   PlanRules& rules = selection.rules;
   rules.file = file_of(run);
-  rules.set = std::move(set);
+  rules.set = std::move(found.set);
   rules.decided = decided_matings(rules.set, selection.nmatings);
   const PlanGround ground = ground_of(selection, relationship);
-  stop_at(run, contradictions(ground, rules.set));
+  for (RuleFault& fault : contradictions(ground, rules.set))
+    found.faults.push_back(std::move(fault));
+  stop_at(run, std::move(found.faults));
   stop_at_units(selection, units);
-  const LeastBroken found = apply_rules(!wanted.keep_all, relationship, selection);
-  if (found.known == Known::kNone) stop_at_conflict(ground, rules, units);
-  if (found.matings.empty() || found.violations == 0) return;
+  const LeastBroken least = apply_rules(!wanted.keep_all, relationship, selection);
+  if (least.known == Known::kNone) stop_at_conflict(ground, rules, units);
+  if (least.matings.empty() || least.violations == 0) return;
   tell(units, printable(rules.file) + ": no plan keeps all rules : planned with " +
-                  std::to_string(found.violations) + " violations" +
-                  (found.known == Known::kBest ? "" : ", perhaps not the fewest"));
+                  std::to_string(least.violations) + " violations" +
+                  (least.known == Known::kBest ? "" : ", perhaps not the fewest"));
 }
 
 void tell_breaches(const Selection& selection, const Relationship& relationship, Mateset mateset,

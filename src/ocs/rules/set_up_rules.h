@@ -9,13 +9,19 @@
 
 namespace qob {
 
-// Reads the rules of the run, if it has any, and finds their animals. Stops with all faults.
-RuleSet read_rule_set(Run& run, const Pedigree& pedigree, const Candidates& candidates);
+struct FoundRules {
+  RuleSet set;
+  std::vector<RuleFault> faults;
+};
 
-// Works out what they ask of a selection that is complete otherwise. Stops with all contradictions,
-// and with rules that cannot hold together, unless these may give way to a plan of fewest
-// violations, which is told.
-void set_up_rules(Run& run, RuleSet set, const Relationship& relationship, Selection& selection);
+// Reads the rules of the run, if it has any, and finds their animals.
+FoundRules find_rules(Run& run, const Pedigree& pedigree, const Candidates& candidates);
+
+// Works out what they ask of a selection that is complete otherwise. Stops with all faults and
+// contradictions, and with rules that cannot hold together, unless these may give way to a plan of
+// fewest violations, which is told.
+void set_up_rules(Run& run, FoundRules found, const Relationship& relationship,
+                  Selection& selection);
 
 // Sets what rules ask of the selection, which are in its rules by now: their file, the set and the
 // decided matings. give_way: rules that cannot hold together give way to the plan that breaks them
