@@ -126,7 +126,7 @@ TEST(WholeRun, FollowsTheTranscripts) {
     folder.write("qob.prm", kParameters);
     EXPECT_EQ(shown_by(folder, kWords + transcript.script), transcript.shown) << transcript.script;
   }
-  EXPECT_EQ(transcripts.size(), 43U);
+  EXPECT_EQ(transcripts.size(), 44U);
 }
 
 }  // namespace

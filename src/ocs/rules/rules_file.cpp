@@ -127,6 +127,7 @@ void Reader::take(std::string_view line) {
       std::any_of(cells_.begin() + static_cast<std::ptrdiff_t>(std::min(cells_.size(), kCells)),
                   cells_.end(), [](const auto& cell) { return !cell.empty(); });
   cells_.resize(kCells);
+  const std::size_t faults = file_.faults.size();
   const RuleForm* found = form(lowercase(cells_[0]));
   if (is_longer) fault("more than four cells : expected " + std::string(kRulesHeader));
   if (found == nullptr) {
@@ -136,7 +137,6 @@ void Reader::take(std::string_view line) {
     fault("kind is \"" + printable(cells_[0]) + "\" : expected one of " + kinds);
     return;
   }
-  const std::size_t faults = file_.faults.size();
   Rule rule{found->kind, cells_[1], cells_[2], 0, 0.0, line_};
   check_name(found->a, 'a', rule.a);
   check_name(found->b, 'b', rule.b);
@@ -156,6 +156,7 @@ RulesFile Reader::read(std::string_view text) {
       take_header(adjustl_trim(line));
     }
   }
+  line_ = std::max<std::int64_t>(line_, 1);
   if (separator_ == 0)
     fault("the file is empty : expected the header " + std::string(kRulesHeader));
   return std::move(file_);

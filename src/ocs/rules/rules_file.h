@@ -14,6 +14,7 @@ namespace qob {
 struct RuleFault {
   std::int64_t line = 0;
   std::string text;
+  bool operator==(const RuleFault&) const = default;
 };
 
 struct RulesFile {

@@ -19,6 +19,10 @@ void tell(Units& units, const std::string& text) {
   units.log.write_line(text);
 }
 
+std::string count_of(std::int64_t n, const std::string& what) {
+  return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+}
+
 std::string at_line(const std::string& file, std::int64_t line, const std::string& text) {
   return printable(file) + ":" + std::to_string(line) + ": " + text;
 }
@@ -30,11 +34,11 @@ void stop_at(Run& run, std::vector<RuleFault> faults) {
   if (faults.empty()) return;
   std::stable_sort(faults.begin(), faults.end(),
                    [](const RuleFault& a, const RuleFault& b) { return a.line < b.line; });
+  faults.erase(std::unique(faults.begin(), faults.end()), faults.end());
   Units& units = run.journal.units;
   for (const RuleFault& fault : faults) tell(units, at_line(file_of(run), fault.line, fault.text));
   handle_error(units, "ERROR in file of rules " + printable(file_of(run)) + " : " +
-                          std::to_string(faults.size()) +
-                          (faults.size() == 1 ? " fault" : " faults"));
+                          count_of(std::ssize(faults), "fault"));
 }
 
 void stop_at_units(const Selection& selection, Units& units) {
@@ -163,7 +167,7 @@ void set_up_rules(Run& run, FoundRules found, const Relationship& relationship,
   if (least.known == Known::kNone) stop_at_conflict(ground, rules, units);
   if (least.matings.empty() || least.violations == 0) return;
   tell(units, printable(rules.file) + ": no plan keeps all rules : planned with " +
-                  std::to_string(least.violations) + " violations" +
+                  count_of(least.violations, "violation") +
                   (least.known == Known::kBest ? "" : ", perhaps not the fewest"));
 }
 
@@ -173,8 +177,8 @@ void tell_breaches(const Selection& selection, const Relationship& relationship,
   if (rules.empty()) return;
   const auto broken = breaches(rules.set, selection.candidates, relationship, pairs_of(mateset));
   for (Unit* unit : {&units.out, &units.log}) {
-    unit->write_line(printable(rules.file) + ": " + std::to_string(broken.size()) +
-                     " rules, broken by " + std::to_string(total(broken)));
+    unit->write_line(printable(rules.file) + ": " + count_of(std::ssize(broken), "rule") +
+                     ", broken by " + std::to_string(total(broken)));
     for (std::size_t k = 0; k < broken.size(); ++k) {
       if (broken[k] > 0)
         unit->write_line(row_of(rules.file, rules.set.rules[k]) + " : broken by " +
