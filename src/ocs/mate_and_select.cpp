@@ -6,6 +6,7 @@
 #include "ocs/mutation.h"
 #include "ocs/recombination.h"
 #include "ocs/repair.h"
+#include "ocs/rules/pairing.h"
 #include "ocs/search.h"
 
 namespace qob {
@@ -79,6 +80,7 @@ void Search::make_offspring(Offspring& offspring) {
     directed_mutation(problem_, settings_.directed_mutation_probability, child, random_, caches_,
                       evaluator_, journal_);
     repair_mateset(selection, child, random_, journal_);
+    mend_pairs(selection, child);
     evaluator_.add(child, offspring.values(offspring.place(o)));
     if (o > offspring.places)
       evaluator_.finish();  // its value is not to wait: the next has its place
@@ -120,10 +122,10 @@ void Search::rank_population() {
 // Ranks the population and takes up a better best solution. Returns whether there was one.
 // Generation 0 takes the worst solution as its first best: so because then any legal one that is
 // better takes its place as an improvement, and where none is legal there is a best to report all
-// the same.
+// the same. By rules there is a legal one before.
 bool Search::update_best() {
   rank_population();
-  if (standing_.igeneration == 0) take_best(ranking_.index(1));
+  if (standing_.igeneration == 0 && !standing_.best_value.legal) take_best(ranking_.index(1));
   bool improved = false;
   for (std::int32_t k = 1; k <= population_.popsize(); ++k) {
     const MatesetValue& value = population_.pop_value(k);

@@ -42,10 +42,9 @@ void Search::make_population() {
 }
 
 // Draws know nothing of most rules: a plan that keeps them takes the places of solutions that do
-// not.
+// not, so that there is a legal best from the beginning.
 void Search::replace_illegal() {
   const Selection& selection = problem_.selection;
-  if (selection.rules.plan.empty()) return;
   Uses uses(std::int64_t{selection.candidates.ncands} + 1, 0);
   for (const auto& [male, female] : selection.rules.plan) {
     ++uses(male);
@@ -55,6 +54,7 @@ void Search::replace_illegal() {
     if (population_.pop_value(k).legal || !selection.enter(uses, population_.pop(k))) continue;
     evaluator_.evaluation(population_.pop(k), population_.pop_value(k));
   }
+  update_best();
 }
 
 // In the place of the last random solution, or of the one by merit where none is to spare.
@@ -76,7 +76,7 @@ bool Search::begin() {
   make_population();
   base_population(problem_.selection, run_.parameters.files.oldsol_file, population_, random_,
                   evaluator_, journal_);
-  replace_illegal();
+  if (!problem_.selection.rules.plan.empty()) replace_illegal();
   if (run_.parameters.improvement.start) add_greedy_plan();
   if (settings_.generations >= 0) return true;
   update_best();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <unordered_map>
 #include <utility>
 
 #include "ocs/rules/pairing_flow.h"
@@ -107,16 +108,44 @@ std::vector<Pair> without_decided(const Selection& selection, std::span<const Pa
   return others;
 }
 
-bool keep_pair_rules(const PairRules& rules, std::span<const Pair> pairs) {
-  const bool counts = rules.of_pair().count() > 0;
-  std::map<Pair, std::int32_t> matings;
-  std::map<std::int32_t, std::int32_t> through;
-  for (const auto& [male, female] : pairs) {
-    const std::int32_t most = rules.most(male, female);
-    if (most < MatingLimits::kNone && most < (counts || most > 0 ? ++matings[{male, female}] : 1))
+// Matings as they are added and taken away, as far as rules of pairs count them.
+class PairCounts {
+ public:
+  explicit PairCounts(const PairRules& rules) : rules_(rules) {}
+
+  // Whether there is room for another mating of the two.
+  bool has_room(std::int32_t male, std::int32_t female) const {
+    const std::int32_t most = rules_.most(male, female);
+    if (most == 0 || (most < MatingLimits::kNone && most <= count(matings_, key(male, female))))
       return false;
-    const std::int32_t gate = rules.gate_of(male, female);
-    if (gate != 0 && ++through[gate] > rules.gate(gate).limits.bound()) return false;
+    const std::int32_t gate = rules_.gate_of(male, female);
+    return gate == 0 || count(through_, gate) < rules_.gate(gate).limits.bound();
+  }
+  void add(std::int32_t male, std::int32_t female, std::int32_t by = 1) {
+    if (rules_.counts_pairs()) matings_[key(male, female)] += by;
+    const std::int32_t gate = rules_.gate_of(male, female);
+    if (gate != 0) through_[gate] += by;
+  }
+
+ private:
+  using Counts = std::unordered_map<std::int64_t, std::int32_t>;
+  static std::int64_t key(std::int32_t male, std::int32_t female) {
+    return std::int64_t{male} << 32 | female;
+  }
+  static std::int32_t count(const Counts& counts, std::int64_t of) {
+    const auto found = counts.find(of);
+    return found == counts.end() ? 0 : found->second;
+  }
+
+  const PairRules& rules_;
+  Counts matings_, through_;
+};
+
+bool keep_pair_rules(const PairRules& rules, std::span<const Pair> pairs) {
+  PairCounts counts(rules);
+  for (const auto& [male, female] : pairs) {
+    if (!counts.has_room(male, female)) return false;
+    counts.add(male, female);
   }
   return true;
 }
@@ -128,6 +157,40 @@ std::vector<Pair> pairs_of(Mateset mateset) {
   for (std::int64_t j = 1; j <= mateset.nmatings(); ++j)
     pairs.emplace_back(mateset.male(j), mateset.female(j));
   return pairs;
+}
+
+void mend_pairs(const Selection& selection, Mateset mateset) {
+  if (!selection.rules.pairs.any()) return;
+  PairCounts counts(selection.rules.pairs);
+  std::vector<std::int64_t> broken;
+  for (std::int64_t j = mateset.nmatings(); j >= 1; --j) {  // what is locked first
+    const bool is_kept = counts.has_room(mateset.male(j), mateset.female(j));
+    if (!is_kept && selection.is_free(j, kFemale)) broken.push_back(j);
+    counts.add(mateset.male(j), mateset.female(j));
+  }
+  // Whether the rows are kept when their females have changed places.
+  const auto swap = [&](std::int64_t j, std::int64_t k) {
+    const std::int32_t m = mateset.male(j), f = mateset.female(j);
+    const std::int32_t n = mateset.male(k), g = mateset.female(k);
+    counts.add(m, f, -1);
+    counts.add(n, g, -1);
+    const bool has_room = counts.has_room(m, g);
+    counts.add(m, g);
+    const bool is_kept = has_room && counts.has_room(n, f);
+    if (is_kept) {
+      counts.add(n, f);
+      std::swap(mateset.female(j), mateset.female(k));
+    } else {
+      counts.add(m, g, -1);
+      counts.add(m, f);
+      counts.add(n, g);
+    }
+    return is_kept;
+  };
+  for (const std::int64_t j : broken) {
+    for (std::int64_t k = 1; k <= selection.free_rows(); ++k)
+      if (k != j && swap(j, k)) break;
+  }
 }
 
 bool can_be_paired(const Selection& selection, const Uses& uses, std::vector<Pair>& matings) {

@@ -14,6 +14,10 @@ namespace qob {
 
 std::vector<Pair> pairs_of(Mateset mateset);
 
+// Swaps females of free rows where that keeps rules of pairs that rows break: cheap, and mostly
+// enough. Rows may be left that break rules.
+void mend_pairs(const Selection& selection, Mateset mateset);
+
 // Whether the parents of a mateset can be paired so that all rules of pairs are kept.
 bool can_be_paired(const Selection& selection, Mateset mateset);
 // The same of uses, as many of each sex. matings: any that come close; a pairing of these uses
