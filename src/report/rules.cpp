@@ -1,0 +1,163 @@
+#include "report/rules.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <utility>
+
+#include "core/lexer.h"
+#include "core/text.h"
+#include "ocs/evaluation.h"
+#include "ocs/exchanges.h"
+#include "ocs/rules/breaches.h"
+#include "ocs/rules/pairing.h"
+#include "ocs/rules/set_up_rules.h"
+#include "report/animal_list.h"
+
+namespace qob {
+namespace {
+
+constexpr std::size_t kMostCosts = 60;
+
+// What a cell of a rule names, as the breeder calls it.
+std::string called(const FinishedRun& finished, const Names& names, RuleCell cell,
+                   const std::string& text) {
+  std::int32_t number = 0;
+  if (!names_animal(cell) || read_list(text, number) != 0) return text;
+  const std::int32_t animal = finished.pedigree.ids.find(number).number;
+  const std::string id = identifier_of(finished.pedigree, names, animal),
+                    name = name_of(finished.pedigree, names, animal);
+  return name.empty() || name == id ? id : id + " " + name;
+}
+
+double limit_of(const Rule& rule) {
+  const RuleCell cell = form_of(rule.kind).value;
+  return cell == RuleCell::kNothing ? kNaN : cell == RuleCell::kInbreeding ? rule.f : rule.n;
+}
+
+PlanFigures less(const PlanFigures& a, const PlanFigures& b) {
+  const auto difference = [](double x, double y) { return x - y + 0.0; };  // and no -0
+  return {.value = difference(a.value, b.value),
+          .merit = difference(a.merit, b.merit),
+          .relationship = difference(a.relationship, b.relationship),
+          .rate = difference(a.rate, b.rate),
+          .inbreeding = difference(a.inbreeding, b.inbreeding)};
+}
+
+class Costs {
+ public:
+  explicit Costs(FinishedRun& finished)
+      : finished_(finished),
+        planned_(*finished.planned),
+        uses_(uses_of(planned_.selection.candidates, planned_.mateset())),
+        rows_(planned_.relationship, planned_.selection.candidates),
+        weights_(greedy_weights(problem(planned_.selection), rows_)) {}
+
+  // Of the plan within all rules. Before all others, which begin with it.
+  PlanFigures with_all() { return improved(planned_.selection, uses_); }
+  // Of the plan without rule k.
+  PlanFigures without(std::size_t k);
+
+ private:
+  Problem problem(const Selection& selection) const {
+    return {selection, planned_.relationship,
+            objective_of(finished_.run.parameters.ocs, selection.goal)};
+  }
+  PlanFigures improved(const Selection& selection, Uses& uses);
+
+  FinishedRun& finished_;
+  FinishedRun::Planned& planned_;
+  Uses uses_;
+  RowCache rows_;
+  Weights weights_;
+};
+
+// Of the best that exchanges make of a plan. Not known where that is none for this selection.
+PlanFigures Costs::improved(const Selection& selection, Uses& uses) {
+  MatesetTable table;
+  table.assign(1, selection.nmatings);
+  const Mateset plan = table(1);
+  if (!selection.enter(uses, plan) || !is_legal(selection, plan)) return {};
+  exchange_until_best(problem(selection), weights_, rows_, uses);
+  if (!selection.enter(uses, plan)) return {};
+  std::vector<Pair> pairs = least_inbred_pairs(selection, planned_.relationship, true, plan);
+  if (pairs.empty()) return {};
+  std::sort(pairs.begin(), pairs.end());  // the same sums for the same plan
+  for (std::size_t j = 0; j < pairs.size(); ++j) {
+    const auto row = static_cast<std::int64_t>(j) + 1;
+    plan.male(row) = pairs[j].first;
+    plan.female(row) = pairs[j].second;
+  }
+  const MatesetValue value = value_of(problem(selection), rows_, plan, finished_.run.journal);
+  if (!value.legal) return {};
+  return {.value = value.fitness,
+          .merit = value.merit,
+          .relationship = value.relationship,
+          .rate = value.rate,
+          .inbreeding = value.inbreeding};
+}
+
+PlanFigures Costs::without(std::size_t k) {
+  Selection selection = planned_.selection;
+  std::vector<MatingRule>& rules = selection.rules.set.rules;
+  rules.erase(rules.begin() + static_cast<std::ptrdiff_t>(k));
+  selection.rules.decided = decided_matings(selection.rules.set, selection.nmatings);
+  if (selection.rows() % selection.limitmalematings != 0) return {};
+  const bool give_way = !finished_.run.parameters.rules.keep_all;
+  if (apply_rules(give_way, planned_.relationship, selection).known == Known::kNone) return {};
+  Uses uses = uses_;
+  return improved(selection, uses);
+}
+
+// The rules whose cost is worked out: all, or the first that do not decide matings.
+std::vector<std::size_t> tried(const std::vector<MatingRule>& rules) {
+  std::vector<std::size_t> places;
+  for (std::size_t k = 0; k < rules.size(); ++k)
+    if (rules.size() <= kMostCosts || rules[k].kind() != RuleKind::kFix) places.push_back(k);
+  places.resize(std::min(places.size(), kMostCosts));
+  return places;
+}
+
+}  // namespace
+
+std::vector<ReportedRule> told_rules(const FinishedRun& finished, const Names& names,
+                                     Mateset mateset) {
+  const Selection& selection = finished.planned->selection;
+  const std::vector<std::int64_t> broken =
+      breaches(selection.rules.set, selection.candidates, finished.planned->relationship,
+               pairs_of(mateset));
+  std::vector<ReportedRule> list;
+  for (std::size_t k = 0; k < broken.size(); ++k) {
+    const Rule& rule = selection.rules.set.rules[k].told;
+    const RuleForm& form = form_of(rule.kind);
+    ReportedRule told;
+    told.line = rule.line;
+    told.text = rule.text();
+    told.kind = form.name;
+    told.a = called(finished, names, form.a, rule.a);
+    told.b = called(finished, names, form.b, rule.b);
+    told.limit = limit_of(rule);
+    told.broken = broken[k];
+    list.push_back(std::move(told));
+  }
+  return list;
+}
+
+ReportedRules reported_rules(FinishedRun& finished, const Names& names) {
+  ReportedRules rules;
+  const PlanRules& of_run = finished.planned->selection.rules;
+  if (of_run.empty()) return rules;
+  rules.file = of_run.file;
+  rules.list = told_rules(finished, names, finished.planned->mateset());
+  const std::vector<std::size_t> places = tried(of_run.set.rules);
+  rules.left_out = std::ssize(rules.list) - std::ssize(places);
+  Costs costs(finished);
+  rules.with_all = costs.with_all();
+  for (const std::size_t k : places) {
+    rules.list[k].without = costs.without(k);
+    rules.list[k].gain = less(rules.list[k].without, rules.with_all);
+  }
+  return rules;
+}
+
+}  // namespace qob
