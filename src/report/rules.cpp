@@ -17,7 +17,8 @@
 namespace qob {
 namespace {
 
-constexpr std::size_t kMostCosts = 60;
+// Costs that are worked out: so many at most, and in large herds, where each takes long, fewer.
+constexpr double kMostCosts = 60.0, kMostWork = 1.0e11;
 
 // What a cell of a rule names, as the breeder calls it.
 std::string called(const FinishedRun& finished, const Names& names, RuleCell cell,
@@ -110,11 +111,16 @@ PlanFigures Costs::without(std::size_t k) {
 }
 
 // The rules whose cost is worked out: all, or the first that do not decide matings.
-std::vector<std::size_t> tried(const std::vector<MatingRule>& rules) {
+std::vector<std::size_t> tried(const Selection& selection) {
+  const Candidates& candidates = selection.candidates;
+  const std::vector<MatingRule>& rules = selection.rules.set.rules;
+  const double work = static_cast<double>(selection.nmatings) * candidates.nmcands *
+                      candidates.nfcands;  // of one: a pairing of all candidates
+  const auto most = static_cast<std::size_t>(std::clamp(kMostWork / work, 1.0, kMostCosts));
   std::vector<std::size_t> places;
   for (std::size_t k = 0; k < rules.size(); ++k)
-    if (rules.size() <= kMostCosts || rules[k].kind() != RuleKind::kFix) places.push_back(k);
-  places.resize(std::min(places.size(), kMostCosts));
+    if (rules.size() <= most || rules[k].kind() != RuleKind::kFix) places.push_back(k);
+  places.resize(std::min(places.size(), most));
   return places;
 }
 
@@ -149,7 +155,7 @@ ReportedRules reported_rules(FinishedRun& finished, const Names& names) {
   if (of_run.empty()) return rules;
   rules.file = of_run.file;
   rules.list = told_rules(finished, names, finished.planned->mateset());
-  const std::vector<std::size_t> places = tried(of_run.set.rules);
+  const std::vector<std::size_t> places = tried(finished.planned->selection);
   rules.left_out = std::ssize(rules.list) - std::ssize(places);
   Costs costs(finished);
   rules.with_all = costs.with_all();

@@ -16,7 +16,8 @@ std::vector<ReportedRule> told_rules(const FinishedRun& finished, const Names& n
 
 // The same of the run's own plan, with what each rule costs: how much more the plan is worth
 // without it. That is an estimate. Exchanges improve the plan as long as one helps, first within
-// all rules and from there without the one; of 60 rules at most, decided matings last.
+// all rules and from there without the one; of 60 rules at most, and no decided matings if there
+// are more.
 ReportedRules reported_rules(FinishedRun& finished, const Names& names);
 
 }  // namespace qob
