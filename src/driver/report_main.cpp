@@ -98,8 +98,8 @@ Outputs outputs_of(const Source& source, const ReportArguments& arguments) {
   const Parameters& p = run.as_run;
   Outputs outputs{run.parameter_files(), arguments.force};
   for (const std::string& file :
-       {run.input(p.data.datafile), run.input(p.relationship.gfile), run.input(p.rules.rulesfile), run.log.path,
-        source.names_file, source.faults_file, arguments.given}) {
+       {run.input(p.data.datafile), run.input(p.relationship.gfile), run.input(p.rules.rulesfile),
+        run.log.path, source.names_file, source.faults_file, arguments.given}) {
     if (!file.empty()) outputs.inputs.push_back(file);
   }
   for (const std::string& file : run.results()) outputs.inputs.push_back(file);

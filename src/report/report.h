@@ -109,14 +109,14 @@ struct PlanFigures {
 
 // A rule of the breeder's, and what the plan could be without it.
 struct ReportedRule {
-  std::int64_t line = 0;     // of the file of rules,
-  std::string text;          // as it stands there;
-  std::string_view kind;     // its cells,
-  std::string a, b;          // animals as the breeder calls them; "" for nothing,
-  double limit = kNaN;       // matings or inbreeding
-  std::int64_t broken = 0;   // matings of the plan too many or too few; 0: it is kept
-  PlanFigures without;       // of the plan without it; NaN where that is not known
-  PlanFigures gain;          // that less the plan with all rules: what the rule costs
+  std::int64_t line = 0;    // of the file of rules,
+  std::string text;         // as it stands there;
+  std::string_view kind;    // its cells,
+  std::string a, b;         // animals as the breeder calls them; "" for nothing,
+  double limit = kNaN;      // matings or inbreeding
+  std::int64_t broken = 0;  // matings of the plan too many or too few; 0: it is kept
+  PlanFigures without;      // of the plan without it; NaN where that is not known
+  PlanFigures gain;         // that less the plan with all rules: what the rule costs
 };
 
 struct ReportedRules {

@@ -45,6 +45,22 @@ PlanFigures less(const PlanFigures& a, const PlanFigures& b) {
           .inbreeding = difference(a.inbreeding, b.inbreeding)};
 }
 
+// The parents of each sex in ascending order, so that the same ones come to the same sums.
+void enter_ascending(const std::vector<Pair>& pairs, Mateset plan) {
+  std::vector<std::int32_t> males, females;
+  for (const auto& [male, female] : pairs) {
+    males.push_back(male);
+    females.push_back(female);
+  }
+  std::sort(males.begin(), males.end());
+  std::sort(females.begin(), females.end());
+  for (std::size_t j = 0; j < pairs.size(); ++j) {
+    const auto row = static_cast<std::int64_t>(j) + 1;
+    plan.male(row) = males[j];
+    plan.female(row) = females[j];
+  }
+}
+
 class Costs {
  public:
   explicit Costs(FinishedRun& finished)
@@ -65,6 +81,7 @@ class Costs {
             objective_of(finished_.run.parameters.ocs, selection.goal)};
   }
   PlanFigures improved(const Selection& selection, Uses& uses);
+  double mean_inbreeding(std::vector<Pair> pairs) const;
 
   FinishedRun& finished_;
   FinishedRun::Planned& planned_;
@@ -81,21 +98,24 @@ PlanFigures Costs::improved(const Selection& selection, Uses& uses) {
   if (!selection.enter(uses, plan) || !is_legal(selection, plan)) return {};
   exchange_until_best(problem(selection), weights_, rows_, uses);
   if (!selection.enter(uses, plan)) return {};
-  std::vector<Pair> pairs = least_inbred_pairs(selection, planned_.relationship, true, plan);
+  const std::vector<Pair> pairs = least_inbred_pairs(selection, planned_.relationship, true, plan);
   if (pairs.empty()) return {};
-  std::sort(pairs.begin(), pairs.end());  // the same sums for the same plan
-  for (std::size_t j = 0; j < pairs.size(); ++j) {
-    const auto row = static_cast<std::int64_t>(j) + 1;
-    plan.male(row) = pairs[j].first;
-    plan.female(row) = pairs[j].second;
-  }
+  enter_ascending(pairs, plan);
   const MatesetValue value = value_of(problem(selection), rows_, plan, finished_.run.journal);
   if (!value.legal) return {};
   return {.value = value.fitness,
           .merit = value.merit,
           .relationship = value.relationship,
           .rate = value.rate,
-          .inbreeding = value.inbreeding};
+          .inbreeding = mean_inbreeding(pairs)};
+}
+
+double Costs::mean_inbreeding(std::vector<Pair> pairs) const {
+  std::sort(pairs.begin(), pairs.end());
+  double sum = 0.0;
+  for (const auto& [male, female] : pairs)
+    sum += 0.5 * cnrm(planned_.relationship, planned_.selection.candidates, male, female);
+  return sum / static_cast<double>(pairs.size());
 }
 
 PlanFigures Costs::without(std::size_t k) {
@@ -129,9 +149,8 @@ std::vector<std::size_t> tried(const Selection& selection) {
 std::vector<ReportedRule> told_rules(const FinishedRun& finished, const Names& names,
                                      Mateset mateset) {
   const Selection& selection = finished.planned->selection;
-  const std::vector<std::int64_t> broken =
-      breaches(selection.rules.set, selection.candidates, finished.planned->relationship,
-               pairs_of(mateset));
+  const std::vector<std::int64_t> broken = breaches(
+      selection.rules.set, selection.candidates, finished.planned->relationship, pairs_of(mateset));
   std::vector<ReportedRule> list;
   for (std::size_t k = 0; k < broken.size(); ++k) {
     const Rule& rule = selection.rules.set.rules[k].told;
