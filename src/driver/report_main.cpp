@@ -38,10 +38,13 @@ void add_prepared(const std::string& faults_file, Report& report) {
 void stop_at_other_data(std::string_view text, int status) {
   const bool is_of_core = (text.starts_with(' ') || text.starts_with("ERROR")) &&
                           text.find("memory") == std::string_view::npos;
+  const bool is_of_rules = text.find("file of rules") != std::string_view::npos;
   end_process(
       is_of_core
           ? printable(adjustl_trim(text)) +
-                "\nThe run ended well with these files, so they have changed since; qob-prepare --check tells all that is wrong with a data file"
+                "\nThe run ended well with these files, so they have changed since; " +
+                (is_of_rules ? "another run of qob tells all that is wrong with a file of rules"
+                             : "qob-prepare --check tells all that is wrong with a data file")
           : std::string(text),
       status);
 }
@@ -95,8 +98,8 @@ Outputs outputs_of(const Source& source, const ReportArguments& arguments) {
   const Parameters& p = run.as_run;
   Outputs outputs{run.parameter_files(), arguments.force};
   for (const std::string& file :
-       {run.input(p.data.datafile), run.input(p.relationship.gfile), run.log.path,
-        source.names_file, source.faults_file, arguments.given}) {
+       {run.input(p.data.datafile), run.input(p.relationship.gfile), run.input(p.rules.rulesfile),
+        run.log.path, source.names_file, source.faults_file, arguments.given}) {
     if (!file.empty()) outputs.inputs.push_back(file);
   }
   for (const std::string& file : run.results()) outputs.inputs.push_back(file);

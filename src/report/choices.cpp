@@ -29,6 +29,10 @@ class Exchanges {
 
   Choice choice(std::int32_t i) const;
   bool is_chosen(std::int32_t i) const { return uses_(i) > 0; }
+  // Whether rules let it give up a unit.
+  bool may_lose(std::int32_t j, int sex) const {
+    return is_chosen(j) && uses_(j) - unit(sex) >= problem_.selection.least(j);
+  }
 
  private:
   std::int32_t unit(int sex) const {
@@ -77,11 +81,11 @@ Choice Exchanges::choice(std::int32_t i) const {
   const int sex = candidates_.is_male(i) ? kMale : kFemale;
   Exchange best;
   for (std::int32_t j = candidates_.first(sex); j <= candidates_.last(sex); ++j) {
-    if (!is_chosen(j)) continue;
+    if (!may_lose(j, sex)) continue;
     const Exchange e = exchange(i, j, sex);
     if (e.value > best.value) best = e;
   }
-  if (!std::isfinite(best.value) || candidates_.max_matings(i) < unit(sex))
+  if (!std::isfinite(best.value) || problem_.selection.most(i) < unit(sex))
     return {.lack = Lack::kNotKnown};
   if (best.value >= -kEqual) return {.lack = Lack::kNothing, .value = 0.0, .merit = 0.0};
   const double d = row_ * unit(sex), k = problem_.selection.goal.k_factor[sex - 1];

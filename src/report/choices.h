@@ -15,7 +15,8 @@ struct Choice {
 };
 
 // By candidate, from 0. Each candidate that was not chosen takes one mating (a male: one unit of
-// them) of each chosen animal of its sex in turn; what counts is the exchange that costs least.
+// them) of each chosen animal of its sex in turn that rules let give one up; what counts is the
+// exchange that costs least.
 // to_chosen: by candidate, the mean relationship to the chosen, weighted by their matings.
 std::vector<Choice> choices(const Problem& problem, Mateset plan, const MatesetValue& value,
                             const Table<double>& to_chosen);

@@ -50,7 +50,9 @@ void take_up_parameters(FinishedRun& finished) {
                      read_echo(finished, group_of(p.relationship));
   const bool is_planned =
       read_echo(finished, group_of(p.ocs)) && read_echo(finished, group_of(p.algorithm));
-  read_echo(finished, group_of(p.improvement));  // of runs that were asked for it
+  // Of runs that were asked for them.
+  read_echo(finished, group_of(p.improvement));
+  read_echo(finished, group_of(p.rules));
   if (!whole || (finished.log.has_plan() && !is_planned))
     stop(finished.log.path + ": no log of a run that has read its parameters");
   run.files.folder = folder_of_run(finished.prefix, p.data.resultsdirectory);
@@ -62,13 +64,15 @@ void write_nothing(Parameters& p) {
   if (option_text(p.relationship.source) == "pedigree") p.relationship.gfile = "_null_";
 }
 
+void expect_file(const FinishedRun& finished, const std::string& path, std::string_view what) {
+  if (InputFile::exists(path)) return;
+  stop(printable(path) + ": no such file : expected the " + std::string(what) +
+       " of the run behind " + printable(finished.prefix));
+}
+
 void take_up_pedigree(FinishedRun& finished) {
   Run& run = finished.run;
-  const std::string data = finished.input(run.parameters.data.datafile);
-  if (!InputFile::exists(data)) {
-    stop(printable(data) + ": " + "no such file : expected the data file of the run behind " +
-         printable(finished.prefix));
-  }
+  expect_file(finished, finished.input(run.parameters.data.datafile), "data file");
   finished.pedigree = readrecode(run);
   inbreeding_coefficients(finished.pedigree.newped, finished.pedigree.f, run.journal.units.out,
                           run.parallel);
@@ -111,6 +115,8 @@ void take_up_matings(FinishedRun& finished, FinishedRun::Planned& planned) {
 
 void take_up_plan(FinishedRun& finished) {
   Run& run = finished.run;
+  const MatingRules& rules = run.parameters.rules;
+  if (rules.has_file()) expect_file(finished, finished.input(rules.rulesfile), "file of rules");
   // A relationship file changes the pedigree's inbreeding and candidates.
   Pedigree pedigree = finished.pedigree;
   finished.planned.emplace();

@@ -1,9 +1,13 @@
 #include "report/given_plan.h"
 
+#include <set>
+
 #include "core/lexer.h"
 #include "core/stop.h"
 #include "core/text.h"
+#include "ocs/rules/pairing.h"
 #include "report/plan.h"
+#include "report/rules.h"
 
 namespace qob {
 namespace {
@@ -94,11 +98,25 @@ MatesetTable GivenReader::read() {
   return table;
 }
 
+// Matings of each candidate that are to come in whole units: all but those that rules decide.
+Uses in_units(const Selection& selection, Mateset mateset) {
+  Uses uses = uses_of(selection.candidates, mateset);
+  const std::vector<Pair> pairs = pairs_of(mateset);
+  std::multiset<Pair> left(pairs.begin(), pairs.end());
+  for (const Pair& decided : selection.rules.decided) {
+    const auto found = left.find(decided);
+    if (found == left.end()) continue;
+    left.erase(found);
+    --uses(decided.first);
+  }
+  return uses;
+}
+
 std::vector<std::string> broken_limits(const FinishedRun& finished, const Names& names,
                                        Mateset mateset) {
   const Selection& selection = finished.planned->selection;
   const Candidates& candidates = selection.candidates;
-  const Uses uses = uses_of(candidates, mateset);
+  const Uses uses = uses_of(candidates, mateset), units = in_units(selection, mateset);
   std::vector<std::string> faults;
   const auto say = [&](std::int32_t i, const std::string& what) {
     faults.push_back(identifier_of(finished.pedigree, names, candidates.cands(i)) + ": " +
@@ -107,8 +125,13 @@ std::vector<std::string> broken_limits(const FinishedRun& finished, const Names&
   for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
     if (uses(i) > candidates.max_matings(i))
       say(i, "at most " + std::to_string(candidates.max_matings(i)) + " are allowed");
-    if (candidates.is_male(i) && uses(i) % selection.limitmalematings != 0)
+    if (candidates.is_male(i) && units(i) % selection.limitmalematings != 0)
       say(i, "males have units of " + std::to_string(selection.limitmalematings));
+  }
+  for (const ReportedRule& rule : told_rules(finished, names, mateset)) {
+    if (rule.broken > 0)
+      faults.push_back("rule of line " + std::to_string(rule.line) + " (" + printable(rule.text) +
+                       "): broken by " + std::to_string(rule.broken));
   }
   return faults;
 }

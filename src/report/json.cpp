@@ -121,6 +121,41 @@ Json matrix(const ReportedPlan& plan) {
   return {{"sires", plan.sires}, {"dams", plan.dams}, {"f", plan.matrix}};
 }
 
+Json figures(const PlanFigures& figures) {
+  using F = PlanFigures;
+  return object_of(figures, Field{"value", &F::value}, Field{"merit", &F::merit},
+                   Field{"relationship", &F::relationship}, Field{"rate", &F::rate},
+                   Field{"inbreeding", &F::inbreeding});
+}
+
+// Places among the matings.
+Json decided(const std::vector<ReportedMating>& matings) {
+  Json places = Json::array();
+  for (std::size_t j = 0; j < matings.size(); ++j)
+    if (matings[j].decided) places.push_back(j);
+  return places;
+}
+
+Json rules(const ReportedPlan& plan) {
+  using P = ReportedPlan;
+  using R = ReportedRule;
+  if (plan.rules.file.empty()) return {};
+  const auto list = [](const P& p) {
+    return list_of(p.rules.list, [](const R& rule) {
+      return object_of(rule, Field{"line", &R::line}, Field{"text", &R::text},
+                       Field{"kind", &R::kind}, Field{"a", &R::a}, Field{"b", &R::b},
+                       Field{"limit", &R::limit}, Field{"broken", &R::broken},
+                       Field{"without", [](const R& r) { return figures(r.without); }},
+                       Field{"gain", [](const R& r) { return figures(r.gain); }});
+    });
+  };
+  return object_of(plan, Field{"file", [](const P& p) { return p.rules.file; }},
+                   Field{"decided", [](const P& p) { return decided(p.matings); }},
+                   Field{"with_all", [](const P& p) { return figures(p.rules.with_all); }},
+                   Field{"left_out", [](const P& p) { return p.rules.left_out; }},
+                   Field{"list", list});
+}
+
 Json plan(const ReportedPlan& plan) {
   using P = ReportedPlan;
   return object_of(
@@ -132,7 +167,7 @@ Json plan(const ReportedPlan& plan) {
       Field{"females", [](const P& p) { return use_of(p.females); }},
       Field{"unknown_genes", &P::unknown_genes}, Field{"last", last_time},
       Field{"matings", [](const P& p) { return matings(p.matings); }},
-      Field{"alternatives", alternatives}, Field{"matrix", matrix});
+      Field{"alternatives", alternatives}, Field{"matrix", matrix}, Field{"rules", rules});
 }
 
 Json candidates(const std::vector<ReportedCandidate>& candidates) {

@@ -42,6 +42,7 @@ class PlanTeller {
         dams_(chosen_of(candidates_, uses_of(candidates_, mateset_), kFemale)) {}
 
   void tell_matings(ReportedPlan& plan);
+  void tell_decided(ReportedPlan& plan) const;
   void tell_alternatives(ReportedPlan& plan);
   void tell_matrix(ReportedPlan& plan);
   double unknown_genes() const;
@@ -99,6 +100,18 @@ void PlanTeller::tell_matings(ReportedPlan& plan) {
   }
 }
 
+// As often as rules decide the pair.
+void PlanTeller::tell_decided(ReportedPlan& plan) const {
+  const std::vector<Pair>& decided = planned_.selection.rules.decided;
+  std::multiset<Pair> left(decided.begin(), decided.end());
+  for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j) {
+    const auto found = left.find({mateset_.male(j), mateset_.female(j)});
+    if (found == left.end()) continue;
+    left.erase(found);
+    plan.matings[static_cast<std::size_t>(j - 1)].decided = true;
+  }
+}
+
 void PlanTeller::tell_alternatives(ReportedPlan& plan) {
   std::map<std::int32_t, std::set<std::int32_t>> mates;
   for (std::int64_t j = 1; j <= mateset_.nmatings(); ++j)
@@ -106,7 +119,7 @@ void PlanTeller::tell_alternatives(ReportedPlan& plan) {
   for (const std::int32_t dam : dams_) {
     std::vector<std::pair<double, std::int32_t>> others;
     for (const std::int32_t sire : sires_)
-      if (!mates[dam].contains(sire))
+      if (!mates[dam].contains(sire) && planned_.selection.rules.pairs.most(sire, dam) > 0)
         others.emplace_back(0.5 * relationship(planned_, sire, dam), sire);
     std::sort(others.begin(), others.end());
     others.resize(std::min(others.size(), kAlternatives));
@@ -215,6 +228,7 @@ ReportedPlan reported_plan(FinishedRun& finished, AnimalList& animals) {
   PlanTeller teller(finished, animals);
   plan.unknown_genes = teller.unknown_genes();
   teller.tell_matings(plan);
+  teller.tell_decided(plan);
   teller.tell_alternatives(plan);
   teller.tell_matrix(plan);
   return plan;

@@ -49,6 +49,7 @@ struct ReportedMating {
   std::vector<CommonAncestor> common;     // the largest shares first
   std::int32_t other_common = 0;          // further common ancestors that count,
   double other_f = 0.0;                   // and their shares together
+  bool decided = false;                   // by a rule, beforehand
 };
 
 struct Alternative {
@@ -57,7 +58,7 @@ struct Alternative {
 };
 
 // For a chosen female the chosen males other than hers with which her offspring would be least
-// inbred.
+// inbred, but those that rules forbid her.
 struct Alternatives {
   std::int32_t dam = 0;
   std::vector<Alternative> males;
@@ -101,10 +102,34 @@ struct PlanValue {
   bool legal = false;
 };
 
+// What a plan comes to, its parents paired so that the mean inbreeding of offspring is the least.
+struct PlanFigures {
+  double value = kNaN, merit = kNaN, relationship = kNaN, rate = kNaN, inbreeding = kNaN;
+};
+
+// A rule of the breeder's, and what the plan could be without it.
+struct ReportedRule {
+  std::int64_t line = 0;    // of the file of rules,
+  std::string text;         // as it stands there;
+  std::string_view kind;    // its cells,
+  std::string a, b;         // animals as the breeder calls them; "" for nothing,
+  double limit = kNaN;      // matings or inbreeding
+  std::int64_t broken = 0;  // matings of the plan too many or too few; 0: it is kept
+  PlanFigures without;      // of the plan without it; NaN where that is not known
+  PlanFigures gain;         // that less the plan with all rules: what the rule costs
+};
+
+struct ReportedRules {
+  std::string file;                // "": there are none
+  PlanFigures with_all;            // of the plan once exchanges have improved it within all rules
+  std::int64_t left_out = 0;       // rules whose cost was not worked out, as there are many
+  std::vector<ReportedRule> list;  // in the order of the file
+};
+
 struct ReportedPlan {
   std::string criterion;  // "penalty", "constraint", "merit"
   double w_merit = 0.0, w_relationship = 0.0, constraint = kNaN;
-  std::string pairing;  // "mai" or "random"
+  std::string pairing;  // "mai", "least" or "random"
   PlanValue value;
   double bound = kNaN;  // no plan has a larger fitness
   double share = kNaN;  // how much of what any plan could reach it reaches (frontier/possible.h)
@@ -120,6 +145,7 @@ struct ReportedPlan {
   std::vector<Alternatives> alternatives;  // by female
   std::vector<std::int32_t> sires, dams;   // chosen, in the order of the list
   std::vector<std::int32_t> matrix;        // F of sire by dam in hundred-thousandths, row by row
+  ReportedRules rules;
 };
 
 // A plan that somebody has made, valued as the best one is (`--evaluate`).
@@ -224,7 +250,7 @@ struct Warning {
 };
 
 struct MadeFile {
-  std::string role;  // "parameters", "data", "names", "faults", "relationships", "result"
+  std::string role;  // "parameters", "data", "rules", "names", "faults", "relationships", "result"
   std::string name, sha256;
   std::int64_t bytes = 0;
 };

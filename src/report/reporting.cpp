@@ -8,6 +8,7 @@
 #include "frontier/possible.h"
 #include "report/candidates.h"
 #include "report/plan.h"
+#include "report/rules.h"
 #include "report/warnings.h"
 
 namespace qob {
@@ -76,6 +77,7 @@ void tell_parameters(const FinishedRun& finished, Making& making) {
   for (const Group& group : groups_of(p)) {
     if (group.name == group_of(p.contrib).name || group.name == group_of(p.mating).name) continue;
     if (group.name == group_of(p.improvement).name && !p.improvement.is_wanted()) continue;
+    if (group.name == group_of(p.rules).name && !p.rules.is_wanted()) continue;
     for (const Key& key : group.keys)
       making.parameters.push_back({std::string(group.name), std::string(key.name), key.show()});
   }
@@ -98,6 +100,8 @@ void tell_files(const FinishedRun& finished, Making& making) {
   making.files.push_back({"data", finished.input(p.data.datafile), "", 0});
   if (finished.planned && !finished.planned->relationship.pedsource)
     making.files.push_back({"relationships", finished.input(p.relationship.gfile), "", 0});
+  if (p.rules.has_file())
+    making.files.push_back({"rules", finished.input(p.rules.rulesfile), "", 0});
   for (const std::string& path : finished.results())
     if (InputFile::exists(path)) making.files.push_back({"result", path, "", 0});
   making.files.push_back({"result", finished.log.path, "", 0});
@@ -135,6 +139,8 @@ std::string title_of(const FinishedRun& finished) {
 
 void tell_reach(FinishedRun& finished, Report& report) {
   const FinishedRun::Planned& planned = *finished.planned;
+  // Of males with decided matings besides, the bound does not know the units.
+  if (planned.selection.limitmalematings > 1 && !planned.selection.rules.decided.empty()) return;
   Possible possible(planned.selection, planned.relationship, finished.pedigree);
   const std::optional<Reach> reach =
       possible.reach(objective_of(finished.run.parameters.ocs, planned.selection.goal));
@@ -170,6 +176,7 @@ Reported report_on(FinishedRun& finished, const Names& names, const GivenList* g
   if (report.has_plan) {
     report.planned_birth_time = finished.planned->selection.candidates.birth_time;
     report.plan = reported_plan(finished, animals);
+    report.plan.rules = reported_rules(finished, names);
     report.candidates = reported_candidates(finished, reported.population, animals);
   }
   remark_on_names(finished, names, finished.told);

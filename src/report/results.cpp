@@ -36,13 +36,26 @@ bool take(std::string_view line, std::string_view label, std::string& value) {
   return true;
 }
 
+std::string pairing_of(std::string_view strategy) {
+  if (strategy.starts_with("MAI")) return "mai";
+  return strategy.starts_with("LEAST") ? "least" : "random";
+}
+
+// "rules.csv: 3 rules, broken by 0" without the name of the file.
+void take_rules(std::string_view line, std::string& rules) {
+  const std::size_t at = line.find(" rules, broken by ");
+  if (at == std::string_view::npos) return;
+  rules = adjustl_trim(line.substr(line.substr(0, at).find_last_of(' ') + 1));
+}
+
 void take_line(std::string_view line, LogOfRun& log, bool& ended) {
   std::string text;
   if (log.program.empty() && line.find(" QOB v") != std::string_view::npos)
     log.program = adjustl_trim(line);
   if (log.started.empty()) take(line, "QOB started", log.started);
-  if (take(line, "MatingStrategy=", text)) log.pairing = text.starts_with("MAI") ? "mai" : "random";
+  if (take(line, "MatingStrategy=", text)) log.pairing = pairing_of(text);
   if (line.find("MatingStrategy=MCAC") != std::string_view::npos) log.pairing = "random";
+  take_rules(line, log.rules);
   if (take(line, "Mutating solutions to increase variance in generation", text)) {
     std::int32_t generation = 0;
     if (read_list(text, generation) == 0) log.restarts.push_back(generation);

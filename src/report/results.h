@@ -15,7 +15,8 @@ namespace qob {
 struct LogOfRun {
   std::string path;
   std::string program, started;  // as in its first lines
-  std::string pairing;           // "mai" or "random"; "" when nothing was paired
+  std::string pairing;           // "mai", "least" or "random"; "" when nothing was paired
+  std::string rules;             // "3 rules, broken by 0"; "" when the run had none
   std::vector<std::int32_t> restarts;
   bool has_plan() const { return !pairing.empty(); }
 };

@@ -201,6 +201,25 @@ constexpr Column<Ranked> kFounders[] = {
     {"cumulative_contribution", [](auto& s, auto& f) -> Cell { return s.cumulative(f.rank); }},
 };
 
+constexpr Column<ReportedRule> kRules[] = {
+    {"line", [](auto&, auto& r) -> Cell { return r.line; }},
+    {"kind", [](auto&, auto& r) -> Cell { return std::string(r.kind); }},
+    {"a", [](auto&, auto& r) -> Cell { return r.a; }},
+    {"b", [](auto&, auto& r) -> Cell { return r.b; }},
+    {"limit", [](auto&, auto& r) -> Cell { return r.limit; }},
+    {"broken_by", [](auto&, auto& r) -> Cell { return r.broken; }},
+    {"value_gained", [](auto&, auto& r) -> Cell { return r.gain.value; }},
+    {"merit_gained", [](auto&, auto& r) -> Cell { return r.gain.merit; }},
+    {"relationship_gained", [](auto&, auto& r) -> Cell { return r.gain.relationship; }},
+    {"rate_gained", [](auto&, auto& r) -> Cell { return r.gain.rate; }},
+    {"inbreeding_gained", [](auto&, auto& r) -> Cell { return r.gain.inbreeding; }},
+    {"value_without", [](auto&, auto& r) -> Cell { return r.without.value; }},
+    {"merit_without", [](auto&, auto& r) -> Cell { return r.without.merit; }},
+    {"relationship_without", [](auto&, auto& r) -> Cell { return r.without.relationship; }},
+    {"rate_without", [](auto&, auto& r) -> Cell { return r.without.rate; }},
+    {"inbreeding_without", [](auto&, auto& r) -> Cell { return r.without.inbreeding; }},
+};
+
 // record: gives that of a row, from 0.
 template <class Record, std::size_t N, class RecordOf>
 ReportTable table_of(std::string_view name, const Sources& sources,
@@ -234,6 +253,8 @@ void for_each_table(const Report& report, const AnimalFigures& animals,
   use(table_of("founders", sources, kFounders, std::ssize(founders), [&](std::size_t row) {
     return Ranked{static_cast<std::int64_t>(row) + 1, founders[row]};
   }));
+  const ReportedRules& rules = report.plan.rules;
+  if (!rules.file.empty()) use(table_of("rules", sources, kRules, rules.list));
 }
 
 }  // namespace qob

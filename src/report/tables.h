@@ -1,5 +1,5 @@
-// The tables of a report: matings, candidates, animals, trend, founders. Each is made row by row
-// while it is written, so that a million animals take no memory here.
+// The tables of a report: matings, candidates, animals, trend, founders, rules if there are any.
+// Each is made row by row while it is written, so that a million animals take no memory here.
 #pragma once
 
 #include <cstdint>

@@ -38,6 +38,7 @@ class Warner {
 
  private:
   void of_plan();
+  void of_rules();
   void of_rate();
   void of_changed_results();
   void of_unknown_parents();
@@ -47,6 +48,8 @@ class Warner {
   void of_unfinished_time();
   void of_regression();
   void told();
+  std::int64_t broken() const;
+  std::string rules_now() const;
   Warning& add(std::string kind, bool serious) {
     list_.push_back({std::move(kind), serious, "", {}, {}});
     return list_.back();
@@ -95,7 +98,26 @@ void Warner::of_changed_results() {
   }
   if (std::abs(told - now) > kSameText)
     text.append(text.empty() ? "" : ", ").append("inbreeding of matings");
+  if (finished_.log.rules != rules_now()) text.append(text.empty() ? "" : ", ").append("rules");
   if (!text.empty()) add("changed", true).text = text;
+}
+
+// As the log tells it.
+std::string Warner::rules_now() const {
+  const ReportedRules& rules = report_.plan.rules;
+  if (rules.file.empty()) return "";
+  return std::to_string(rules.list.size()) + " rules, broken by " + std::to_string(broken());
+}
+
+std::int64_t Warner::broken() const {
+  std::int64_t sum = 0;
+  for (const ReportedRule& rule : report_.plan.rules.list) sum += rule.broken;
+  return sum;
+}
+
+void Warner::of_rules() {
+  const std::int64_t sum = broken();
+  if (sum > 0) add("rules", true).values = {{"broken", static_cast<double>(sum)}};
 }
 
 void Warner::of_unknown_parents() {
@@ -229,6 +251,7 @@ void Warner::told() {
 
 void Warner::of_plan() {
   of_changed_results();
+  of_rules();
   of_rate();
   of_undated_parents();
   of_unknown_parents();

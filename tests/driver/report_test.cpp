@@ -19,7 +19,7 @@ const std::string kWords =
 TEST(ReportProgram, FollowsTheCases) {
   const std::string cases = QOB_SOURCE_DIR "/tests/driver/report_cases.txt";
   const std::string herd_book = transcripts_of(cases).front().given;
-  expect_followed(cases, 6, kWords, [&](const TemporaryFolder& folder, const Transcript&) {
+  expect_followed(cases, 7, kWords, [&](const TemporaryFolder& folder, const Transcript&) {
     folder.write("herd.csv", herd_book);
   });
 

@@ -75,6 +75,9 @@ TEST(Json, ReadsBackAsItWas) {
   EXPECT_EQ(result["plan"]["alternatives"], json::parse(R"([{"dam":2,"sires":[0],"f":[1e-300]}])"));
   EXPECT_EQ(result["plan"]["matrix"], json::parse(R"({"sires":[0],"dams":[2,1],"f":[25000,0]})"));
   EXPECT_EQ(result["plan"]["value"]["rate"], json());
+  EXPECT_EQ(result["plan"]["rules"]["decided"], json::parse("[0]"));
+  EXPECT_EQ(result["plan"]["rules"]["list"][0]["gain"]["value"], 0.5);
+  EXPECT_EQ(result["plan"]["rules"]["list"][0]["without"]["value"], json());
   EXPECT_EQ(result["candidates"]["merit"], json::parse("[2.0,-1e22]"));
   EXPECT_EQ(result["candidates"]["lack"], json::parse(R"(["chosen","not_known"])"));
   EXPECT_EQ(result["candidates"]["lacking_value"], json::parse("[null,0.1]"));
@@ -82,7 +85,12 @@ TEST(Json, ReadsBackAsItWas) {
   EXPECT_EQ(result["making"]["files"]["bytes"][0], 5'000'000'000);
 }
 
-TEST(Json, WithoutAPlanIsNullThere) { EXPECT_EQ(json::parse(json_of(Report()))["plan"], json()); }
+TEST(Json, WithoutAPlanOrRulesIsNullThere) {
+  EXPECT_EQ(json::parse(json_of(Report()))["plan"], json());
+  Report report;
+  report.has_plan = true;
+  EXPECT_EQ(json::parse(json_of(report))["plan"]["rules"], json());
+}
 
 }  // namespace
 }  // namespace qob::test

@@ -6,6 +6,7 @@
 #include <set>
 #include <vector>
 
+#include "ocs/rules/set_up_rules.h"
 #include "ocs/selection_fixture.h"
 #include "report/choices.h"
 #include "report/common_ancestors.h"
@@ -130,6 +131,29 @@ TEST_F(SelectionTest, NoExchangeIsBetterThanWhatIsSaidToBeLacking) {
       EXPECT_TRUE(!only_merit_counts || least <= 1e-9 || choice.lack == Lack::kMerit);
     }
   }
+}
+
+// Who must have its matings, or may have no more, takes part in no exchange.
+TEST_F(SelectionTest, WhatRulesForbidIsLackingNothingThatIsKnown) {
+  set_candidates({9, 9, 9}, {1, 1, 1}, 2);
+  const Rows rows = {{1, 4}, {1, 5}};
+  const auto lack_of = [&](RuleKind kind, std::int32_t who, std::int32_t n, std::size_t male) {
+    MatingRule rule;
+    rule.told.kind = kind;
+    rule.told.n = n;
+    rule.a = who;
+    selection.rules = {};
+    selection.rules.file = "rules.csv";
+    selection.rules.set.rules = {rule};
+    apply_rules(false, relationship, selection);
+    return choices(tools().problem, mateset(rows), dense_value(rows),
+                   Table<double>(6, 0.0))[male - 1]
+        .lack;
+  };
+  EXPECT_EQ(lack_of(RuleKind::kMin, 1, 2, 2), Lack::kNotKnown);
+  EXPECT_NE(lack_of(RuleKind::kMin, 1, 1, 2), Lack::kNotKnown);
+  EXPECT_EQ(lack_of(RuleKind::kMax, 2, 0, 2), Lack::kNotKnown);
+  EXPECT_NE(lack_of(RuleKind::kMax, 2, 0, 3), Lack::kNotKnown);
 }
 
 // With the merit that it is said to lack, a candidate is as good as those who were chosen.

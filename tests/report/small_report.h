@@ -24,11 +24,14 @@ inline Report small_report() {
   ReportedPlan& plan = report.plan;
   plan.criterion = "penalty";
   plan.value.rate = -std::numeric_limits<double>::infinity();
-  plan.matings = {{0, 2, 1.5, 0.25, 0.4, {{0, 0.125}, {1, 0.0625}}, 3, 0.01}};
+  plan.matings = {{0, 2, 1.5, 0.25, 0.4, {{0, 0.125}, {1, 0.0625}}, 3, 0.01, true}};
   plan.alternatives = {{2, {{0, 1e-300}}}};
   plan.sires = {0};
   plan.dams = {2, 1};
   plan.matrix = {25000, 0};
+  ReportedRule rule{2, "max,7,,1", "max", "=cmd()", "", 1.0, 3, {}, {}};
+  rule.gain.value = 0.5;
+  plan.rules = {"rules.csv", {}, 1, {rule}};
   report.candidates = {
       {0, 1, 2.0, 4, 1, 1, 0.5, 0.5, 0.0, 0.25, 0.5, 0.5, true, Lack::kChosen, kNaN, kNaN},
       {1, 2, -1e22, 4, 0, 1, 0.5, 0.5, 0.5, 0.25, 0.5, 0.0, true, Lack::kNotKnown, 0.1, 7.0}};

@@ -40,6 +40,14 @@ feed",2,,0,0.3333333333333333,0,1,1.5,0.25,0.4,5,=cmd(),0.125
       R"(birth_time,birth,animals,males,females,sires,dams,inbred,mean_inbreeding,largest_inbreeding,coancestry,completeness,complete_generations,parents_age
 1,2001,2,1,1,0,0,0,0,0,,0.5,0,
 )");
+  EXPECT_EQ(
+      files.at("rules"),
+      "line,kind,a,b,limit,broken_by,value_gained,merit_gained,relationship_gained,rate_gained,"
+      "inbreeding_gained,value_without,merit_without,relationship_without,rate_without,"
+      "inbreeding_without\n2,max,=cmd(),,1,3,0.5,,,,,,,,,\n");
+  Report without = small_report();
+  without.plan.rules = {};
+  EXPECT_FALSE(csv_of(without, herd).contains("rules"));
 }
 
 TEST(Tables, NameAnimalsByTheHerdBookWhereThereIsOne) {

@@ -9,6 +9,7 @@ import * as made from "./made.js";
 import * as matings from "./matings.js";
 import { read, type Comparison, type Result } from "./model.js";
 import * as population from "./population.js";
+import * as rules from "./rules.js";
 import * as search from "./search.js";
 import * as summary from "./summary.js";
 
@@ -17,12 +18,13 @@ function report(result: Result): Shown {
   const parts = [
     summary.section(result),
     planned && matings.section(result),
+    result.plan?.rules && rules.section(result.plan.rules),
     result.candidates.length > 0 && candidates.section(result),
     population.section(result),
     result.search.rows.length > 0 && search.section(result),
     beware.section(result),
     made.section(result),
-  ].filter((part) => part !== false);
+  ].filter((part) => part instanceof HTMLElement);
   return { title: words.title(result.title, planned), made: result.making, parts };
 }
 

@@ -7,7 +7,7 @@ import type { Column } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
 import { meritDecimals } from "./candidates.js";
 import { openMating } from "./mating.js";
-import { animal, called, type Mated, type Mating, type Plan, type Result } from "./model.js";
+import { animal, called, decided, type Mated, type Mating, type Plan, type Result } from "./model.js";
 import { inBrief, naming, type Naming } from "./naming.js";
 
 type Heading = readonly [title: string, note: string];
@@ -65,6 +65,12 @@ export function offspringColumns({ result, decimals }: Shown): Column<Mated>[] {
 }
 
 export const VF = column("vf", words.OFFSPRING_VF, { value: (row) => row.vf, decimals: 3 });
+
+/** Whether a rule decided the mating, where any did. */
+export function decidedColumn(plan: Plan): Column<Mated>[] {
+  const all = decided(plan);
+  return all.size === 0 ? [] : [column("decided", words.DECIDED, { value: (row) => (all.has(row) ? words.YES : words.NO), show: (row) => (all.has(row) ? words.YES : null) })];
+}
 
 /** For each chosen female the other males: told in full to the saved file and to the search, shown in brief. */
 export function othersColumn({ result, names }: Shown, plan: Plan, wrap: boolean): Column<Mated> {

@@ -4,14 +4,14 @@ import { h, type Child } from "../shared/dom.js";
 import { digits } from "../shared/format.js";
 import { holds, searchBox, table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
-import { offspringColumns, othersColumn, parentColumns, shownOf, VF, whoColumns, type Shown } from "./mating_columns.js";
+import { decidedColumn, offspringColumns, othersColumn, parentColumns, shownOf, VF, whoColumns, type Shown } from "./mating_columns.js";
 import { animal, called, type Mated, type Mating, type Plan, type Result } from "./model.js";
 
 /** All matings, sortable and searchable. */
 export function matingsTable(result: Result, matings: readonly Mated[], file: string, plan?: Plan): HTMLElement {
   const shown = shownOf(result);
   const columns = [
-    ...whoColumns(shown, "sire"), ...whoColumns(shown, "dam"), ...offspringColumns(shown),
+    ...whoColumns(shown, "sire"), ...whoColumns(shown, "dam"), ...(plan ? decidedColumn(plan) : []), ...offspringColumns(shown),
     ...parentColumns(shown, "sire"), ...parentColumns(shown, "dam"), VF, ...(plan ? [othersColumn(shown, plan, true)] : []),
   ];
   return table(columns, matings, { caption: words.ALL_CAPTION, file });
@@ -24,7 +24,7 @@ export function sheets(result: Result, plan: Plan): HTMLElement {
   const shown = shownOf(result);
   const bySire = new Map<number, Mating[]>();
   for (const mating of plan.matings) bySire.set(mating.sire, [...(bySire.get(mating.sire) ?? []), mating]);
-  const columns = [...whoColumns(shown, "dam"), ...offspringColumns(shown), ...parentColumns(shown, "dam"), VF, othersColumn(shown, plan, true)];
+  const columns = [...whoColumns(shown, "dam"), ...decidedColumn(plan), ...offspringColumns(shown), ...parentColumns(shown, "dam"), VF, othersColumn(shown, plan, true)];
   const all = [...bySire].map(([sire, matings]) => sheet(shown, sire, matings, columns));
   const open = (now: boolean) => () => all.forEach((each) => each.open(now));
   if (all.length <= FEW_SIRES) open(true)();

@@ -4,13 +4,14 @@ import { group, h, note, part } from "../shared/dom.js";
 import * as words from "../shared/texts/matings.js";
 import { matingsTable, sheets } from "./mating_tables.js";
 import { matrix } from "./matrix.js";
-import type { Plan, Result } from "./model.js";
+import { decided, type Plan, type Result } from "./model.js";
 
 export function section(result: Result): HTMLElement {
   const { plan } = result;
   if (!plan) return part("matings", words.TITLE);
+  const fixed = decided(plan).size;
   return part("matings", words.TITLE,
-    h("p", {}, words.lead(plan.pairing), " ", words.HOW),
+    h("p", {}, words.lead(plan.pairing, plan.rules !== null), " ", fixed > 0 && `${words.decided(fixed)} `, words.HOW),
     views(result, plan),
     plan.matrix.f.length > 0 && group(words.MATRIX, matrix(result, plan)));
 }

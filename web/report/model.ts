@@ -28,6 +28,15 @@ const sex_use = object({
   candidates: number, chosen: number, mean_matings: number, sd_matings: number, mean_merit: number,
 });
 
+const figures = object({ value: number, merit: number, relationship: number, rate: number, inbreeding: number });
+
+const rules = object({
+  file: text, decided: list(number), with_all: figures, left_out: number,
+  list: list(object({
+    line: number, text, kind: text, a: text, b: text, limit: number, broken: number, without: figures, gain: figures,
+  })),
+});
+
 const plan = object({
   criterion: oneOf("penalty", "constraint", "merit"),
   w_merit: number, w_relationship: number, constraint: number, pairing: text,
@@ -38,6 +47,7 @@ const plan = object({
   matings,
   alternatives: list(object({ dam: number, sires: list(number), f: list(number) })),
   matrix: object({ sires: list(number), dams: list(number), f: list(number) }),
+  rules: orNull(rules),
 });
 
 const candidates = columns({
@@ -111,6 +121,8 @@ export type SexUse = Plan["males"];
 /** A mating of a given plan; one of the best plan tells what makes its F, too. */
 export type Mated = Given["matings"][number];
 export type Mating = Plan["matings"][number];
+export type Rules = NonNullable<Plan["rules"]>;
+export type Rule = Rules["list"][number];
 export type Candidate = Result["candidates"][number];
 export type Population = Result["population"];
 export type EffectiveSize = Population["by_inbreeding"];
@@ -135,6 +147,9 @@ export function animal(result: Result, place: number): Animal {
   if (!found) throw new RangeError(`There is no animal ${place}.`);
   return found;
 }
+
+/** Matings that rules decide, not the search. */
+export const decided = ({ rules, matings }: Plan): Set<Mated> => new Set((rules?.decided ?? []).flatMap((place) => matings[place] ?? []));
 
 /** How an animal is called: its identifier, and its name when it has one. */
 export function called({ id, name }: Animal): string {

@@ -29,7 +29,7 @@ function planned(result: Result, plan: Plan): Child[] {
     Number.isNaN(plan.gain) ? words.END : words.gain(plan.gain, born(result, last.birth_time)),
     words.inbreeding(value.inbreeding, value.relationship),
     rate(result, plan),
-    Number.isNaN(plan.share) ? null : words.reaches(plan.share),
+    Number.isNaN(plan.share) ? null : words.reaches(plan.share, plan.rules !== null),
     incomplete(result),
   ];
 }

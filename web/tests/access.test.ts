@@ -17,7 +17,7 @@ async function violations(page: Page, colorScheme: "light" | "dark", within: "bo
 }
 
 for (const colorScheme of ["light", "dark"] as const)
-  for (const [herd, name] of [["cuvier", "QOB_evaluation.html"], ["cuvier", "QOB_comparison.html"], ["frontier", "frontier.html"]] as const)  // an evaluation holds all that a report does
+  for (const [herd, name] of [["cuvier", "QOB_evaluation.html"], ["cuvier", "QOB_comparison.html"], ["cuvier", "ruled_report.html"], ["frontier", "frontier.html"]] as const)  // an evaluation holds all that a report does
     test(`${colorScheme} ${name} is accessible`, async ({ page }) => {
       await page.emulateMedia({ colorScheme });
       await open(page, herd, name);

@@ -134,6 +134,37 @@ test("plans side by side are those of their runs", async ({ page }) => {
   }
 });
 
+test("rules, what they cost and decided matings are those of the run", async ({ page }) => {
+  await open(page, "cuvier", "ruled_report.html");
+  const made = fromCsv(readFileSync(file("cuvier", "ruled_tables/rules.csv"), "utf8"));
+  const shown = await rows(page.locator("#rules table"));
+  expect(shown.map((row) => row.get("Rule"))).toEqual(
+    ["931 × 916: 1 mating decided", "932: at most 2 matings", "never 940 × 946", "each sire: at most 1 mating with group H1", "930: at least 4 matings", "940: at least 5 matings"]);
+  expect(made.some((rule) => Number(rule.get("value_gained")) > 0.01)).toBe(true);
+  shown.forEach((row, i) => {
+    const rule = made[i]!;
+    expect.soft(row.get("Line")).toBe(rule.get("line"));
+    const broken = Number(rule.get("broken_by"));
+    expect.soft(row.get("Kept")).toBe(broken === 0 ? "kept" : `broken by ${broken} mating${broken === 1 ? "" : "s"}`);
+    if (rule.get("value_gained") === "") return expect.soft(row.get("Cost in value")).toBe("–");
+    expect.soft(agree(row.get("Cost in value"), rule.get("value_gained"))).toBe(true);
+    for (const [heading, key, unit] of [["Merit without it", "merit", 1], ["Rate without it, %", "rate", 0.01], ["F without it, %", "inbreeding", 0.01]] as const) {
+      const [figure, change = "0"] = row.get(heading)!.split(/ ?[()]/);
+      expect.soft(agree(figure, rule.get(`${key}_without`), key !== "merit"), heading).toBe(true);
+      expect.soft(Math.abs(Number(change.replace("−", "-")) * unit - Number(rule.get(`${key}_gained`))), heading).toBeLessThan(key === "merit" ? 0.00051 : 0.000051);
+    }
+    return undefined;
+  });
+  await page.getByRole("button", { name: "All in one table" }).click();
+  const matings = await rows(page.locator("#matings .table:visible table").filter({ has: page.getByRole("columnheader", { name: /^Sire$/ }) }));
+  expect(matings.filter((row) => row.get("Decided") === "yes").map((row) => [row.get("Sire"), row.get("Dam")])).toEqual([["931", "916"]]);
+});
+
+test("without rules there is no word of them", async ({ page }) => {
+  await open(page, "cuvier");
+  await expect(page.locator("#rules, th:has-text('Decided')")).toHaveCount(0);
+});
+
 test("a given plan is valued and stands beside the best one", async ({ page }) => {
   await open(page, "cuvier", "QOB_evaluation.html");
   const given = fromCsv(readFileSync(file("cuvier", "given.csv"), "utf8"));

@@ -1,7 +1,7 @@
 // Before all tests: herds are run by the programs in the folder QOB_PROGRAMS, and their pages made, once.
 
 import { spawnSync } from "node:child_process";
-import { cpSync, mkdirSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { appendFileSync, cpSync, mkdirSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join, resolve } from "node:path";
 import { csvOf, withData } from "./results.js";
@@ -68,10 +68,22 @@ function cuvier(folder: string): void {
   run(folder, "qob-frontier", "qob.prm", "--points", "5", "--target-ne", "50");  // qob_frontier/frontier.html
   run(folder, "qob-report", "./none_");
   otherPlan(folder);
+  ruled(folder);
   for (const json of [[], ["--json"]]) {  // QOB_comparison.html and .json, QOB_evaluation.html and .json
     run(folder, "qob-report", "--compare", "./QOB_", "./loose_", "./strict_", ...json);
     run(folder, "qob-report", "--evaluate", "given.csv", "./QOB_", ...json);
   }
+}
+
+/** A decided mating, rules that cost something, and one that cannot be kept: ruled_report.html. */
+function ruled(folder: string): void {
+  writeFileSync(join(folder, "rules.csv"), [
+    "kind,a,b,value", "fix,931,916,1", "max,932,,2", "forbid,940,946,", "group,946,H1,", "group,947,H1,", "max-per-group,,H1,1", "min,930,,4", "min,940,,5",
+  ].join("\n"));
+  changed(folder, "ruled.prm", { resultsdirectory: "'./ruled_'" });
+  appendFileSync(join(folder, "ruled.prm"), "&MatingRules rulesfile='rules.csv', keep_all=.false. /\n");
+  run(folder, "qob", "ruled.prm");
+  run(folder, "qob-report", "./ruled_", "--tables", "ruled_tables");
 }
 
 /** frontier.html is the page of what is possible, frontier.json its data. */

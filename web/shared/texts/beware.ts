@@ -81,6 +81,11 @@ export const warnings: Record<string, (told: Told) => Words> = {
     title: "The effective size is small",
     text: `A rate such as the plan's means an effective size of ${told.number("ne")} animals. At least ${told.number("limit")} are usually thought safe (FAO 1998).`,
   }),
+  rules: (told) => ({
+    brief: "rules of matings are broken",
+    title: "The plan does not keep all rules",
+    text: `Rules are broken by ${counted(told.count("broken"), "mating", "matings")}, too many or too few; the part on the rules tells which.`,
+  }),
   changed: (told) => ({
     brief: "files have changed since the run",
     title: "The data are not those of the run any more",

@@ -16,7 +16,7 @@ export const files = {
   title: "Files",
   columns: { role: "What it is", name: "Name", bytes: "Size", sha256: "Checksum (SHA-256)" },
   roles: {
-    parameters: "parameters", data: "data", names: "names of the animals", faults: "faults of the herd book",
+    parameters: "parameters", data: "data", rules: "rules of matings", names: "names of the animals", faults: "faults of the herd book",
     relationships: "relationships", result: "result",
   } as Record<string, string>,
   none: "No files are told.",

@@ -3,10 +3,16 @@
 import { count, counted, fixed, percent } from "../format.js";
 
 export const TITLE = "The matings";
-export const lead = (pairing: string) =>
+export const lead = (pairing: string, ruled: boolean) =>
   pairing === "mai"
     ? "The chosen parents are paired so that their offspring are least inbred."
+    : pairing === "least"
+    ? `The chosen parents are paired for exactly the least inbreeding of their offspring${ruled ? " that the rules permit" : ""}.`
+    : ruled
+    ? "The chosen parents are paired at random as far as the rules permit; their offspring could be less inbred in another pairing."
     : "The chosen parents are paired as the search found them; their offspring could be less inbred in another pairing.";
+export const decided = (matings: number) => `${counted(matings, "mating was", "matings were")} decided beforehand.`;
+export const DECIDED = ["Decided", "Decided beforehand by a rule"] as const;
 export const HOW = "Press an F to see which common ancestors make it.";
 
 export const VIEWS = "View of the matings";

@@ -25,8 +25,10 @@ export const rate = (rate: number, ne: number, interval: number) => {
   if (ne < 2) return `Relationship rises in one step so much that, over a generation of ${digits(interval)} time steps, the rate of inbreeding would be ${percent(rate, 0)}: too fast for an effective size to mean anything. `;
   return `Inbreeding rises by ${percent(rate)} a generation, as in a population of an effective size of ${size(ne)}. `;
 };
-export const reaches = (share: number) =>
-  share < 1 ? `By the goal that was set it reaches ${atLeast(share)} of what any plan could. ` : "By the goal that was set no plan could be better. ";
+export const reaches = (share: number, ruled: boolean) =>
+  share < 1
+    ? `By the goal that was set it reaches ${atLeast(share)} of what any plan could${ruled ? ", were there no rules" : ""}. `
+    : "By the goal that was set no plan could be better. ";
 export const noBase = (animals: number, born: string, change: string) =>
   `How fast inbreeding rises by this plan cannot be said well, as only ${counted(animals, "animal", "animals")} born in ${born} can be compared with${change && `; over the last generation interval it ${change}`}. `;
 export const incomplete = (completeness: number, born: string) =>
