@@ -143,7 +143,7 @@ void Contradictions::find_partners() {
 
 // The matings of a sire with such a dam would count in two limits.
 void Contradictions::find_doubly_limited() {
-  if (!pairs_.has_gates()) return;
+  if (pairs_.gates() == 0) return;
   std::map<std::pair<std::int32_t, std::int32_t>, std::vector<std::int32_t>> limited;  // lines
   const auto limits = [](const MatingRule& rule, std::int32_t group) {
     return rule.kind() == RuleKind::kMaxPerGroup && rule.applies() &&

@@ -33,6 +33,9 @@ class Violations {
       if (rule.kind() == RuleKind::kMin) uses_(rule.a).least.add(rule.told.n);
       if (rule.kind() == RuleKind::kMax) uses_(rule.a).most.add(rule.told.n);
     }
+    std::vector<std::int32_t> dams(static_cast<std::size_t>(candidates_.nfcands));
+    std::iota(dams.begin(), dams.end(), candidates_.nmcands + 1);
+    dams_of_ = pairs_.by_group(dams);
     for (const UseRange& use : uses_) most_minima_ = std::max(most_minima_, use.least.count());
   }
 
@@ -40,7 +43,14 @@ class Violations {
 
   std::int32_t sires() const { return candidates_.nmcands; }
   std::int32_t dams() const { return candidates_.nfcands; }
-  bool has_gates() const { return pairs_.has_gates(); }
+  std::int32_t gates() const { return pairs_.gates(); }
+  const std::vector<std::int32_t>& gates_of(std::int32_t s) const {
+    return pairs_.gates_of(male(s));
+  }
+  std::int32_t sire_of(std::int32_t gate) const { return pairs_.gate(gate).sire - 1; }
+  const std::vector<std::int32_t>& dams_of(std::int32_t gate) const {
+    return dams_of_[static_cast<std::size_t>(pairs_.gate(gate).group)];
+  }
   bool counts_pairs() const { return pairs_.of_pair().count() > 0; }
   std::int32_t gate(std::int32_t s, std::int32_t d) const {
     return pairs_.gate_of(male(s), female(d));
@@ -69,7 +79,8 @@ class Violations {
   const Candidates& candidates_;
   PairRules pairs_;
   Table<UseRange> uses_;
-  std::int32_t most_minima_ = 0;  // of one candidate
+  std::vector<std::vector<std::int32_t>> dams_of_;  // by group
+  std::int32_t most_minima_ = 0;                    // of one candidate
 };
 
 class Search {

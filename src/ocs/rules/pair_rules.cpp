@@ -17,7 +17,7 @@ PairRules::PairRules(const RuleSet& set, const Candidates& candidates,
     : males_(candidates.nmcands), females_(static_cast<std::size_t>(candidates.nfcands)) {
   for (const MatingRule& rule : set.rules)
     if (rule.applies()) take(set, rule, candidates, relationship);
-  if (has_gates()) groups_of_ = set.groups_of;
+  if (gates() > 0) groups_of_ = set.groups_of;
 }
 
 void PairRules::take(const RuleSet& set, const MatingRule& rule, const Candidates& candidates,
@@ -71,7 +71,10 @@ void PairRules::forbid_groups(const RuleSet& set, const MatingRule& rule,
 }
 
 void PairRules::limit_groups(const RuleSet& set, const MatingRule& rule) {
-  if (gate_at_.rows() == 0) gate_at_.assign(std::ssize(set.groups), males_, 0);
+  if (gate_at_.rows() == 0) {
+    gate_at_.assign(std::ssize(set.groups), males_, 0);
+    gates_of_.assign(males_, {});
+  }
   const std::int32_t first = rule.a != 0 ? rule.a : 1, last = rule.a != 0 ? rule.a : males_;
   for (std::int32_t sire = first; sire <= last; ++sire) {
     for (std::int32_t group = 1; group <= std::ssize(set.groups); ++group) {
@@ -79,7 +82,8 @@ void PairRules::limit_groups(const RuleSet& set, const MatingRule& rule) {
       std::int32_t& number = gate_at_(group, sire);
       if (number == 0) {
         gates_.push_back({sire, group, {}});
-        number = static_cast<std::int32_t>(gates_.size());
+        number = gates();
+        gates_of_(sire).push_back(number);
       }
       gates_[static_cast<std::size_t>(number) - 1].limits.add(rule.told.n);
     }
@@ -93,6 +97,17 @@ std::int32_t PairRules::gate_of(std::int32_t male, std::int32_t female) const {
     if (number != 0) return number;
   }
   return 0;
+}
+
+std::vector<std::vector<std::int32_t>> PairRules::by_group(
+    std::span<const std::int32_t> dams) const {
+  if (gates_.empty()) return {};
+  std::vector<std::vector<std::int32_t>> places(static_cast<std::size_t>(gate_at_.rows()) + 1);
+  for (std::size_t d = 0; d < dams.size(); ++d) {
+    for (const std::int32_t group : groups_of_(dams[d]))
+      places[static_cast<std::size_t>(group)].push_back(static_cast<std::int32_t>(d));
+  }
+  return places;
 }
 
 std::int32_t PairRules::most(std::int32_t male, std::int32_t female) const {

@@ -55,11 +55,17 @@ class PairRules {
   }
   const MatingLimits& of_pair() const { return of_pair_; }
   bool counts_pairs() const { return of_pair_.count() > 0 || !exceptions_.empty(); }
-  // Numbered from 1. 0: the pair goes through none.
-  bool has_gates() const { return !gates_.empty(); }
+  // Gates are numbered from 1. 0: the pair goes through none.
+  std::int32_t gates() const { return static_cast<std::int32_t>(gates_.size()); }
   std::int32_t gate_of(std::int32_t male, std::int32_t female) const;
+  // The places in `dams`, from 0, of those that are in each group, by group from 1.
+  std::vector<std::vector<std::int32_t>> by_group(std::span<const std::int32_t> dams) const;
   const Gate& gate(std::int32_t number) const {
     return gates_[static_cast<std::size_t>(number) - 1];
+  }
+  const std::vector<std::int32_t>& gates_of(std::int32_t male) const {
+    static const std::vector<std::int32_t> none;
+    return gates_.empty() ? none : gates_of_(male);
   }
   // The matings of the two that a plan may have.
   std::int32_t most(std::int32_t male, std::int32_t female) const;
@@ -84,6 +90,7 @@ class PairRules {
   std::vector<std::uint8_t> broken_;  // by male and female; none where no rule forbids a pair
   MatingLimits of_pair_;
   std::vector<Gate> gates_;
+  Table<std::vector<std::int32_t>> gates_of_;   // by male: their numbers
   Table2<std::int32_t> gate_at_;                // by group and male: its number
   Table<std::vector<std::int32_t>> groups_of_;  // by candidate
   std::map<Pair, std::int32_t> exceptions_;     // matings of pairs to which rules give way

@@ -14,12 +14,11 @@ namespace {
 constexpr double kUnit = 1099511627776.0;  // 2^40: of costs, to an inbreeding coefficient of 1
 constexpr std::int64_t kRepeat = 2 * (std::int64_t{1} << 40);
 
-// The limits of a pairing of given uses. cost(male, female): of a mating, 0 or more.
-template <class Cost>
+// The limits of a pairing of given uses, at no cost unless costs are set.
 class UseLimits {
  public:
-  UseLimits(const Selection& selection, const Uses& uses, Cost cost, std::int64_t repeat)
-      : rules_(selection.rules.pairs), uses_(uses), repeat_(repeat), place_(uses.size(), -1) {
+  UseLimits(const Selection& selection, const Uses& uses)
+      : rules_(selection.rules.pairs), uses_(uses), place_(uses.size(), -1) {
     const Candidates& candidates = selection.candidates;
     for (std::int32_t i = 1; i <= candidates.ncands; ++i) {
       if (uses(i) == 0) continue;
@@ -27,13 +26,27 @@ class UseLimits {
       place_(i) = static_cast<std::int32_t>(parents.size());
       parents.push_back(i);
     }
+    dams_of_ = rules_.by_group(dams_);
+  }
+  // cost(male, female): of a mating, 0 or more. repeat: of one that is not the pair's first,
+  // besides.
+  template <class Cost>
+  void set_costs(Cost cost, std::int64_t repeat) {
     for (const std::int32_t sire : sires_)
       for (const std::int32_t dam : dams_) costs_.push_back(cost(sire, dam));
+    repeat_ = repeat;
   }
 
   std::int32_t sires() const { return static_cast<std::int32_t>(sires_.size()); }
   std::int32_t dams() const { return static_cast<std::int32_t>(dams_.size()); }
-  bool has_gates() const { return rules_.has_gates(); }
+  std::int32_t gates() const { return rules_.gates(); }
+  const std::vector<std::int32_t>& gates_of(std::int32_t s) const {
+    return rules_.gates_of(sire(s));
+  }
+  std::int32_t sire_of(std::int32_t gate) const { return place(rules_.gate(gate).sire); }
+  const std::vector<std::int32_t>& dams_of(std::int32_t gate) const {
+    return dams_of_[static_cast<std::size_t>(rules_.gate(gate).group)];
+  }
   bool counts_pairs() const { return repeat_ > 0 || rules_.counts_pairs(); }
   std::int32_t gate(std::int32_t s, std::int32_t d) const {
     return rules_.gate_of(sire(s), dam(d));
@@ -46,6 +59,7 @@ class UseLimits {
   }
   std::int64_t of_pair(std::int32_t s, std::int32_t d, std::int32_t n) const {
     if (n > rules_.most(sire(s), dam(d))) return kNoRoom;
+    if (costs_.empty()) return 0;
     const auto row = static_cast<std::size_t>(s) * dams_.size();
     return costs_[row + static_cast<std::size_t>(d)] + (n > 1 ? repeat_ : 0);
   }
@@ -61,17 +75,16 @@ class UseLimits {
  private:
   const PairRules& rules_;
   const Uses& uses_;
-  std::int64_t repeat_;
-  std::vector<std::int32_t> sires_, dams_;  // candidates with matings
-  Table<std::int32_t, 0> place_;            // among them
-  std::vector<std::int64_t> costs_;         // by sire and dam
+  std::int64_t repeat_ = 0;
+  std::vector<std::int32_t> sires_, dams_;          // candidates with matings
+  Table<std::int32_t, 0> place_;                    // among them
+  std::vector<std::int64_t> costs_;                 // by sire and dam
+  std::vector<std::vector<std::int32_t>> dams_of_;  // by group
 };
 
 // Decided matings first. `first` are made before all others, as far as that costs nothing.
-template <class Cost>
 std::vector<Pair> pairs_by_flow(const Selection& selection, const Uses& uses,
-                                std::span<const Pair> first, Cost cost, std::int64_t repeat) {
-  const UseLimits limits(selection, uses, std::move(cost), repeat);
+                                std::span<const Pair> first, const UseLimits& limits) {
   PairingFlow flow(limits);
   for (const auto& [male, female] : selection.rules.decided)
     flow.stand(limits.place(male), limits.place(female));
@@ -89,8 +102,6 @@ std::vector<Pair> pairs_by_flow(const Selection& selection, const Uses& uses,
   });
   return pairs;
 }
-
-std::int64_t no_cost(std::int32_t, std::int32_t) { return 0; }
 
 // Those that are not decided.
 std::vector<Pair> without_decided(const Selection& selection, std::span<const Pair> pairs) {
@@ -195,8 +206,8 @@ void mend_pairs(const Selection& selection, Mateset mateset) {
 
 bool can_be_paired(const Selection& selection, const Uses& uses, std::vector<Pair>& matings) {
   if (!selection.rules.pairs.any()) return true;
-  std::vector<Pair> pairs =
-      pairs_by_flow(selection, uses, without_decided(selection, matings), no_cost, 0);
+  std::vector<Pair> pairs = pairs_by_flow(selection, uses, without_decided(selection, matings),
+                                          UseLimits(selection, uses));
   if (std::ssize(pairs) != selection.nmatings) return false;
   matings = std::move(pairs);
   return true;
@@ -220,10 +231,12 @@ std::vector<Pair> least_inbred_pairs(const Selection& selection, const Relations
     for (std::int64_t k = 1; k <= mateset.nmatings(); ++k)
       least = std::min<std::int64_t>(least, inbreeding(mateset.male(j), mateset.female(k)));
   }
-  return pairs_by_flow(
-      selection, uses_of(candidates, mateset), {},
+  const Uses uses = uses_of(candidates, mateset);
+  UseLimits limits(selection, uses);
+  limits.set_costs(
       [&](std::int32_t male, std::int32_t female) { return inbreeding(male, female) - least; },
       repeatedmatings ? 0 : kRepeat);
+  return pairs_by_flow(selection, uses, {}, limits);
 }
 
 std::vector<Pair> random_pairs(const Selection& selection, Mateset mateset, Random& random) {
@@ -232,7 +245,8 @@ std::vector<Pair> random_pairs(const Selection& selection, Mateset mateset, Rand
     const auto k = static_cast<std::size_t>(random.ceiling_of_draw(static_cast<std::int64_t>(j)));
     std::swap(pairs[j - 1].second, pairs[k - 1].second);
   }
-  return pairs_by_flow(selection, uses_of(selection.candidates, mateset), pairs, no_cost, 0);
+  const Uses uses = uses_of(selection.candidates, mateset);
+  return pairs_by_flow(selection, uses, pairs, UseLimits(selection, uses));
 }
 
 void enter_pairs(const Selection& selection, const std::vector<Pair>& pairs, Mateset mateset) {
