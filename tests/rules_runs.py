@@ -23,12 +23,17 @@ sys.dont_write_bytecode = True
 import random_runs
 from random_runs import FEMALE, MALE, Expected, check_numbers, counts
 
+PAIRING = "pairing='least', "
 PLANS = 6000  # so many, and no more, are looked at
 MOST = ["max", "max-pair", "max-per-group"]  # kinds whose value is the most matings
 CLOSED = ["forbid", "forbid-groups", "max-f"]  # kinds that permit no mating of what they are about
 SMALL = dict(generations=2000, popsize=30, n_offspring=10, ngenerationsnoimprovement=1000,
              restart_interval=50, exchange_algorithm=40, mutate_probability=-1.0,
              crossover_probability=-1.0, directed_mutation_probability=-1.0)
+# Rows with a Sire, a Dam, an animal that is in No record and an Idle one, which is no candidate.
+WRONG = """fix,N,D,1 fix,S,N,1 fix,D,S,1 fix,S,D, fix,S,,2 min,N,,1 min,cow,,1 min,I,,1 min,S,,x min,,,2
+max,N,,3 max,S,,-1 max,D,,1.5 forbid,S,N, forbid,D,S, forbid,S,, group,N,new, group,S,, wish,S,D,1
+max-per-group,N,,2 max-per-group,D,,2 max-f,,,much max-pair,,, forbid-groups,nobody,,""".split()
 Case = namedtuple("Case", "program herd p relations want plan groups more")
 Ending = namedtuple("Ending", "plan value named faulty")  # a run's: `named` cannot hold together
 
@@ -88,7 +93,8 @@ def contradictions(case, rules):
         limits = [r for r in rules if r.kind == "max-per-group" and r.a in ("", s)]
         members = {r for r in rules if r.kind == "group" and r.a == d and
                    any(q.b in ("", r.b) for q in limits)}
-        if len(members) > 1: yield {*members, *(q for q in limits if q.b in ("", *(r.b for r in members)))}
+        if len(members) > 1:
+            yield {*members, *(q for q in limits if q.b in ("", *(r.b for r in members)))}
 
 # --- random input ---
 def small_herd(rng):
@@ -101,7 +107,8 @@ def small_herd(rng):
 def known_plan(rng, want):
     """A plan, and how many of its first matings are decided; none where it is not easily drawn."""
     unit = want.p["limitmalematings"]
-    males, dams = ([k for k in some for _ in range(want.animals[k].most)] for some in want.candidates)
+    males, dams = ([k for k in some for _ in range(want.animals[k].most)]
+                   for some in want.candidates)
     n = min(want.p["nmatings"], want.room)
     m = min(rng.choice([0, 0, 1, 2, 3, n // 2]), n) // unit * unit
     sires = rng.sample(males, m)
@@ -125,34 +132,35 @@ def random_case(program, folder, rng, small):
         pairs, n = math.prod(map(len, want.candidates)), p["nmatings"]
         if want.fault() is not None or small and math.comb(pairs + n - 1, n) > PLANS: continue
         plan, m = known_plan(rng, want)
-        more = f"&Improvement start={small or rng.random() < 0.5}, finish={small or rng.random() < 0.5} /\n"
-        more += "&MatingRules rulesfile='rules.csv', " + rng.choice(["", "", "pairing='least', "])
+        start, finish = (small or rng.random() < 0.5 for _ in range(2))
+        more = (f"&Improvement start={start}, finish={finish} /\n"
+                f"&MatingRules rulesfile='rules.csv', {rng.choice(['', '', PAIRING])}")
         if plan: return Case(program, herd, p, relations, want, plan, {}, more), Counter(plan[:m])
 
 def random_rule(rng, case, kind):
-    want, (a, b, n) = case.want, ("", "", "")
-    males, females = want.candidates
+    """Animals, groups and numbers at random, the number near what the plan has."""
+    want, groups, (males, females) = case.want, case.groups, case.want.candidates
     if kind in ("max", "forbid") and rng.random() < 0.1:  # of any animals
-        males, females = ([k for k, x in enumerate(want.animals) if x.sex == sex] for sex in (MALE, FEMALE))
-    if kind in ("min", "max"): a = rng.choice(males + females)
-    if kind in ("fix", "forbid"): a, b, n = rng.choice(males), rng.choice(females), ""
-    if kind == "forbid-groups": a, b = rng.choices([*case.groups] or ["nobody"], k=2)
-    if kind == "max-per-group": a, b = rng.choice(["", rng.choice(males)]), rng.choice(["", *case.groups])
-    if kind == "max-f":
-        s, d = map(rng.choice, want.candidates)
-        n = f"{want.rel[s][d] / 2:.{rng.choice([3, 10])}f}"
-    if kind in ("fix", "min", *MOST):  # near what the plan has
-        had = Rule(want, case.groups, kind, a, b, 0).counted(case.plan).values()
-        n = max(kind == "fix", max(had, default=0) + rng.randint(-1, 1) * (1 + (rng.random() < 0.3)))
-    return Rule(want, case.groups, kind, a, b, n)
+        sexes = [a.sex for a in want.animals]
+        males, females = ([k for k, x in enumerate(sexes) if x == sex] for sex in (MALE, FEMALE))
+    one, pair, names = [males + females, [""]], [males, females], [*groups] or ["nobody"]
+    of = {"min": one, "max": one, "fix": pair, "forbid": pair, "forbid-groups": [names, names],
+          "max-per-group": [[""] * len(males) + males, ["", *groups]]}
+    a, b = map(rng.choice, of.get(kind, [[""], [""]]))
+    s, d = map(rng.choice, want.candidates)
+    n = f"{want.rel[s][d] / 2:.{rng.choice([3, 10])}f}" if kind == "max-f" else ""
+    if kind in ("fix", "min", *MOST):
+        had = Rule(want, groups, kind, a, b, 0).counted(case.plan).values()
+        n = max(int(kind == "fix"), max(had, default=0) + rng.choice([-2, -1, 0, 0, 1, 2]))
+    return Rule(want, groups, kind, a, b, n)
 
 def random_rules(rng, case, decided, kept):
     """Perhaps only such as are `kept` by the plan; one time in ten some that contradict each other."""
     want, rules, careless = case.want, [], rng.random() < 0.1
     for name in rng.sample(["g1", "North 2", "x_y", "7"], rng.randint(0, 3)):
-        taken = {k for some in case.groups.values() for k in some} if rng.random() < 0.8 else ()
-        share = rng.choice([0.1, 0.5])
-        members = [k for k, a in enumerate(want.animals) if a.sex and k not in taken and rng.random() < share]
+        taken = {k for some in case.groups.values() for k in some if rng.random() < 0.97}
+        share, some = rng.choice([0.1, 0.5]), (k for k, a in enumerate(want.animals) if a.sex)
+        members = [k for k in some if k not in taken and rng.random() < share]
         if members: case.groups[name] = members
         rules += [Rule(want, {}, "group", k, name) for k in members]
     rules += [Rule(want, {}, "fix", *pair, n) for pair, n in decided.items()]
@@ -166,13 +174,10 @@ def random_rules(rng, case, decided, kept):
 def wrong_rows(rng, want):
     s, d = (want.animals[rng.choice(some)].id for some in want.candidates)
     no = next(i for i in itertools.count(5) if i not in want.number)
-    rows = [("fix", no, d, 1), ("fix", s, no, 1), ("min", no, "", 1), ("max", no, "", 3), ("forbid", s, no, ""),
-            ("group", no, "new", ""), ("max-per-group", no, "", 2), ("fix", d, s, 1), ("forbid", d, s, ""),
-            ("max-per-group", d, "", 2), ("min", s, "", "x"), ("min", "cow", "", 1), ("max", s, "", -1),
-            ("max", d, "", 1.5), ("fix", s, d, ""), ("group", s, "", ""), ("forbid", s, "", ""), ("min", "", "", 2),
-            ("max-f", "", "", "much"), ("max-pair", "", "", ""), ("wish", s, d, 1), ("forbid-groups", "nobody", "", "")]
-    idle = [a.id for a in want.animals if a.sex and a.most == 0][:5]
-    return rng.sample(rows + [("min", i, "", 1) for i in idle], rng.randint(1, 3))
+    idle = rng.choice([no, *(a.id for a in want.animals if a.sex and a.most == 0)])
+    names = {"S": s, "D": d, "N": no, "I": idle}
+    rows = rng.sample(WRONG, rng.randint(1, 3))
+    return [tuple(str(names.get(cell, cell)) for cell in row.split(",")) for row in rows]
 
 def written(rng, rows):
     """The file, and its rows with their texts by line."""
@@ -215,8 +220,9 @@ def run(case, folder, rng, rules, keep_all, wrong=(), repeat=False):
 
 def check_all_plans(case, rules, keep_all, ending):
     want, unit, n = case.want, case.p["limitmalematings"], len(case.plan)
-    plans = [plan for plan in itertools.combinations_with_replacement(itertools.product(*want.candidates), n)
-             if all(used <= want.animals[k].most for k, used in Counter(sum(plan, ())).items())]
+    plans = itertools.combinations_with_replacement(itertools.product(*want.candidates), n)
+    plans = [plan for plan in plans if all(
+        used <= want.animals[k].most for k, used in Counter(sum(plan, ())).items())]
     broken = {plan: {r: k for r in rules if (k := r.violations(plan))} for plan in plans}
     uses = {plan: tuple(tuple(sorted(some)) for some in zip(*plan)) for plan in plans}
 
@@ -239,10 +245,11 @@ def check_all_plans(case, rules, keep_all, ending):
     plan = tuple(sorted(ending.plan))
     assert plan in some, f"broken by {number[plan]}, not {least}"
     values = [want.values(plan) for plan in {uses[plan]: plan for plan in some}.values()]
-    rate = max(case.p["dfconstraint"], 1e-5) if case.p["optimise"] == "constraint" else math.inf
+    most = min(max(case.p["dfconstraint"], 1e-5), 1.0)
+    rate = most if case.p["optimise"] == "constraint" else math.inf
     best = max([v[0] for v in values if v[3] <= rate] or [v[0] for v in values])
     if want.values(plan)[0] < best: check_numbers(ending.value, [best])
-    if "least" in case.more or case.p["matingstrategy"].lower() == "mai":
+    if PAIRING in case.more or case.p["matingstrategy"].lower() == "mai":
         def cost(plan):
             repeats = 0 if case.p["repeatedmatings"] else n - len(set(plan))
             return 2 * repeats + sum(want.rel[s][d] / 2 for s, d in plan)
@@ -261,11 +268,11 @@ def check_run(program, folder, rng, seed):
     rules = random_rules(rng, case, decided, kept)
     wrong = wrong_rows(rng, case.want) if rng.random() < 0.1 else []
     ending = run(case, folder / "run", rng, rules, keep_all, wrong, seed % 4 < 2)
-    faults, known = [*({row} for row in wrong), *contradictions(case, rules)], sum(r.violations(case.plan) for r in rules)
-    size = "small" if small else "large"
+    faults = [*({row} for row in wrong), *contradictions(case, rules)]
+    known, size = sum(r.violations(case.plan) for r in rules), "small" if small else "large"
     if faults:
         untold = [fault for fault in faults if not fault & ending.faulty]
-        assert not untold, f"not told: {[getattr(row, 'cells', row) for row in set().union(*untold)]}"
+        assert not untold, f"not told: {[[getattr(row, 'cells', row) for row in some] for some in untold]}"
         assert ending.faulty <= set().union(*faults), "told, but no fault"
         counts[f"{size}, faulty"] += 1
         return
@@ -275,7 +282,7 @@ def check_run(program, folder, rng, seed):
         assert known and keep_all, "a plan is known, and none is given"
         runs = itertools.count()
         check_named(case, rules, ending.named, lambda some: run(
-            case, folder / f"some{next(runs)}", rng, [*some], True).plan is not None)
+            case, folder / f"some{next(runs)}", rng, [r for r in rules if r in some], True).plan is not None)
     broken = ending.plan and sum(r.violations(ending.plan) for r in rules)
     assert not broken or not keep_all and broken <= known, f"broken by {broken}; by {known} can be"
     counts[f"{size}, {'infeasible' if broken is None else 'violated' if broken else 'feasible'}"] += 1
