@@ -164,7 +164,7 @@ def random_rules(rng, case, decided, kept):
         if members: case.groups[name] = members
         rules += [Rule(want, {}, "group", k, name) for k in members]
     rules += [Rule(want, {}, "fix", *pair, n) for pair, n in decided.items()]
-    for _ in range(rng.randint(1, 9)):
+    for _ in range(rng.randint(1, 9) if kept else rng.randint(4, 16)):
         rule = random_rule(rng, case, rng.choice(["min", "min", *MOST, *CLOSED, *["fix"] * careless]))
         contrary = any(contradictions(case, [*rules, rule]))
         if (careless if contrary else rule.kind != "fix" and not (kept and rule.violations(case.plan))):
@@ -263,7 +263,7 @@ def check_named(case, rules, named, possible):
     for r in named - held: assert possible((named | held) - {r}), f"{r.cells} is not needed"
 
 def check_run(program, folder, rng, seed):
-    small, kept, keep_all = seed % 2 == 1, rng.random() < 0.4, rng.random() < 0.6
+    small, kept, keep_all = seed % 2 == 1, rng.random() < 0.3, rng.random() < 0.6
     case, decided = random_case(program, folder, rng, small)
     rules = random_rules(rng, case, decided, kept)
     wrong = wrong_rows(rng, case.want) if rng.random() < 0.1 else []
