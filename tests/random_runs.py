@@ -98,7 +98,8 @@ def run(program, folder, herd, p, relations="", more="", rules=""):
               folder / "rules.csv": rules}
     for path, text in inputs.items(): path.write_text(text, newline="")
     done = subprocess.run([program, "qob.prm"], cwd=folder, timeout=99, text=True, capture_output=1)
-    assert all(path.read_bytes() == text.encode() for path, text in inputs.items()), "an input file changed"
+    kept = all(path.read_bytes() == text.encode() for path, text in inputs.items())
+    assert kept, "an input file changed"
     assert not re.search("Sanitizer|runtime error", done.stderr), done.stderr
     files = {path.name.removeprefix("res_"): path.read_text() for path in folder.glob("**/*")
              if path.is_file() and path not in inputs}

@@ -31,9 +31,10 @@ SMALL = dict(generations=2000, popsize=30, n_offspring=10, ngenerationsnoimprove
              restart_interval=50, exchange_algorithm=40, mutate_probability=-1.0,
              crossover_probability=-1.0, directed_mutation_probability=-1.0)
 # Rows with a Sire, a Dam, an animal that is in No record and an Idle one, which is no candidate.
-WRONG = """fix,N,D,1 fix,S,N,1 fix,D,S,1 fix,S,D, fix,S,,2 min,N,,1 min,cow,,1 min,I,,1 min,S,,x min,,,2
-max,N,,3 max,S,,-1 max,D,,1.5 forbid,S,N, forbid,D,S, forbid,S,, group,N,new, group,S,, wish,S,D,1
-max-per-group,N,,2 max-per-group,D,,2 max-f,,,much max-pair,,, forbid-groups,nobody,,""".split()
+WRONG = """fix,N,D,1 fix,S,N,1 fix,D,S,1 fix,S,D, fix,S,,2 min,N,,1 min,cow,,1 min,I,,1 min,S,,x
+min,,,2 max,N,,3 max,S,,-1 max,D,,1.5 forbid,S,N, forbid,D,S, forbid,S,, group,N,new, group,S,,
+wish,S,D,1 max-per-group,N,,2 max-per-group,D,,2 max-f,,,much max-pair,,,
+forbid-groups,nobody,,""".split()
 Case = namedtuple("Case", "program herd p relations want plan groups more")
 Ending = namedtuple("Ending", "plan value named faulty")  # a run's: `named` cannot hold together
 
@@ -75,7 +76,7 @@ def contradictions(case, rules):
     """Sets of rules that contradict each other, or the data, in a direct way."""
     want, unit = case.want, case.p["limitmalematings"]
     fix, decided = [r for r in rules if r.kind == "fix"], [*decided_by(rules).elements()]
-    closing = [r for r in rules if r.kind in CLOSED or r.kind in MOST and not r.n]
+    closing = [r for r in rules if r.kind in CLOSED or r.kind == "max" and not r.n]
     if len(decided) > len(case.plan) or (len(case.plan) - len(decided)) % unit: yield {*fix}
     for k, used in Counter(sum(decided, ())).items():
         if used > want.animals[k].most: yield {r for r in fix if k in (r.a, r.b)}
@@ -86,8 +87,9 @@ def contradictions(case, rules):
         if r.kind in MOST + CLOSED and r.violations(decided):
             yield {r, *(f for f in fix if (f.a, f.b) in r.together)}
         if r.kind == "min" and r.n > min(want.animals[r.a].most, len(case.plan)): yield {r}
-        if r.kind == "min" and r.n and all(any(x in q.together for q in closing) for x in r.together):
-            yield {r, *(q for q in closing if q.together.keys() & r.together)}
+        closed = [q for q in closing if q.together.keys() & r.together]
+        if r.kind == "min" and r.n and r.together.keys() <= {x for q in closed for x in q.together}:
+            yield {r, *closed}
         if r.kind in ("forbid-groups", "max-per-group") and r.names - case.groups.keys(): yield {r}
     for s, d in itertools.product(*want.candidates):
         limits = [r for r in rules if r.kind == "max-per-group" and r.a in ("", s)]
@@ -105,16 +107,23 @@ def small_herd(rng):
     return [a._replace(most=rng.randint(1, 3) if a.id in chosen else 0) for a in herd]
 
 def known_plan(rng, want):
-    """A plan, and how many of its first matings are decided; none where it is not easily drawn."""
+    """A plan, and how many of its first matings are decided; none where it is not easily drawn.
+
+    Decided matings need not come in units: then the plan may be of fewer than asked for."""
     unit = want.p["limitmalematings"]
     males, dams = ([k for k in some for _ in range(want.animals[k].most)]
                    for some in want.candidates)
     n = min(want.p["nmatings"], want.room)
-    m = min(rng.choice([0, 0, 1, 2, 3, n // 2]), n) // unit * unit
+    m = min(rng.choice([0, 0, 1, 2, 3, n // 2]), n)
+    less = n - (n - m) % unit
+    if unit <= less < n == want.p["nmatings"] and rng.random() < 0.5:
+        want.p["nmatings"] = n = less
+    else:
+        m -= m % unit
     sires = rng.sample(males, m)
     left = Counter(males) - Counter(sires)
     units = [k for k in left for _ in range(left[k] // unit)]
-    if not n or n % unit or (n - m) // unit > len(units): return None, m
+    if not n or (n - m) % unit or (n - m) // unit > len(units): return None, m
     sires += rng.sample(units, (n - m) // unit) * unit
     return list(zip(sires, rng.sample(dams, n))), m
 
@@ -123,7 +132,8 @@ def random_case(program, folder, rng, small):
     for attempt in itertools.count():
         herd = small_herd(rng) if small else random_runs.random_herd(rng)
         p, relations = random_runs.random_parameters(rng, herd), ""
-        if small: p.update(SMALL, limitmalematings=rng.choice([1, 1, 2]), nmatings=rng.randint(2, 6))
+        unit, n = rng.choice([1, 1, 2]), rng.randint(2, 6)
+        if small: p.update(SMALL, limitmalematings=unit, nmatings=n)
         if p["source"] == "file":
             first = folder / f"first{attempt}"
             relations = random_runs.written_relationships(program, first, herd, p, rng)
@@ -151,11 +161,12 @@ def random_rule(rng, case, kind):
     n = f"{want.rel[s][d] / 2:.{rng.choice([3, 10])}f}" if kind == "max-f" else ""
     if kind in ("fix", "min", *MOST):
         had = Rule(want, groups, kind, a, b, 0).counted(case.plan).values()
-        n = max(int(kind in ("fix", "max-pair")), max(had, default=0) + rng.choice([-2, -1, 0, 0, 1, 2]))
+        near = max(had, default=0) + rng.choice([-2, -1, 0, 0, 1, 2])
+        n = max(near, 1 if kind in ("fix", "max-pair") else 0)
     return Rule(want, groups, kind, a, b, n)
 
 def random_rules(rng, case, decided, kept):
-    """Perhaps only such as are `kept` by the plan; one time in ten some that contradict each other."""
+    """Perhaps only such as the plan keeps; one time in ten some that contradict each other."""
     want, rules, careless = case.want, [], rng.random() < 0.1
     for name in rng.sample(["g1", "North 2", "x_y", "7"], rng.randint(0, 3)):
         taken = {k for some in case.groups.values() for k in some if rng.random() < 0.97}
@@ -165,10 +176,11 @@ def random_rules(rng, case, decided, kept):
         rules += [Rule(want, {}, "group", k, name) for k in members]
     rules += [Rule(want, {}, "fix", *pair, n) for pair, n in decided.items()]
     for _ in range(rng.randint(1, 9) if kept else rng.randint(4, 16)):
-        rule = random_rule(rng, case, rng.choice(["min", "min", *MOST, *CLOSED, *["fix"] * careless]))
+        kinds = ["min", "min", *MOST, *CLOSED, *["fix"] * careless]
+        rule = random_rule(rng, case, rng.choice(kinds))
         contrary = any(contradictions(case, [*rules, rule]))
-        if (careless if contrary else rule.kind != "fix" and not (kept and rule.violations(case.plan))):
-            rules.append(rule)
+        fits = rule.kind != "fix" and not (kept and rule.violations(case.plan))
+        if careless if contrary else fits: rules.append(rule)
     return rules
 
 def wrong_rows(rng, want):
@@ -203,14 +215,16 @@ def run(case, folder, rng, rules, keep_all, wrong=(), repeat=False):
     text, texts = written(rng, [*rules, *wrong])
     given = case.herd, case.p, case.relations, f"{case.more} keep_all={keep_all} /\n", text
     files, told = random_runs.run(case.program, folder, *given)
-    assert not repeat or random_runs.run(case.program, folder / "again", *given) == (files, told), "new"
+    again = folder / "again"
+    assert not repeat or random_runs.run(case.program, again, *given) == (files, told), "new"
     if told:
-        rows = [(int(k), row) for k, row in re.findall(r"(?m)^rules\.csv:(\d+): (.*)", files["stderr"])]
+        rows = re.findall(r"(?m)^rules\.csv:(\d+): (.*)", files["stderr"])
         named = "cannot hold together" in files["stderr"]
-        assert not named or all(texts[k][1] == cells(row) for k, row in rows), f"{rows} are others"
-        some = {texts[k][0] for k, _ in rows}
+        assert not named or all(texts[int(k)][1] == cells(row) for k, row in rows), rows
+        some = {texts[int(k)][0] for k, _ in rows}
         illegal = files["qob.log"].count("Base pop solution not legal")
-        if illegal + case.p["n_offspring"] >= case.p["popsize"] and "legal solution was NOT" in told:
+        unlucky = illegal + case.p["n_offspring"] >= case.p["popsize"]
+        if unlucky and "A legal solution was NOT found" in told:
             return Ending(None, None, None, set())  # an unlucky start of the search
         if "do not fit into units" in told: some |= {r for r in rules if r.kind == "fix"}
         return Ending(None, None, some if named else set(), set() if named else some)
@@ -282,7 +296,8 @@ def check_run(program, folder, rng, seed):
     known, size = sum(r.violations(case.plan) for r in rules), "small" if small else "large"
     if faults:
         untold = [fault for fault in faults if not fault & ending.faulty]
-        assert not untold, f"not told: {[[getattr(row, 'cells', row) for row in some] for some in untold]}"
+        names = [[getattr(row, "cells", row) for row in fault] for fault in untold]
+        assert not untold, f"not told: {names}"
         assert ending.faulty <= set().union(*faults), "told, but no fault"
         counts[f"{size}, faulty"] += 1
         return
@@ -298,7 +313,8 @@ def check_run(program, folder, rng, seed):
             case, folder / f"some{next(runs)}", rng, [r for r in rules if r in some], True).named)
     broken = ending.plan and sum(r.violations(ending.plan) for r in rules)
     assert not broken or not keep_all and broken <= known, f"broken by {broken}; by {known} can be"
-    counts[f"{size}, {'infeasible' if broken is None else 'violated' if broken else 'feasible'}"] += 1
+    ended = "infeasible" if broken is None else "violated" if broken else "feasible"
+    counts[f"{size}, {ended}"] += 1
     counts.update({r.kind for r in rules})
 
 if __name__ == "__main__": random_runs.main(check_run)
