@@ -86,10 +86,12 @@ def contradictions(case, rules):
     for r in rules:
         if r.kind in MOST + CLOSED and r.violations(decided):
             yield {r, *(f for f in fix if (f.a, f.b) in r.together)}
-        if r.kind == "min" and r.n > min(want.animals[r.a].most, len(case.plan)): yield {r}
-        closed = [q for q in closing if q.together.keys() & r.together]
-        if r.kind == "min" and r.n and r.together.keys() <= {x for q in closed for x in q.together}:
-            yield {r, *closed}
+        if r.kind == "min":  # the strictest of an animal may stand for the others
+            mins = {q for q in rules if (q.kind, q.a) == ("min", r.a) and q.n >= r.n}
+            closed = [q for q in closing if q.together.keys() & r.together]
+            if r.n > min(want.animals[r.a].most, len(case.plan)): yield mins
+            if r.n and r.together.keys() <= {x for q in closed for x in q.together}:
+                yield {*mins, *closed}
         if r.kind in ("forbid-groups", "max-per-group") and r.names - case.groups.keys(): yield {r}
     for s, d in itertools.product(*want.candidates):
         limits = [r for r in rules if r.kind == "max-per-group" and r.a in ("", s)]
