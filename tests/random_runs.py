@@ -21,7 +21,7 @@ they are; the same input gives the same bytes. Of every result, to the digits pr
                  candidates, above their mean by allowances
   value          what the search maximises: of these, by the criterion of the parameters
 """
-import ast, math, pathlib, random, re, shutil, subprocess, sys, tempfile
+import ast, itertools, math, pathlib, random, re, shutil, subprocess, sys, tempfile
 from collections import Counter, namedtuple
 from statistics import fmean
 
@@ -86,20 +86,24 @@ def random_parameters(rng, herd):
     return p
 
 # --- a run ---
-def run(program, folder, herd, p, relations=""):
-    """Runs the program, checks what holds for any input; gives its files and the fault it told."""
+def run(program, folder, herd, p, relations="", more="", rules=""):
+    """Runs the program, checks what holds for any input; gives its files and the fault it told.
+
+    `more` stands behind the groups of p, `rules` in rules.csv."""
     (folder / "out").mkdir(parents=True)
     groups = (f"&{group} {', '.join(f'{key}={p[key]!r}' for key in keys)} /\n"
               for group, keys in DRAWN.items())
     inputs = {folder / "qob.dat": "".join(" ".join(map(str, a)) + "\n" for a in herd),
-              folder / "qob.prm": "".join(groups), folder / "read.dat": relations}
-    for path, text in inputs.items(): path.write_text(text)
+              folder / "qob.prm": "".join(groups) + more, folder / "read.dat": relations,
+              folder / "rules.csv": rules}
+    for path, text in inputs.items(): path.write_text(text, newline="")
     done = subprocess.run([program, "qob.prm"], cwd=folder, timeout=99, text=True, capture_output=1)
-    assert all(path.read_text() == text for path, text in inputs.items()), "an input file changed"
+    kept = all(path.read_bytes() == text.encode() for path, text in inputs.items())
+    assert kept, "an input file changed"
     assert not re.search("Sanitizer|runtime error", done.stderr), done.stderr
     files = {path.name.removeprefix("res_"): path.read_text() for path in folder.glob("**/*")
              if path.is_file() and path not in inputs}
-    for name, text in [*files.items(), ("stdout", done.stdout)]:
+    for name, text in [*files.items(), ("stdout", done.stdout), ("stderr", done.stderr)]:
         assert text.endswith("\n"), f"{name} does not end in a line end"
         assert name[-4:] != ".txt" or not re.search(r"(?i)\b(nan|inf|infinity)\b", text), name
         files[name] = re.sub(r"(?m)^(  cpu=| wall=| QOB started|  QOB started).*", "", text)
@@ -151,6 +155,8 @@ class Expected:
         self.interval = fmean(self.ages or [1])
         self.product = tabular(self.parents, [(r[k] or 1) - 1 for k, r in enumerate(self.rel)])
         self.last = dot(*self.fixed(0)) / self.interval ** 2  # relationship before the matings
+        self.coming = self.fixed(1)
+        self.decided = Counter()  # matings that are part of every plan
 
     def triples(self, text):
         lines = map(str.split, text.splitlines())
@@ -180,7 +186,7 @@ class Expected:
         return x, [dot(row, x) for row in self.product]
 
     def relationship(self, used):
-        y, ay = self.fixed(1)
+        y, ay = self.coming
         own = fmean(mean_of(self.rel[i], used) for i in used)
         return (dot(y, ay) + 2 * mean_of(ay, used) + own) / self.interval ** 2
 
@@ -244,13 +250,16 @@ def check_mating_list(want, files, n):
     """Gives the matings: sire and dam by their numbers."""
     lines, rel, merit = files["qob_MatingList.txt"].split("\n")[1:-1], want.rel, want.merit
     matings = [tuple(want.number[int(i)] for i in line.split()[:2]) for line in lines]
-    assert len(matings) == n and matings == sorted(matings), f"{n} matings expected, in order"
-    nm = nf = 0  # how often the sire, and the dam, came in a row
+    decided = [line.endswith(" decided") for line in lines]
+    order = [(not first, *mating) for first, mating in zip(decided, matings)]
+    assert len(matings) == n and order == sorted(order), f"{n} matings expected, in order"
+    assert Counter(itertools.compress(matings, decided)) == want.decided, "the matings decided"
+    had, nf = Counter(), 0  # the matings of the sire, and how often the dam came in a row
     for k, ((s, d), before, line) in enumerate(zip(matings, [(-1, -1)] + matings, lines), 1):
         assert s in want.candidates[0] and d in want.candidates[1], f"wrong parents in {line}"
-        nm, nf = nm * (s == before[0]) + 1, nf * (d == before[1]) + 1
+        had[s], nf = had[s] + 1, nf * (d == before[1]) + 1
         variance = (2 - (rel[s][s] + rel[d][d]) / 2) / 2
-        check_numbers(line, [want.animals[s].id, want.animals[d].id, k, nm, nf,
+        check_numbers(line, [want.animals[s].id, want.animals[d].id, k, had[s], nf,
                              (merit[s] + merit[d]) / 2, rel[s][d] / 2, variance])
     return matings
 
@@ -260,7 +269,8 @@ def check_candidates(want, files, matings):
     groups = [*want.candidates, *zip(*matings)]  # all males, all females, those used of each
     for k, row in zip(sum(want.candidates, []), rows, strict=True):
         a, n = want.animals[k], used[k]
-        in_groups = a.sex == FEMALE or n % want.p["limitmalematings"] == 0
+        free = n - sum(fixed for mating, fixed in want.decided.items() if k in mating)
+        in_groups = a.sex == FEMALE or free % want.p["limitmalematings"] == 0
         assert n <= a.most and in_groups, f"{a} has {n} matings"
         check_numbers(" ".join(row), [a.id, a.sex, n, offspring[k], want.merit[k],
                                       *(mean_of(want.rel[k], group) for group in groups)])
@@ -268,21 +278,19 @@ def check_candidates(want, files, matings):
     listed = [line.split()[:7] for line in files["male_list.txt"].split("\n")[6:-1]]
     assert listed == selected, "the males selected"
 
-def check_search_result(want, files, matings):
+def check_search_result(want, files, matings, finished=False):
     p, values, slack = want.p, want.values(matings), 1e-12 * (1 + max(map(abs, want.merit)))
     found, value, merit, relationship, random_f, age, _, _, rate, _, paired_f = re.findall(
         r"(?m)^ \w[\w ]+:(.*)", files["F_summary.txt"])[-11:]
     check_numbers(" ".join((value, merit, relationship, rate, age)), values, slack)
     check_numbers(paired_f, [fmean(want.rel[s][d] / 2 for s, d in matings)])
-    if random_f != paired_f:  # only pairing changes it, for the better if it may repeat matings
-        assert p["matingstrategy"].lower() == "mai", f"{random_f} to {paired_f}"
-        assert float(random_f) > float(paired_f) or not p["repeatedmatings"], f"{random_f} rose"
     if p["generations"] >= 0:
         best = files["qob_best.txt"].split("\n")[-2]
-        check_numbers(best.split(None, 1)[1], values, slack)
+        if not finished: check_numbers(best.split(None, 1)[1], values, slack)
         ran = min(int(found) + p["ngenerationsnoimprovement"], p["generations"])
         counts["exchanges"] += ran // (p["exchange_algorithm"] or 10**9)
         counts["restarts"] += files["qob.log"].count("Mutating solutions to increase variance")
+    return value, random_f, paired_f
 
 def written_relationships(program, folder, herd, p, rng):
     """A relationship file as a run writes it, perhaps with some lines left out."""
@@ -290,7 +298,7 @@ def written_relationships(program, folder, herd, p, rng):
     written = run(program, folder, herd, first)[0].get("rel.dat", "")
     return "".join(line for line in written.splitlines(True) if rng.random() < kept)
 
-def check_run(program, folder, rng, repeat):
+def check_run(program, folder, rng, seed):
     herd, relations = random_herd(rng), ""
     p = random_parameters(rng, herd)
     if p["source"] == "file":
@@ -298,7 +306,7 @@ def check_run(program, folder, rng, repeat):
         p.update({"gfile": "read.dat"} if relations else {"source": "Pedigree"})
     want = Expected(herd, p, relations)
     files, told = run(program, folder / "run", herd, p, relations)
-    assert not repeat or run(program, folder / "again", herd, p, relations) == (files, told), "new"
+    assert seed % 4 or run(program, folder / "again", herd, p, relations) == (files, told), "new"
     fault = check_outcome(want, files, told)
     counts[{None: "mated", "": "analysed"}.get(fault, f"told: {fault}")] += 1
     for i, j, a in want.triples(files.get("rel.dat", "")): check_numbers(a, [want.a[i][j]])
@@ -309,17 +317,23 @@ def check_run(program, folder, rng, repeat):
         n = min(p["nmatings"], want.room)
         matings = check_mating_list(want, files, n)
         check_candidates(want, files, matings)
-        check_search_result(want, files, matings)
+        _, random_f, paired_f = check_search_result(want, files, matings)
+        if random_f != paired_f:  # only pairing changes it, for the better if it may repeat matings
+            assert p["matingstrategy"].lower() == "mai", f"{random_f} to {paired_f}"
+            assert float(random_f) > float(paired_f) or not p["repeatedmatings"], f"{random_f} rose"
         merits = [want.merit[k] for k in sum(want.candidates, [])]
         counts.update(f"{key} {p[key]}" for key in ("optimise", "limitmalematings", "source"))
         counts.update(inserted=want.inserted, shortage=n < p["nmatings"],
                       ties=len(set(merits)) < len(merits))
 
-program, runs = pathlib.Path(sys.argv[1]).resolve(), int(sys.argv[2])
-first = int(sys.argv[3]) if len(sys.argv) > 3 else 1
-for seed in range(first, first + runs):
-    folder = pathlib.Path(tempfile.mkdtemp(prefix="random_runs_"))
-    try: check_run(program, folder, random.Random(seed), repeat=seed % 4 == 0)
-    except Exception as fault: raise SystemExit(f"seed {seed}, {folder}: {fault!r}") from fault
-    shutil.rmtree(folder)
-print(f"{runs} runs:", ", ".join(f"{number} {kind}" for kind, number in sorted(counts.items())))
+def main(check_run):
+    program, runs = pathlib.Path(sys.argv[1]).resolve(), int(sys.argv[2])
+    first, name = int(sys.argv[3]) if len(sys.argv) > 3 else 1, pathlib.Path(sys.argv[0]).stem
+    for seed in range(first, first + runs):
+        folder = pathlib.Path(tempfile.mkdtemp(prefix=f"{name}_"))
+        try: check_run(program, folder, random.Random(seed), seed)
+        except Exception as fault: raise SystemExit(f"seed {seed}, {folder}: {fault!r}") from fault
+        shutil.rmtree(folder)
+    print(f"{runs} runs:", ", ".join(f"{number} {kind}" for kind, number in sorted(counts.items())))
+
+if __name__ == "__main__": main(check_run)
