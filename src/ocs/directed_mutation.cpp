@@ -249,11 +249,12 @@ class DirectedMutation {
                                                     // as the first of its twins, was looked at
 };
 
-// The value of the mateset is needed by nobody. But an empty entry stops the run, and an illegal
-// mateset may be reported.
+// The value of the mateset is needed by nobody. But an empty entry stops the run, and without rules
+// an illegal mateset may be reported.
 bool evaluation_may_be_seen(const Problem& problem, Mateset mateset) {
-  return mateset.has_empty_entry() || (problem.objective.criterion == Criterion::kPenalty &&
-                                       !is_legal(problem.selection, mateset));
+  return mateset.has_empty_entry() ||
+         (problem.objective.criterion == Criterion::kPenalty && problem.selection.rules.empty() &&
+          !is_legal(problem.selection, mateset));
 }
 
 }  // namespace

@@ -139,8 +139,6 @@ std::string title_of(const FinishedRun& finished) {
 
 void tell_reach(FinishedRun& finished, Report& report) {
   const FinishedRun::Planned& planned = *finished.planned;
-  // Of males with decided matings besides, the bound does not know the units.
-  if (planned.selection.limitmalematings > 1 && !planned.selection.rules.decided.empty()) return;
   Possible possible(planned.selection, planned.relationship, finished.pedigree);
   const std::optional<Reach> reach =
       possible.reach(objective_of(finished.run.parameters.ocs, planned.selection.goal));

@@ -24,7 +24,7 @@ std::string read(const std::string& text) {
 TEST(RulesFile, IsReadAsSpreadsheetsWriteIt) {
   EXPECT_EQ(read("\xEF\xBB\xBFKind;A;B;Value\r\n\r\nMAX-F;;;0,0625\r\nmin; 7 ;;2;\r\n"),
             "3 max-f,,,0.0625\n4 min,7,,2\n");
-  EXPECT_EQ(read("kind\ta\tb\tvalue\ngroup\t7\t\"a \"\"b\"\",c\"\t"),
+  EXPECT_EQ(read("\"kind\"\ta\tb\tvalue\ngroup\t7\t\"a \"\"b\"\",c\"\t"),
             "2 group,7,\"a \"\"b\"\",c\",\n");
   EXPECT_EQ(read("kind,a,b,value\ngroup,7,St\xE4lle,"), "2 group,7,St\xC3\xA4lle,\n");
 }

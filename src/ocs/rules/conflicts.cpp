@@ -136,8 +136,7 @@ bool Contradictions::has_partner(std::int32_t i) const {
 void Contradictions::find_partners() {
   for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
     if (least_(i) == nullptr || least_(i)->n <= decided_(i) || has_partner(i)) continue;
-    fault(*least_(i), "'" + name(i) + "' has no permitted partner : " + matings(least_(i)->n) +
-                          " are to be made");
+    fault(*least_(i), "'" + name(i) + "' has no permitted partner for " + matings(least_(i)->n));
   }
 }
 

@@ -58,13 +58,14 @@ class Reader {
 };
 
 void Reader::take_header(std::string_view line) {
-  const std::size_t kind = kRulesHeader.find(',');
-  separator_ = line.size() > kind ? line[kind] : ',';
-  if (std::string_view(";\t").find(separator_) == std::string_view::npos) separator_ = ',';
-  std::string header = lowercase(line);
-  std::replace(header.begin(), header.end(), separator_, ',');
-  header.resize(header.find_last_not_of(", ") + 1);  // npos + 1 is 0
-  if (header != kRulesHeader) fault("expected the header " + std::string(kRulesHeader));
+  const std::size_t end = line.find_first_of(",;\t");
+  separator_ = end == std::string_view::npos ? ',' : line[end];
+  std::string header;
+  if (split(line, separator_, cells_))
+    for (const std::string& cell : cells_) header += "," + lowercase(cell);
+  header.resize(header.find_last_not_of(',') + 1);  // npos + 1 is 0
+  if (header != "," + std::string(kRulesHeader))
+    fault("expected the header " + std::string(kRulesHeader));
 }
 
 const RuleForm* Reader::form(std::string_view name) const {
