@@ -109,18 +109,17 @@ void Contradictions::find_limits() {
 }
 
 void Contradictions::compare_limits() {
-  for (std::int32_t i = 1; i <= candidates_.ncands; ++i) {
-    if (least_(i) == nullptr) continue;
-    const std::int32_t least = least_(i)->n;
+  for (const MatingRule& rule : set_.rules) {
+    if (rule.kind() != RuleKind::kMin || !rule.applies()) continue;
+    const std::int32_t i = rule.a, least = rule.told.n;
     const std::string wanted = "at least " + matings(least) + " of '" + name(i) + "' : ";
-    if (least > candidates_.max_matings(i))
-      fault(*least_(i),
-            wanted + "the data file allows " + std::to_string(candidates_.max_matings(i)));
+    const std::int32_t limit = candidates_.max_matings(i);
+    if (least > limit) fault(rule.told, wanted + "the data file allows " + std::to_string(limit));
     if (most_(i) != nullptr && least > most_(i)->n)
-      fault(*least_(i), wanted + "line " + std::to_string(most_(i)->line) + " allows " +
-                            std::to_string(most_(i)->n));
+      fault(rule.told, wanted + "line " + std::to_string(most_(i)->line) + " allows " +
+                           std::to_string(most_(i)->n));
     if (least > ground_.nmatings)
-      fault(*least_(i), wanted + "nmatings = " + std::to_string(ground_.nmatings));
+      fault(rule.told, wanted + "nmatings = " + std::to_string(ground_.nmatings));
   }
 }
 
