@@ -16,6 +16,7 @@ PARAMETERS = """&DataParameters datafile='herd.dat', resultsdirectory='./Q_' /
 &OCSParameters nmatings={n}, limitmalematings={unit}, {goal} /
 &AlgorithmParameters generations={g}, popsize=20, restart_interval=20, seed_rng=7 /
 &Improvement {start} / &MatingOptions matingstrategy='{pairing}' /
+{rules}
 """
 CLOCKS = re.compile(rb"(cpu|wall)=.*|QOB started.*")
 
@@ -26,13 +27,22 @@ def expect(kept, *what):
     if not kept:
         sys.exit("frontier_runs: " + " ".join(map(str, what)))
 
+def random_rules(rng, animals, unit):
+    """Decided matings, a unit of them, and one more male and female that must be used."""
+    some = [[a[0] for a in animals if a[3] == sex and int(a[5]) >= unit] for sex in "12"]
+    (sire, other), dams = rng.sample(some[0], 2), rng.sample([a[0] for a in animals if a[3] == "2" and int(a[5]) > 0], unit + 1)
+    fixed = [f"fix,{sire},{dam},1" for dam in dams[:unit]]
+    return "\n".join(["kind,a,b,value", *fixed, f"min,{other},,1", f"min,{dams[-1]},,1", f"forbid,{other},{dams[-1]},", ""])
+
 def random_parameters(rng, data):
     animals = [line.split() for line in data.read_text().splitlines()]
     least = min(int(a[5]) for a in animals if a[3] == "1" and int(a[5]) > 0)
     unit = min(rng.choice([1, 1, 2, 3]), least)
     room = [sum(int(a[5]) // u * u for a in animals if a[3] == s) for s, u in (("1", unit), ("2", 1))]
     goal = rng.choice(["w_relationship=-20, w_merit=1", "optimise='constraint', dfconstraint=0.01"])
-    return PARAMETERS.format(n=max(min(40, *room) // unit, 1) * unit, unit=unit, goal=goal, g=rng.randint(0, 80),
+    rules = rng.random() < 0.5
+    (data.parent / "rules.csv").write_text(random_rules(rng, animals, unit))
+    return PARAMETERS.format(rules="&MatingRules rulesfile='rules.csv' /" if rules else "", n=max(min(40, *room) // unit, 1) * unit, unit=unit, goal=goal, g=rng.randint(0, 80),
                              start=rng.choice(["", "start=T", "finish=T"]), pairing=rng.choice(["mai", "random"]))
 
 def judge_plan(qob, row, folder, alone):

@@ -92,6 +92,7 @@ class Search {
       ++decided_(male);
       ++decided_(female);
     }
+    for (std::int32_t m = 1; m <= ground.candidates.nmcands; ++m) round_to_units(m, enough == 0);
   }
 
   LeastBroken run() {
@@ -105,6 +106,8 @@ class Search {
   }
 
  private:
+  // Narrows the range of a male to whole units, and where all rules are to be kept, to those.
+  void round_to_units(std::int32_t male, bool keep_all);
   // The matings of a plan of this branch, males in parts of units; none if there is no plan.
   std::vector<Pair> flow() const;
   std::int64_t violations(std::span<const Pair> matings) const {
@@ -124,6 +127,17 @@ class Search {
   LeastBroken best_;
   int branches_ = 0;
 };
+
+void Search::round_to_units(std::int32_t male, bool keep_all) {
+  UseRange& range = costs_.use(male);
+  const std::int32_t unit = ground_.unit, decided = decided_(male);
+  if (keep_all) {
+    const std::int32_t lacking = std::max(range.least.greatest() - decided, 0);
+    range.high = std::min(range.high, range.most.bound());
+    range.low = decided + (lacking / unit + (lacking % unit != 0)) * unit;
+  }
+  range.high = decided + (range.high - decided) / unit * unit;
+}
 
 std::vector<Pair> Search::flow() const {
   PairingFlow flow(costs_);

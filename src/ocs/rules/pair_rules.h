@@ -25,8 +25,9 @@ class MatingLimits {
   // Gives way, so that a plan with n matings keeps them.
   void yield_to(std::int32_t n) { bound_ = std::max(bound_, n); }
 
-  // The most that a plan may have.
+  // The most that a plan may have; of limits from below the greatest is what it must have.
   std::int32_t bound() const { return bound_; }
+  std::int32_t greatest() const { return limits_.empty() ? 0 : limits_.back(); }
   // How many of them are below n: rules that the n-th mating goes beyond.
   std::int32_t below(std::int32_t n) const;
   std::int32_t count() const { return static_cast<std::int32_t>(limits_.size()); }

@@ -12,7 +12,10 @@
 namespace qob {
 namespace {
 
-std::string file_of(const Run& run) { return run.files.path(run.parameters.rules.rulesfile); }
+// As it is named.
+std::string file_of(const Run& run) {
+  return std::string(adjustl_trim(run.parameters.rules.rulesfile));
+}
 
 void tell(Units& units, const std::string& text) {
   units.err.write_line(text);
@@ -115,7 +118,7 @@ std::int64_t total(const std::vector<std::int64_t>& broken) {
 FoundRules find_rules(Run& run, const Pedigree& pedigree, const Candidates& candidates) {
   if (!run.parameters.rules.has_file()) return {};
   RulesFile file;
-  const int status = read_rules(file_of(run), file);
+  const int status = read_rules(run.files.path(file_of(run)), file);
   if (status != 0)
     handle_error(run.journal.units, "ERROR: The file of rules ", printable(file_of(run)),
                  " cannot be read : ", error_text(status));
