@@ -55,7 +55,8 @@ class PairingFlow {
   }
 
  private:
-  // Nodes: dams, then sires, then gates, so that of equally near ones a dam is the next.
+  // Nodes: dams, then gates, then sires. Of equally near ones the first is the next, so that the
+  // way to a dam is short.
   static constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
   static constexpr std::int32_t kStart = -1;
   struct Node {
@@ -73,13 +74,17 @@ class PairingFlow {
 
   static std::size_t at(std::int64_t i) { return static_cast<std::size_t>(i); }
   Node& node(std::int32_t v) { return nodes_[at(v)]; }
-  std::int32_t node_of_sire(std::int32_t s) const { return dams_ + s; }
-  std::int32_t node_of_gate(std::int32_t g) const { return dams_ + sires_ + g - 1; }
-  std::int32_t gate_at(std::int32_t v) const { return v - dams_ - sires_ + 1; }
-  bool is_gate(std::int32_t v) const { return v >= dams_ + sires_; }
+  std::int32_t node_of_gate(std::int32_t g) const { return dams_ + g - 1; }
+  std::int32_t node_of_sire(std::int32_t s) const { return dams_ + gates_ + s; }
+  std::int32_t gate_at(std::int32_t v) const { return v - dams_ + 1; }
+  std::int32_t sire_at(std::int32_t v) const { return v - dams_ - gates_; }
+  bool is_gate(std::int32_t v) const { return v >= dams_ && v < dams_ + gates_; }
+  std::int32_t gate_of(std::int32_t s, std::int32_t d) const {
+    return gates_ > 0 ? costs_.gate(s, d) : 0;
+  }
   // The node from which the pair is reached.
   std::int32_t hub(std::int32_t s, std::int32_t d) const {
-    const std::int32_t gate = has_gates_ ? costs_.gate(s, d) : 0;
+    const std::int32_t gate = gate_of(s, d);
     return gate == 0 ? node_of_sire(s) : node_of_gate(gate);
   }
   std::int32_t matings(std::int32_t s, std::int32_t d) const;
@@ -96,8 +101,7 @@ class PairingFlow {
   void add_along(std::int32_t d);
 
   const Costs& costs_;
-  std::int32_t sires_, dams_;
-  bool has_gates_;
+  std::int32_t sires_, dams_, gates_;
   std::vector<std::int32_t> of_sire_, of_dam_;  // matings
   std::vector<Through> through_;                // by gate, from 1
   std::vector<std::vector<Held>> held_;         // by dam
@@ -113,12 +117,12 @@ PairingFlow<Costs>::PairingFlow(const Costs& costs)
     : costs_(costs),
       sires_(costs.sires()),
       dams_(costs.dams()),
-      has_gates_(costs.gates() > 0),
+      gates_(costs.gates()),
       of_sire_(at(sires_), 0),
       of_dam_(at(dams_), 0),
-      through_(at(costs.gates()) + 1),
+      through_(at(gates_) + 1),
       held_(at(dams_)),
-      nodes_(at(dams_) + at(sires_) + at(costs.gates())) {}
+      nodes_(at(dams_) + at(gates_) + at(sires_)) {}
 
 // Those that stand with them; 0 where that makes no difference.
 template <class Costs>
@@ -146,15 +150,14 @@ void PairingFlow<Costs>::stand(std::int32_t s, std::int32_t d) {
   ++of_sire_[at(s)];
   ++of_dam_[at(d)];
   ++standing_[{s, d}];
-  if (!has_gates_) return;
-  Through& through = through_[at(costs_.gate(s, d))];  // of gate 0 nobody asks
+  Through& through = through_[at(gate_of(s, d))];  // of gate 0 nobody asks
   ++through.n;
   ++through.standing;
 }
 
 template <class Costs>
 bool PairingFlow<Costs>::place(std::int32_t s, std::int32_t d) {
-  const std::int32_t gate = has_gates_ ? costs_.gate(s, d) : 0;
+  const std::int32_t gate = gate_of(s, d);
   if (costs_.of_sire(s, of_sire_[at(s)] + 1) != 0 || costs_.of_dam(d, of_dam_[at(d)] + 1) != 0 ||
       costs_.of_pair(s, d, matings(s, d) + 1) != 0 ||
       (gate != 0 && costs_.of_gate(gate, through_[at(gate)].n + 1) != 0))
@@ -198,7 +201,7 @@ void PairingFlow<Costs>::leave_sire(std::int32_t s) {
     if (cost != kNoRoom) relax(node_of_sire(s), node_of_gate(gate), cost);
   }
   for (std::int32_t d = 0; d < dams_; ++d)
-    if (!has_gates_ || costs_.gate(s, d) == 0) reach_dam(s, d, node_of_sire(s));
+    if (gate_of(s, d) == 0) reach_dam(s, d, node_of_sire(s));
 }
 
 template <class Costs>
@@ -215,7 +218,7 @@ void PairingFlow<Costs>::leave_gate(std::int32_t g) {
 template <class Costs>
 void PairingFlow<Costs>::add_along(std::int32_t d) {
   const auto sire_of = [&](std::int32_t v) {
-    return is_gate(v) ? costs_.sire_of(gate_at(v)) : v - dams_;
+    return is_gate(v) ? costs_.sire_of(gate_at(v)) : sire_at(v);
   };
   ++of_dam_[at(d)];
   std::int32_t v = d;
@@ -225,11 +228,11 @@ void PairingFlow<Costs>::add_along(std::int32_t d) {
     } else if (from < dams_) {
       change(sire_of(v), from, -1);
     } else {
-      through_[at(gate_at(std::max(v, from)))].n += is_gate(v) ? 1 : -1;
+      through_[at(gate_at(std::min(v, from)))].n += is_gate(v) ? 1 : -1;
     }
     v = from;
   }
-  ++of_sire_[at(v - dams_)];
+  ++of_sire_[at(sire_at(v))];
 }
 
 // From what has been reached by now. The nearest dam with room ends the way.
@@ -246,7 +249,7 @@ bool PairingFlow<Costs>::find_end() {
     if (is_gate(v)) {
       leave_gate(gate_at(v));
     } else if (v >= dams_) {
-      leave_sire(v - dams_);
+      leave_sire(sire_at(v));
     } else {
       const std::int64_t cost = costs_.of_dam(v, of_dam_[at(v)] + 1);
       if (cost != kNoRoom && distance + cost + node(v).potential < end) {
