@@ -76,7 +76,8 @@ void mating(Run& run, const Selection& selection, const Relationship& relationsh
   write_list(units.out);
   write_list(units.out, "Optimising matings starting");
   choose_pairing(run.parameters, selection, relationship, plan, units);
-  tell_breaches(selection, relationship, plan.best(), units);
+  if (tell_breaches(selection, relationship, plan.best(), units) > selection.rules.violations)
+    handle_error(units, "ERROR: the plan breaks rules that could be kept");
   both_list(units.summary, units.out,
             "-------------------------------- Mating done ----------------------------------");
   both(units.summary, units.out, "(A,A)", " Mating Strategy         :",

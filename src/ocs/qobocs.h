@@ -7,8 +7,9 @@
 // J. Anim. Sci. 75:934). The room first sets down among whom and against what is chosen (setup,
 // age_tables, realised_contributions: a Selection). Then it searches (search.h; a generation is in
 // mate_and_select.cpp, which calls recombination, mutation, directed_mutation, repair and
-// evaluation, whose fields are the value of a mateset), and reports (plan_report). The breeder's own
-// rules are in rules/. What needs speed is in kernels/; the plain forms that judge it are in tests/plain.
+// evaluation, whose fields are the value of a mateset), and reports (plan_report). The breeder's
+// own rules are in rules/. What needs speed is in kernels/; the plain forms that judge it are in
+// tests/plain.
 #pragma once
 
 #include "analysis/relationship.h"

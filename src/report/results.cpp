@@ -43,9 +43,11 @@ std::string pairing_of(std::string_view strategy) {
 
 // "rules.csv: 3 rules, broken by 0" without the name of the file.
 void take_rules(std::string_view line, std::string& rules) {
-  const std::size_t at = line.find(" rules, broken by ");
-  if (at == std::string_view::npos) return;
-  rules = adjustl_trim(line.substr(line.substr(0, at).find_last_of(' ') + 1));
+  for (const std::string_view mark : {" rules, broken by ", " rule, broken by "}) {
+    const std::size_t at = line.find(mark);
+    if (at != std::string_view::npos)
+      rules = adjustl_trim(line.substr(line.substr(0, at).find_last_of(' ') + 1));
+  }
 }
 
 void take_line(std::string_view line, LogOfRun& log, bool& ended) {

@@ -106,7 +106,8 @@ void Warner::of_changed_results() {
 std::string Warner::rules_now() const {
   const ReportedRules& rules = report_.plan.rules;
   if (rules.file.empty()) return "";
-  return std::to_string(rules.list.size()) + " rules, broken by " + std::to_string(broken());
+  return std::to_string(rules.list.size()) + (rules.list.size() == 1 ? " rule" : " rules") +
+         ", broken by " + std::to_string(broken());
 }
 
 std::int64_t Warner::broken() const {

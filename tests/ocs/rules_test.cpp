@@ -32,19 +32,20 @@ TEST(RulesFile, IsReadAsSpreadsheetsWriteIt) {
 TEST(RulesFile, TellsAllThatIsWrong) {
   EXPECT_EQ(read(""), "1: the file is empty : expected the header kind,a,b,value\n");
   EXPECT_EQ(read("rule,a,b,value\n"), "1: expected the header kind,a,b,value\n");
-  EXPECT_EQ(read("kind,a,b,value\nmost,7,,2\nfix,7,,0\nmax,7,8,-1\nmax-f,,,1.5\nforbid,\"7,8,\n"
-                 "max,7,,2,more\nmax-pair,,,2147483648\nmin,7,,1e3\n"),
-            "2: kind is \"most\" : expected one of fix, min, max, forbid, group, forbid-groups, "
-            "max-pair, max-per-group, max-f\n"
-            "3: b is \"\" : expected a dam\n"
-            "3: value is \"0\" : expected a number of matings, 1 or more\n"
-            "4: b is \"8\" : expected nothing\n"
-            "4: value is \"-1\" : expected a number of matings, 0 or more\n"
-            "5: value is \"1.5\" : expected an inbreeding coefficient, 0 to 1\n"
-            "6: quotation marks within a cell, or not closed on its line\n"
-            "7: more than four cells : expected kind,a,b,value\n"
-            "8: value is \"2147483648\" : expected a number of matings, 1 or more\n"
-            "9: value is \"1e3\" : expected a number of matings, 0 or more\n");
+  EXPECT_EQ(
+      read("kind,a,b,value\nmost,7,,2\nfix,7,,0\nmax,7,8,-1\nmax-f,,,1.5\nforbid,\"7,8,\n"
+           "max,7,,2,more\nmax-pair,,,2147483648\nmin,7,,1e3\n"),
+      "2: kind is \"most\" : expected one of fix, min, max, forbid, group, forbid-groups, "
+      "max-pair, max-per-group, max-f\n"
+      "3: b is \"\" : expected a dam\n"
+      "3: value is \"0\" : expected a number of matings, 1 or more\n"
+      "4: b is \"8\" : expected nothing\n"
+      "4: value is \"-1\" : expected a number of matings, 0 or more\n"
+      "5: value is \"1.5\" : expected an inbreeding coefficient, 0 to 1, with a decimal point\n"
+      "6: quotation marks within a cell, or not closed on its line\n"
+      "7: more than four cells : expected kind,a,b,value\n"
+      "8: value is \"2147483648\" : expected a number of matings, 1 or more\n"
+      "9: value is \"1e3\" : expected a number of matings, 0 or more\n");
 }
 
 class RulesTest : public SelectionTest {

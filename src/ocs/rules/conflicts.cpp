@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <span>
 #include <string>
 
@@ -44,6 +45,9 @@ class Contradictions {
   void compare_limits();
   void find_partners();
   void find_doubly_limited();
+  using Limiting = std::map<std::int32_t, const Rule*>;
+  std::vector<Limiting> limits_by_group() const;
+  static const Rule* clash(const Limiting& a, const Limiting& b);
   bool has_partner(std::int32_t i) const;
   bool may_be_used(std::int32_t i) const {
     return candidates_.max_matings(i) > 0 && (most_(i) == nullptr || most_(i)->n > 0);
@@ -139,31 +143,50 @@ void Contradictions::find_partners() {
   }
 }
 
+// By group from 1: the first rule that limits the matings of each sire, or of all (0), with it.
+std::vector<Contradictions::Limiting> Contradictions::limits_by_group() const {
+  std::vector<Limiting> limits(set_.groups.size() + 1);
+  for (const MatingRule& rule : set_.rules) {
+    if (rule.kind() != RuleKind::kMaxPerGroup || !rule.applies()) continue;
+    const std::size_t first = rule.b == 0 ? 1 : static_cast<std::size_t>(rule.b);
+    const std::size_t last = rule.b == 0 ? set_.groups.size() : first;
+    for (std::size_t group = first; group <= last; ++group)
+      limits[group].try_emplace(rule.a, &rule.told);
+  }
+  return limits;
+}
+
+// The later of two rules that limit one sire's matings with both groups; null if there are none.
+const Rule* Contradictions::clash(const Limiting& a, const Limiting& b) {
+  const auto later = [](const Rule* one, const Rule* other) {
+    return one->line < other->line ? other : one;
+  };
+  if (a.empty() || b.empty()) return nullptr;
+  if (a.contains(0)) return later(a.at(0), b.begin()->second);
+  if (b.contains(0)) return later(b.at(0), a.begin()->second);
+  for (const auto& [sire, rule] : a)
+    if (b.contains(sire)) return later(rule, b.at(sire));
+  return nullptr;
+}
+
 // The matings of a sire with such a dam would count in two limits.
 void Contradictions::find_doubly_limited() {
   if (pairs_.gates() == 0) return;
-  std::map<std::pair<std::int32_t, std::int32_t>, std::vector<std::int32_t>> limited;  // lines
-  const auto limits = [](const MatingRule& rule, std::int32_t group) {
-    return rule.kind() == RuleKind::kMaxPerGroup && rule.applies() &&
-           (rule.b == 0 || rule.b == group);
-  };
-  const auto share_a_sire = [](const MatingRule& a, const MatingRule& b) {
-    return a.a == 0 || b.a == 0 || a.a == b.a;
+  const std::vector<Limiting> limits = limits_by_group();
+  std::set<std::pair<std::int32_t, std::int32_t>> seen;
+  const auto group = [&](std::int32_t g) {
+    return "'" + printable(set_.groups[static_cast<std::size_t>(g) - 1]) + "'";
   };
   for (std::int32_t dam = candidates_.nmcands + 1; dam <= candidates_.ncands; ++dam) {
-    const std::vector<std::int32_t>& groups = set_.groups_of(dam);
-    for (std::size_t k = 1; k < groups.size(); ++k) {
-      for (const MatingRule& rule : set_.rules) {
-        const auto clashes = [&](const MatingRule& other) {
-          return limits(other, groups[k - 1]) && share_a_sire(rule, other);
-        };
-        if (!limits(rule, groups[k]) || std::none_of(set_.rules.begin(), set_.rules.end(), clashes))
-          continue;
-        const auto group = [&](std::size_t g) {
-          return "'" + printable(set_.groups[static_cast<std::size_t>(groups[g]) - 1]) + "'";
-        };
-        fault(rule.told, "'" + name(dam) + "' is in the groups " + group(k - 1) + " and " +
-                             group(k) + " : expected one that is limited for the same sire");
+    const std::vector<std::int32_t>& its = set_.groups_of(dam);
+    for (const std::int32_t g : its) {
+      for (const std::int32_t h : its) {
+        if (g >= h || !seen.emplace(g, h).second) continue;
+        const Rule* rule =
+            clash(limits[static_cast<std::size_t>(g)], limits[static_cast<std::size_t>(h)]);
+        if (rule != nullptr)
+          fault(*rule, "'" + name(dam) + "' is in the groups " + group(g) + " and " + group(h) +
+                           " : expected one that is limited for the same sire");
       }
     }
   }

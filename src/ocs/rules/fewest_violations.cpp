@@ -11,23 +11,31 @@ namespace qob {
 namespace {
 
 constexpr int kMostBranches = 400;
-constexpr std::int64_t kMust = std::int64_t{1}
-                               << 40;  // of a mating that leaves out one that must be
+// The cost of a mating that leaves out one that must be.
+constexpr std::int64_t kMust = std::int64_t{1} << 30;
 
 // The limits of a candidate's matings, by rules and as far as the branch goes.
 struct UseRange {
   MatingLimits least, most;
   std::int32_t low = 0, high = 0;  // that a plan of this branch must keep
+  std::int32_t decided = 0;
 };
 
+// What goes beyond rules costs `unit` a mating. Those of a male in one unit cost the same, together
+// what they break: so a plan in parts of units is never cheaper than those in whole ones about it.
 class Violations {
  public:
   Violations(const PlanGround& ground, const RuleSet& set)
       : candidates_(ground.candidates),
+        unit_(ground.unit),
         pairs_(set, ground.candidates, ground.relationship),
         uses_(ground.candidates.ncands) {
     for (std::int32_t i = 1; i <= candidates_.ncands; ++i)
       uses_(i).high = candidates_.max_matings(i);
+    for (const auto& [male, female] : ground.decided) {
+      ++uses_(male).decided;
+      ++uses_(female).decided;
+    }
     for (const MatingRule& rule : set.rules) {
       if (!rule.applies()) continue;
       if (rule.kind() == RuleKind::kMin) uses_(rule.a).least.add(rule.told.n);
@@ -55,13 +63,24 @@ class Violations {
   std::int32_t gate(std::int32_t s, std::int32_t d) const {
     return pairs_.gate_of(male(s), female(d));
   }
-  std::int64_t of_sire(std::int32_t s, std::int32_t n) const { return of_use(uses_(male(s)), n); }
-  std::int64_t of_dam(std::int32_t d, std::int32_t n) const { return of_use(uses_(female(d)), n); }
+  std::int64_t of_sire(std::int32_t s, std::int32_t n) const {
+    const UseRange& use = uses_(male(s));
+    if (n > use.high) return kNoRoom;
+    const std::int64_t first = n - (n - 1 - use.decided) % unit_;  // of its unit
+    std::int64_t cost = 0;
+    for (std::int64_t k = first; k < first + unit_; ++k)
+      cost += of_use(use, static_cast<std::int32_t>(k));
+    return cost;
+  }
+  std::int64_t of_dam(std::int32_t d, std::int32_t n) const {
+    const UseRange& use = uses_(female(d));
+    return n > use.high ? kNoRoom : unit_ * of_use(use, n);
+  }
   std::int64_t of_pair(std::int32_t s, std::int32_t d, std::int32_t n) const {
-    return pairs_.broken(male(s), female(d)) + pairs_.of_pair().below(n);
+    return unit_ * (pairs_.broken(male(s), female(d)) + pairs_.of_pair().below(n));
   }
   std::int64_t of_gate(std::int32_t gate, std::int32_t n) const {
-    return pairs_.gate(gate).limits.below(n);
+    return unit_ * pairs_.gate(gate).limits.below(n);
   }
 
   std::int32_t male(std::int32_t s) const { return s + 1; }
@@ -71,12 +90,12 @@ class Violations {
   // A mating that a minimum still lacks takes a violation away; so as not to cost less than nothing
   // all matings cost as much more.
   std::int64_t of_use(const UseRange& use, std::int32_t n) const {
-    if (n > use.high) return kNoRoom;
     const std::int64_t lacking = use.least.count() - use.least.below(n);
     return (n > use.low ? kMust : 0) + most_minima_ - lacking + use.most.below(n);
   }
 
   const Candidates& candidates_;
+  std::int64_t unit_;
   PairRules pairs_;
   Table<UseRange> uses_;
   std::vector<std::vector<std::int32_t>> dams_of_;  // by group
@@ -86,12 +105,8 @@ class Violations {
 class Search {
  public:
   Search(const PlanGround& ground, const RuleSet& set, std::int64_t enough)
-      : ground_(ground), set_(set), costs_(ground, set), decided_(ground.candidates.ncands, 0) {
+      : ground_(ground), set_(set), costs_(ground, set) {
     best_.violations = enough + 1;
-    for (const auto& [male, female] : ground.decided) {
-      ++decided_(male);
-      ++decided_(female);
-    }
     for (std::int32_t m = 1; m <= ground.candidates.nmcands; ++m) round_to_units(m, enough == 0);
   }
 
@@ -123,14 +138,13 @@ class Search {
   const PlanGround& ground_;
   const RuleSet& set_;
   Violations costs_;
-  Table<std::int32_t> decided_;
   LeastBroken best_;
   int branches_ = 0;
 };
 
 void Search::round_to_units(std::int32_t male, bool keep_all) {
   UseRange& range = costs_.use(male);
-  const std::int32_t unit = ground_.unit, decided = decided_(male);
+  const std::int32_t unit = ground_.unit, decided = range.decided;
   if (keep_all) {
     const std::int32_t lacking = std::max(range.least.greatest() - decided, 0);
     range.high = std::min(range.high, range.most.bound());
@@ -163,7 +177,7 @@ void Search::branch() {
   for (std::int32_t m = 1; m <= ground_.candidates.nmcands; ++m) {
     const UseRange& range = costs_.use(m);
     if (uses(m) < range.low) return;  // what must be cannot be
-    if ((uses(m) - decided_(m)) % ground_.unit != 0) return branch_on(m, uses(m));
+    if ((uses(m) - range.decided) % ground_.unit != 0) return branch_on(m, uses(m));
   }
   best_ = {matings, broken, Known::kBest};
 }
@@ -171,8 +185,8 @@ void Search::branch() {
 // One more unit than there are whole ones, or no more than those.
 void Search::branch_on(std::int32_t male, std::int32_t uses) {
   const UseRange whole = costs_.use(male);
-  const std::int32_t units = (uses - decided_(male)) / ground_.unit;
-  const std::int32_t below = decided_(male) + units * ground_.unit;
+  const std::int32_t units = (uses - whole.decided) / ground_.unit;
+  const std::int32_t below = whole.decided + units * ground_.unit;
   costs_.use(male).low = below + ground_.unit;
   if (costs_.use(male).low <= whole.high) branch();
   costs_.use(male) = whole;

@@ -74,11 +74,16 @@ void PairRules::limit_groups(const RuleSet& set, const MatingRule& rule) {
   if (gate_at_.rows() == 0) {
     gate_at_.assign(std::ssize(set.groups), males_, 0);
     gates_of_.assign(males_, {});
+    has_dam_.assign(set.groups.size() + 1, 0);
+    for (std::int64_t f = males_ + 1; f <= set.groups_of.last(); ++f)
+      for (const std::int32_t group : set.groups_of(f))
+        has_dam_[static_cast<std::size_t>(group)] = 1;
   }
   const std::int32_t first = rule.a != 0 ? rule.a : 1, last = rule.a != 0 ? rule.a : males_;
   for (std::int32_t sire = first; sire <= last; ++sire) {
     for (std::int32_t group = 1; group <= std::ssize(set.groups); ++group) {
-      if (rule.b != 0 && rule.b != group) continue;
+      if ((rule.b != 0 && rule.b != group) || has_dam_[static_cast<std::size_t>(group)] == 0)
+        continue;
       std::int32_t& number = gate_at_(group, sire);
       if (number == 0) {
         gates_.push_back({sire, group, {}});

@@ -94,6 +94,7 @@ class PairRules {
   Table<std::vector<std::int32_t>> gates_of_;   // by male: their numbers
   Table2<std::int32_t> gate_at_;                // by group and male: its number
   Table<std::vector<std::int32_t>> groups_of_;  // by candidate
+  std::vector<char> has_dam_;                   // by group, from 1: a female candidate
   std::map<Pair, std::int32_t> exceptions_;     // matings of pairs to which rules give way
 };
 

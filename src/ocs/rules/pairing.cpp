@@ -11,8 +11,7 @@
 namespace qob {
 namespace {
 
-constexpr double kUnit = 1099511627776.0;  // 2^40: of costs, to an inbreeding coefficient of 1
-constexpr std::int64_t kRepeat = 2 * (std::int64_t{1} << 40);
+constexpr int kBits = 40;  // of the cost of an inbreeding coefficient of 1
 
 // The limits of a pairing of given uses, at no cost unless costs are set.
 class UseLimits {
@@ -224,18 +223,25 @@ std::vector<Pair> least_inbred_pairs(const Selection& selection, const Relations
                                      bool repeatedmatings, Mateset mateset) {
   const Candidates& candidates = selection.candidates;
   const auto inbreeding = [&](std::int32_t male, std::int32_t female) {
-    return std::llround(0.5 * cnrm(relationship, candidates, male, female) * kUnit);
+    return 0.5 * cnrm(relationship, candidates, male, female);
   };
-  std::int64_t least = 0;  // relationships from a file may be below 0
+  double least = 0.0, most = 1.0;  // relationships from a file may lie beyond
   for (std::int64_t j = 1; !relationship.pedsource && j <= mateset.nmatings(); ++j) {
-    for (std::int64_t k = 1; k <= mateset.nmatings(); ++k)
-      least = std::min<std::int64_t>(least, inbreeding(mateset.male(j), mateset.female(k)));
+    for (std::int64_t k = 1; k <= mateset.nmatings(); ++k) {
+      const double f = inbreeding(mateset.male(j), mateset.female(k));
+      least = std::min(least, f);
+      most = std::max(most, f);
+    }
   }
+  const int bits = kBits - std::max(std::ilogb(most), std::ilogb(std::max(-least, 1.0)));
+  const auto cost = [&](double f) { return std::llround(std::ldexp(f, bits)); };
   const Uses uses = uses_of(candidates, mateset);
   UseLimits limits(selection, uses);
   limits.set_costs(
-      [&](std::int32_t male, std::int32_t female) { return inbreeding(male, female) - least; },
-      repeatedmatings ? 0 : kRepeat);
+      [&](std::int32_t male, std::int32_t female) {
+        return cost(inbreeding(male, female)) - cost(least);
+      },
+      repeatedmatings ? 0 : cost(2.0));
   return pairs_by_flow(selection, uses, {}, limits);
 }
 

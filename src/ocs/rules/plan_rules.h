@@ -21,8 +21,8 @@ struct PlanRules {
   // Candidates that must be used besides, a male once a slot.
   std::vector<std::int32_t> locked_males, locked_females;
   PairRules pairs;
-  std::vector<Pair>
-      plan;  // matings that keep the rules with the decided ones; none if none is known
+  std::int64_t violations = 0;  // of a plan that breaks as few as possible
+  std::vector<Pair> plan;       // that one, with the decided matings; none if none is known
 
   bool empty() const { return file.empty(); }
 };

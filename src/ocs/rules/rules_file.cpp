@@ -107,7 +107,7 @@ void Reader::take_value(const RuleForm& form, std::string value, Rule& rule) {
   if (form.value == RuleCell::kNothing) {
     fits = value.empty();
   } else if (form.value == RuleCell::kInbreeding) {
-    expected = "an inbreeding coefficient, 0 to 1";
+    expected = "an inbreeding coefficient, 0 to 1, with a decimal point";
     fits = to_real(value, rule.f) == 0 && rule.f >= 0.0 && rule.f <= 1.0;
   } else {
     const bool from_one = form.value == RuleCell::kNumber;

@@ -126,10 +126,13 @@ FoundRules find_rules(Run& run, const Pedigree& pedigree, const Candidates& cand
   return {std::move(set), std::move(file.faults)};
 }
 
+constexpr std::int64_t kMostDecided = 10'000'000;  // more than any plan has
+
 std::vector<Pair> decided_matings(const RuleSet& set, std::int32_t nmatings) {
   std::vector<Pair> decided;
   for (const MatingRule& rule : set.rules) {
     if (rule.kind() != RuleKind::kFix || !rule.applies()) continue;
+    if (std::ssize(decided) > kMostDecided) break;
     const std::int64_t n = std::min<std::int64_t>(rule.told.n, std::int64_t{nmatings} + 1);
     decided.insert(decided.end(), static_cast<std::size_t>(n), {rule.a, rule.b});
   }
@@ -144,6 +147,7 @@ LeastBroken apply_rules(bool give_way, const Relationship& relationship, Selecti
       fewest_violations(ground_of(selection, relationship), rules.set, give_way ? kAny : 0);
   rules.plan = found.matings;
   const bool is_broken = !rules.plan.empty() && found.violations > 0;
+  rules.violations = is_broken ? found.violations : 0;
   set_uses(selection, is_broken, rules);
   lock_entries(selection, rules);
   if (selection.free_slots() < 0 || selection.free_rows() < 0) return {};
@@ -174,10 +178,10 @@ void set_up_rules(Run& run, FoundRules found, const Relationship& relationship,
                   (least.known == Known::kBest ? "" : ", perhaps not the fewest"));
 }
 
-void tell_breaches(const Selection& selection, const Relationship& relationship, Mateset mateset,
-                   Units& units) {
+std::int64_t tell_breaches(const Selection& selection, const Relationship& relationship,
+                           Mateset mateset, Units& units) {
   const PlanRules& rules = selection.rules;
-  if (rules.empty()) return;
+  if (rules.empty()) return 0;
   const auto broken = breaches(rules.set, selection.candidates, relationship, pairs_of(mateset));
   for (Unit* unit : {&units.out, &units.log}) {
     unit->write_line(printable(rules.file) + ": " + count_of(std::ssize(broken), "rule") +
@@ -188,6 +192,7 @@ void tell_breaches(const Selection& selection, const Relationship& relationship,
                          std::to_string(broken[k]));
     }
   }
+  return total(broken);
 }
 
 }  // namespace qob

@@ -30,8 +30,9 @@ LeastBroken apply_rules(bool give_way, const Relationship& relationship, Selecti
 // The matings that a set of rules decides; of each row no more than one beyond nmatings.
 std::vector<Pair> decided_matings(const RuleSet& set, std::int32_t nmatings);
 
-// Tells of each rule that these matings break, on standard output and in the log.
-void tell_breaches(const Selection& selection, const Relationship& relationship, Mateset mateset,
-                   Units& units);
+// Tells of each rule that these matings break, on standard output and in the log. Returns by how
+// many matings they do in all.
+std::int64_t tell_breaches(const Selection& selection, const Relationship& relationship,
+                           Mateset mateset, Units& units);
 
 }  // namespace qob
