@@ -47,6 +47,15 @@ struct QuietRun : Run {
   std::string written;
 };
 
+// Four matings, searched for three generations.
+inline void ask_for_matings(Parameters& p, std::int32_t unit) {
+  p.ocs.nmatings = 4;
+  p.ocs.limitmalematings = unit;
+  p.algorithm.generations = p.algorithm.popsize = p.algorithm.n_offspring = 3;
+  p.algorithm.exchange_algorithm = 2;
+  p.algorithm.seed_rng = 7;
+}
+
 // Reads three generations with candidates of both sexes, some full sibs, and opens a parameter file
 // with this group.
 inline Pedigree read_small_herd(Run& run, const char* group) {

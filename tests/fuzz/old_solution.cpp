@@ -12,13 +12,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   memory_files().put("old.txt", std::string(fuzz::text_of(data, size)));
   for (const std::int32_t unit : {1, 2}) {
     fuzz::QuietRun run;
-    Parameters& p = run.parameters;
-    p.ocs.nmatings = 4;
-    p.ocs.limitmalematings = unit;
-    p.algorithm.generations = p.algorithm.popsize = p.algorithm.n_offspring = 3;
-    p.algorithm.exchange_algorithm = 2;
-    p.algorithm.seed_rng = 7;
-    p.files.oldsol_file = "old.txt";
+    fuzz::ask_for_matings(run.parameters, unit);
+    run.parameters.files.oldsol_file = "old.txt";
     Pedigree pedigree = fuzz::read_small_herd(run, "&RelationshipMatrix /");
     const Relationship relationship = setup_nrm(run, pedigree).value();
     initialize_qob(run);

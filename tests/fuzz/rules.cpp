@@ -24,13 +24,8 @@ void check_reading(const std::string& text) {
 
 void check_run(bool keep_all, std::int32_t unit) {
   fuzz::QuietRun run;
-  Parameters& p = run.parameters;
-  p.ocs.nmatings = 4;
-  p.ocs.limitmalematings = unit;
-  p.algorithm.generations = p.algorithm.popsize = p.algorithm.n_offspring = 3;
-  p.algorithm.exchange_algorithm = 2;
-  p.algorithm.seed_rng = 7;
-  p.rules = {"rules.csv", keep_all, "least"};
+  fuzz::ask_for_matings(run.parameters, unit);
+  run.parameters.rules = {"rules.csv", keep_all, "least"};
   Pedigree pedigree = fuzz::read_small_herd(run, "&RelationshipMatrix /");
   const Relationship relationship = setup_nrm(run, pedigree).value();
   fuzz::runs_through([&] {
