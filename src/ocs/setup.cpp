@@ -93,11 +93,12 @@ void describe_last_generation(const Pedigree& pedigree, Candidates& candidates, 
   goal.last_merit = sum_merit / candidates.nlast;
 }
 
-// Tells of matings that males cannot have in whole units.
-void remark_on_units(const Selection& selection, bool lowered, Units& units) {
+// Tells of matings that males cannot have in whole units. By rules some may be decided, which need
+// not come so: those tell by themselves what does not fit.
+void remark_on_units(const Selection& selection, bool lowered, bool has_rules, Units& units) {
   const Candidates& candidates = selection.candidates;
   const std::int32_t unit = selection.limitmalematings;
-  if (unit <= 1) return;
+  if (unit <= 1 || has_rules) return;
   std::int64_t room = 0;
   for (std::int32_t i = 1; i <= candidates.nmcands; ++i) {
     room += candidates.max_matings(i) / unit * unit;
@@ -110,7 +111,7 @@ void remark_on_units(const Selection& selection, bool lowered, Units& units) {
 }
 
 // Lowers the matings to what the candidates allow.
-void check_capacity(Selection& selection, Units& units) {
+void check_capacity(Selection& selection, bool has_rules, Units& units) {
   const Candidates& candidates = selection.candidates;
   Unit& log = units.log;
   const std::int32_t requested = selection.nmatings;
@@ -128,7 +129,7 @@ void check_capacity(Selection& selection, Units& units) {
     selection.nmatings = static_cast<std::int32_t>(std::min(males, females));
     write_list(log, " Matings selected         : ", selection.nmatings);
   }
-  remark_on_units(selection, selection.nmatings < requested, units);
+  remark_on_units(selection, selection.nmatings < requested, has_rules, units);
   const auto most = *std::max_element(candidates.max_matings.begin(),
                                       candidates.max_matings.begin() + candidates.nmcands);
   if (most < selection.limitmalematings) {
@@ -205,7 +206,7 @@ Selection set_up_selection(Run& run, Pedigree pedigree, const Relationship& rela
     allocate(units, "ERROR in allocating memory ReadID in subroutine Setup_Cnrm",
              [&] { check_missing_candidates(run, pedigree, candidates); });
   }
-  check_capacity(selection, units);
+  check_capacity(selection, run.parameters.rules.has_file(), units);
   for (const int sex : {kMale, kFemale}) scale_merit(candidates, sex, goal, units);
   goal.expmerit =
       0.5 * (goal.mean_merit[0] / goal.k_factor[0] + goal.mean_merit[1] / goal.k_factor[1]);

@@ -1,7 +1,6 @@
 #include "ocs/rules/fewest_violations.h"
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 
 #include "ocs/rules/pair_rules.h"

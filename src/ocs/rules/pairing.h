@@ -26,8 +26,9 @@ bool can_be_paired(const Selection& selection, const Uses& uses, std::vector<Pai
 
 // Pairs the parents of a mateset so that the mean inbreeding of their offspring is the least that
 // the rules permit, decided matings as they are: an assignment of least cost. Costs are inbreeding
-// coefficients rounded to 2^-40 (to more where a file has relationships beyond 2); each mating that
-// repeats a pair costs 2 more unless that is welcome. None where the rules permit no pairing.
+// coefficients rounded to 2^-40 (more coarsely where a file has relationships beyond 2); each
+// mating that repeats a pair costs 2 more unless that is welcome. None where the rules permit no
+// pairing.
 std::vector<Pair> least_inbred_pairs(const Selection& selection, const Relationship& relationship,
                                      bool repeatedmatings, Mateset mateset);
 // Pairs them at random as far as rules permit it. None where they permit no pairing.

@@ -12,6 +12,8 @@
 namespace qob {
 namespace {
 
+constexpr std::int64_t kMostDecided = 10'000'000;  // more than any plan has
+
 // As it is named.
 std::string file_of(const Run& run) {
   return std::string(adjustl_trim(run.parameters.rules.rulesfile));
@@ -125,8 +127,6 @@ FoundRules find_rules(Run& run, const Pedigree& pedigree, const Candidates& cand
   RuleSet set = rule_set(file, pedigree, candidates, file.faults);
   return {std::move(set), std::move(file.faults)};
 }
-
-constexpr std::int64_t kMostDecided = 10'000'000;  // more than any plan has
 
 std::vector<Pair> decided_matings(const RuleSet& set, std::int32_t nmatings) {
   std::vector<Pair> decided;
