@@ -84,9 +84,12 @@ int open_locked(const std::string& path, int flags) {
   return -EWOULDBLOCK;
 }
 
-// A name in the folder of `path` that no other file has: that of nobody else's descriptor.
-std::string name_beside(const std::string& path, int descriptor) {
-  return folder_of(path) + ".qob-" + std::to_string(::getpid()) + "-" + std::to_string(descriptor);
+// A name beside `path` that is free: nobody else writes there while the file is locked, and what
+// a writer of it left, killed before it could give it the name `path`, goes.
+std::string name_beside(const std::string& path) {
+  std::string beside = folder_of(path) + ".qob-" + path.substr(path.find_last_of('/') + 1);
+  ::unlink(beside.c_str());
+  return beside;
 }
 
 // Lets `to` be the name of the file that has the name `from`, and of no other.
@@ -105,7 +108,7 @@ int open_in_place_of(int shared, const std::string& path) {
   struct stat old;
   if (fault || ::fstat(shared, &old) != 0) return -ENOENT;
   const SignalsWait until_renamed;
-  const std::string beside = name_beside(name, shared);
+  const std::string beside = name_beside(name);
   const int file = ::open(beside.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
   if (file < 0) return -errno;
   ::flock(file, LOCK_EX | LOCK_NB);  // before anybody else can know of it
@@ -214,7 +217,7 @@ int FileSink::write_out(std::string_view lines) {
 // Gives the complete file its name.
 int FileSink::appear() {
   const SignalsWait until_done;
-  const std::string beside = name_beside(path_, unnamed_);
+  const std::string beside = name_beside(path_);
   const int status =
       ::linkat(AT_FDCWD, NameOf(unnamed_).c_str(), AT_FDCWD, beside.c_str(), AT_SYMLINK_FOLLOW);
   return status == 0 ? rename_over(beside, path_) : copy_in_place();

@@ -13,13 +13,15 @@
 #include "support/program.h"
 
 namespace {
-bool links_are_refused = false;
+bool links_are_refused = false, is_killed_when_linked = false;
 }
 
 // Stands in front of the system's.
 extern "C" int linkat(int from_folder, const char* from, int to_folder, const char* to, int flags) {
   if (!links_are_refused) {
-    return static_cast<int>(syscall(SYS_linkat, from_folder, from, to_folder, to, flags));
+    const long status = syscall(SYS_linkat, from_folder, from, to_folder, to, flags);
+    if (is_killed_when_linked) raise(SIGKILL);
+    return static_cast<int>(status);
   }
   errno = EPERM;
   return -1;
@@ -61,6 +63,27 @@ TEST(PosixOutputFile, IsCompleteUnderItsName_WhereFilesWithoutNameGetNone) {
   }
   const std::filesystem::directory_iterator all(folder / "");
   EXPECT_EQ(std::distance(begin(all), end(all)), 1);
+}
+
+TEST(PosixOutputFile, TakesAwayWhatAKilledWriterOfItLeft) {
+  const TemporaryFolder folder;
+  links_are_refused = false;
+  const auto write = [&] {
+    OutputFile file;
+    return file.open(folder / "lines", Show::kWhenComplete) + file.write("mine\n") + file.close();
+  };
+  const auto write_and_be_killed = [&] {
+    is_killed_when_linked = true;
+    write();
+  };
+  const auto count = [&] {
+    const std::filesystem::directory_iterator all(folder / "");
+    return std::distance(begin(all), end(all));
+  };
+  EXPECT_EXIT(write_and_be_killed(), testing::KilledBySignal(SIGKILL), "");
+  EXPECT_EQ(count(), 2);
+  EXPECT_EQ(write(), 0);
+  EXPECT_EQ(count(), 1);
 }
 
 TEST(PosixOutputFile, IsKeptFromOtherWritersWhenItIsComplete_IfItIsToBe) {
