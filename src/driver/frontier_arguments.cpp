@@ -5,11 +5,11 @@
 
 #include "core/edit.h"
 #include "core/lexer.h"
+#include "driver/usage.h"
 
 namespace qob {
 namespace {
 
-constexpr int kUsage = 2;
 constexpr int kPoints = 20;
 constexpr double kLeastRate = 1.0e-5, kMostRate = 1.0;  // of inbreeding, that a run takes
 
@@ -143,7 +143,7 @@ std::optional<FrontierArguments> frontier_arguments(int argc, char** argv, int& 
     if (!arguments.more.empty() && arguments.workflow.empty())
       throw CLI::ValidationError("MORE.prm", "expected one parameter file, or --workflow");
   } catch (const CLI::ParseError& end) {
-    status = app.exit(end) == 0 ? 0 : kUsage;
+    status = tell_usage(app, end);
     return std::nullopt;
   }
   if (app.count("--points") == 0 && arguments.weights.empty()) arguments.points = kPoints;

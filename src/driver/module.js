@@ -1,12 +1,14 @@
 // The functions of module.h for scripts: what `createQob()` resolves to has these methods. Names are
 // strings, files are Uint8Arrays.
 //
-//   const qob = await createQob();
+//   const qob = await createQob({sha256, onProgress});
 //   qob.putFile("qob.prm", bytes);
-//   const {status, text} = qob.runJob("qob.prm");
+//   const {status, text} = qob.command("qob", "qob.prm");
 //   for (const name of qob.fileNames()) save(name, qob.takeFile(name));
 //
-// A run takes its time: a page does it in a worker. Without memory for a file or a name a method
+// `sha256()` makes what has update(bytes) and digest(), which returns the bytes of a checksum;
+// reports need it. `onProgress(text)`, if given, is told how far a long command is.
+// A command takes its time: a page does it in a worker. Without memory for a file or a name a method
 // throws; clearFiles() helps. After a WebAssembly.RuntimeError (the stack has overflown, for one) the
 // module is not to be used again.
 {
@@ -35,9 +37,13 @@
       }
     }));
 
-  // `status` 0 is success; `text` says how the run ended.
-  Module.runJob = (parameterFile) => {
-    const status = withName(parameterFile, (address) => _qob_run(address));
+  // `status` 0 is success; `text` says how the command ended, if not by itself.
+  Module.command = (...words) => {
+    const bytes = new TextEncoder().encode(words.map((word) => word + "\0").join(""));
+    const status = withCopy(bytes, (address) => {
+      if (address === null) throw new RangeError("no memory for a command");
+      return _qob_command(address, bytes.length);
+    });
     return {status, text: UTF8ToString(_qob_end_text())};
   };
 
@@ -56,4 +62,10 @@
 
   Module.removeFile = (name) => withName(name, (address) => _qob_remove_file(address));
   Module.clearFiles = () => _qob_clear_files();
+
+  const ready = Module.onRuntimeInitialized;
+  Module.onRuntimeInitialized = () => {
+    if (Module.onProgress) _qob_tell_progress();
+    if (ready) ready();
+  };
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/lexer.h"
+#include "driver/usage.h"
 
 namespace qob {
 namespace {
@@ -206,7 +207,7 @@ std::optional<PrepareArguments> prepare_arguments(int argc, char** argv, int& st
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& end) {
-    status = app.exit(end) == 0 ? 0 : kUsage;
+    status = tell_usage(app, end);
     return std::nullopt;
   }
   return arguments;

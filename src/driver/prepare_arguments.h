@@ -17,8 +17,6 @@ struct PrepareArguments {
   PrepareOptions options;
 };
 
-inline constexpr int kUsage = 2;
-
 // None when there is nothing to do but to end with `status`: help and version were shown, or what
 // is wrong with the arguments.
 std::optional<PrepareArguments> prepare_arguments(int argc, char** argv, int& status);

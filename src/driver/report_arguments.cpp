@@ -2,10 +2,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include "driver/usage.h"
+
 namespace qob {
 namespace {
 
-constexpr int kUsage = 2;
 constexpr std::size_t kMostCompared = 3;
 
 constexpr const char* kAbout =
@@ -82,7 +83,7 @@ std::optional<ReportArguments> report_arguments(int argc, char** argv, int& stat
     const std::string wrong = contradiction(arguments, app.count("--compare") > 0);
     if (!wrong.empty()) throw CLI::ValidationError(wrong, CLI::ExitCodes::ValidationError);
   } catch (const CLI::ParseError& end) {
-    status = app.exit(end) == 0 ? 0 : kUsage;
+    status = tell_usage(app, end);
     return std::nullopt;
   }
   if (arguments.output.empty()) arguments.output = name_beside_results(arguments);

@@ -1,8 +1,5 @@
 #include "driver/report_inputs.h"
 
-#include <nettle/base16.h>
-#include <nettle/sha2.h>
-
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -11,6 +8,7 @@
 #include "core/lexer.h"
 #include "core/text.h"
 #include "core/units.h"
+#include "driver/checksum.h"
 #include "driver/sheet_file.h"
 #include "prepare/findings.h"
 #include "prepare/words.h"
@@ -109,27 +107,17 @@ std::vector<OneKind> by_kind(const Sheet& sheet) {
 
 std::string two_digits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
 
-std::string digits_of(sha256_ctx& sum) {
-  std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest;
-  sha256_digest(&sum, digest.size(), digest.data());
-  std::string digits(BASE16_ENCODE_LENGTH(digest.size()), ' ');
-  base16_encode_update(digits.data(), digest.size(), digest.data());
-  return digits;
-}
-
 void add_checksum(MadeFile& file) {
   std::unique_ptr<ByteSource> source;
   if (open_source(file.name, source) != 0) return;
-  sha256_ctx sum;
-  sha256_init(&sum);
+  Checksum sum;
   std::string piece(kPiece, '\0');
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(piece.data());
   std::ptrdiff_t count = 0;
   while ((count = source->read(piece.data(), piece.size())) > 0)
-    sha256_update(&sum, static_cast<std::size_t>(count), bytes);
+    sum.add({piece.data(), static_cast<std::size_t>(count)});
   if (count < 0) return;
   file.bytes = source->size();
-  file.sha256 = digits_of(sum);
+  file.sha256 = sum.digits();
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ class Workbook {
     void operator()(lxw_workbook* book) const;
   };
   std::unique_ptr<lxw_workbook, Free> book_;
-  lxw_format* bold_ = nullptr;  // the workbook's
+  [[maybe_unused]] lxw_format* bold_ = nullptr;  // the workbook's
   std::string fault_;
 };
 

@@ -43,7 +43,7 @@ function runModule(qob, inputs) {
   qob.clearFiles();
   for (const [name, bytes] of inputs) qob.putFile(name, bytes);
   const begin = performance.now();
-  const {status, text} = qob.runJob("qob.prm");
+  const {status, text} = qob.command("qob", "qob.prm");
   const seconds = (performance.now() - begin) / 1000;
   for (const name of inputs.keys()) qob.removeFile(name);
   qob.removeFile("/dev/stderr");  // where the program's has what its shell says

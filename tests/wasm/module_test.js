@@ -35,15 +35,15 @@ function testRunThatLacksMemory(qob) {
   qob.clearFiles();
   qob.putFile("cuvier.dat", fs.readFileSync(path.join(herd, "cuvier.dat")));
   qob.putFile("qob.prm", bytes(parameters));
-  assert.equal(qob.runJob("qob.prm").status, 0);
+  assert.equal(qob.command("qob", "qob.prm").status, 0);
   const list = text(qob.takeFile("QOB_qob_MatingList.txt"));
 
   qob.putFile("qob.prm", bytes(parameters.replace("popsize=100,", "popsize=2147483647,")));
-  assert.deepEqual(qob.runJob("qob.prm"), {status: 1, text: "Allocation POP failed"});
+  assert.deepEqual(qob.command("qob", "qob.prm"), {status: 1, text: "Allocation POP failed"});
   assert.match(text(qob.takeFile("qob.log")), /ERROR in allocating memory/);
 
   qob.putFile("qob.prm", bytes(parameters));
-  assert.equal(qob.runJob("qob.prm").status, 0);
+  assert.equal(qob.command("qob", "qob.prm").status, 0);
   assert.equal(text(qob.takeFile("QOB_qob_MatingList.txt")), list);
 }
 

@@ -1,6 +1,7 @@
 #include "system/paths.h"
 
 #include <cerrno>
+#include <filesystem>
 
 #include "system/memory/memory_files.h"
 
@@ -27,8 +28,11 @@ int make_folder(const std::string&) { return 0; }
 // There is no shell.
 std::vector<std::string> entries_of(const std::string&, const std::string&) { return {}; }
 
-// All names begin in one place.
-std::string path_from(const std::string&, const std::string& path) { return path; }
+std::string path_from(const std::string& folder, const std::string& path) {
+  return std::filesystem::path(MemoryFiles::normal(path))
+      .lexically_relative(MemoryFiles::normal(folder))
+      .generic_string();
+}
 
 int copy_file(const std::string& from, const std::string& to) {
   const MemoryFiles::Contents contents = memory_files().get(from);

@@ -1,9 +1,25 @@
 #include "system/progress_line.h"
 
-namespace qob {
+#include "system/memory/progress_listener.h"
 
-bool progress_is_seen() { return false; }
-void show_progress(std::string_view) {}
-void hide_progress() {}
+namespace qob {
+namespace {
+
+ProgressListener& listener() {
+  static ProgressListener one = nullptr;
+  return one;
+}
+
+}  // namespace
+
+void listen_to_progress(ProgressListener told) { listener() = told; }
+
+bool progress_is_seen() { return listener() != nullptr; }
+
+void show_progress(std::string_view text) {
+  if (listener() != nullptr) listener()(text);
+}
+
+void hide_progress() { show_progress(""); }
 
 }  // namespace qob

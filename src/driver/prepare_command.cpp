@@ -8,9 +8,9 @@
 #include "core/stop.h"
 #include "core/text.h"
 #include "core/unit.h"
+#include "driver/commands.h"
 #include "driver/prepare_arguments.h"
 #include "driver/sheet_file.h"
-#include "driver/uncaught.h"
 #include "prepare/data_check.h"
 #include "prepare/data_files.h"
 #include "prepare/prepare.h"
@@ -137,16 +137,15 @@ int check(const std::string& file) {
 }
 
 }  // namespace
-}  // namespace qob
 
-int main(int argc, char** argv) {
-  qob::prepare_process();
-  qob::stop_at_what_nothing_catches();
-  int status = qob::kSuccess;
-  const auto arguments = qob::prepare_arguments(argc, argv, status);
+int prepare_command(int argc, char** argv) {
+  int status = kSuccess;
+  const auto arguments = prepare_arguments(argc, argv, status);
   if (!arguments) return status;
-  if (arguments->check) return qob::check(arguments->file);
-  qob::Unit out(6);
+  if (arguments->check) return check(arguments->file);
+  Unit out(6);
   out.open_standard_output();
-  return qob::prepare_herd_book(*arguments, out);
+  return prepare_herd_book(*arguments, out);
 }
+
+}  // namespace qob

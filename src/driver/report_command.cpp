@@ -10,17 +10,17 @@
 #include "core/stop.h"
 #include "core/text.h"
 #include "core/unit.h"
+#include "driver/commands.h"
+#include "driver/end_of.h"
 #include "driver/report_arguments.h"
 #include "driver/report_files.h"
 #include "driver/report_inputs.h"
 #include "driver/report_tables.h"
 #include "driver/report_template.h"
 #include "driver/sheet_file.h"
-#include "driver/uncaught.h"
 #include "report/json.h"
 #include "report/page.h"
 #include "report/reporting.h"
-#include "system/process.h"
 
 namespace qob {
 namespace {
@@ -35,24 +35,20 @@ void add_prepared(const std::string& faults_file, Report& report) {
 
 // The core's own messages tell of a data file as of one that is seen for the first time, and of a
 // log that is not written here.
-void stop_at_other_data(std::string_view text, int status) {
+std::string of_other_data(const std::string& text) {
   const bool is_of_core = (text.starts_with(' ') || text.starts_with("ERROR")) &&
-                          text.find("memory") == std::string_view::npos;
-  const bool is_of_rules = text.find("file of rules") != std::string_view::npos;
-  end_process(
-      is_of_core
-          ? printable(adjustl_trim(text)) +
-                "\nThe run ended well with these files, so they have changed since; " +
-                (is_of_rules ? "another run of qob tells all that is wrong with a file of rules"
-                             : "qob-prepare --check tells all that is wrong with a data file")
-          : std::string(text),
-      status);
+                          text.find("memory") == std::string::npos;
+  if (!is_of_core) return text;
+  const bool is_of_rules = text.find("file of rules") != std::string::npos;
+  return printable(adjustl_trim(text)) +
+         "\nThe run ended well with these files, so they have changed since; " +
+         (is_of_rules ? "another run of qob tells all that is wrong with a file of rules"
+                      : "qob-prepare --check tells all that is wrong with a data file");
 }
 
 void take_up_with_hint(const std::string& prefix, FinishedRun& run) {
-  const StopHandler before = set_stop_handler(stop_at_other_data);
-  take_up_run(prefix, run);
-  set_stop_handler(before);
+  const End end = end_of([&] { take_up_run(prefix, run); });
+  if (end.status != kSuccess) stop(of_other_data(end.text), end.status);
 }
 
 // What there is of a run, and where it comes from.
@@ -148,12 +144,11 @@ int report(const ReportArguments& arguments) {
 }
 
 }  // namespace
-}  // namespace qob
 
-int main(int argc, char** argv) {
-  qob::prepare_process();
-  qob::stop_at_what_nothing_catches();
-  int status = qob::kSuccess;
-  const auto arguments = qob::report_arguments(argc, argv, status);
-  return arguments ? qob::report(*arguments) : status;
+int report_command(int argc, char** argv) {
+  int status = kSuccess;
+  const auto arguments = report_arguments(argc, argv, status);
+  return arguments ? report(*arguments) : status;
 }
+
+}  // namespace qob
