@@ -1,10 +1,10 @@
 #include "core/csv.h"
 
-#include <csv.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
+
+#include "core/text.h"
 
 namespace qob {
 namespace {
@@ -28,19 +28,89 @@ std::array<std::size_t, 4> count_separators(std::string_view& text) {
   return count;
 }
 
-struct Reader {
-  Sheet& sheet;
-  bool full = false;
+constexpr std::string_view kFull = "more than a table can hold";
+constexpr std::string_view kNotClosed = "a quotation mark opens a cell that nothing closes";
+constexpr std::string_view kWithin =
+    "a quotation mark within a cell : expected the cell in such marks, and it twice";
+
+// CR too, in a text that decode_text has not made.
+bool is_line_end(char c) { return c == '\n' || c == '\r'; }
+
+class Reader {
+ public:
+  Reader(std::string_view text, char separator, Sheet& sheet)
+      : rest_(text), separator_(separator), sheet_(sheet) {}
+
+  // What is wrong with the row that is being made when reading ends, or "".
+  std::string_view read_rows();
+
+ private:
+  std::string_view read_cells();
+  std::string_view take_plain();
+  bool take_quoted();
+  void skip_blanks();
+  bool ends_cell(char c) const { return c == separator_ || is_line_end(c); }
+
+  std::string_view rest_;
+  char separator_;
+  Sheet& sheet_;
+  std::string quoted_;  // the last cell in quotes
 };
 
-void take_cell(void* text, std::size_t size, void* data) {
-  Reader& reader = *static_cast<Reader*>(data);
-  reader.full = reader.full || !reader.sheet.add_cell({static_cast<const char*>(text), size});
+// A blank line is a row without cells; what follows the last line end is none if it is blank.
+std::string_view Reader::read_rows() {
+  for (skip_blanks(); !rest_.empty(); skip_blanks()) {
+    if (!is_line_end(rest_.front())) {
+      const std::string_view fault = read_cells();
+      if (!fault.empty()) return fault;
+    }
+    if (!sheet_.end_row()) return kFull;
+    if (!rest_.empty()) rest_.remove_prefix(1);
+  }
+  return "";
 }
 
-void take_row(int, void* data) {
-  Reader& reader = *static_cast<Reader*>(data);
-  reader.full = reader.full || !reader.sheet.end_row();
+// Up to the end of the line.
+std::string_view Reader::read_cells() {
+  for (;; rest_.remove_prefix(1)) {
+    skip_blanks();
+    const bool is_quoted = rest_.starts_with('"');
+    if (is_quoted && !take_quoted()) return kNotClosed;
+    const std::string_view cell = is_quoted ? quoted_ : take_plain();
+    skip_blanks();
+    if (!rest_.empty() && !ends_cell(rest_.front())) return kWithin;
+    if (!sheet_.add_cell(cell)) return kFull;
+    if (!rest_.starts_with(separator_)) return "";
+  }
+}
+
+// Up to what ends the cell, or to a quote, which may not stand there.
+std::string_view Reader::take_plain() {
+  std::size_t size = 0;
+  while (size < rest_.size() && rest_[size] != '"' && !ends_cell(rest_[size])) ++size;
+  const std::string_view cell = rest_.substr(0, size);
+  rest_.remove_prefix(size);
+  return cell;
+}
+
+// Piece by piece, each with the quote behind it: a second one belongs to the cell and begins the
+// next piece, otherwise the cell is closed. False: nothing closes it.
+bool Reader::take_quoted() {
+  quoted_.clear();
+  do {
+    rest_.remove_prefix(1);
+    const std::size_t end = rest_.find('"');
+    if (end == std::string_view::npos) return false;
+    quoted_.append(rest_, 0, end + 1);
+    rest_.remove_prefix(end + 1);
+  } while (rest_.starts_with('"'));
+  quoted_.pop_back();
+  return true;
+}
+
+void Reader::skip_blanks() {
+  while (!rest_.empty() && is_blank(rest_.front()) && rest_.front() != separator_)
+    rest_.remove_prefix(1);
 }
 
 }  // namespace
@@ -69,23 +139,9 @@ char separator_of(std::string_view text) {
 }
 
 std::string read_csv(std::string_view text, char separator, Sheet& sheet) {
-  csv_parser parser;
-  csv_init(&parser, CSV_REPALL_NL | CSV_STRICT | CSV_STRICT_FINI);
-  csv_set_delim(&parser, static_cast<unsigned char>(separator));
-  Reader reader{sheet};
-  const bool read =
-      csv_parse(&parser, text.data(), text.size(), take_cell, take_row, &reader) == text.size();
-  const std::int64_t row = sheet.rows() + 1;
-  const bool ended = read && csv_fini(&parser, take_cell, take_row, &reader) == 0;
-  const int error = csv_error(&parser);
-  csv_free(&parser);
-  if (reader.full) return "row " + std::to_string(row) + ": more than a table can hold";
-  if (ended) return "";
-  if (error != CSV_EPARSE) return csv_strerror(error);
-  if (!read)
-    return "row " + std::to_string(row) +
-           ": a quotation mark within a cell : expected the cell in such marks, and it twice";
-  return "row " + std::to_string(row) + ": a quotation mark opens a cell that nothing closes";
+  const std::string_view fault = Reader(text, separator, sheet).read_rows();
+  if (fault.empty()) return "";
+  return "row " + std::to_string(sheet.rows() + 1) + ": " + std::string(fault);
 }
 
 }  // namespace qob
