@@ -1,15 +1,18 @@
 // Makes a page: one file with program, style and licences inside, and a content security policy that
-// lets nothing but these in. node build.mjs PAGE [FOLDER], of PAGE/main.ts FOLDER/PAGE.html
+// lets nothing but these in. node build.mjs PAGE [FOLDER [MODULE]], of PAGE/main.ts FOLDER/PAGE.html;
+// the page of the whole tool is FOLDER/qob.html, takes its module from the folder MODULE, and the page
+// of reports from FOLDER.
 
 import { build } from "esbuild";
 import { createHash } from "node:crypto";
 import { mkdirSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
+import { gzipSync } from "node:zlib";
 
 const here = dirname(fileURLToPath(import.meta.url));
-const titles = { report: "Mating plan", frontier: "Merit and relationship" };
-const [, , name, folder = join(here, "dist")] = process.argv;
+const titles = { report: "Mating plan", frontier: "Merit and relationship", page: "qob" };
+const [, , name, folder = join(here, "dist"), module] = process.argv;
 if (!titles[name]) throw new Error(`The pages are ${Object.keys(titles).join(" and ")}.`);
 
 /** Bundles; returns the text and the files that went in. */
@@ -45,27 +48,50 @@ function put(template, texts) {
   }, template);
 }
 
+/** What no parser of HTML can take for the end of a script. */
+const inScript = (text) => text.replaceAll("<", "\\u003c");
+
+const block = (id, text) => `<script type="application/json" id="${id}">${text}</script>`;
+const packed = (bytes) => JSON.stringify(gzipSync(bytes, { level: 9 }).toString("base64"));
+
+/** The blocks of the whole tool: module, worker and the page of reports. */
+async function toolBlocks() {
+  const worker = await bundled("page/engine/worker.ts");
+  const text = readFileSync(join(module, "qob.js"), "utf8") + worker.text;
+  const blocks = [
+    block("program", packed(readFileSync(join(module, "qob.wasm")))), block("worker", inScript(JSON.stringify(text))),
+    block("report-page", packed(readFileSync(join(folder, "report.html")))),
+  ];
+  return { inputs: worker.inputs, text: blocks.join("\n") };
+}
+
 /** The hashes must be those of all that runs or styles, no more and no fewer. */
 function checked(page) {
   const inside = [...page.matchAll(/<(script|style)>([^]*?)<\/\1>/g)].map(([, , text]) => hash(text));
   const allowed = page.match(/'sha256-[^']+'/g) ?? [];
   if (inside.length !== 2 || inside.join() !== [...allowed].reverse().join()) throw new Error("The hashes of the policy are not those of the page.");
-  if (page.split("/*DATA*/").length !== 2) throw new Error("The page must hold the marker of the data once.");
+  if (name !== "page" && page.split("/*DATA*/").length !== 2) throw new Error("The page must hold the marker of the data once.");
   return page;
 }
 
+const tool = name === "page";
 const script = await bundled(`${name}/main.ts`);
 const style = await bundled("theme.css");
 if (/<\/script|<!--/i.test(script.text) || /<\/style/i.test(style.text)) throw new Error("The bundle would end its element.");
-const policy = ["default-src 'none'", `script-src ${hash(script.text)}`, `style-src ${hash(style.text)}`, "img-src data: blob:", "base-uri 'none'", "form-action 'none'"];
+const blocks = tool ? await toolBlocks() : { inputs: {}, text: block("data", "/*DATA*/") };
+const policy = [
+  "default-src 'none'", `script-src ${hash(script.text)}${tool ? " 'wasm-unsafe-eval'" : ""}`, `style-src ${hash(style.text)}`,
+  ...(tool ? ["worker-src blob:"] : []), "img-src data: blob:", "base-uri 'none'", "form-action 'none'",
+];
 const page = put(readFileSync(join(here, "template.html"), "utf8"), {
   POLICY: policy.join("; "),
   TITLE: titles[name],
-  LICENCES: JSON.stringify(licences(script.inputs)).replaceAll("<", "\\u003c"),
+  LICENCES: inScript(JSON.stringify(licences({ ...blocks.inputs, ...script.inputs }))),
   STYLE: style.text,
   SCRIPT: script.text,
+  BLOCKS: blocks.text,
 });
-const out = join(folder, `${name}.html`);
+const out = join(folder, `${tool ? "qob" : name}.html`);
 mkdirSync(folder, { recursive: true });
 writeFileSync(out, checked(page));
 console.log(`${out}: ${Math.round(Buffer.byteLength(page) / 1000)} kB`);

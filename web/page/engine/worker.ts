@@ -1,0 +1,69 @@
+// A worker: the program as a module, and the jobs that it is sent, one at a time.
+
+import { sha256 } from "@noble/hashes/sha2.js";
+import type { Done, FromWorker, Job, ToWorker } from "./protocol.js";
+
+/** The module of module.js. */
+interface Qob {
+  putFile(name: string, bytes: Uint8Array): void;
+  takeFile(name: string): Uint8Array | undefined;
+  fileNames(): string[];
+  clearFiles(): void;
+  command(...words: readonly string[]): { status: number; text: string };
+}
+
+interface Settings {
+  sha256: () => { update(bytes: Uint8Array): void; digest(): Uint8Array };
+  onProgress: (text: string) => void;
+  instantiateWasm: (imports: WebAssembly.Imports, ready: (instance: WebAssembly.Instance) => void) => object;
+}
+
+declare const createQob: (settings: Settings) => Promise<Qob>;
+declare const self: { onmessage: (event: MessageEvent<ToWorker>) => void; postMessage: (message: FromWorker, transfer?: Transferable[]) => void };
+
+const OUT = "/dev/stdout";
+const ERR = "/dev/stderr";
+
+let qob: Promise<Qob>;
+let now = 0;
+
+function started(module: WebAssembly.Module): Promise<Qob> {
+  return createQob({
+    sha256: () => sha256.create(),
+    onProgress: (progress) => self.postMessage({ id: now, progress }),
+    instantiateWasm: (imports, ready) => {
+      void WebAssembly.instantiate(module, imports).then(ready);
+      return {};
+    },
+  });
+}
+
+function wanted(qob: Qob, take: readonly string[]): string[] {
+  const names = qob.fileNames().filter((name) => name !== OUT && name !== ERR);
+  return names.filter((name) => take.some((one) => name === one || ((one === "" || one.endsWith("/")) && name.startsWith(one))));
+}
+
+function carriedOut(qob: Qob, { clear, put, command, take }: Job): Done {
+  if (clear) qob.clearFiles();
+  for (const [name, bytes] of put ?? []) qob.putFile(name, bytes);
+  const end = command ? qob.command(...command) : { status: 0, text: "" };
+  const told = (name: string) => new TextDecoder().decode(command && qob.takeFile(name));
+  return { ...end, out: told(OUT), err: told(ERR), files: wanted(qob, take ?? []).map((name) => [name, qob.takeFile(name)!]) };
+}
+
+const lacksMemory = (error: unknown) => error instanceof RangeError || /memory/i.test(String(error));
+
+async function work(id: number, job: Job): Promise<void> {
+  now = id;
+  try {
+    const done = carriedOut(await qob, job);
+    self.postMessage({ id, done }, done.files.map(([, bytes]) => bytes.buffer as ArrayBuffer));
+  } catch (error) {
+    self.postMessage({ id, failed: lacksMemory(error) ? "memory" : "defect", detail: String(error) });
+  }
+}
+
+self.onmessage = ({ data }) => {
+  if ("start" in data) qob = started(data.start);
+  else void work(data.id, data.job);
+};
