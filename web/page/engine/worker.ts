@@ -43,12 +43,22 @@ function wanted(qob: Qob, take: readonly string[]): string[] {
   return names.filter((name) => take.some((one) => name === one || ((one === "" || one.endsWith("/")) && name.startsWith(one))));
 }
 
+// As the program says it; a run says more in its log.
+const LACKS_MEMORY = /error in allocating memory|Allocation .*(failed|exceed)/i;
+
+function lackedMemory(qob: Qob, text: string, err: string): boolean {
+  const log = /qob\.log/.test(text) ? new TextDecoder().decode(qob.takeFile("qob.log")) : "";
+  return [text, err, log].some((said) => LACKS_MEMORY.test(said));
+}
+
 function carriedOut(qob: Qob, { clear, put, command, take }: Job): Done {
   if (clear) qob.clearFiles();
   for (const [name, bytes] of put ?? []) qob.putFile(name, bytes);
   const end = command ? qob.command(...command) : { status: 0, text: "" };
   const told = (name: string) => new TextDecoder().decode(command && qob.takeFile(name));
-  return { ...end, out: told(OUT), err: told(ERR), files: wanted(qob, take ?? []).map((name) => [name, qob.takeFile(name)!]) };
+  const [out, err] = [told(OUT), told(ERR)];
+  if (end.status !== 0 && lackedMemory(qob, end.text, err)) throw new RangeError(end.text);
+  return { ...end, out, err, files: wanted(qob, take ?? []).map((name) => [name, qob.takeFile(name)!]) };
 }
 
 const lacksMemory = (error: unknown) => error instanceof RangeError || /memory/i.test(String(error));
