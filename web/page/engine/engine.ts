@@ -1,5 +1,7 @@
 // The program in a worker. Nothing that takes time runs in the page itself.
 
+import { block, unpacked } from "../blocks.js";
+import { Unreadable } from "../spreadsheet/unreadable.js";
 import type { Done, FromWorker, Job, ToWorker } from "./protocol.js";
 
 /** How far a long command is. */
@@ -32,15 +34,9 @@ export function progressOf(text: string): Progress | null {
 
 let program: Promise<WebAssembly.Module> | undefined;
 
-const block = (id: string): string => JSON.parse(document.getElementById(id)?.textContent ?? '""');
-
 /** The compiled program of all workers. */
 function compiled(): Promise<WebAssembly.Module> {
-  return program ??= (async () => {
-    const packed = Uint8Array.from(atob(block("program")), (letter) => letter.charCodeAt(0));
-    const stream = new Blob([packed]).stream().pipeThrough(new DecompressionStream("gzip"));
-    return WebAssembly.compile(await new Response(stream).arrayBuffer());
-  })();
+  return program ??= unpacked("program").then((bytes) => WebAssembly.compile(bytes));
 }
 
 let source: string | undefined;
@@ -102,7 +98,8 @@ export class Engine {
     else if ("failed" in message) this.end(new Failed(message.failed, message.detail));
     else {
       this.waiting.delete(message.id);
-      waiting?.resolve(message.done);
+      if ("done" in message) waiting?.resolve(message.done);
+      else waiting?.reject(new Unreadable(message.unreadable, ...(message.details as [])));
     }
   }
 
