@@ -158,6 +158,7 @@ export const de: Texts = {
       options: { read: "jeder Kandidat muss einen haben", mean: "fehlende erhalten das Mittel der anderen", none: "ohne sie planen" },
     },
     remain: "Wer bleibt",
+    unsound: "Die Zahlen kommen, wenn kein Fehler mehr hindert: siehe Schritt 2.",
     facts: {
       none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
       more: (matings, completeness) => `dürfen ${matings} Paarungen haben; Abstammungen zu ${completeness} vollständig`,
@@ -169,8 +170,8 @@ export const de: Texts = {
       age: "zu jung oder zu alt", unknown_parent: "ein Elternteil unbekannt", incomplete: "Abstammung zu unvollständig", "": "keine Paarungen angegeben, oder ohne eigene Zeile",
     },
     picture: {
-      title: "Tiere nach Geburtsjahr", description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
-      born: "Geboren", sex: "Geschlecht", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
+      title: (sex) => `${sex}, nach Geburtsjahr`, description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
+      born: "Geboren", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
       fates: { candidate: "Kandidaten", age: "zu jung oder zu alt", pedigree: "Abstammung zu wenig bekannt", other: "nicht da, ohne Paarungen oder anderes" },
       tip: (born, sex, fate, count) => `${sex} ${born}\n${count} ${fate}`,
     },
