@@ -31,7 +31,7 @@ export const de: Texts = {
     paste: "Eine Tabelle einfügen", pasteHelp: "Kopieren Sie in Ihrer Tabellenkalkulation die Zellen samt Überschriften und fügen Sie sie hier ein.",
     pasteExample: "Tier\tVater\tMutter\tGeschlecht\tGeburt", pasteRead: "Diese Tabelle lesen", pastedName: "eingefügte Tabelle",
     opening: "Liest die Datei",
-    fromSheet: (name) => `Blatt „${name}“`, rows: (count) => `${count} Zeilen`,
+    fromSheet: (name) => `Blatt „${name}“`, rows: (rows) => counted(rows, "Zeile", "Zeilen"),
     sheet: "Blatt", sheetHelp: "Die Arbeitsmappe hat mehrere; wählen Sie das mit den Tieren.",
     uncalculated: (count) => `${count} Zellen enthalten Formeln ohne ihre Werte und sind hier leer. Öffnen Sie die Mappe in Ihrer Tabellenkalkulation und speichern Sie sie dort noch einmal.`,
     unwelcome: {

@@ -31,7 +31,7 @@ export const en = {
     paste: "Paste a table", pasteHelp: "Copy the cells in your spreadsheet, headings included, and paste them here.",
     pasteExample: "Animal\tSire\tDam\tSex\tBorn", pasteRead: "Read this table", pastedName: "pasted table",
     opening: "Reading the file",
-    fromSheet: (name: string) => `sheet “${name}”`, rows: (count: string) => `${count} rows`,
+    fromSheet: (name: string) => `sheet “${name}”`, rows: (rows: number) => counted(rows, "row", "rows"),
     sheet: "Sheet", sheetHelp: "The workbook has several; choose the one with the animals.",
     uncalculated: (count: string) => `${count} cells hold formulas without their values and are empty here. Open the workbook in your spreadsheet program and save it there again.`,
     unwelcome: {

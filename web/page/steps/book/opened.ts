@@ -18,7 +18,7 @@ export function opened(work: Work): Control {
   function show(): void {
     const { book: now, latest } = work;
     if (!now) return;
-    fill(name, h("strong", {}, now.name), now.from !== undefined && ` · ${book.fromSheet(now.from)}`, ` · ${bytes(now.bytes.length)}`, latest && ` · ${book.rows(count(latest.rows))}`);
+    fill(name, h("strong", {}, now.name), now.from !== undefined && ` · ${book.fromSheet(now.from)}`, ` · ${bytes(now.bytes.length)}`, latest && ` · ${book.rows(latest.rows)}`);
     const { sheets = [], uncalculated = 0 } = now.workbook ?? {};
     fill(empty, uncalculated > 0 && h("p", { class: "warning" }, book.uncalculated(count(uncalculated))));
     which.element.hidden = sheets.length < 2;
