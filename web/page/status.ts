@@ -22,8 +22,12 @@ export function status(work: Work): { element: HTMLElement; show: () => void } {
   return { element: h("div", { class: "status" }, trouble, under.element), show };
 }
 
+/** Its button goes with it: the focus then is where the herd book is. */
 function complaint(error: Error, work: Work): HTMLElement {
-  const button = (text: string, act: () => void) => h("button", { type: "button", class: "plainbutton", onclick: act }, text);
+  const button = (text: string, act: () => void) => h("button", { type: "button", class: "plainbutton", onclick: () => {
+    act();
+    document.getElementById("book-title")?.focus({ preventScroll: true });
+  } }, text);
   const ways = error === work.unopened ? button(words.frame.dismiss, () => work.dismiss()) : button(words.frame.again, () => work.again());
   return h("div", { class: error instanceof Cancelled ? "warning" : "warning serious" }, h("p", {}, said(error)), ways);
 }

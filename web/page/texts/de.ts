@@ -31,7 +31,7 @@ export const de: Texts = {
     paste: "Eine Tabelle einfügen", pasteHelp: "Kopieren Sie in Ihrer Tabellenkalkulation die Zellen samt Überschriften und fügen Sie sie hier ein.",
     pasteExample: "Tier\tVater\tMutter\tGeschlecht\tGeburt", pasteRead: "Diese Tabelle lesen", pastedName: "eingefügte Tabelle",
     opening: "Liest die Datei",
-    fromSheet: (name) => `Blatt „${name}“`, rows: (count) => `${count} Zeilen`,
+    fromSheet: (name) => `Blatt „${name}“`, rows: (rows) => counted(rows, "Zeile", "Zeilen"),
     sheet: "Blatt", sheetHelp: "Die Arbeitsmappe hat mehrere; wählen Sie das mit den Tieren.",
     uncalculated: (count) => `${count} Zellen enthalten Formeln ohne ihre Werte und sind hier leer. Öffnen Sie die Mappe in Ihrer Tabellenkalkulation und speichern Sie sie dort noch einmal.`,
     unwelcome: {
@@ -158,6 +158,7 @@ export const de: Texts = {
       options: { read: "jeder Kandidat muss einen haben", mean: "fehlende erhalten das Mittel der anderen", none: "ohne sie planen" },
     },
     remain: "Wer bleibt",
+    unsound: "Die Zahlen kommen, wenn kein Fehler mehr hindert: siehe Schritt 2.",
     facts: {
       none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
       more: (matings, completeness) => `dürfen ${matings} Paarungen haben; Abstammungen zu ${completeness} vollständig`,
@@ -169,8 +170,8 @@ export const de: Texts = {
       age: "zu jung oder zu alt", unknown_parent: "ein Elternteil unbekannt", incomplete: "Abstammung zu unvollständig", "": "keine Paarungen angegeben, oder ohne eigene Zeile",
     },
     picture: {
-      title: "Tiere nach Geburtsjahr", description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
-      born: "Geboren", sex: "Geschlecht", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
+      title: (sex) => `${sex}, nach Geburtsjahr`, description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
+      born: "Geboren", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
       fates: { candidate: "Kandidaten", age: "zu jung oder zu alt", pedigree: "Abstammung zu wenig bekannt", other: "nicht da, ohne Paarungen oder anderes" },
       tip: (born, sex, fate, count) => `${sex} ${born}\n${count} ${fate}`,
     },

@@ -31,7 +31,7 @@ export const en = {
     paste: "Paste a table", pasteHelp: "Copy the cells in your spreadsheet, headings included, and paste them here.",
     pasteExample: "Animal\tSire\tDam\tSex\tBorn", pasteRead: "Read this table", pastedName: "pasted table",
     opening: "Reading the file",
-    fromSheet: (name: string) => `sheet “${name}”`, rows: (count: string) => `${count} rows`,
+    fromSheet: (name: string) => `sheet “${name}”`, rows: (rows: number) => counted(rows, "row", "rows"),
     sheet: "Sheet", sheetHelp: "The workbook has several; choose the one with the animals.",
     uncalculated: (count: string) => `${count} cells hold formulas without their values and are empty here. Open the workbook in your spreadsheet program and save it there again.`,
     unwelcome: {
@@ -152,6 +152,7 @@ export const en = {
       options: { read: "every candidate must have one", mean: "missing ones get the mean of the others", none: "plan without them" },
     },
     remain: "Who remains",
+    unsound: "The figures come when no fault hinders any more: see step 2.",
     facts: {
       none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
       more: (matings: string, completeness: string) => `may have ${matings} matings; pedigrees complete to ${completeness}`,
@@ -163,8 +164,8 @@ export const en = {
       age: "too young or too old", unknown_parent: "a parent is unknown", incomplete: "pedigree not complete enough", "": "no matings given, or no row of its own",
     },
     picture: {
-      title: "Animals by year of birth", description: "Candidates at the bottom of each bar, above them those who are left out, by reason.",
-      born: "Born", sex: "Sex", fate: "What became of them", animals: "Animals", unborn: "unknown",
+      title: (sex: string) => `${sex} by year of birth`, description: "Candidates at the bottom of each bar, above them those who are left out, by reason.",
+      born: "Born", fate: "What became of them", animals: "Animals", unborn: "unknown",
       fates: { candidate: "candidates", age: "too young or too old", pedigree: "too little known of the pedigree", other: "not alive, without matings, or else" },
       tip: (born: string, sex: string, fate: string, count: string) => `${sex} ${born}\n${count} ${fate}`,
     },

@@ -14,7 +14,7 @@ import { conditions } from "./conditions.js";
 
 export function step(work: Work): Step {
   const asked = conditions(work);
-  const remain = h("div"), shape = h("div");
+  const remain = h("div");
   const all = animals();
   let drawn: Prepared | null = null;
   function show(): void {
@@ -22,11 +22,12 @@ export function step(work: Work): Step {
     const data = work.latest!;
     if (data === drawn) return;
     drawn = data;
-    fill(remain, figures(data), leftOut(data));
-    fill(shape, picture(data));
+    const any = data.animals.length > 0;
+    fill(remain, any ? [figures(data), leftOut(data), picture(data)] : h("p", { class: "warning" }, words.candidates.unsound));
+    all.element.hidden = !any;
     all.show(data);
   }
-  const body = h("div", {}, h("p", {}, words.candidates.intro), asked.element, group(words.candidates.remain, remain, shape, all.element));
+  const body = h("div", {}, h("p", {}, words.candidates.intro), asked.element, group(words.candidates.remain, remain, all.element));
   return { id: "candidates", title: words.candidates.title, body, ready: () => (work.latest?.counts.animals ?? 0) > 0, show };
 }
 
