@@ -42,6 +42,7 @@ export class Dots {
   mark(): void {
     const now = this.now();
     this.options.forEach((option, i) => option.setAttribute("aria-selected", String(i === now)));
+    this.chosen.hidden = now < 0;
     if (this.places[now]) this.put(this.chosen, this.places[now]);
   }
 
@@ -86,7 +87,7 @@ export class Dots {
     const place = this.places[this.at];
     if (!place) return;
     const here = this.together(place);
-    this.choice.choose(here[(here.indexOf(this.choice.plan) + 1) % here.length]!);
+    this.choice.choose(here[(here.findIndex((plan) => plan === this.choice.plan) + 1) % here.length]!);
   }
 
   private under({ clientX, clientY }: MouseEvent): number {

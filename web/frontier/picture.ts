@@ -1,6 +1,7 @@
 // Merit against inbreeding: the line of the best possible and the plans beneath it, each a sign that can be
 // pointed at and chosen. The rate of inbreeding is a straight function of the mean relationship, so both
-// scales show one picture, and the effective size stands above either.
+// scales show one picture, and the effective size stands above either. What is drawn here alone also stands
+// on the page that makes the plans while they are looked at.
 
 import * as Plot from "@observablehq/plot";
 import { choose } from "../shared/choose.js";
@@ -17,9 +18,7 @@ import { called, type Frontier, type Plan, type Vertex } from "./model.js";
 
 export function picture(frontier: Frontier, marked: Plan, choice: Choice): HTMLElement {
   const { title, description, axes, help } = words.picture;
-  const known = (["rate", "relationship"] as const).filter((axis) => frontier.plans.some((plan) => Number.isFinite(plan[axis])));
-  const scales = known.map((value) => ({ name: words.picture[value].name, value }));
-  return choose(axes, scales, (axis) => {
+  return choose(axes, scales(frontier), (axis) => {
     let dots: Dots | undefined;
     choice.follow(() => dots?.mark());
     return figure({
@@ -34,7 +33,13 @@ export function picture(frontier: Frontier, marked: Plan, choice: Choice): HTMLE
   });
 }
 
-function legend({ curve, plans }: Frontier): HTMLElement {
+/** The horizontal scales on which there is something to show, by their names. */
+export function scales({ plans, curve }: Frontier): { name: string; value: Axis }[] {
+  const known = (["rate", "relationship"] as const).filter((axis) => [...plans, ...(curve ?? [])].some((place) => Number.isFinite(place[axis])));
+  return known.map((value) => ({ name: words.picture[value].name, value }));
+}
+
+export function legend({ curve, plans }: Frontier): HTMLElement {
   const names = words.picture.key;
   const ways = WAYS.filter((way) => plans.some(({ how }) => how === way));
   return key(
@@ -46,7 +51,8 @@ function legend({ curve, plans }: Frontier): HTMLElement {
 
 const FRAME = { marginRight: 18, marginBottom: 46, marginLeft: 50 };
 
-function drawn(width: number, axis: Axis, frontier: Frontier, marked: Plan, choice: Choice): Dots {
+/** The curve and the plans for a width in pixels; while there is no plan, none is marked. */
+export function drawn(width: number, axis: Axis, frontier: Frontier, marked: Plan | undefined, choice: Choice): Dots {
   const { plans, curve } = frontier;
   const height = Math.round(Math.min(520, Math.max(380, width * 0.66)));
   const at = (place: Plan | Vertex): Point => [place[axis] * 100, place.scaled_merit];
@@ -65,8 +71,8 @@ function drawn(width: number, axis: Axis, frontier: Frontier, marked: Plan, choi
       sizes.length === 0 ? null : Plot.axisX(sizes.map(([x]) => x), {
         anchor: "top", label: words.picture.ne, labelAnchor: "right", labelArrow: "none", labelOffset: 34, tickFormat: (_: number, i: number) => fixed(sizes[i]![1], 0),
       }),
-      limit(marked, axis, frontier.herd, x, y), labels(shown, at, marked, x, y, height - top - FRAME.marginBottom),
-      signs(shown, at), star(at(marked)),
+      marked && [limit(marked, axis, frontier.herd, x, y), labels(shown, at, marked, x, y, height - top - FRAME.marginBottom)],
+      signs(shown, at), marked && star(at(marked)),
     ],
   });
   const [across, down] = [svg.scale("x")!, svg.scale("y")!];
