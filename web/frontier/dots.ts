@@ -46,6 +46,17 @@ export class Dots {
     if (this.places[now]) this.put(this.chosen, this.places[now]);
   }
 
+  /** If it has the focus, the folder of the plan that is pointed at, "" for none. */
+  get held(): string | undefined {
+    return document.activeElement === this.list ? (this.places[this.at]?.plan.folder ?? "") : undefined;
+  }
+
+  /** Takes the focus, and points at a plan, as a picture before did. */
+  hold(folder: string): void {
+    this.list.focus({ preventScroll: true });
+    this.point(this.places.findIndex(({ plan }) => plan.folder === folder));
+  }
+
   private now(): number {
     return this.places.findIndex(({ plan }) => plan === this.choice.plan);
   }

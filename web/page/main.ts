@@ -1,6 +1,7 @@
 // The page: five steps from a herd book to a plan of matings.
 
 import { add, fill, h, link, part } from "../shared/dom.js";
+import { Planning } from "./planning.js";
 import type { Step } from "./step.js";
 import * as book from "./steps/book.js";
 import * as candidates from "./steps/candidates.js";
@@ -11,6 +12,7 @@ import { LANGUAGES, language, speak, words, type Language } from "./texts/words.
 import { Work } from "./work.js";
 
 const work = new Work();
+const planning = new Planning(work);
 let steps: Step[] = [];
 
 function header(): HTMLElement {
@@ -53,7 +55,7 @@ function show(): void {
   for (const { end } of steps) end?.();
   for (const act of unfollow) act();
   unfollow = [];
-  steps = [book, faults, candidates, goal, plan].map(({ step }) => step(work));
+  steps = [book, faults, candidates, goal, plan].map(({ step }) => step(work, planning));
   document.title = words.frame.title;
   document.body.replaceChildren(...[...document.body.children].filter((child) => child instanceof HTMLScriptElement));
   add(document.body, [header(), h("div", { class: "frame" }, contents(), h("main", {}, steps.map(section)))]);

@@ -1,5 +1,6 @@
 // The program in a worker. Nothing that takes time runs in the page itself.
 
+import { block, unpacked } from "./blocks.js";
 import type { Done, FromWorker, Job, ToWorker } from "./protocol.js";
 
 /** How far a long command is. */
@@ -32,15 +33,9 @@ export function progressOf(text: string): Progress | null {
 
 let program: Promise<WebAssembly.Module> | undefined;
 
-const block = (id: string): string => JSON.parse(document.getElementById(id)?.textContent ?? '""');
-
 /** The compiled program of all workers. */
 function compiled(): Promise<WebAssembly.Module> {
-  return program ??= (async () => {
-    const packed = Uint8Array.from(atob(block("program")), (letter) => letter.charCodeAt(0));
-    const stream = new Blob([packed]).stream().pipeThrough(new DecompressionStream("gzip"));
-    return WebAssembly.compile(await new Response(stream).arrayBuffer());
-  })();
+  return program ??= unpacked(block("program")).arrayBuffer().then((bytes) => WebAssembly.compile(bytes));
 }
 
 let source: string | undefined;

@@ -16,8 +16,99 @@ export const en = {
   book: { title: "Herd book" },
   faults: { title: "Check" },
   candidates: { title: "Candidates" },
-  goal: { title: "Goal" },
-  plan: { title: "Plan" },
+  goal: {
+    title: "Goal",
+    what: "What does this mean?",
+    left: (seconds: number) => `${Math.max(1, Math.round(seconds))} s left`,
+    resume: "Go on",
+    matings: {
+      title: "How many matings",
+      label: "Matings to plan",
+      byItself: (n: number) => `Left empty, ${n} are planned: one for each female that may be mated, as far as the males suffice.`,
+      given: "Left empty, the program takes one for each female that may be mated, as far as the males suffice.",
+      help: "The plan lists so many matings. Fewer matings than females means that only the best suited females are used.",
+    },
+    tradeoff: {
+      title: "Merit or relationship",
+      lead: "Who mates only the animals of most merit mates relatives, and inbreeding rises fast. The green line is the best that can be had of both in this herd: nothing lies above it. The signs beneath it are plans; choose the one whose rate of inbreeding you want to accept.",
+      reading: "Reads the herd and computes the best possible",
+      planning: "Makes plans",
+      ready: (n: number) => `${n} plans are there to choose from.`,
+      none: "Waits for a herd book without faults.",
+    },
+    picture: {
+      title: "Merit against inbreeding",
+      description: "Higher is more merit, further left is less inbreeding.",
+      note: "A click or a tap takes the plan nearest to it. With the keyboard: arrow keys point at a plan, Enter takes it.",
+      axes: "Horizontal scale",
+    },
+    meaning: {
+      chosen: "Chosen:",
+      rate: "Rate of inbreeding", rises: (rate: number) => `${rate <= 0.01 ? "a generation; at most 1 % is advised" : "a generation; more than the 1 % that is advised"}`, falls: "relationship falls: no inbreeding is added",
+      size: "Effective size", sizeNote: "animals of an ideal herd in which inbreeding rises as fast; 50 or more are advised (FAO 1998)",
+      merit: "Mean merit of the parents", above: (sd: number) => `${sd.toFixed(2)} standard deviations above using all candidates alike`,
+      parents: "Parents", used: (males: number, females: number) => `${males} ♂, ${females} ♀`, candidates: (males: number, females: number) => `males and females, of ${males} and ${females} candidates`,
+      inbreeding: "Inbreeding of the offspring", inbreedingNote: "on average, as they are paired",
+      share: "Share of the best possible", shareNote: "of what any plan could reach here, rounded down",
+      breaks: (rate: number) => `No plan keeps what was asked for: this one comes nearest, with ${(100 * rate).toFixed(2)} % a generation.`,
+    },
+    along: {
+      label: "Along the line", merit: "most merit", relationship: "least relationship",
+      best: (rate: number, size: number, sd: number) => `Best possible here: ${sd.toFixed(2)} standard deviations of merit at ${(100 * rate).toFixed(2)} % inbreeding a generation${Number.isNaN(size) ? "" : `, effective size ${size.toFixed(0)}`}.`,
+    },
+    target: {
+      title: "Or say what you want",
+      kind: "What is given", value: "Its value", take: "Make this plan",
+      kinds: { weight: "weight of relationship", rate: "rate of inbreeding, %", ne: "effective size", degrees: "angle along the line, °" },
+      help: {
+        weight: "How much relationship counts against merit: 0 is merit alone, 20 is a common choice.",
+        rate: "The plan of most merit whose inbreeding rises by no more than this in a generation, in percent: 1 is much, 0.5 is careful.",
+        ne: "The plan of most merit with at least this effective size: 50 keeps a herd going for some generations, 100 and more for long.",
+        degrees: "0 is most merit, 90 is least relationship.",
+      },
+      missed: (value: string, rate: number) => `No plan was found that keeps ${value}; the nearest has a rate of ${(100 * rate).toFixed(2)} %.`,
+    },
+    search: {
+      title: "Search this point thoroughly",
+      lead: "The plans above are made at once and are mostly very good. A full search of the chosen point tries very many others; what it finds competes with them, and the best is taken.",
+      seeds: "Searches with different random numbers", start: "Search thoroughly",
+      help: "Each search begins with other random numbers, so some find more than others. They run side by side, one on each core of this computer; further ones wait for a free one.",
+      busy: "Searches.", ended: "The searches have ended.",
+      caption: "Plans of the chosen point", columns: ["Plan", "", "Of the possible", "Merit", "Rate of inbreeding", "Inbreeding of the offspring"],
+      best: "best", direct: "made at once", seed: (seed: number) => `search ${seed}`,
+      states: { waiting: "waits", running: "begins", done: "done", cancelled: "stopped" },
+    },
+  },
+  plan: {
+    title: "Plan",
+    none: "Choose a point of the trade-off first.",
+    of: (name: string) => `Chosen in step 4: ${name}.`,
+    other: (made: string, chosen: string) => `Below is the plan of: ${made}. Chosen in step 4 is now: ${chosen}.`,
+    make: "Make the mating plan",
+    planning: "Plans the matings", reporting: "Writes the report", ready: "The plan is there.",
+    english: "The report is in English.",
+    print: "Print mating list",
+    save: {
+      title: "Save the plan", list: "Mating list (CSV)", tables: "All tables (CSV, zip)", workbook: "All tables (Excel)", report: "Report (HTML)", repeat: "Repeat it on a computer (zip)",
+    },
+    readme: (program: string, prepare: string, name: string) => `These files make the mating plan again, on any computer with qob.
+They were made with ${program}.
+
+The plan, from the files of its run:
+
+    qob qob.prm
+
+QOB_qob_MatingList.txt is then the mating list, byte by byte the same. The report of it:
+
+    qob-report ./QOB_
+
+The files of the run, from the herd book (in the folder herd_book):
+
+    ${prepare}
+
+makes a folder ${name} with ${name}.dat and its companions.
+`,
+  },
 };
 
 export type Texts = typeof en;
