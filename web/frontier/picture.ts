@@ -10,14 +10,15 @@ import { digits, fixed } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { COLOUR, draw, figure, type Picture } from "../shared/plot.js";
 import type { Column } from "../shared/table.js";
-import * as words from "../shared/texts/frontier.js";
+import { short, table } from "../shared/texts/frontier.js";
 import type { Choice } from "./choice.js";
 import { Dots } from "./dots.js";
 import { best, domain, effectiveSizes, labels, limit, LOOKS, positionOf, signs, star, WAYS, type Axis, type Point } from "./marks.js";
 import { called, type Frontier, type Plan, type Vertex } from "./model.js";
+import { say } from "./say.js";
 
 export function picture(frontier: Frontier, marked: Plan, choice: Choice): HTMLElement {
-  const { title, description, axes, help } = words.picture;
+  const { title, description, axes, help } = say.picture;
   return choose(axes, scales(frontier), (axis) => {
     let dots: Dots | undefined;
     choice.follow(() => dots?.mark());
@@ -27,7 +28,7 @@ export function picture(frontier: Frontier, marked: Plan, choice: Choice): HTMLE
         dots = drawn(width, axis, frontier, marked, choice);
         return h("div", {}, legend(frontier), dots.element);
       },
-      note: [h("span", { class: "screen" }, help, " "), words.picture[axis].note],
+      note: [h("span", { class: "screen" }, help, " "), say.picture[axis].note],
       table: frontier.curve ? figuresOf(frontier.curve) : undefined,
     });
   });
@@ -36,11 +37,11 @@ export function picture(frontier: Frontier, marked: Plan, choice: Choice): HTMLE
 /** The horizontal scales on which there is something to show, by their names. */
 export function scales({ plans, curve }: Frontier): { name: string; value: Axis }[] {
   const known = (["rate", "relationship"] as const).filter((axis) => [...plans, ...(curve ?? [])].some((place) => Number.isFinite(place[axis])));
-  return known.map((value) => ({ name: words.picture[value].name, value }));
+  return known.map((value) => ({ name: say.picture[value].name, value }));
 }
 
 export function legend({ curve, plans }: Frontier): HTMLElement {
-  const names = words.picture.key;
+  const names = say.picture.key;
   const ways = WAYS.filter((way) => plans.some(({ how }) => how === way));
   return key(
     ...(curve ? [{ name: names.line, colour: COLOUR.green, symbol: "line" as const }] : []),
@@ -63,13 +64,13 @@ export function drawn(width: number, axis: Axis, frontier: Frontier, marked: Pla
   const top = sizes.length > 0 ? 66 : 34;
   const svg = draw({
     width, height, ...FRAME, marginTop: top,
-    x: { domain: [...x], label: words.picture[axis].axis, labelArrow: "none", labelAnchor: "right", labelOffset: 40, ticks: width / 80 },
-    y: { domain: [...y], label: words.picture.merit, labelArrow: "none", grid: true },
+    x: { domain: [...x], label: say.picture[axis].axis, labelArrow: "none", labelAnchor: "right", labelOffset: 40, ticks: width / 80 },
+    y: { domain: [...y], label: say.picture.merit, labelArrow: "none", grid: true },
     symbol: { type: "identity" }, r: { type: "identity" },
     marks: [
       curve?.length ? best(curve.map(at), x, y) : null, Plot.axisX({}),
       sizes.length === 0 ? null : Plot.axisX(sizes.map(([x]) => x), {
-        anchor: "top", label: words.picture.ne, labelAnchor: "right", labelArrow: "none", labelOffset: 34, tickFormat: (_: number, i: number) => fixed(sizes[i]![1], 0),
+        anchor: "top", label: say.picture.ne, labelAnchor: "right", labelArrow: "none", labelOffset: 34, tickFormat: (_: number, i: number) => fixed(sizes[i]![1], 0),
       }),
       marked && [limit(marked, axis, frontier.herd, x, y), labels(shown, at, marked, x, y, height - top - FRAME.marginBottom)],
       signs(shown, at), marked && star(at(marked)),
@@ -81,21 +82,21 @@ export function drawn(width: number, axis: Axis, frontier: Frontier, marked: Pla
 }
 
 function told(plan: Plan): string[] {
-  const { told: say } = words;
+  const { how, parents, told } = say;
   return [
-    `${called(plan)}: ${words.how[plan.how]}`, say.merit(digits(plan.merit, 4), plan.scaled_merit), say.rate(plan.rate, plan.effective_size),
-    say.relationship(plan.relationship), words.parents(plan.males, plan.females), ...(Number.isFinite(plan.share) ? [say.share(plan.share)] : []),
+    `${called(plan)}: ${how[plan.how]}`, told.merit(digits(plan.merit, 4), plan.scaled_merit), told.rate(plan.rate, plan.effective_size),
+    told.relationship(plan.relationship), parents(plan.males, plan.females), ...(Number.isFinite(plan.share) ? [told.share(plan.share)] : []),
   ];
 }
 
 function figuresOf(curve: readonly Vertex[]): Picture<Vertex>["table"] {
-  const { columns } = words.table;
+  const { columns } = table;
   const column = (key: "weight" | "scaled_merit" | "rate" | "effective_size" | "relationship" | "degrees", look: Partial<Column<Vertex>>): Column<Vertex> =>
     ({ key, title: columns[key][0], note: columns[key][1], value: (vertex) => vertex[key], ...look });
   return {
     rows: curve, file: "curve.csv",
     columns: [
-      column("weight", { show: ({ weight }) => words.short(weight) }), column("scaled_merit", { decimals: 3 }), column("rate", { percent: true }),
+      column("weight", { show: ({ weight }) => short(weight) }), column("scaled_merit", { decimals: 3 }), column("rate", { percent: true }),
       column("effective_size", { decimals: 1 }), column("relationship", { percent: true }), column("degrees", { decimals: 0 }),
     ],
   };

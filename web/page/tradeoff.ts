@@ -162,10 +162,21 @@ export class Tradeoff extends Followed {
       [this.rounds, this.left, this.aimed] = [[...ROUNDS], 0, "null"];
       const progress = (progress: Progress | null) => this.show({ state: "reading", progress });
       progress(null);
-      await this.do({ clear: true, put: this.run, command: ["frontier-begin", `${this.name}.prm`, `--output=${FOLDER}`, "--points=0"], take: [JSON_FILE] }, progress);
+      try {
+        await this.do({ clear: true, put: this.run, command: ["frontier-begin", `${this.name}.prm`, `--output=${FOLDER}`, "--points=0"], take: [JSON_FILE] }, progress);
+      } catch (error) {
+        throw error instanceof Refused ? await this.explained(error) : error;
+      }
       this.begun = true;
       await this.go();
     });
+  }
+
+  /** A run of the herd tells more of what is wrong with it. */
+  private async explained(error: Refused): Promise<Error> {
+    if (!error.message.includes("qob.log")) return error;
+    const done = await this.engine.do({ command: ["qob", `${this.name}.prm`] });
+    return done.status !== 0 && done.err.trim() ? new Refused({ ...done, text: "" }) : error;
   }
 
   /** Carries a command out; takes over how many plans are to be made, and those that there are. */

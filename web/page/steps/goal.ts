@@ -1,5 +1,6 @@
 // What is planned: how many matings, by which rules, and how much inbreeding for how much merit.
 
+import { saying } from "../../frontier/say.js";
 import { h } from "../../shared/dom.js";
 import type { Planning } from "../planning.js";
 import { said } from "../said.js";
@@ -10,6 +11,7 @@ import type { Work } from "../work.js";
 import { Curve } from "./goal/curve.js";
 import { Matings } from "./goal/matings.js";
 import { Meaning } from "./goal/meaning.js";
+import { Rules } from "./goal/rules.js";
 import { Thorough } from "./goal/search.js";
 import { Along, Wanted } from "./goal/target.js";
 import { Waiting } from "./waiting.js";
@@ -17,14 +19,15 @@ import { Waiting } from "./waiting.js";
 interface Shown { element: HTMLElement; show: () => void }
 
 export function step(work: Work, { tradeoff, searches }: Planning): Step {
-  const matings = new Matings(work);
+  saying(words.goal.say);
+  const matings = new Matings(work), rules = new Rules(work, tradeoff);
   const thorough = new Thorough(work, tradeoff, searches);
   const between = [new Curve(work, tradeoff), new Meaning(tradeoff), new Along(work, tradeoff), new Wanted(work, tradeoff), thorough] as const;
   const [curve, meaning, along, wanted] = between;
   const waiting = new Waiting(() => tradeoff.stop());
   const again = h("button", { type: "button", class: "plainbutton screen", onclick: () => tradeoff.resume() }, words.goal.resume);
   const shown = h("div", {}, h("div", { class: "with-plan" }, h("div", {}, curve.element, along.element), meaning.element), wanted.element, thorough.element);
-  const body = h("div", { class: "goal" }, matings.element,
+  const body = h("div", { class: "goal" }, matings.element, rules.element,
     h("section", { class: "group" }, h("h3", {}, words.goal.tradeoff.title), h("p", {}, words.goal.tradeoff.lead), waiting.element, again, shown));
 
   const show = () => {
@@ -32,7 +35,7 @@ export function step(work: Work, { tradeoff, searches }: Planning): Step {
     again.hidden = tradeoff.state.state !== "stopped";
     shown.hidden = !tradeoff.frontier;
     shown.classList.toggle("stale", tradeoff.stale);
-    for (const each of [matings, ...between] as Shown[]) each.show();
+    for (const each of [matings, rules, ...between] as Shown[]) each.show();
   };
   const unfollow = [tradeoff.follow(show), searches.follow(() => thorough.show())];
   return { id: "goal", title: words.goal.title, body, ready: () => tradeoff.known, show, end: () => unfollow.forEach((act) => act()) };

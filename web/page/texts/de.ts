@@ -1,6 +1,12 @@
 // Deutsch.
 
+import { atLeast, counted, digits, percent } from "../../shared/format.js";
+import { short } from "../../shared/texts/frontier.js";
 import type { Texts } from "./en.js";
+
+const plans = (n: number) => counted(n, "Plan", "Pläne");
+const sd = (value: number) => `${value < 0 ? "−" : "+"}${Math.abs(value).toFixed(3)}\u00a0Standardabw.`;
+const falls = "die Verwandtschaft sinkt";
 
 export const de: Texts = {
   frame: {
@@ -29,6 +35,29 @@ export const de: Texts = {
       given: "Bleibt das leer, nimmt das Programm eine für jedes weibliche Tier, das gepaart werden darf, soweit die männlichen reichen.",
       help: "So viele Paarungen hat die Liste. Sind es weniger als weibliche Tiere, werden nur die geeignetsten genommen.",
     },
+    rules: {
+      title: "Eigene Regeln",
+      lead: "Was schon entschieden ist und was nicht sein darf. Tiere heißen nach ihrer Kennung; auch ein Name gilt, wenn nur ein Tier so heißt. Alle Regeln gelten für alle Paarungen.",
+      kind: "Eine neue Regel:", add: "Hinzufügen", remove: "Entfernen", all: "alle", open: "Unvollständig: sie zählt noch nicht.",
+      kinds: {
+        fix: "beschlossene Paarungen", forbid: "zwei Tiere nie", min: "mindestens so viele Paarungen", max: "höchstens so viele Paarungen", group: "ein Tier gehört zu einer Gruppe",
+        "forbid-groups": "keine Paarungen zwischen Gruppen", "max-pair": "meiste Paarungen eines Paares", "max-per-group": "meiste Paarungen eines Vaters in einer Gruppe", "max-f": "größte Inzucht der Nachkommen",
+      },
+      said: {
+        fix: "Vater {a} und Mutter {b}: {value} Paarungen sind beschlossen.",
+        forbid: "Vater {a} und Mutter {b} werden nie gepaart.",
+        min: "{a} hat mindestens {value} Paarungen.",
+        max: "{a} hat höchstens {value} Paarungen.",
+        group: "{a} gehört zur Gruppe {b} (ein Betrieb, eine Station, eine Familie).",
+        "forbid-groups": "Niemand der Gruppe {a} wird mit der Gruppe {b} gepaart; zweimal derselbe Name: nicht innerhalb der Gruppe.",
+        "max-pair": "Jedes Paar hat höchstens {value} Paarungen.",
+        "max-per-group": "Vater {a} hat höchstens {value} Paarungen mit Müttern der Gruppe {b}.",
+        "max-f": "Kein Nachkomme hat eine erwartete Inzucht über {value} Prozent.",
+      },
+      holds: { sire: "Vater", dam: "Mutter", animal: "Tier", group: "Gruppe", count: "Anzahl", share: "Prozent" },
+      files: "Regeln aus einer Datei und in eine", file: "Datei öffnen", help: "Eine CSV-Datei mit der Kopfzeile kind,a,b,value, wie sie die Kommandozeile nimmt. Ihre Regeln treten an die Stelle der obigen.",
+      save: "Diese Regeln speichern", noRule: (line: number, text: string) => `Zeile ${line} ist keine Regel: ${text}`,
+    },
     tradeoff: {
       title: "Leistung oder Verwandtschaft",
       lead: "Wer nur die Tiere mit den besten Zuchtwerten paart, paart Verwandte, und die Inzucht steigt schnell. Die grüne Linie ist das Beste, was sich in dieser Herde von beidem haben lässt: darüber liegt nichts. Die Zeichen darunter sind Pläne; wählen Sie den, dessen Inzuchtrate Sie hinnehmen wollen.",
@@ -42,6 +71,40 @@ export const de: Texts = {
       description: "Weiter oben ist mehr Zuchtwert, weiter links ist weniger Inzucht.",
       note: "Ein Klick oder ein Tippen nimmt den nächsten Plan. Mit der Tastatur: Pfeiltasten zeigen auf einen Plan, Enter nimmt ihn.",
       axes: "Waagerechte Achse",
+    },
+    say: {
+      asked: {
+        own: "Vorschlag", weight: (weight: number) => `Gewicht ${short(weight)}`, constraint: (rate: number) => `höchstens ${short(100 * rate)}\u00a0% je Generation`, merit: "höchster Zuchtwert",
+        target: {
+          rate: (rate: number) => `Ziel ${short(100 * rate)}\u00a0% je Generation`, ne: (size: number) => `Ziel effektive Größe ${short(size)}`, degrees: (angle: number) => `Ziel ${short(angle)}°`,
+        },
+        seed: (goal: string, seed: number) => `${goal}, Suche ${seed}`,
+      },
+      how: { greedy: "sofort gemacht", exchanges: "sofort gemacht, mit Tauschen", search: "durch gründliche Suche" },
+      parents: (males: number, females: number) => `${males} männliche, ${females} weibliche`,
+      picture: {
+        title: "Zuchtwert und Inzucht",
+        description: (n: number) => plans(n),
+        help: "Zeigen Sie auf ein Zeichen, oder nehmen Sie die Pfeiltasten, um seine Zahlen zu lesen; ein Klick oder Enter wählt den Plan. Mehrere an einer Stelle kommen der Reihe nach.",
+        signs: "Pläne",
+        axes: "Waagerechte Achse",
+        rate: { name: "Inzuchtrate", axis: "Inzuchtrate je Generation, Prozent →", note: "" },
+        relationship: { name: "Mittlere Verwandtschaft", axis: "mittlere Verwandtschaft der nächsten Generation, Prozent →", note: "" },
+        merit: "↑ Zuchtwert, Standardabweichungen",
+        ne: "effektive Größe",
+        limit: "Ziel",
+        impossible: "hier kann kein Plan liegen",
+        key: {
+          line: "bestmöglich", greedy: "jede Paarung, wo sie am meisten bringt", exchanges: "dann Tausch von Paarungen", search: "Suche", marked: "vorgeschlagen oder verlangt", chosen: "gewählt",
+        },
+      },
+      told: {
+        merit: (merit: string, scaled: number) => `Zuchtwert ${merit} (${sd(scaled)})`,
+        rate: (rate: number, size: number) => `Inzucht ${percent(rate)} je Generation, ${Number.isFinite(size) ? `effektive Größe ${digits(size)}` : falls}`,
+        relationship: (value: number) => `Verwandtschaft ${percent(value)}`,
+        share: (share: number) => `${atLeast(share)} dessen, was irgendein Plan könnte`,
+        others: (n: number) => `noch ${plans(n)} an dieser Stelle`,
+      },
     },
     meaning: {
       chosen: "Gewählt:",

@@ -1,6 +1,8 @@
 // All that the page says itself, in English. A translation is one more file of this shape; what the
 // program says of a herd book, and the report, are English in all of them.
 
+import * as frontier from "../../shared/texts/frontier.js";
+
 export const en = {
   frame: {
     title: "qob: plan matings",
@@ -28,6 +30,29 @@ export const en = {
       given: "Left empty, the program takes one for each female that may be mated, as far as the males suffice.",
       help: "The plan lists so many matings. Fewer matings than females means that only the best suited females are used.",
     },
+    rules: {
+      title: "Your own rules",
+      lead: "What is decided already, and what must not be. Animals are named by their identifier; a name is taken, too, where it is one animal's alone. All rules hold for all matings.",
+      kind: "A new rule:", add: "Add", remove: "Remove", all: "all", open: "Not complete: it does not count yet.",
+      kinds: {
+        fix: "matings that are decided", forbid: "two animals never", min: "at least so many matings", max: "at most so many matings", group: "an animal belongs to a group",
+        "forbid-groups": "no matings between groups", "max-pair": "most matings of any pair", "max-per-group": "most matings of a sire in a group", "max-f": "largest inbreeding of offspring",
+      },
+      said: {
+        fix: "Sire {a} and dam {b}: {value} matings are decided.",
+        forbid: "Sire {a} and dam {b} are never mated.",
+        min: "{a} has at least {value} matings.",
+        max: "{a} has at most {value} matings.",
+        group: "{a} belongs to the group {b} (a herd, a station, a family).",
+        "forbid-groups": "Nobody of the group {a} is mated with the group {b}; the same name twice: not within it.",
+        "max-pair": "Any one pair has at most {value} matings.",
+        "max-per-group": "Sire {a} has at most {value} matings with dams of the group {b}.",
+        "max-f": "No offspring has an expected inbreeding above {value} percent.",
+      },
+      holds: { sire: "sire", dam: "dam", animal: "animal", group: "group", count: "number", share: "percent" },
+      files: "Rules from and to a file", file: "Open a file", help: "A CSV file with the header kind,a,b,value, as the command line takes it. Its rules come in the place of those above.",
+      save: "Save these rules", noRule: (line: number, text: string) => `Line ${line} is no rule: ${text}`,
+    },
     tradeoff: {
       title: "Merit or relationship",
       lead: "Who mates only the animals of most merit mates relatives, and inbreeding rises fast. The green line is the best that can be had of both in this herd: nothing lies above it. The signs beneath it are plans; choose the one whose rate of inbreeding you want to accept.",
@@ -41,6 +66,13 @@ export const en = {
       description: "Higher is more merit, further left is less inbreeding.",
       note: "A click or a tap takes the plan nearest to it. With the keyboard: arrow keys point at a plan, Enter takes it.",
       axes: "Horizontal scale",
+    },
+    /** What the picture itself says. */
+    say: {
+      asked: { ...frontier.asked, own: "suggestion" },
+      how: { greedy: "made at once", exchanges: "made at once, with exchanges", search: "by a full search" },
+      parents: frontier.parents, told: frontier.told,
+      picture: { ...frontier.picture, key: { ...frontier.picture.key, line: "best possible", marked: "suggested, or what you asked for", chosen: "chosen" } },
     },
     meaning: {
       chosen: "Chosen:",
