@@ -54,13 +54,14 @@ const inScript = (text) => text.replaceAll("<", "\\u003c");
 const block = (id, text) => `<script type="application/json" id="${id}">${text}</script>`;
 const packed = (bytes) => JSON.stringify(gzipSync(bytes, { level: 9 }).toString("base64"));
 
-/** The blocks of the whole tool: module, worker and the page of reports. */
+/** The blocks of the whole tool: module, worker, the page of reports and an example of a herd book. */
 async function toolBlocks() {
   const worker = await bundled("page/engine/worker.ts");
   const text = readFileSync(join(module, "qob.js"), "utf8") + worker.text;
   const blocks = [
     block("program", packed(readFileSync(join(module, "qob.wasm")))), block("worker", inScript(JSON.stringify(text))),
     block("report-page", packed(readFileSync(join(folder, "report.html")))),
+    block("example", packed(readFileSync(join(here, "../examples/hinterwald/hinterwald.csv")))),
   ];
   return { inputs: worker.inputs, text: blocks.join("\n") };
 }

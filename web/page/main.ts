@@ -1,13 +1,16 @@
 // The page: five steps from a herd book to a plan of matings.
 
 import { add, fill, h, link, part } from "../shared/dom.js";
+import { arrival } from "./arrivals.js";
 import { Planning } from "./planning.js";
+import { ENDING, saveWork } from "./saved.js";
+import { status } from "./status.js";
 import type { Step } from "./step.js";
-import * as book from "./steps/book.js";
-import * as candidates from "./steps/candidates.js";
-import * as faults from "./steps/faults.js";
-import * as goal from "./steps/goal.js";
-import * as plan from "./steps/plan.js";
+import * as book from "./steps/book/step.js";
+import * as candidates from "./steps/candidates/step.js";
+import * as faults from "./steps/faults/step.js";
+import * as goal from "./steps/goal/step.js";
+import * as plan from "./steps/plan/step.js";
 import { LANGUAGES, language, speak, words, type Language } from "./texts/words.js";
 import { Work } from "./work.js";
 
@@ -17,31 +20,50 @@ let steps: Step[] = [];
 
 function header(): HTMLElement {
   const { frame } = words;
-  const button = (text: string, act: () => void) => h("button", { type: "button", onclick: act }, text);
-  const undo = button(frame.undo, () => work.undo()), redo = button(frame.redo, () => work.redo());
-  const names = Object.keys(LANGUAGES) as Language[];
-  const choice = h("select", { "aria-label": frame.language, onchange: () => (speak(choice.value as Language), show()) },
-    names.map((name) => h("option", { value: name, selected: name === language }, name)));
+  const button = (text: string, act: () => void, keys?: string) =>
+    h("button", { type: "button", class: "plainbutton", onclick: act, "aria-keyshortcuts": keys, title: keys?.replace("Control", frame.control) }, text);
+  const undo = button(frame.undo, () => work.undo(), "Control+Z"), redo = button(frame.redo, () => work.redo(), "Control+Y");
+  const save = button(frame.save, () => saveWork(work));
+  const choice = h("select", { id: "language", "aria-label": frame.language, onchange: () => (speak(choice.value as Language), show(), document.getElementById("language")?.focus()) },
+    (Object.keys(LANGUAGES) as Language[]).map((name) => h("option", { value: name, selected: name === language, lang: name }, frame.languages[name])));
   follow(() => {
-    undo.disabled = !work.canUndo;
-    redo.disabled = !work.canRedo;
+    able(undo, work.canUndo);
+    able(redo, work.canRedo);
+    able(save, work.book !== null);
   });
-  return h("header", { class: "top" }, h("h1", {}, frame.title), h("p", {}, frame.lead), h("div", { class: "tools" }, undo, redo, choice));
+  return h("header", { class: "top" }, h("h1", {}, frame.title), h("p", {}, frame.lead),
+    h("div", { class: "tools", role: "group", "aria-label": frame.work }, undo, redo, save, opening(), choice));
+}
+
+/** A button that can do nothing now keeps the focus. */
+const able = (button: HTMLElement, can: boolean) => button.setAttribute("aria-disabled", String(!can));
+
+/** A button that opens saved work. */
+function opening(): HTMLElement[] {
+  const files = h("input", { type: "file", accept: `${ENDING},.json`, hidden: true, onchange: () => {
+    const file = files.files?.[0];
+    if (file) void work.open((engine) => arrival(file, engine));
+    files.value = "";
+  } });
+  return [h("button", { type: "button", class: "plainbutton", onclick: () => files.click() }, words.frame.open), files];
 }
 
 function contents(): HTMLElement {
   return h("nav", { class: "contents", "aria-label": words.frame.steps }, h("ol", {}, steps.map(({ id, title }) => h("li", {}, link(id, title)))));
 }
 
-function section(step: Step): HTMLElement {
+/** While the work is made anew, what was shown before stays, and so does the focus in it. */
+function section(step: Step, number: number): HTMLElement {
+  const later = h("p", { class: "note" }, words.frame.later);
   const place = h("div");
   let shown: HTMLElement | undefined;
   follow(() => {
-    const now = step.ready() ? step.body : (shown === step.body || !shown ? h("p", { class: "note" }, words.frame.later) : shown);
+    const ready = step.ready();
+    const now = ready ? step.body : shown && work.found.state === "working" ? shown : later;
     if (now !== shown) fill(place, (shown = now));
-    if (step.ready()) step.show();
+    if (ready) step.show();
   });
-  return part(step.id, step.title, place);
+  return part(step.id, `${number}. ${step.title}`, place);
 }
 
 let unfollow: (() => void)[] = [];
@@ -58,7 +80,22 @@ function show(): void {
   steps = [book, faults, candidates, goal, plan].map(({ step }) => step(work, planning));
   document.title = words.frame.title;
   document.body.replaceChildren(...[...document.body.children].filter((child) => child instanceof HTMLScriptElement));
-  add(document.body, [header(), h("div", { class: "frame" }, contents(), h("main", {}, steps.map(section)))]);
+  const foot = status(work);
+  follow(foot.show);
+  add(document.body, [header(), h("div", { class: "frame" }, contents(), h("main", {}, steps.map((step, i) => section(step, i + 1)))), foot.element]);
 }
 
+/** In a text field these keys undo what was typed there. */
+function pressed(event: KeyboardEvent): void {
+  const { target, ctrlKey, metaKey, altKey, shiftKey } = event;
+  const types = target instanceof HTMLTextAreaElement || (target instanceof HTMLInputElement && !/^(checkbox|radio|file|button|range)$/.test(target.type));
+  if (types || altKey || !(ctrlKey || metaKey) || document.querySelector("dialog[open]")) return;
+  const key = event.key.toLowerCase();
+  const act = key === "y" || (key === "z" && shiftKey) ? () => work.redo() : key === "z" ? () => work.undo() : null;
+  if (!act) return;
+  event.preventDefault();
+  act();
+}
+
+addEventListener("keydown", pressed);
 show();

@@ -7,8 +7,15 @@ import { Cancelled, Engine, type Progress } from "./engine/engine.js";
 import type { Files } from "./engine/protocol.js";
 import { read, type Prepared } from "./prepared.js";
 
-/** A herd book as it is read: always CSV; `from` tells of which sheet it was made, if it was. */
-export interface Book { name: string; bytes: Uint8Array; from?: string }
+/** A herd book as it is read: always CSV; `from` tells of which sheet it was made, if it was, and
+ * `workbook` holds the others. */
+export interface Book { name: string; bytes: Uint8Array; from?: string; workbook?: { bytes: Uint8Array; sheets: readonly string[] } }
+
+/** What can be undone. */
+interface Moment { book: Book | null; choices: Choices }
+
+/** What a file turned out to be: a herd book, or one with the choices of a saved work. */
+export interface Arrived { book: Book; choices?: Choices }
 
 /** What qob-prepare made of it. */
 export type Found =
@@ -28,11 +35,17 @@ export function stem(book: string): string {
 export class Work {
   private readonly engine = new Engine();
   private readonly followers = new Set<() => void>();
-  private past: Choices[] = [];
-  private future: Choices[] = [];
+  private past: Moment[] = [];
+  private future: Moment[] = [];
+  private runs = 0;
   book: Book | null = null;
   choices: Choices = FIRST;
   found: Found = { state: "none" };
+  /** What was found last in this herd book, which can be shown while it is made anew. */
+  latest: Prepared | null = null;
+  /** What reads a file, while one is read, and why the last one could not be. */
+  opening: Engine | null = null;
+  unopened: Error | null = null;
 
   /** Acts now and whenever anything has changed, until what it returns is called. */
   follow(act: () => void): () => void {
@@ -45,10 +58,42 @@ export class Work {
     for (const act of [...this.followers]) act();
   }
 
+  /** Reads a file and begins with what is in it; if it is none for us, the work stays as it was. */
+  async open(arriving: (engine: Engine) => Promise<Arrived>): Promise<void> {
+    this.opening?.stop();
+    const engine = new Engine();
+    [this.opening, this.unopened] = [engine, null];
+    this.changed();
+    const end = (act: () => void) => {
+      engine.stop();
+      if (this.opening !== engine) return;
+      this.opening = null;
+      act();
+    };
+    await arriving(engine).then(
+      ({ book, choices }) => end(() => this.begin(book, choices)),
+      (error: unknown) => end(() => this.tell(error)));
+  }
+
+  /** Tells why a file could not be opened. */
+  tell(error: unknown): void {
+    if (!(error instanceof Error)) throw error;
+    this.unopened = error;
+    this.changed();
+  }
+
+  /** The reader knows. */
+  dismiss(): void {
+    this.unopened = null;
+    this.changed();
+  }
+
   /** Begins with a herd book; choices are those of a saved work, else none. */
   begin(book: Book, choices: Choices = FIRST): void {
-    [this.book, this.choices, this.past, this.future] = [book, choices, [], []];
-    void this.prepare();
+    if (this.book) this.past.push(this.moment);
+    this.future = [];
+    this.unopened = null;
+    this.move({ book, choices });
   }
 
   get canUndo(): boolean {
@@ -58,37 +103,48 @@ export class Work {
     return this.future.length > 0;
   }
 
+  private get moment(): Moment {
+    return { book: this.book, choices: this.choices };
+  }
+
   choose(some: Partial<Choices>): void {
-    const next = { ...this.choices, ...some };
-    if (JSON.stringify(next) === JSON.stringify(this.choices)) return;
-    this.past.push(this.choices);
+    const choices = { ...this.choices, ...some };
+    if (JSON.stringify(choices) === JSON.stringify(this.choices)) return;
+    this.past.push(this.moment);
     this.future = [];
-    this.move(next);
+    this.move({ book: this.book, choices });
   }
 
   undo(): void {
     const before = this.past.pop();
     if (!before) return;
-    this.future.push(this.choices);
+    this.future.push(this.moment);
     this.move(before);
   }
 
   redo(): void {
     const after = this.future.pop();
     if (!after) return;
-    this.past.push(this.choices);
+    this.past.push(this.moment);
     this.move(after);
   }
 
-  private move(next: Choices): void {
-    const same = decides(next) === decides(this.choices);
-    this.choices = next;
+  private move({ book, choices }: Moment): void {
+    const same = book === this.book && decides(choices) === decides(this.choices);
+    if (book !== this.book) this.latest = null;
+    [this.book, this.choices] = [book, choices];
     if (same) this.changed();
     else void this.prepare();
   }
 
+  /** Begins anew what was stopped or has failed. */
+  again(): void {
+    void this.prepare();
+  }
+
   /** Stops what is under way. */
   cancel(): void {
+    this.opening?.stop();
     this.engine.stop();
   }
 
@@ -96,9 +152,11 @@ export class Work {
     this.engine.stop();
     const { book, choices } = this;
     if (!book) return;
+    const run = ++this.runs;
     const show = (found: Found) => {
-      if (book !== this.book || choices !== this.choices) return;
+      if (run !== this.runs) return;
       this.found = found;
+      if (found.state === "ready") this.latest = found.data;
       this.changed();
     };
     show({ state: "working", progress: null });

@@ -1,6 +1,7 @@
 // The program in a worker. Nothing that takes time runs in the page itself.
 
-import { block, unpacked } from "./blocks.js";
+import { block, unpacked } from "../blocks.js";
+import { Unreadable } from "../spreadsheet/unreadable.js";
 import type { Done, FromWorker, Job, ToWorker } from "./protocol.js";
 
 /** How far a long command is. */
@@ -35,7 +36,7 @@ let program: Promise<WebAssembly.Module> | undefined;
 
 /** The compiled program of all workers. */
 function compiled(): Promise<WebAssembly.Module> {
-  return program ??= unpacked(block("program")).arrayBuffer().then((bytes) => WebAssembly.compile(bytes));
+  return program ??= unpacked("program").then((bytes) => WebAssembly.compile(bytes));
 }
 
 let source: string | undefined;
@@ -97,7 +98,8 @@ export class Engine {
     else if ("failed" in message) this.end(new Failed(message.failed, message.detail));
     else {
       this.waiting.delete(message.id);
-      waiting?.resolve(message.done);
+      if ("done" in message) waiting?.resolve(message.done);
+      else waiting?.reject(new Unreadable(message.unreadable, ...(message.details as [])));
     }
   }
 

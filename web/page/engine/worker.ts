@@ -1,7 +1,9 @@
 // A worker: the program as a module, and the jobs that it is sent, one at a time.
 
 import { sha256 } from "@noble/hashes/sha2.js";
-import type { Done, FromWorker, Job, ToWorker } from "./protocol.js";
+import { readSpreadsheet } from "../spreadsheet/read.js";
+import { Unreadable } from "../spreadsheet/unreadable.js";
+import type { Done, FromWorker, Job, Sheet, ToWorker } from "./protocol.js";
 
 /** The module of module.js. */
 interface Qob {
@@ -43,12 +45,29 @@ function wanted(qob: Qob, take: readonly string[]): string[] {
   return names.filter((name) => take.some((one) => name === one || ((one === "" || one.endsWith("/")) && name.startsWith(one))));
 }
 
-function carriedOut(qob: Qob, { clear, put, command, take }: Job): Done {
+// As the program says it; a run says more in its log.
+const LACKS_MEMORY = /error in allocating memory|Allocation .*(failed|exceed)/i;
+
+function lackedMemory(qob: Qob, text: string, err: string): boolean {
+  const log = /qob\.log/.test(text) ? new TextDecoder().decode(qob.takeFile("qob.log")) : "";
+  return [text, err, log].some((said) => LACKS_MEMORY.test(said));
+}
+
+function sheetOf({ bytes, name }: NonNullable<Job["sheet"]>): Sheet {
+  const book = readSpreadsheet(bytes);
+  const { sheet, csv, uncalculated } = book.table(name);
+  return { name: sheet, csv, uncalculated, all: book.sheets.map(({ name }) => name) };
+}
+
+function carriedOut(qob: Qob, { sheet, clear, put, command, take }: Job): Done {
   if (clear) qob.clearFiles();
   for (const [name, bytes] of put ?? []) qob.putFile(name, bytes);
   const end = command ? qob.command(...command) : { status: 0, text: "" };
   const told = (name: string) => new TextDecoder().decode(command && qob.takeFile(name));
-  return { ...end, out: told(OUT), err: told(ERR), files: wanted(qob, take ?? []).map((name) => [name, qob.takeFile(name)!]) };
+  const [out, err] = [told(OUT), told(ERR)];
+  if (end.status !== 0 && lackedMemory(qob, end.text, err)) throw new RangeError(end.text);
+  const files: Done["files"] = wanted(qob, take ?? []).map((name) => [name, qob.takeFile(name)!]);
+  return { ...end, out, err, files, ...(sheet && { sheet: sheetOf(sheet) }) };
 }
 
 const lacksMemory = (error: unknown) => error instanceof RangeError || /memory/i.test(String(error));
@@ -59,7 +78,8 @@ async function work(id: number, job: Job): Promise<void> {
     const done = carriedOut(await qob, job);
     self.postMessage({ id, done }, done.files.map(([, bytes]) => bytes.buffer as ArrayBuffer));
   } catch (error) {
-    self.postMessage({ id, failed: lacksMemory(error) ? "memory" : "defect", detail: String(error) });
+    if (error instanceof Unreadable) self.postMessage({ id, unreadable: error.reason, details: error.details });
+    else self.postMessage({ id, failed: lacksMemory(error) ? "memory" : "defect", detail: String(error) });
   }
 }
 

@@ -16,7 +16,7 @@ export class Matings {
       if (this.field.reportValidity()) work.choose({ matings: Number.isNaN(this.field.valueAsNumber) ? null : this.field.valueAsNumber });
     });
     this.element = h("section", { class: "group screen" }, h("h3", {}, title),
-      h("div", { class: "fields" }, h("label", { for: this.field.id }, label), this.field), this.told,
+      h("div", { class: "line" }, h("label", { for: this.field.id }, label), this.field), this.told,
       h("details", {}, h("summary", {}, words.goal.what), note(help)));
   }
 

@@ -31,10 +31,10 @@ export class Rules {
   constructor(private readonly work: Work, private readonly tradeoff: Tradeoff) {
     const { title, lead, kind, files, file, save: keep, help } = words.goal.rules;
     this.element = h("section", { class: "group screen" }, h("h3", {}, title), h("p", {}, lead), this.list, this.animals.list, this.groups,
-      h("div", { class: "fields" }, h("label", { for: this.kind.id }, kind), this.kind, this.add),
+      h("div", { class: "line" }, h("label", { for: this.kind.id }, kind), this.kind, this.add),
       h("details", {}, h("summary", {}, files),
         h("p", { class: "note" }, help),
-        h("div", { class: "fields" }, h("label", { for: this.file.id }, file), this.file,
+        h("div", { class: "line" }, h("label", { for: this.file.id }, file), this.file,
           h("button", { type: "button", class: "download", onclick: () => save("rules.csv", "text/csv", rulesFile(work.choices)) }, keep))),
       this.told);
   }

@@ -4,7 +4,7 @@ import type { Plan } from "../../../frontier/model.js";
 import { fill, h, type Child } from "../../../shared/dom.js";
 import { atLeast, digits, percent } from "../../../shared/format.js";
 import { plain } from "../../../shared/table.js";
-import { said } from "../../said.js";
+import { said } from "../../errors.js";
 import type { Search, Searches } from "../../searches.js";
 import { words } from "../../texts/words.js";
 import type { Tradeoff } from "../../tradeoff.js";
@@ -27,7 +27,7 @@ export class Thorough {
     this.seeds.addEventListener("change", () => this.seeds.checkValidity() && work.choose({ seeds: this.seeds.valueAsNumber }));
     this.element = h("section", { class: "group" }, h("h3", {}, title),
       h("p", {}, lead),
-      h("div", { class: "fields screen" }, h("label", { for: this.seeds.id }, seeds), this.seeds, this.start, this.cancel),
+      h("div", { class: "line screen" }, h("label", { for: this.seeds.id }, seeds), this.seeds, this.start, this.cancel),
       h("details", { class: "screen" }, h("summary", {}, words.goal.what), h("p", {}, help)),
       this.told, this.list, this.found);
   }

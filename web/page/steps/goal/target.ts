@@ -73,7 +73,7 @@ export class Wanted {
 
   constructor(private readonly work: Work, private readonly tradeoff: Tradeoff) {
     const { title, take } = words.goal.target;
-    const form = h("form", { class: "fields", onsubmit: (event) => this.take(event) }, this.kind, this.value, h("button", { type: "submit", class: "plainbutton" }, take));
+    const form = h("form", { class: "line", onsubmit: (event) => this.take(event) }, this.kind, this.value, h("button", { type: "submit", class: "plainbutton" }, take));
     this.kind.addEventListener("change", () => this.explain());
     this.kind.value = "ne";
     this.element = h("fieldset", { class: "screen" }, h("legend", {}, title), form, this.help, this.told);

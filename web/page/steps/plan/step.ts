@@ -4,7 +4,7 @@ import { called } from "../../frontier/model.js";
 import { fill, h } from "../../shared/dom.js";
 import type { Planning } from "../planning.js";
 import type { State } from "../planned.js";
-import { said } from "../said.js";
+import { said } from "../errors.js";
 import type { Step } from "../step.js";
 import { words } from "../texts/words.js";
 import type { Work } from "../work.js";

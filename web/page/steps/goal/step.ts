@@ -3,7 +3,7 @@
 import { saying } from "../../frontier/say.js";
 import { h } from "../../shared/dom.js";
 import type { Planning } from "../planning.js";
-import { said } from "../said.js";
+import { said } from "../errors.js";
 import type { Step } from "../step.js";
 import { words } from "../texts/words.js";
 import type { Tradeoff } from "../tradeoff.js";

@@ -1,0 +1,38 @@
+// The herd book that is open: which it is, how it is read, its columns.
+
+import { fill, h } from "../../../shared/dom.js";
+import { bytes, count } from "../../../shared/format.js";
+import { sheet } from "../../arrivals.js";
+import { select, type Control } from "../../fields.js";
+import { words } from "../../texts/words.js";
+import type { Work } from "../../work.js";
+import { columns } from "./columns.js";
+import { reading } from "./reading.js";
+
+export function opened(work: Work): Control {
+  const { book } = words;
+  const name = h("p", { class: "lead" });
+  const which = sheets(work);
+  const parts = [which, columns(work), reading(work)];
+  function show(): void {
+    const { book: now, latest } = work;
+    if (!now) return;
+    fill(name, h("strong", {}, now.name), now.from !== undefined && ` · ${book.fromSheet(now.from)}`, ` · ${bytes(now.bytes.length)}`, latest && ` · ${book.rows(count(latest.rows))}`);
+    which.element.hidden = (now.workbook?.sheets.length ?? 0) < 2;
+    for (const part of parts) part.show();
+  }
+  return { element: h("div", { class: "opened" }, name, parts.map(({ element }) => element)), show };
+}
+
+/** The sheets of a workbook that has several. */
+function sheets(work: Work): Control {
+  return select({
+    name: words.book.sheet, help: words.book.sheetHelp,
+    options: () => (work.book?.workbook?.sheets ?? []).map((name) => [name, name]),
+    read: () => work.book?.from ?? "",
+    write: (wanted) => {
+      const { name, workbook } = work.book ?? {};
+      if (workbook) void work.open(async (engine) => ({ book: await sheet(name!, workbook.bytes, wanted, engine) }));
+    },
+  });
+}

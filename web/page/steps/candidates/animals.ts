@@ -1,0 +1,45 @@
+// All animals, each with what became of it.
+
+import { fill, h } from "../../../shared/dom.js";
+import { count, NONE } from "../../../shared/format.js";
+import { table, type Column } from "../../../shared/table.js";
+import type { Animal, Prepared } from "../../prepared.js";
+import { words } from "../../texts/words.js";
+import { reasonName } from "./reasons.js";
+
+/** It is made when it is unfolded; a search goes on when the animals are others. */
+export function animals(): { element: HTMLElement; show: (data: Prepared) => void } {
+  const { all } = words.candidates;
+  const title = h("summary"), place = h("div");
+  const element = h("details", {}, title, place);
+  let data: Prepared | null = null, drawn: Prepared | null = null;
+  function draw(): void {
+    if (!element.open || !data || data === drawn) return;
+    const wanted = place.querySelector<HTMLInputElement>("input[type=search]")?.value ?? "";
+    fill(place, table(columns(data.animals), data.animals, { caption: all.caption, file: "animals.csv", mark: ({ matings }) => (matings > 0 ? "chosen" : undefined) }));
+    drawn = data;
+    const search = place.querySelector<HTMLInputElement>("input[type=search]");
+    if (!search || wanted === "") return;
+    search.value = wanted;
+    search.dispatchEvent(new Event("input"));
+  }
+  element.addEventListener("toggle", draw);
+  return { element, show: (now) => (fill(title, all.summary(count(now.animals.length))), (data = now), draw()) };
+}
+
+function columns(rows: readonly Animal[]): Column<Animal>[] {
+  const { columns: titles, notes } = words.candidates.all;
+  const { sexNames, why } = words.candidates;
+  const number = (key: "age" | "completeness" | "ebv" | "matings", more: Partial<Column<Animal>> = {}): Column<Animal> => ({
+    key, title: titles[key], note: (notes as Record<string, string>)[key], value: (row) => row[key], ...more,
+  });
+  const named = rows.some(({ name }) => name !== "");
+  return [
+    { key: "identifier", title: titles.identifier, value: ({ identifier }) => identifier },
+    ...(named ? [{ key: "name", title: titles.name, value: ({ name }: Animal) => name }] : []),
+    { key: "sex", title: titles.sex, value: ({ sex }) => (sex === 1 || sex === 2 ? sexNames[sex] : NONE) },
+    { key: "birth", title: titles.birth, value: ({ birth }) => birth },
+    number("age"), number("completeness", { percent: true, decimals: 0 }), number("ebv", { show: ({ ebv }) => (Number.isNaN(ebv) ? NONE : String(Number(ebv.toPrecision(6)))) }), number("matings"),
+    { key: "reason", title: titles.reason, value: ({ matings, left_out }) => (matings > 0 ? why.candidate : reasonName(left_out)) },
+  ];
+}
