@@ -1,6 +1,7 @@
 // A file of rules that the reader has: the CSV that qob-prepare takes, with the marks that it takes.
 
 import { RULES, type Rule } from "./choices.js";
+import { rowsOf } from "./csv.js";
 
 /** A line that is no rule. */
 export class NoRule extends Error {
@@ -9,11 +10,14 @@ export class NoRule extends Error {
   }
 }
 
+const MARKS = [",", ";", "\t"] as const;
+const HEADER = "kind,a,b,value";
+
 export function readRules(bytes: Uint8Array): Rule[] {
-  const lines = decoded(bytes).split(/\r\n|\r|\n/);
-  const mark = [",", ";", "\t"].find((mark) => cells(lines[0]!, mark).map((cell) => cell.toLowerCase()).join() === "kind,a,b,value");
-  if (!mark) throw new NoRule(1, lines[0]!);
-  return lines.slice(1).flatMap((line, i) => (line.trim() ? [rule(cells(line, mark), mark, i + 2, line)] : []));
+  const text = decoded(bytes);
+  const mark = MARKS.find((mark) => rowsOf(text.split(/[\r\n]/, 1)[0]!, mark).map((cells) => cells.map((cell) => cell.trim().toLowerCase()).join())[0] === HEADER);
+  if (!mark) throw new NoRule(1, text.split(/[\r\n]/, 1)[0]!);
+  return rowsOf(text, mark).flatMap((cells, i) => (i === 0 || cells.every((cell) => cell.trim() === "") ? [] : [rule(cells.map((cell) => cell.trim()), mark, i + 1)]));
 }
 
 function decoded(bytes: Uint8Array): string {
@@ -24,21 +28,9 @@ function decoded(bytes: Uint8Array): string {
   }
 }
 
-function rule([name = "", a = "", b = "", value = ""]: readonly string[], mark: string, line: number, found: string): Rule {
+function rule(cells: readonly string[], mark: string, line: number): Rule {
+  const [name = "", a = "", b = "", value = ""] = cells;
   const kind = RULES.find((kind) => kind === name.toLowerCase());
-  if (!kind) throw new NoRule(line, found);
+  if (!kind) throw new NoRule(line, cells.join(mark));
   return { kind, a, b, value: mark === ";" ? value.replace(",", ".") : value };
-}
-
-/** The cells of a line; those in quotes may hold the mark, and quotes twice. */
-function cells(line: string, mark: string): string[] {
-  const found: string[] = [];
-  for (let at = 0; at <= line.length; ) {
-    const quoted = /^\s*"((?:[^"]|"")*)"\s*/.exec(line.slice(at));
-    const end = line.indexOf(mark, at + (quoted?.[0].length ?? 0));
-    const stop = end < 0 ? line.length : end;
-    found.push(quoted ? quoted[1]!.replaceAll('""', '"') : line.slice(at, stop).trim());
-    at = stop + 1;
-  }
-  return found;
 }

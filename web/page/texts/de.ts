@@ -188,14 +188,12 @@ export const de: Texts = {
   goal: {
     title: "Ziel",
     what: "Was heißt das?",
-    left: (seconds: number) => `noch ${Math.max(1, Math.round(seconds))} s`,
     resume: "Weiter",
     matings: {
       title: "Wie viele Paarungen",
       label: "Zu planende Paarungen",
-      byItself: (n: number) => `Bleibt das leer, werden ${n} geplant: eine für jedes weibliche Tier, das gepaart werden darf, soweit die männlichen reichen.`,
-      given: "Bleibt das leer, nimmt das Programm eine für jedes weibliche Tier, das gepaart werden darf, soweit die männlichen reichen.",
-      help: "So viele Paarungen hat die Liste. Sind es weniger als weibliche Tiere, werden nur die geeignetsten genommen.",
+      any: "von selbst",
+      help: "Bleibt das leer, gibt es eine für jedes weibliche Tier, das gepaart werden darf, soweit die männlichen reichen. Bei weniger werden nur die geeignetsten weiblichen genommen.",
     },
     rules: {
       title: "Eigene Regeln",

@@ -178,14 +178,12 @@ export const en = {
   goal: {
     title: "Goal",
     what: "What does this mean?",
-    left: (seconds: number) => `${Math.max(1, Math.round(seconds))} s left`,
     resume: "Go on",
     matings: {
       title: "How many matings",
       label: "Matings to plan",
-      byItself: (n: number) => `Left empty, ${n} are planned: one for each female that may be mated, as far as the males suffice.`,
-      given: "Left empty, the program takes one for each female that may be mated, as far as the males suffice.",
-      help: "The plan lists so many matings. Fewer matings than females means that only the best suited females are used.",
+      any: "by itself",
+      help: "Left empty, there is one for each female that may be mated, as far as the males suffice. With fewer, only the best suited females are used.",
     },
     rules: {
       title: "Your own rules",

@@ -79,10 +79,10 @@ export class Thorough {
 }
 
 function line({ seed, state, progress, error }: Search): HTMLElement {
-  const { search, left } = words.goal;
+  const { search } = words.goal;
   const name = search.seed(seed);
   const share = progress ? { value: String(progress.share) } : {};
   const more = state === "failed" ? said(error!) : state !== "running" ? search.states[state]
-    : progress ? [percent(progress.share, 0), Number.isNaN(progress.left) ? "" : left(progress.left), progress.more].filter(Boolean).join(", ") : search.states.running;
+    : progress ? [percent(progress.share, 0), Number.isNaN(progress.left) ? "" : words.frame.left(progress.left), progress.more].filter(Boolean).join(", ") : search.states.running;
   return h("li", {}, h("span", {}, name, ": "), state === "running" && h("progress", { max: 1, ...share, "aria-label": name }), " ", h("span", {}, more));
 }

@@ -14,7 +14,7 @@ const BOOK = "herd_book/";  // apart from the run's files, one of which may be c
 export function repeated({ book, choices }: Work, name: string, { inputs, result }: Made): Zippable {
   const rules = choices.rules.length > 0;
   const prepare = prepareWords(`${name}.csv`, rules ? RULES : null, choices).map(quoted).join(" ");
-  const readme = words.plan.readme(result.making.run_program || result.making.program, prepare, name);
+  const readme = words.plan.readme(result.making.program, prepare, name);
   return {
     ...Object.fromEntries(inputs),
     [`${BOOK}${name}.csv`]: book!.bytes,

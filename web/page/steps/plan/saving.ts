@@ -4,13 +4,15 @@ import { zipSync } from "fflate";
 import { h } from "../../../shared/dom.js";
 import { save } from "../../../shared/download.js";
 import type { Made } from "../../planned.js";
+import { workbook } from "../../spreadsheet/write.js";
 import { words } from "../../texts/words.js";
 import type { Work } from "../../work.js";
 import { repeated } from "./repeat.js";
 import { reportPage } from "./report_page.js";
+import { sheets } from "./sheets.js";
 
 const MATINGS = "matings.csv";
-const ZIP = "application/zip";
+const ZIP = "application/zip", XLSX = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
 
 export function saving(work: Work, name: string, made: Made): HTMLElement {
   const { save: text, print } = words.plan;
@@ -20,6 +22,7 @@ export function saving(work: Work, name: string, made: Made): HTMLElement {
     button(print, printed),
     button(text.list, () => save(`${name}_${MATINGS}`, "text/csv", list)),
     button(text.tables, () => save(`${name}_tables.zip`, ZIP, zipSync(Object.fromEntries(made.tables)))),
+    button(text.workbook, () => save(`${name}_tables.xlsx`, XLSX, workbook(sheets(made.tables)))),
     button(text.report, async () => save(`${name}_report.html`, "text/html", await reportPage(made.json))),
     button(text.repeat, () => save(`${name}_repeat.zip`, ZIP, zipSync(repeated(work, name, made)))));
 }
