@@ -1,7 +1,6 @@
 #include "driver/prepare_arguments.h"
 
 #include <CLI/CLI.hpp>
-#include <map>
 #include <sstream>
 #include <vector>
 
@@ -81,16 +80,11 @@ std::string set_alive(const std::string& text, PrepareOptions& options) {
 }
 
 std::string set_step(const std::string& text, PrepareOptions& options) {
-  static const std::map<std::string, Step> steps = {
-      {"auto", Step::kAuto},       {"year", Step::kYear},   {"season", Step::kSeason},
-      {"quarter", Step::kQuarter}, {"month", Step::kMonth}, {"generation", Step::kGeneration}};
-  const auto found = steps.find(text);
-  if (found != steps.end()) {
-    options.step = found->second;
-    return "";
-  }
   options.step = Step::kDays;
-  return whole_number(text, options.days, 1)
+  for (std::size_t s = 0; s < kStepNames.size(); ++s) {
+    if (kStepNames[s] == text) options.step = static_cast<Step>(s);
+  }
+  return options.step != Step::kDays || whole_number(text, options.days, 1)
              ? ""
              : text +
                    " : expected auto, year, season, quarter, month, generation or a number of days";
@@ -105,7 +99,7 @@ std::string add_accepted(const std::string& text, PrepareOptions& options) {
   std::string names;
   for (std::size_t k = 0; k < kKindCount; ++k) {
     const KindText& known = text_of(static_cast<Kind>(k));
-    if (!known.remedy.empty()) names.append(names.empty() ? "" : ", ").append(known.name);
+    if (known.is_acceptable()) names.append(names.empty() ? "" : ", ").append(known.name);
   }
   return text + " : expected one of " + names;
 }
@@ -190,8 +184,12 @@ std::optional<PrepareArguments> prepare_arguments(int argc, char** argv, int& st
                  "folder to write to; else one of the herd book's name")
       ->type_name("FOLDER");
   app.add_flag("--force", arguments.force, "write over what is there");
+  CLI::Option* json =
+      app.add_option("--json", arguments.json, "write what was found to FILE, for other programs")
+          ->type_name("FILE");
   CLI::Option* check = app.add_flag("--check", arguments.check,
-                                    "say what is odd in a data file of qob, and write nothing");
+                                    "say what is odd in a data file of qob, and write nothing")
+                           ->excludes(json);
   add(app, "--accept", "KIND", "a kind of fault that is not to hinder",
       [&](const std::string& text) { return add_accepted(text, arguments.options); })
       ->take_all()

@@ -13,6 +13,7 @@ struct PrepareArguments {
   bool check = false;
   std::string folder;  // "": the herd book's name
   bool force = false;
+  std::optional<std::string> json;   // a file
   std::optional<std::string> rules;  // a file
   PrepareOptions options;
 };

@@ -13,6 +13,7 @@
 #include "driver/sheet_file.h"
 #include "prepare/data_check.h"
 #include "prepare/data_files.h"
+#include "prepare/json.h"
 #include "prepare/prepare.h"
 #include "prepare/summary.h"
 #include "system/paths.h"
@@ -23,6 +24,7 @@ namespace {
 
 constexpr std::size_t kLongestFile = 80;  // as a run reads their names
 constexpr const char* kRules = ".rules.csv";
+constexpr const char* kProgram = "qob-prepare " QOB_VERSION;
 
 // The files of one herd book: where they go and how they are called.
 class Files {
@@ -54,14 +56,11 @@ class Files {
     if (arguments_.rules) endings.push_back(kRules);
     for (const char* ending : endings) {
       const std::string file = path(ending);
-      if (are_same_path(file, arguments_.file))
-        refuse(file, "it is the herd book : expected another folder (-o)");
-      if (arguments_.rules && are_same_path(file, *arguments_.rules))
-        refuse(file, "it is the file of rules : expected another folder (-o)");
-      if (!arguments_.force && path_exists(file))
-        refuse(file,
-               "it is there already : expected --force to write over it, or another folder (-o)");
+      refuse_to_replace(file, "another folder (-o)");
+      if (arguments_.json && are_same_path(file, *arguments_.json))
+        refuse(file, "it is written as well : expected another name (--json)");
     }
+    if (arguments_.json) refuse_to_replace(*arguments_.json, "another name (--json)");
   }
 
   void make_folder() const {
@@ -75,6 +74,16 @@ class Files {
   }
 
  private:
+  // instead: what else the file might be.
+  void refuse_to_replace(const std::string& file, const std::string& instead) const {
+    if (are_same_path(file, arguments_.file))
+      refuse(file, "it is the herd book : expected " + instead);
+    if (arguments_.rules && are_same_path(file, *arguments_.rules))
+      refuse(file, "it is the file of rules : expected " + instead);
+    if (!arguments_.force && path_exists(file))
+      refuse(file, "it is there already : expected --force to write over it, or " + instead);
+  }
+
   const PrepareArguments& arguments_;
   std::string name_, folder_;
 };
@@ -112,9 +121,14 @@ int prepare_herd_book(const PrepareArguments& arguments, Unit& out) {
   files.refuse_to_replace();
   const PrepareOptions options = options_of(arguments);
   const Prepared prepared = prepare(sheet, options);
-  files.make_folder();
-  write_files(files, prepared);
   std::string text = summary_of(prepared, arguments.file, files.path(".faults.csv"));
+  files.make_folder();
+  if (arguments.json) {
+    write_lines(*arguments.json, [&](const Lines& lines) {
+      write_json(prepared, {kProgram, arguments.file, text}, lines);
+    });
+  }
+  write_files(files, prepared);
   text.resize(text.empty() ? 0 : text.size() - 1);  // the line's own end
   out.write_line(text);
   if (!prepared.is_sound()) {

@@ -13,6 +13,17 @@
 namespace qob {
 namespace {
 
+constexpr std::array<LeftOutText, kLeftOutCount> kLeftOutTexts = {{
+    {"", ""},
+    {"castrated", "castrated"},
+    {"no_matings", "with 0 matings"},
+    {"not_alive", "not alive"},
+    {"no_birth", "without a date of birth"},
+    {"age", "too young or too old"},
+    {"unknown_parent", "with an unknown parent"},
+    {"incomplete", "with too little completeness"},
+}};
+
 class Choice {
  public:
   Choice(Book& book, const TimeSteps& steps, const Table<double>& completeness)
@@ -20,14 +31,11 @@ class Choice {
         options_(book.options),
         herd_(book.herd),
         steps_(steps),
-        completeness_(completeness) {
-    for (const Date& birth : herd_.birth)
-      last_year_ = std::max<std::int32_t>(last_year_, birth.year);
-    any_date_ = last_year_ > 0;
-  }
+        completeness_(completeness) {}
 
   std::array<Candidacy, 2> choose() {
     refuse_rules_without_matings();
+    herd_.left_out.assign(herd_.count(), LeftOut::kByNone);
     for (std::int32_t i = 1; i <= herd_.count(); ++i) herd_.matings(i) = allowed(i);
     set_missing_values();
     for (std::int32_t i = 1; i <= herd_.count(); ++i) {
@@ -74,35 +82,30 @@ class Choice {
         book_.tell(Kind::kSex, i, Field::kSex, "a candidate of unknown sex : expected M or F");
       return 0;
     }
-    Candidacy& sex = sexes_[static_cast<std::size_t>(herd_.sex(i) - 1)];
-    std::int64_t* reason = reason_against(i, sex);
-    if (reason == nullptr) return matings;
-    ++*reason;
+    herd_.left_out(i) = rule_against(i);
+    if (herd_.left_out(i) == LeftOut::kByNone) return matings;
+    ++sex_of(i).left_out[static_cast<std::size_t>(herd_.left_out(i))];
     return 0;
   }
 
-  std::int64_t* reason_against(std::int32_t i, Candidacy& sex) const {
-    if (herd_.castrated(i) != 0) return &sex.castrated;
-    if (herd_.matings(i) == 0 && book_.cell(i, Field::kMatings) == "0") return &sex.forbidden;
-    if (!is_alive(i)) return &sex.not_alive;
-    if (rule_of(i) && rule_of(i)->has_ages()) {
-      if (any_date_ && !herd_.birth(i).is_known()) return &sex.undated;
-      if (!is_of_age(i)) return &sex.age;
+  LeftOut rule_against(std::int32_t i) const {
+    if (herd_.castrated(i) != 0) return LeftOut::kCastrated;
+    if (herd_.matings(i) == 0 && book_.cell(i, Field::kMatings) == "0") return LeftOut::kForbidden;
+    if (!is_alive(i)) return LeftOut::kNotAlive;
+    if (const auto& rule = rule_of(i); rule && rule->has_ages()) {
+      const std::optional<std::int32_t> age = steps_.age_of(herd_, i);
+      if (!age) return LeftOut::kUndated;
+      if (*age < rule->youngest || *age > rule->oldest) return LeftOut::kAge;
     }
-    if (options_.parents_known && !has_both_parents(i)) return &sex.unknown_parent;
-    return completeness_(i) < options_.min_completeness ? &sex.incomplete : nullptr;
+    if (options_.parents_known && !has_both_parents(i)) return LeftOut::kUnknownParent;
+    return completeness_(i) < options_.min_completeness ? LeftOut::kIncomplete : LeftOut::kByNone;
   }
+
+  Candidacy& sex_of(std::int32_t i) { return sexes_[static_cast<std::size_t>(herd_.sex(i) - 1)]; }
 
   bool is_alive(std::int32_t i) const {
     return !options_.alive || folded(book_.sheet.cell(herd_.row(i), book_.columns.alive)) ==
                                   folded(options_.alive->second);
-  }
-
-  bool is_of_age(std::int32_t i) const {
-    const bool by_year = steps_.step == Step::kGeneration && any_date_;
-    const std::int32_t age =
-        by_year ? last_year_ + 1 - herd_.birth(i).year : steps_.age(herd_.step(i));
-    return age >= rule_of(i)->youngest && age <= rule_of(i)->oldest;
   }
 
   // The mean of the candidates that have a value, whatever the order of their rows.
@@ -144,7 +147,7 @@ class Choice {
   }
 
   void count(std::int32_t i) {
-    Candidacy& sex = sexes_[static_cast<std::size_t>(herd_.sex(i) - 1)];
+    Candidacy& sex = sex_of(i);
     ++sex.count;
     sex.both_parents_known += has_both_parents(i);
     sex.matings += herd_.matings(i);
@@ -156,12 +159,12 @@ class Choice {
   Herd& herd_;
   const TimeSteps& steps_;
   const Table<double>& completeness_;
-  bool any_date_ = false;
-  std::int32_t last_year_ = 0;
   std::array<Candidacy, 2> sexes_;
 };
 
 }  // namespace
+
+const LeftOutText& text_of(LeftOut rule) { return kLeftOutTexts[static_cast<std::size_t>(rule)]; }
 
 std::array<Candidacy, 2> choose_candidates(Book& book, const TimeSteps& steps,
                                            const Table<double>& completeness) {

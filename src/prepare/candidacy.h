@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "prepare/herd.h"
 #include "prepare/time_steps.h"
@@ -11,18 +12,22 @@ namespace qob {
 
 inline constexpr std::int32_t kCompletenessGenerations = 5;
 
-// What is told of the candidates of a sex, and of those whom a rule left out: each counts for the
-// first that did.
+struct LeftOutText {
+  std::string_view name;  // for programs
+  std::string_view text;  // behind a number of animals
+};
+const LeftOutText& text_of(LeftOut rule);
+
+// What is told of the candidates of a sex, and of those whom a rule left out.
 struct Candidacy {
   std::int64_t count = 0, both_parents_known = 0, matings = 0;
-  double completeness = 0.0;  // mean of the candidates
-  std::int64_t castrated = 0, forbidden = 0, not_alive = 0, undated = 0, age = 0;
-  std::int64_t unknown_parent = 0, incomplete = 0;
+  double completeness = 0.0;                              // mean of the candidates
+  std::array<std::int64_t, kLeftOutCount> left_out = {};  // by rule
 };
 
-// Sets the herd's matings to those that the rules leave, and the breeding values of candidates that
-// have none to what the options say; without such an option they are faults. completeness: pedigree
-// completeness index by animal.
+// Sets the herd's matings to those that the rules leave, who is left out by which, and the breeding
+// values of candidates that have none to what the options say; without such an option they are
+// faults. completeness: pedigree completeness index by animal.
 std::array<Candidacy, 2> choose_candidates(Book& book, const TimeSteps& steps,
                                            const Table<double>& completeness);
 

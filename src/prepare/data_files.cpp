@@ -93,8 +93,7 @@ void write_faults(const Prepared& prepared, const Lines& lines) {
   for (const Found& found : book.findings.all()) {
     const KindText& kind = text_of(found.kind);
     lines(csv_row({number_or_nothing(found.row), heading(book.sheet, book.columns, found.column),
-                   book.value_of(found), kind.is_fault ? "fault" : "told", kind.name, found.words,
-                   found.done}));
+                   book.value_of(found), kind.severity(), kind.name, found.words, found.done}));
   }
 }
 

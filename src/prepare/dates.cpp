@@ -132,6 +132,8 @@ std::optional<Date> from_parts(const Parts& parts, bool day_first) {
 // the two alone.
 struct Order {
   std::int32_t day_first = 0, month_first = 0, open = 0;  // animals: the first that says so
+
+  bool matters() const { return day_first != 0 || month_first != 0 || open != 0; }
 };
 
 void note(Order& order, const Parts& parts, std::int32_t i) {
@@ -216,6 +218,7 @@ void read_births(Book& book) {
   }
   const bool by_column = book.options.day_order == DayOrder::kByColumn;
   const bool day_first = is_day_first(book, order);
+  if (order.matters()) book.day_order = day_first ? DayOrder::kDayFirst : DayOrder::kMonthFirst;
   std::int32_t first_serial = 0;
   std::int64_t serials = 0;
   for (std::int32_t i = 1; i <= herd.count(); ++i) {

@@ -39,7 +39,7 @@ const KindText& text_of(Kind kind) { return kTexts[static_cast<std::size_t>(kind
 
 std::optional<Kind> acceptable_kind(std::string_view name) {
   for (std::size_t k = 0; k < kKindCount; ++k) {
-    if (kTexts[k].name == name && !kTexts[k].remedy.empty()) return static_cast<Kind>(k);
+    if (kTexts[k].name == name && kTexts[k].is_acceptable()) return static_cast<Kind>(k);
   }
   return std::nullopt;
 }

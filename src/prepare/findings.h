@@ -52,6 +52,9 @@ struct KindText {
   bool is_fault;
   std::string_view title;   // of several
   std::string_view remedy;  // of a fault that is accepted; "": it cannot be
+
+  bool is_acceptable() const { return !remedy.empty(); }
+  std::string_view severity() const { return is_fault ? "fault" : "told"; }
 };
 const KindText& text_of(Kind kind);
 // The kind of fault of that name, if it can be accepted.

@@ -24,6 +24,19 @@ struct Date {
   friend auto operator<=>(const Date&, const Date&) = default;
 };
 
+// The rule by which an animal that might have matings is no candidate; the first that applies.
+enum class LeftOut : std::uint8_t {
+  kByNone,
+  kCastrated,
+  kForbidden,
+  kNotAlive,
+  kUndated,
+  kAge,
+  kUnknownParent,
+  kIncomplete
+};
+inline constexpr std::size_t kLeftOutCount = 8;
+
 inline constexpr std::int32_t kNoStep = std::numeric_limits<std::int32_t>::min();
 
 // Animals are counted from 1 in the order of their rows; those without a row, whom rows name as
@@ -38,6 +51,7 @@ struct Herd {
   Table<std::int32_t> step;     // time step of the birth
   Table<double> ebv;            // not a number: there is none
   Table<std::int32_t> matings;  // the most it may have; above 0: a candidate
+  Table<LeftOut> left_out;
 
   std::int32_t count() const { return static_cast<std::int32_t>(row.size()); }
 };
@@ -51,6 +65,7 @@ struct Book {
   Herd herd;
   std::array<char, kFields>
       decimal{};  // what parts decimals in a field's column; 0: there are none
+  DayOrder day_order = DayOrder::kByColumn;  // of the births; kByColumn: none depends on it
 
   // The cell of an animal in the column of a field; "" where there is none.
   std::string_view cell(std::int32_t animal, Field field) const {

@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,9 @@ namespace qob {
 // Units of time steps. kAuto: years if they part every parent from its offspring, else months if
 // they do, else the depth of the pedigree.
 enum class Step : std::uint8_t { kAuto, kYear, kSeason, kQuarter, kMonth, kDays, kGeneration };
+// As --step names them, where days have a number for a name.
+inline constexpr std::array<std::string_view, 7> kStepNames = {
+    "auto", "year", "season", "quarter", "month", "days", "generation"};
 
 // What 3/4/2001 is.
 enum class DayOrder : std::uint8_t { kByColumn, kDayFirst, kMonthFirst };

@@ -1,8 +1,8 @@
 #include "prepare/summary.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "core/format.h"
@@ -13,6 +13,7 @@ namespace qob {
 namespace {
 
 constexpr std::int64_t kShownFaults = 5, kShownRemarks = 1;  // of a kind
+constexpr std::int64_t kAll = std::numeric_limits<std::int64_t>::max();
 
 std::string counted(std::int64_t count, const std::string& one, const std::string& many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
@@ -21,24 +22,11 @@ std::string counted(std::int64_t count, const std::string& one, const std::strin
 std::string share(double value) { return std::string(adjustl_trim(formatted("(F6.3)", value))); }
 
 std::string animals_of(const Prepared& prepared, const std::string& file) {
-  const Herd& herd = prepared.book.herd;
-  std::int64_t founders = 0;
-  double completeness = 0.0;
-  for (std::int32_t i = 1; i <= herd.count(); ++i) {
-    founders += herd.parents(1, i) == 0 && herd.parents(2, i) == 0;
-    completeness += prepared.completeness(i);
-  }
-  return file + ": " + counted(herd.count(), "animal", "animals") + ", " +
-         std::to_string(founders) + " of them founders, mean completeness over " +
-         std::to_string(kCompletenessGenerations) + " generations " +
-         share(completeness / std::max(herd.count(), 1)) + "\n";
-}
-
-std::string steps_of(const TimeSteps& steps) {
-  const std::string formula = steps.formula();
-  return "Time steps: " + std::string(steps.unit()) + " " + std::to_string(steps.first) + " to " +
-         std::to_string(steps.last) + (formula.empty() ? "" : " (" + formula + ")") + ": " +
-         steps.why + "\n";
+  const HerdFigures figures = figures_of(prepared);
+  return file + ": " + counted(prepared.book.herd.count(), "animal", "animals") + ", " +
+         std::to_string(figures.founders) + " of them founders, mean completeness over " +
+         std::to_string(kCompletenessGenerations) + " generations " + share(figures.completeness) +
+         "\n";
 }
 
 std::string columns_of(const Prepared& prepared) {
@@ -50,11 +38,9 @@ std::string columns_of(const Prepared& prepared) {
     if (at == 0) continue;
     used[static_cast<std::size_t>(at)] = 1;
     text.append(" ").append(name_of(static_cast<Field>(f)));
-    const char decimal = book.decimal[f];
+    const std::string decimals(decimals_of(book, static_cast<Field>(f)));
     text.append("=" + heading(book.sheet, book.columns, at))
-        .append(decimal == '.'   ? " (decimal points),"
-                : decimal == ',' ? " (decimal commas),"
-                                 : ",");
+        .append(decimals.empty() ? "," : " (" + decimals + "),");
   }
   text.pop_back();
   used[static_cast<std::size_t>(book.columns.alive)] = 1;
@@ -74,20 +60,17 @@ std::string candidates_of(const Candidacy& sex, std::string_view title) {
             share(sex.completeness);
   }
   std::string left;
-  for (const auto& [count, why] :
-       {std::pair{sex.castrated, " castrated"}, std::pair{sex.forbidden, " with 0 matings"},
-        std::pair{sex.not_alive, " not alive"}, std::pair{sex.undated, " without a date of birth"},
-        std::pair{sex.age, " too young or too old"},
-        std::pair{sex.unknown_parent, " with an unknown parent"},
-        std::pair{sex.incomplete, " with too little completeness"}}) {
-    if (count > 0) left += (left.empty() ? "" : ", ") + std::to_string(count) + why;
+  for (std::size_t k = 0; k < kLeftOutCount; ++k) {
+    if (sex.left_out[k] == 0) continue;
+    left += (left.empty() ? "" : ", ") + std::to_string(sex.left_out[k]) + " ";
+    left += text_of(static_cast<LeftOut>(k)).text;
   }
   return text + (left.empty() ? "" : " (left out: " + left + ")") + "\n";
 }
 
 // Those whose sex nothing tells.
-std::string sexless_of(const Herd& herd) {
-  const auto count = std::count(herd.sex.begin(), herd.sex.end(), 0);
+std::string sexless_of(const Prepared& prepared) {
+  const std::int64_t count = figures_of(prepared).sexless;
   return count == 0
              ? ""
              : "Of unknown sex: " + counted(count, "animal", "animals") + ", no candidates\n";
@@ -105,12 +88,6 @@ std::string line_of(const Prepared& prepared, const Found& remark) {
          (remark.done.empty() ? "" : " : " + std::string(remark.done)) + "\n";
 }
 
-// Rules are written by hand: all that is wrong with them is mended at once.
-std::int64_t shown(const Findings& findings, Kind kind) {
-  if (kind == Kind::kRule) return findings.count(kind);
-  return text_of(kind).is_fault || kind == Kind::kRead ? kShownFaults : kShownRemarks;
-}
-
 // Of each kind its number and the first of them.
 std::string findings_of(const Prepared& prepared, bool faults) {
   const Findings& findings = prepared.book.findings;
@@ -121,7 +98,7 @@ std::string findings_of(const Prepared& prepared, bool faults) {
     if (words.is_fault != faults || findings.count(kind) == 0) continue;
     text += "  " + std::string(words.title) + ": " + std::to_string(findings.count(kind)) + " [" +
             std::string(words.name) + (findings.is_accepted(kind) ? ", accepted" : "") + "]\n";
-    std::int64_t left = shown(findings, kind);
+    std::int64_t left = most_shown(kind);
     for (const Found& remark : findings.all()) {
       if (remark.kind == kind && left-- > 0) text += line_of(prepared, remark);
       if (left == 0) break;
@@ -138,7 +115,7 @@ std::string ways_on(const Findings& findings) {
     if (findings.count(kind) == 0 || findings.is_accepted(kind) || !text_of(kind).is_fault)
       continue;
     is_in_book = is_in_book || kind != Kind::kRule;
-    if (text_of(kind).remedy.empty()) continue;
+    if (!text_of(kind).is_acceptable()) continue;
     text.append("  --accept ").append(text_of(kind).name);
     text.append(": ").append(text_of(kind).remedy).append("\n");
   }
@@ -155,9 +132,10 @@ std::string summary_of(const Prepared& prepared, const std::string& file,
   const Findings& findings = prepared.book.findings;
   std::string text;
   if (prepared.book.herd.count() > 0) {
-    text = animals_of(prepared, file) + columns_of(prepared) + steps_of(prepared.steps) +
+    text = animals_of(prepared, file) + columns_of(prepared) +
+           "Time steps: " + text_of(prepared.steps) + "\n" +
            candidates_of(prepared.candidates[0], "Males") +
-           candidates_of(prepared.candidates[1], "Females") + sexless_of(prepared.book.herd);
+           candidates_of(prepared.candidates[1], "Females") + sexless_of(prepared);
   }
   text += findings_of(prepared, false) + findings_of(prepared, true);
   if (!findings.all().empty() && !faults_file.empty())
@@ -165,6 +143,36 @@ std::string summary_of(const Prepared& prepared, const std::string& file,
   if (!findings.hinder() && !prepared.has_candidates())
     text += "Nobody to mate, so that a run will plan none: see --males and --females\n";
   return text + (findings.hinder() ? ways_on(findings) : "");
+}
+
+HerdFigures figures_of(const Prepared& prepared) {
+  const Herd& herd = prepared.book.herd;
+  HerdFigures figures;
+  for (std::int32_t i = 1; i <= herd.count(); ++i) {
+    figures.founders += herd.parents(1, i) == 0 && herd.parents(2, i) == 0;
+    ++(herd.sex(i) == 1 ? figures.males : herd.sex(i) == 2 ? figures.females : figures.sexless);
+    figures.completeness += prepared.completeness(i);
+  }
+  figures.completeness /= std::max(herd.count(), 1);
+  return figures;
+}
+
+std::string text_of(const TimeSteps& steps) {
+  const std::string formula = steps.formula();
+  return std::string(steps.unit()) + " " + std::to_string(steps.first) + " to " +
+         std::to_string(steps.last) + (formula.empty() ? "" : " (" + formula + ")") + ": " +
+         steps.why;
+}
+
+std::string_view decimals_of(const Book& book, Field field) {
+  const char decimal = book.decimal[static_cast<std::size_t>(field)];
+  return decimal == '.' ? "decimal points" : decimal == ',' ? "decimal commas" : "";
+}
+
+// Rules are written by hand: all that is wrong with them is mended at once.
+std::int64_t most_shown(Kind kind) {
+  if (kind == Kind::kRule) return kAll;
+  return text_of(kind).is_fault || kind == Kind::kRead ? kShownFaults : kShownRemarks;
 }
 
 }  // namespace qob

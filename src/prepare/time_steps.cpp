@@ -69,6 +69,8 @@ class Timing {
       chosen_.first = *first;
       chosen_.last = *last;
     }
+    for (const Date& birth : herd_.birth)
+      chosen_.last_year = std::max<std::int32_t>(chosen_.last_year, birth.year);
     return chosen_;
   }
 
@@ -330,6 +332,13 @@ std::int32_t TimeSteps::age(std::int32_t from) const {
     default:
       return static_cast<std::int32_t>(steps);
   }
+}
+
+std::optional<std::int32_t> TimeSteps::age_of(const Herd& herd, std::int32_t animal) const {
+  const bool any_date = last_year > 0;
+  if (any_date && !herd.birth(animal).is_known()) return std::nullopt;
+  return step == Step::kGeneration && any_date ? last_year + 1 - herd.birth(animal).year
+                                               : age(herd.step(animal));
 }
 
 std::string_view TimeSteps::unit() const {

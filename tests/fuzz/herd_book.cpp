@@ -3,11 +3,13 @@
 
 #include <array>
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 #include "core/csv.h"
 #include "core/parameters.h"
 #include "core/text_encoding.h"
 #include "prepare/data_files.h"
+#include "prepare/json.h"
 #include "prepare/summary.h"
 
 using namespace qob;
@@ -135,6 +137,8 @@ void check(const Sheet& sheet, const PrepareOptions& options, const std::string&
   const Prepared prepared = prepare(sheet, options);
   fuzz::require(!summary_of(prepared, "herd.csv", "herd.faults.csv").empty(), "a summary");
   check_findings(prepared);
+  const auto json = [](const Prepared& p, const Lines& lines) { write_json(p, {}, lines); };
+  fuzz::require(nlohmann::json::accept(text_of_lines(prepared, json)), "the JSON reads");
   if (!prepared.is_sound()) return;
   check_data(prepared);
   check_parameters(prepared, name);

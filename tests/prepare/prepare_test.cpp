@@ -18,7 +18,7 @@ const std::string kWords =
     "as() { iconv -f UTF-8 -t $1 herd.csv > x; mv x herd.csv; }\n";
 
 TEST(Prepare, FollowsTheCases) {
-  expect_followed(QOB_SOURCE_DIR "/tests/prepare/cases.txt", 19, kWords,
+  expect_followed(QOB_SOURCE_DIR "/tests/prepare/cases.txt", 20, kWords,
                   [](const TemporaryFolder& folder, const Transcript& one) {
                     folder.write("herd.csv", one.given);
                   });
