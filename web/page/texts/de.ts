@@ -56,13 +56,13 @@ export const de: Texts = {
       },
     },
     fields: {
-      identifier: "Kennung", sire: "Vater", dam: "Mutter", sex: "Geschlecht", birth: "Geburt", ebv: "Zuchtwert", matings: "höchste Zahl Paarungen",
+      identifier: "Kennung", sire: "Vater", dam: "Mutter", sex: "Geschlecht", birth: "Geburt", ebv: "Zuchtwert", matings: "Paarungen, höchstens",
       name: "Name", alive: "lebt oder nicht", herd: "Betrieb",
     },
     reading: {
       more: "Mehr dazu, wie die Tabelle gelesen wird", title: "Die Tabelle",
       header: { name: "Die erste Zeile enthält Überschriften", help: "Ohne Überschriften wählen Sie Kennung, Vater und Mutter über den Spalten." },
-      dates: { name: "3/4/2001 ist", help: "Nur nötig, wenn kein Datum in der Tabelle es zeigt.", options: { "": "wie die Daten selbst zeigen", dmy: "der 3. April", mdy: "der 4. März" } },
+      dates: { name: "3/4/2001 ist", help: "Nur nötig, wenn kein Datum in der Tabelle es zeigt.", options: { "": "wie die Daten zeigen", dmy: "der 3. April", mdy: "der 4. März" } },
       decimals: { name: "1.234 ist kaum mehr als eins", help: "Ankreuzen, wenn Zahlen wie 1.234 abgelehnt werden, weil sie Tausender sein könnten." },
       unknown: { name: "Weitere Wörter für unbekannte Eltern", help: "Durch Kommas getrennt. Leere Zellen, 0, NA, -, ? und „unbekannt“ sind bekannt.", holder: "fremd, ohne Angabe" },
     },
@@ -82,7 +82,9 @@ export const de: Texts = {
     verdicts: {
       good: (animals) => `Alles gut: Das Herdbuch mit ${counted(animals, "Tier", "Tieren")} kann verwendet werden.`,
       accepted: (findings) => `${counted(findings, "Fehler wurde", "Fehler wurden")} hingenommen.`,
-      hinder: (findings) => `${counted(findings, "Fehler hindert", "Fehler hindern")} die nächsten Schritte. Berichtigen Sie ${findings === 1 ? "ihn" : "sie"} im Herdbuch und legen Sie es wieder ab, oder nehmen Sie hin, was das Programm daraus macht.`,
+      hinder: (findings) => `${counted(findings, "Fehler hindert", "Fehler hindern")} die nächsten Schritte.`,
+      mend: "Was zu tun ist, steht unten bei jeder Art.",
+      mendOrAccept: "Berichtigen Sie Ihr Herdbuch und legen Sie es wieder ab, oder nehmen Sie hin, was das Programm daraus macht: Öffnen Sie dazu unten jede Art.",
       refused: "Das Herdbuch kann so nicht verwendet werden.",
     },
     counts: {
@@ -121,7 +123,7 @@ export const de: Texts = {
       number: ["Ein Zuchtwert oder eine Zahl von Paarungen ist keine Zahl.", "Schreiben Sie nur Zahlen, ohne Einheiten oder Wörter."],
       ebv: ["Ein Kandidat hat keinen Zuchtwert.", "Tragen Sie ihn nach, oder sagen Sie in Schritt 3, dass das Mittel für fehlende gilt, oder planen Sie ohne Zuchtwerte."],
       rule: ["Eine Paarungsregel nennt ein Tier, das unbekannt, kein Kandidat oder von anderem Geschlecht ist.", "Berichtigen oder entfernen Sie die Regel dort, wo Sie sie angelegt haben (Schritt 4)."],
-      read: ["Wie die Tabelle gelesen wurde, wo es nicht offensichtlich war."],
+      read: ["Wie die Tabelle gelesen wurde, wo es nicht offensichtlich war.", "Wo Optionen wie --alive oder --column genannt sind: Hier sind es Felder in den Schritten 1 und 3."],
       repeated: ["Dieselbe Zeile kommt mehrmals vor. Sie zählt einmal."],
       alike: ["Zwei Kennungen unterscheiden sich nur durch Groß- und Kleinschreibung, Leerzeichen oder führende Nullen. Sie gelten als zwei Tiere.", "Sind sie eines, schreiben Sie sie im Herdbuch gleich."],
       founder: ["Eltern ohne eigene Zeile. Sie werden Gründer, deren Vorfahren unbekannt sind.", "Kennen Sie ihre Eltern, ergänzen Sie Zeilen: Je mehr bekannt ist, desto besser der Plan."],
@@ -143,8 +145,8 @@ export const de: Texts = {
     anyMatings: "laut Spalte", anyAge: "beliebig",
     alive: {
       title: "Lebt und ist da", everybody: "alle Tiere gelten als lebend",
-      column: { name: "Spalte, die es sagt", help: "Ohne sie können tote und verkaufte Tiere eingeplant werden." },
-      value: { name: "Ein Tier ist da, wenn dort steht", help: "Groß- und Kleinschreibung ist gleich." },
+      column: { name: "Spalte, die es sagt", help: "Ohne sie können tote und verkaufte Tiere eingeplant werden. Angeboten werden Spalten, in denen nur weniges Verschiedene steht." },
+      value: { name: "Ein Tier ist da, wenn dort steht" },
       pick: "wählen", empty: "(leere Zelle)",
     },
     known: {
@@ -159,6 +161,7 @@ export const de: Texts = {
     },
     remain: "Wer bleibt",
     unsound: "Die Zahlen kommen, wenn kein Fehler mehr hindert: siehe Schritt 2.",
+    sum: (males, females) => `${counted(males, "männliches", "männliche")} und ${counted(females, "weibliches Tier", "weibliche Tiere")} kommen in Frage.`,
     facts: {
       none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
       more: (matings, completeness) => `dürfen ${matings} Paarungen haben; Abstammungen zu ${completeness} vollständig`,

@@ -56,13 +56,13 @@ export const en = {
       },
     },
     fields: {
-      identifier: "identifier", sire: "sire", dam: "dam", sex: "sex", birth: "birth", ebv: "breeding value", matings: "most matings",
+      identifier: "identifier", sire: "sire", dam: "dam", sex: "sex", birth: "birth", ebv: "breeding value", matings: "matings at most",
       name: "name", alive: "alive or not", herd: "herd",
     },
     reading: {
       more: "More about how the table is read", title: "The table",
       header: { name: "The first row holds headings", help: "Without headings, choose identifier, sire and dam above the columns." },
-      dates: { name: "3/4/2001 is", help: "Needed only if no date in the table tells.", options: { "": "as the dates themselves show", dmy: "the 3rd of April", mdy: "the 4th of March" } },
+      dates: { name: "3/4/2001 is", help: "Needed only if no date in the table tells.", options: { "": "as the dates show", dmy: "the 3rd of April", mdy: "the 4th of March" } },
       decimals: { name: "1.234 is hardly more than one", help: "Tick it if the table refuses numbers such as 1.234 because they may be thousands." },
       unknown: { name: "More words for an unknown parent", help: "Parted by commas. Empty cells, 0, NA, -, ? and “unknown” are known.", holder: "foreign, no data" },
     },
@@ -82,7 +82,9 @@ export const en = {
     verdicts: {
       good: (animals: number) => `All good: the herd book with its ${counted(animals, "animal", "animals")} can be used.`,
       accepted: (findings: number) => `${counted(findings, "fault was", "faults were")} accepted.`,
-      hinder: (findings: number) => `${counted(findings, "fault hinders", "faults hinder")} the next steps. Mend ${findings === 1 ? "it" : "them"} in your herd book and drop it again, or accept what is done about ${findings === 1 ? "it" : "them"}.`,
+      hinder: (findings: number) => `${counted(findings, "fault hinders", "faults hinder")} the next steps.`,
+      mend: "What to do stands with each kind below.",
+      mendOrAccept: "Mend your herd book and drop it again, or accept what the program makes of them: unfold each kind below.",
       refused: "The herd book cannot be used as it is.",
     },
     counts: {
@@ -115,7 +117,7 @@ export const en = {
       number: ["A breeding value or a number of matings is no number.", "Write numbers alone, without units or words."],
       ebv: ["A candidate has no breeding value.", "Add it, or say in step 3 that the mean stands for missing values, or plan without breeding values."],
       rule: ["A rule of matings names an animal that is unknown, no candidate or of another sex.", "Mend or take away the rule where you made it (step 4)."],
-      read: ["How the table was read, where it was not obvious."],
+      read: ["How the table was read, where it was not obvious.", "Where options such as --alive or --column are named: they are fields in steps 1 and 3 here."],
       repeated: ["The same row stands there more than once. It counts once."],
       alike: ["Two identifiers differ only by large and small letters, blanks or leading zeros. They are taken as two animals.", "If they are one, write them alike in the herd book."],
       founder: ["Parents that have no row of their own. They become founders, of which no ancestors are known.", "If you know their parents, add rows for them: the more is known, the better the plan."],
@@ -137,8 +139,8 @@ export const en = {
     anyMatings: "as the column says", anyAge: "any",
     alive: {
       title: "Alive and there", everybody: "all animals count as alive",
-      column: { name: "Column that tells", help: "Without it, dead and sold animals may be planned." },
-      value: { name: "An animal is there if it says", help: "Large and small letters are the same." },
+      column: { name: "Column that tells", help: "Without it, dead and sold animals may be planned. Columns that say one of a few things are offered." },
+      value: { name: "An animal is there if it says" },
       pick: "choose", empty: "(empty cell)",
     },
     known: {
@@ -153,6 +155,7 @@ export const en = {
     },
     remain: "Who remains",
     unsound: "The figures come when no fault hinders any more: see step 2.",
+    sum: (males: number, females: number) => `${counted(males, "male", "males")} and ${counted(females, "female", "females")} may be mated.`,
     facts: {
       none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
       more: (matings: string, completeness: string) => `may have ${matings} matings; pedigrees complete to ${completeness}`,

@@ -14,7 +14,7 @@ import { conditions } from "./conditions.js";
 
 export function step(work: Work): Step {
   const asked = conditions(work);
-  const remain = h("div");
+  const remain = h("div"), sum = h("p", { role: "status", class: "lead" });
   const all = animals();
   let drawn: Prepared | null = null;
   function show(): void {
@@ -23,11 +23,12 @@ export function step(work: Work): Step {
     if (data === drawn) return;
     drawn = data;
     const any = data.animals.length > 0;
+    fill(sum, any && words.candidates.sum(data.sexes[0]!.candidates, data.sexes[1]!.candidates));
     fill(remain, any ? [figures(data), leftOut(data), picture(data)] : h("p", { class: "warning" }, words.candidates.unsound));
     all.element.hidden = !any;
     all.show(data);
   }
-  const body = h("div", {}, h("p", {}, words.candidates.intro), asked.element, group(words.candidates.remain, remain, all.element));
+  const body = h("div", {}, h("p", {}, words.candidates.intro), asked.element, group(words.candidates.remain, sum, remain, all.element));
   return { id: "candidates", title: words.candidates.title, body, ready: () => (work.latest?.counts.animals ?? 0) > 0, show };
 }
 
@@ -44,7 +45,7 @@ function figures({ sexes, planned_matings }: Prepared): HTMLElement {
 function leftOut(data: Prepared): HTMLElement {
   const { reasons, sexNames } = words.candidates;
   const rows = reasonsOf(data).map((reason) => [reasonName(reason), count(outOf(data, 1, reason)), count(outOf(data, 2, reason))]);
-  return h("details", {}, h("summary", {}, reasons.summary), plain(reasons.caption, [reasons.title, sexNames[1], sexNames[2]], rows));
+  return h("details", {}, h("summary", {}, reasons.summary), h("div", { class: "wrapped" }, plain(reasons.caption, [reasons.title, sexNames[1], sexNames[2]], rows)));
 }
 
 const outOf = ({ animals }: Prepared, sex: 1 | 2, reason: string): number =>

@@ -60,7 +60,8 @@ function verdict(data: Prepared): HTMLElement {
   const sum = (of: (kind: Prepared["kinds"][number]) => boolean) => data.kinds.filter(of).reduce((total, kind) => total + kind.count, 0);
   const hinder = sum(({ severity, accepted }) => severity === "fault" && !accepted);
   const accepted = sum(({ severity, accepted }) => severity === "fault" && accepted);
-  if (!data.sound) return h("p", { class: "warning serious" }, hinder > 0 ? verdicts.hinder(hinder) : verdicts.refused);
+  const acceptable = data.kinds.some(({ severity, accepted, acceptable }) => severity === "fault" && !accepted && acceptable);
+  if (!data.sound) return h("p", { class: "warning serious" }, hinder > 0 ? verdicts.hinder(hinder) : verdicts.refused, hinder > 0 && ` ${acceptable ? verdicts.mendOrAccept : verdicts.mend}`);
   return h("p", { class: "warning good" }, verdicts.good(data.counts.animals), accepted > 0 && ` ${verdicts.accepted(accepted)}`);
 }
 
