@@ -1,4 +1,4 @@
-// Tests of the page in a browser: Debian's chromium, without network; nothing is downloaded.
+// Tests of the pages of reports and frontiers in a browser: Debian's chromium, without network; nothing is downloaded.
 
 import { defineConfig } from "@playwright/test";
 
@@ -11,6 +11,7 @@ const quiet = [
 export default defineConfig({
   testDir: "tests",
   testMatch: "*.test.ts",
+  testIgnore: "**/tests/page/**",
   globalSetup: "./tests/runs.ts",
   fullyParallel: true,
   workers: 2,

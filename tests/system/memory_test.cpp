@@ -22,6 +22,12 @@ TEST(MemoryFiles, NamesAreComparedInTheirNormalForm_AndWhatIsNotThereIsToldAsByS
   EXPECT_EQ(memory_files().names(), Names{"r/b.txt"});
   EXPECT_TRUE(are_same_path("r//b.txt", "./r/b.txt") && are_one_file("r/b.txt", "x/../r/b.txt"));
   EXPECT_FALSE(are_one_file("r/c.txt", "r/c.txt") || are_same_path("r/b.txt", "b.txt"));
+  folder.write("r/s/c.prm", "");
+  folder.write("r/s/d.prm", "");
+  EXPECT_EQ(entries_of("./r", ""), (Names{"./r/b.txt", "./r/s"}));
+  EXPECT_EQ(entries_of("r/s", "d.prm"), Names{"r/s/d.prm"});
+  EXPECT_TRUE(entries_of(".", ".txt").empty());
+  EXPECT_EQ(path_from("./r/s/", "r/b.txt") + " " + path_from("./", "r/b.txt"), "../b.txt r/b.txt");
   EXPECT_TRUE(InputFile::exists("r/") && !InputFile::exists("b.txt"));
   InputFile in;
   OutputFile out;
@@ -32,7 +38,7 @@ TEST(MemoryFiles, NamesAreComparedInTheirNormalForm_AndWhatIsNotThereIsToldAsByS
   EXPECT_EQ(in.rewind(), EBADF);
   EXPECT_EQ(out.open("r", Show::kEachLine), EISDIR);
   EXPECT_EQ(out.open("", Show::kEachLine), ENOENT);
-  EXPECT_EQ(memory_files().names().size(), 1U);
+  EXPECT_EQ(memory_files().names().size(), 3U);
 }
 
 TEST(MemoryFiles, AreSeenAsTheirWritersPromise) {

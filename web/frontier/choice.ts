@@ -5,9 +5,10 @@ import type { Plan } from "./model.js";
 export class Choice {
   private readonly followers: ((plan: Plan) => void)[] = [];
 
-  constructor(private now: Plan) {}
+  /** There may be no plan yet. */
+  constructor(private now: Plan | undefined) {}
 
-  get plan(): Plan {
+  get plan(): Plan | undefined {
     return this.now;
   }
 
@@ -19,6 +20,6 @@ export class Choice {
   /** Acts now and whenever another plan is chosen. */
   follow(act: (plan: Plan) => void): void {
     this.followers.push(act);
-    act(this.now);
+    if (this.now) act(this.now);
   }
 }

@@ -3,9 +3,9 @@
 // is printed smaller; to a screen reader the plans are a list.
 
 import { fill, h } from "../shared/dom.js";
-import * as words from "../shared/texts/frontier.js";
 import type { Choice } from "./choice.js";
 import type { Plan } from "./model.js";
+import { say } from "./say.js";
 
 /** A plan in a picture, in pixels from its left upper corner, and what is said of it, line by line. */
 export interface Place { plan: Plan; x: number; y: number; told: readonly string[] }
@@ -31,7 +31,7 @@ export class Dots {
     this.options = this.places.map(({ told }, i) => h("span", { role: "option", id: `plan-${i}`, "aria-label": told.join(", ") }));
     this.options.forEach((option, i) => this.put(option, this.places[i]!));
     this.list = h("div", {
-      class: "dots screen", role: "listbox", tabindex: 0, "aria-label": `${words.picture.signs}. ${words.picture.help}`,
+      class: "dots screen", role: "listbox", tabindex: 0, "aria-label": `${say.picture.signs}. ${say.picture.help}`,
     }, this.options);
     this.element = h("div", { class: "over" }, picture, this.chosen, this.pointed, this.list, this.tip);
     this.listen();
@@ -42,7 +42,19 @@ export class Dots {
   mark(): void {
     const now = this.now();
     this.options.forEach((option, i) => option.setAttribute("aria-selected", String(i === now)));
+    this.chosen.hidden = now < 0;
     if (this.places[now]) this.put(this.chosen, this.places[now]);
+  }
+
+  /** If it has the focus, the folder of the plan that is pointed at, "" for none. */
+  get held(): string | undefined {
+    return document.activeElement === this.list ? (this.places[this.at]?.plan.folder ?? "") : undefined;
+  }
+
+  /** Takes the focus, and points at a plan, as a picture before did. */
+  hold(folder: string): void {
+    this.list.focus({ preventScroll: true });
+    this.point(this.places.findIndex(({ plan }) => plan.folder === folder));
   }
 
   private now(): number {
@@ -86,7 +98,7 @@ export class Dots {
     const place = this.places[this.at];
     if (!place) return;
     const here = this.together(place);
-    this.choice.choose(here[(here.indexOf(this.choice.plan) + 1) % here.length]!);
+    this.choice.choose(here[(here.findIndex((plan) => plan === this.choice.plan) + 1) % here.length]!);
   }
 
   private under({ clientX, clientY }: MouseEvent): number {
@@ -110,7 +122,7 @@ export class Dots {
   private tell(place: Place): void {
     const { tip, size: [width, height] } = this;
     const others = this.together(place).length - 1;
-    fill(tip, [...place.told, others > 0 && words.told.others(others)].map((line) => line && h("div", {}, line)));
+    fill(tip, [...place.told, others > 0 && say.told.others(others)].map((line) => line && h("div", {}, line)));
     const below = place.y + APART;
     tip.style.setProperty("left", `${Math.max(0, Math.min(width - tip.offsetWidth, place.x + APART))}px`);
     tip.style.setProperty("top", `${below + tip.offsetHeight <= height ? below : place.y - APART - tip.offsetHeight}px`);

@@ -1,6 +1,6 @@
 // How the curve and its plans were made.
 
-import { facts, h, part } from "../shared/dom.js";
+import { facts, group, h, part } from "../shared/dom.js";
 import { count, digits, NONE, percent } from "../shared/format.js";
 import { licences } from "../shared/licences.js";
 import * as words from "../shared/texts/frontier.js";
@@ -15,5 +15,5 @@ export function section({ made, herd }: Frontier): HTMLElement {
       [names.matings, count(herd.matings)], [names.unit, unit(herd.unit)],
       [names.last, percent(herd.last_relationship)], [names.interval, digits(herd.generation_interval), interval]),
     h("details", { open: true }, h("summary", {}, how), h("ul", {}, formulas.map((each) => h("li", {}, each)))),
-    licences());
+    licences(group));
 }

@@ -4,8 +4,8 @@
 import * as Plot from "@observablehq/plot";
 import type { Shape } from "../shared/key.js";
 import { COLOUR } from "../shared/plot.js";
-import * as words from "../shared/texts/frontier.js";
 import { called, type Frontier, type Plan } from "./model.js";
+import { say } from "./say.js";
 
 export type Axis = "rate" | "relationship";
 /** In percent and in standard deviations. */
@@ -56,7 +56,7 @@ export function best(points: readonly Point[], x: Range, y: Range): Plot.Markish
   return [
     Plot.line(beyond, { curve: "linear-closed", fill: COLOUR.muted, fillOpacity: 0.13, stroke: "none" }),
     Plot.line(points, { stroke: COLOUR.green, strokeWidth: 2 }),
-    Plot.text([words.picture.impossible], { frameAnchor: "top-left", dx: 8, dy: 8, fill: "var(--soft)", fontStyle: "italic" }),
+    Plot.text([say.picture.impossible], { frameAnchor: "top-left", dx: 8, dy: 8, fill: "var(--soft)", fontStyle: "italic" }),
   ];
 }
 
@@ -67,7 +67,7 @@ export function limit({ target }: Plan, axis: Axis, herd: Frontier["herd"], x: R
   if (!(at >= x[0] && at <= x[1])) return null;
   return [
     Plot.ruleX([at], { stroke: COLOUR.text, strokeDasharray: "5 4" }),
-    Plot.text([[at, y[0]]], { text: () => words.picture.limit, textAnchor: "start", dx: 5, dy: -8, fill: "var(--soft)" }),
+    Plot.text([[at, y[0]]], { text: () => say.picture.limit, textAnchor: "start", dx: 5, dy: -8, fill: "var(--soft)" }),
   ];
 }
 

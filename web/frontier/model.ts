@@ -2,7 +2,7 @@
 // as NaN. Animals are identified as in the data file, most often by numbers.
 
 import { flag, headed, list, named, number, object, oneOf, optional, orNull, text, tuple, type Read, type Shape } from "../shared/shape.js";
-import { asked } from "../shared/texts/frontier.js";
+import { say } from "./say.js";
 
 const identifier: Shape<string> = (value) => (typeof value === "number" ? String(value) : text(value));
 
@@ -39,6 +39,7 @@ export const read = (json: string): Frontier => frontier(headed(json, VERSION, "
 
 /** How a plan is called by what was asked for: "weight −20, seed 1". */
 export function called({ own, target, weight, constraint, seed }: Plan): string {
+  const { asked } = say;
   const goal = target ? asked.target[target.kind](target.value)
     : own ? asked.own
     : Number.isFinite(constraint) ? asked.constraint(constraint)

@@ -2,18 +2,20 @@
 
 import { add, fill, h, link, part } from "../shared/dom.js";
 import { arrival } from "./arrivals.js";
+import { Planning } from "./planning.js";
 import { ENDING, saveWork } from "./saved.js";
 import { status } from "./status.js";
 import type { Step } from "./step.js";
 import * as book from "./steps/book/step.js";
 import * as candidates from "./steps/candidates/step.js";
 import * as faults from "./steps/faults/step.js";
-import * as goal from "./steps/goal.js";
-import * as plan from "./steps/plan.js";
+import * as goal from "./steps/goal/step.js";
+import * as plan from "./steps/plan/step.js";
 import { LANGUAGES, language, speak, words, type Language } from "./texts/words.js";
 import { Work } from "./work.js";
 
 const work = new Work();
+const planning = new Planning(work);
 let steps: Step[] = [];
 
 function header(): HTMLElement {
@@ -75,7 +77,7 @@ function show(): void {
   for (const { end } of steps) end?.();
   for (const act of unfollow) act();
   unfollow = [];
-  steps = [book, faults, candidates, goal, plan].map(({ step }) => step(work));
+  steps = [book, faults, candidates, goal, plan].map(({ step }) => step(work, planning));
   document.title = words.frame.title;
   document.body.replaceChildren(...[...document.body.children].filter((child) => child instanceof HTMLScriptElement));
   const foot = status(work);

@@ -1,12 +1,13 @@
 // Who lives: an age pyramid by sex, with the candidates and the chosen ones.
 
 import * as Plot from "@observablehq/plot";
-import { group, h } from "../shared/dom.js";
+import { h } from "../shared/dom.js";
 import { count, fixed } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { draw, COLOUR, FEMALE, figure, MALE } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import type { Result } from "./model.js";
+import { group } from "./outline.js";
 
 type AgeClass = Result["population"]["ages"][number];
 

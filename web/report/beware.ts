@@ -1,11 +1,12 @@
 // What to beware of: each warning in words, with its numbers and animals; the serious ones first.
 // What a program said is shown as it said it.
 
-import { h, part } from "../shared/dom.js";
+import { h } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
 import * as words from "../shared/texts/beware.js";
 import { birthOf, inWords } from "./births.js";
 import { animal, called, type Result, type Warning } from "./model.js";
+import { heading, part } from "./outline.js";
 
 export function section(result: Result): HTMLElement {
   return part("beware", words.title, shown(result));
@@ -48,7 +49,7 @@ export function said(warning: Warning, result: Result): words.Words {
 function single(warning: Warning, result: Result): HTMLElement {
   const { title, text } = said(warning, result);
   return h("section", { class: warning.serious ? "warning serious" : "warning" },
-    h("h3", {}, `${warning.serious ? words.serious : words.known}: ${title}`),
+    heading(`${warning.serious ? words.serious : words.known}: ${title}`),
     text ? h("p", {}, text) : warning.text && h("pre", {}, warning.text),
     animals(warning, result));
 }
@@ -58,7 +59,7 @@ function quoted(warnings: readonly Warning[]): HTMLElement[] {
   return [...new Set(warnings.map(({ kind }) => kind))].map((kind) => {
     const texts = warnings.filter((warning) => warning.kind === kind).map(({ text }) => h("li", {}, h("code", {}, text)));
     const { title } = words.warnings[kind]?.(NOTHING_TOLD) ?? words.unknown(kind);
-    return h("section", { class: "warning" }, h("h3", {}, `${words.known}: ${title}`), h("ul", {}, texts));
+    return h("section", { class: "warning" }, heading(`${words.known}: ${title}`), h("ul", {}, texts));
   });
 }
 

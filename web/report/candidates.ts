@@ -1,12 +1,13 @@
 // Who was chosen and why: all candidates as a picture and as a ranked table.
 
 import { choose } from "../shared/choose.js";
-import { group, h, note, part } from "../shared/dom.js";
+import { h, note } from "../shared/dom.js";
 import { count, counted, digits, fixed, NONE } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/candidates.js";
 import { picture } from "./merit_picture.js";
 import { animal, called, type Animal, type Candidate, type Result } from "./model.js";
+import { group, part } from "./outline.js";
 
 /** A candidate with what is known of the animal. */
 export type Row = Candidate & { of: Animal };

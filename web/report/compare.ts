@@ -1,7 +1,7 @@
 // Two or three plans side by side: their figures, a picture of each on the same scales, who is in which.
 
 import { choose } from "../shared/choose.js";
-import { group, h, note, part, type Child } from "../shared/dom.js";
+import { h, note, type Child } from "../shared/dom.js";
 import { atLeast, count, fixed, NONE, percent } from "../shared/format.js";
 import { plain, table, type Column } from "../shared/table.js";
 import * as candidate_words from "../shared/texts/candidates.js";
@@ -11,6 +11,7 @@ import { meritDecimals } from "./candidates.js";
 import { choices, planned, type Choice, type Planned } from "./choices.js";
 import { males, merits } from "./compare_pictures.js";
 import type { Comparison, Plan } from "./model.js";
+import { group, part } from "./outline.js";
 
 export function section(comparison: Comparison): HTMLElement {
   const plans = planned(comparison);

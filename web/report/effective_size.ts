@@ -1,13 +1,14 @@
 // Effective size from two regressions, with its standard error and span, or why there is none.
 
 import * as Plot from "@observablehq/plot";
-import { group, h } from "../shared/dom.js";
+import { h } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { birthOf, type Birth } from "./births.js";
 import { cards, type Card } from "./cards.js";
 import type { EffectiveSize, Result } from "./model.js";
+import { group } from "./outline.js";
 
 const text = words.effective_size;
 

@@ -1,11 +1,12 @@
 // A plan that somebody has made, side by side with the best one.
 
-import { group, h, note } from "../shared/dom.js";
+import { h, note } from "../shared/dom.js";
 import { atLeast, count, digits, percent } from "../shared/format.js";
 import { plain } from "../shared/table.js";
 import * as words from "../shared/texts/summary.js";
 import type { Given, Plan, PlanValue, Result } from "./model.js";
 import { matingsTable } from "./mating_tables.js";
+import { group } from "./outline.js";
 
 export function beside(result: Result, plan: Plan, given: Given): HTMLElement {
   const faults = given.faults.map((fault) => h("li", {}, fault));

@@ -1,11 +1,12 @@
 // How many offspring sires and dams have. Few parents have very many: the classes grow with the size.
 
 import * as Plot from "@observablehq/plot";
-import { group, h } from "../shared/dom.js";
+import { h } from "../shared/dom.js";
 import { count, fixed } from "../shared/format.js";
 import { COLOUR, draw, FEMALE, figure, MALE, type Picture } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import type { Result } from "./model.js";
+import { group } from "./outline.js";
 
 const text = words.families;
 

@@ -1,10 +1,10 @@
 // The figures of a population, each with what it means and where its formula comes from.
 
-import { group } from "../shared/dom.js";
 import { digits, fixed, percent } from "../shared/format.js";
 import * as words from "../shared/texts/population.js";
 import { cards, type Card } from "./cards.js";
 import type { Population, Result } from "./model.js";
+import { group } from "./outline.js";
 
 type Named = { name: string; meaning: string; formula: string; source: string };
 

@@ -1,12 +1,13 @@
 // What the founders gave to the living: a ranked curve, and the shares added up.
 
 import * as Plot from "@observablehq/plot";
-import { group, h } from "../shared/dom.js";
+import { h } from "../shared/dom.js";
 import { count, fixed, percent } from "../shared/format.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { whole } from "./charts.js";
 import { animal, called, type Result } from "./model.js";
+import { group } from "./outline.js";
 
 const text = words.founders;
 

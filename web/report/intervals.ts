@@ -1,13 +1,14 @@
 // The generation interval by the four paths, of all times and of late.
 
 import * as Plot from "@observablehq/plot";
-import { group, h } from "../shared/dom.js";
+import { h } from "../shared/dom.js";
 import { fixed } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
 import * as words from "../shared/texts/population.js";
 import { birthOf, inWords } from "./births.js";
 import type { Result } from "./model.js";
+import { group } from "./outline.js";
 
 const text = words.intervals;
 

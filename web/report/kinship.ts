@@ -1,13 +1,14 @@
 // Mean kinship of the candidates, ranked: whose genes are rare among the living.
 
 import { choose } from "../shared/choose.js";
-import { group, h, note, type Child } from "../shared/dom.js";
+import { h, note, type Child } from "../shared/dom.js";
 import { percent } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as candidate_words from "../shared/texts/candidates.js";
 import * as words from "../shared/texts/population.js";
 import { brief, candidates, type Row } from "./candidates.js";
 import { called, type Result } from "./model.js";
+import { group } from "./outline.js";
 
 const text = words.kinship;
 

@@ -1,12 +1,13 @@
 // How it was made, so that anyone can repeat it: programs, parameters, seed, files with checksums.
 
-import { facts, group, h, part } from "../shared/dom.js";
+import { facts, h } from "../shared/dom.js";
 import { bytes, count, NONE } from "../shared/format.js";
 import { licences } from "../shared/licences.js";
 import { quoted } from "../shared/shell.js";
 import { table } from "../shared/table.js";
 import * as words from "../shared/texts/made.js";
 import type { Making, Result } from "./model.js";
+import { group, part } from "./outline.js";
 
 export function section({ making }: Result): HTMLElement {
   const names = words.facts;
@@ -14,7 +15,7 @@ export function section({ making }: Result): HTMLElement {
     facts(
       [names.run, making.run_program || NONE], [names.started, making.run_started || NONE], [names.seed, String(making.seed)],
       [names.report, making.program], [names.time, making.time], [names.prefix, making.prefix || NONE]),
-    repeat(making), files(making), parameters(making), licences());
+    repeat(making), files(making), parameters(making), licences(group));
 }
 
 function repeat(making: Making): HTMLElement {

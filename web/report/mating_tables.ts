@@ -6,6 +6,7 @@ import { holds, searchBox, table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/matings.js";
 import { decidedColumn, offspringColumns, othersColumn, parentColumns, shownOf, VF, whoColumns, type Shown } from "./mating_columns.js";
 import { animal, called, type Mated, type Mating, type Plan, type Result } from "./model.js";
+import { heading } from "./outline.js";
 
 /** All matings, sortable and searchable. */
 export function matingsTable(result: Result, matings: readonly Mated[], file: string, plan?: Plan): HTMLElement {
@@ -55,8 +56,8 @@ function sheet({ result, merits, names }: Shown, sire: number, matings: Mating[]
   const male = animal(result, sire);
   const about = words.parent(digits(merits.get(sire) ?? NaN), male.f, male.completeness);
   const name = male.name && male.name !== male.id ? ` ${male.name}` : null;
-  const heading = h("summary", {}, h("h3", {}, names.id(male), name), h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about));
-  const element = h("details", { class: "sheet" }, heading);
+  const line = h("summary", {}, heading(names.id(male), name), h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about));
+  const element = h("details", { class: "sheet" }, line);
   const make = () => {
     if (element.childElementCount === 1) element.append(table(columns, matings, { caption: words.females(called(male)), search: false }));
   };

@@ -1,10 +1,11 @@
 // Who with whom: by sire or in one table, and the matrix of all that could have been paired.
 
-import { group, h, note, part } from "../shared/dom.js";
+import { h, note } from "../shared/dom.js";
 import * as words from "../shared/texts/matings.js";
 import { matingsTable, sheets } from "./mating_tables.js";
 import { matrix } from "./matrix.js";
 import { decided, type Plan, type Result } from "./model.js";
+import { group, part } from "./outline.js";
 
 export function section(result: Result): HTMLElement {
   const { plan } = result;

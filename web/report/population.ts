@@ -1,6 +1,6 @@
 // The population: what was born, lives, is related and comes from whom. Each group is a module of its own.
 
-import { group, h, note, part } from "../shared/dom.js";
+import { h, note } from "../shared/dom.js";
 import { count } from "../shared/format.js";
 import * as words from "../shared/texts/population.js";
 import * as ages from "./ages.js";
@@ -12,6 +12,7 @@ import * as founders from "./founders.js";
 import * as intervals from "./intervals.js";
 import * as kinship from "./kinship.js";
 import type { Population, Result } from "./model.js";
+import { group, part } from "./outline.js";
 import * as trend from "./trend.js";
 
 export function section(result: Result): HTMLElement {

@@ -1,10 +1,11 @@
 // The rules that the breeder set: whether the plan keeps them, and what each costs.
 
-import { facts, h, note, part } from "../shared/dom.js";
+import { facts, h, note } from "../shared/dom.js";
 import { digits, fixed, NONE, percent } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/rules.js";
 import type { Rule, Rules } from "./model.js";
+import { part } from "./outline.js";
 
 export function section(rules: Rules): HTMLElement {
   const { list, with_all, left_out } = rules;

@@ -1,12 +1,13 @@
 // How the search went, and whether it looks finished.
 
 import * as Plot from "@observablehq/plot";
-import { facts, h, part } from "../shared/dom.js";
+import { facts, h } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { COLOUR, draw, figure, type Picture } from "../shared/plot.js";
 import * as words from "../shared/texts/search.js";
 import type { Result, Search } from "./model.js";
+import { part } from "./outline.js";
 
 type Row = Search["rows"][number];
 

@@ -1,7 +1,7 @@
 // The plan in one paragraph and a row of figures that a board reads first; without a plan the same for
 // the population. Serious warnings are named here and explained in their own part.
 
-import { facts, h, link, part, type Child } from "../shared/dom.js";
+import { facts, h, type Child } from "../shared/dom.js";
 import { count, digits, fixed, percent } from "../shared/format.js";
 import { change } from "../shared/texts/beware.js";
 import * as words from "../shared/texts/summary.js";
@@ -9,6 +9,7 @@ import { once, said } from "./beware.js";
 import { birthOf, inWords } from "./births.js";
 import { beside } from "./evaluate.js";
 import type { Plan, Result, SexUse } from "./model.js";
+import { link, part } from "./outline.js";
 
 export function section(result: Result): HTMLElement {
   const { plan, given } = result;

@@ -1,7 +1,7 @@
 // How inbreeding, relationship, completeness and numbers went by birth time.
 
 import * as Plot from "@observablehq/plot";
-import { group, h, type Child } from "../shared/dom.js";
+import { h, type Child } from "../shared/dom.js";
 import { count, fixed, NONE, percent } from "../shared/format.js";
 import { COLOUR, FEMALE, figure, MALE, type Picture } from "../shared/plot.js";
 import type { Column } from "../shared/table.js";
@@ -9,6 +9,7 @@ import * as words from "../shared/texts/population.js";
 import { inWords } from "./births.js";
 import { columns, lines, type Axes, type Series } from "./charts.js";
 import type { Result, TrendRow } from "./model.js";
+import { group } from "./outline.js";
 
 export function section(result: Result): HTMLElement {
   const { title, none } = words.trend;

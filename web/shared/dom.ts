@@ -67,16 +67,26 @@ function finish(): void {
   while (waiting.length > 0) waiting.shift()!();
 }
 
-/** A part of the page with its heading of the second level; it enters the table of contents. */
-export function part(id: string, title: string, ...children: Child[]): HTMLElement {
-  const heading = h("h2", { id: `${id}-title`, tabindex: -1 }, title);
-  return h("section", { id, class: "part", "aria-labelledby": heading.id }, heading, children);
+/** Makes parts, groups within them and links to them: headings from a level on, and ids that begin so. */
+export function outline(level: 2 | 3, before = "") {
+  /** The heading of a group. */
+  const heading = (...children: Child[]) => h(level === 2 ? "h3" : "h4", {}, children);
+  return {
+    heading,
+    /** A part of the page with its heading; it enters the table of contents. */
+    part(id: string, title: string, ...children: Child[]): HTMLElement {
+      const top = h(level === 2 ? "h2" : "h3", { id: `${before}${id}-title`, tabindex: -1 }, title);
+      return h("section", { id: before + id, class: "part", "aria-labelledby": top.id }, top, children);
+    },
+    /** A heading with what belongs to it. */
+    group: (title: string, ...children: Child[]): HTMLElement => h("section", { class: "group" }, heading(title), children),
+    /** A link within the page. */
+    link: (id: string, ...children: Child[]): HTMLElement => h("a", { href: `#${before}${id}` }, children),
+  };
 }
 
-/** A heading of the third level with what belongs to it. */
-export function group(title: string, ...children: Child[]): HTMLElement {
-  return h("section", { class: "group" }, h("h3", {}, title), children);
-}
+export type Outline = ReturnType<typeof outline>;
+export const { part, group, link } = outline(2);
 
 /** Figures with their names: facts(["Founders", 12, "animals without known parents"], ...). */
 export function facts(...rows: readonly (readonly [name: string, value: Child, note?: Child])[]): HTMLElement {
@@ -88,9 +98,4 @@ export function facts(...rows: readonly (readonly [name: string, value: Child, n
 /** A remark in small letters: an explanation, a formula, a source. */
 export function note(...children: Child[]): HTMLElement {
   return h("p", { class: "note" }, children);
-}
-
-/** A link within the page. */
-export function link(id: string, ...children: Child[]): HTMLElement {
-  return h("a", { href: `#${id}` }, children);
 }

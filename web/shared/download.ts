@@ -15,10 +15,12 @@ function field(cell: Cell): string {
   return /[",\r\n]/.test(text) ? `"${text.replaceAll('"', '""')}"` : text;
 }
 
-/** Hands a text to the browser as a file; CSV gets the mark by which spreadsheets know UTF-8. */
-export function save(name: string, type: "text/csv" | "application/json", text: string): void {
+export type Type = "text/csv" | "text/html" | "application/json" | "application/zip" | "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
+
+/** Hands a text or bytes to the browser as a file; CSV gets the mark by which spreadsheets know UTF-8. */
+export function save(name: string, type: Type, data: string | Uint8Array | Blob): void {
   const mark = type === "text/csv" ? "\ufeff" : "";
-  const address = URL.createObjectURL(new Blob([mark, text], { type: `${type};charset=utf-8` }));
+  const address = URL.createObjectURL(new Blob([mark, data as BlobPart], { type: typeof data === "string" ? `${type};charset=utf-8` : type }));
   h("a", { href: address, download: name }).click();
   setTimeout(() => URL.revokeObjectURL(address), 60_000);
 }

@@ -1,11 +1,11 @@
 // The licences of the programs that are bundled into the page, as the build put them there.
 
-import { group, h } from "./dom.js";
+import { h, type Outline } from "./dom.js";
 import * as words from "./texts/made.js";
 
 interface Licence { name: string; version: string; license: string; text: string }
 
-export function licences(): HTMLElement {
+export function licences(group: Outline["group"]): HTMLElement {
   const { title, text, none, one } = words.licences;
   const all = bundled();
   const single = ({ name, version, license, text }: Licence) =>

@@ -34,12 +34,15 @@ export interface Picture<T> {
   table?: { columns: readonly Column<T>[]; rows: readonly T[]; file?: string };
   /** An explanation or source. */
   note?: Child;
+  /** Is handed what draws it anew, for when that changes which it shows. */
+  anew?: (draw: () => void) => void;
 }
 
 /** A picture with all that belongs to it. */
 export function figure<T>(picture: Picture<T>): HTMLElement {
   const canvas = h("div", { class: "canvas" });
-  redrawn(canvas, (width) => named(picture.plot(width), picture.title, picture.description));
+  const draw = redrawn(canvas, (width) => named(picture.plot(width), picture.title, picture.description));
+  picture.anew?.(draw);
   const caption = h("figcaption", {}, h("strong", {}, picture.title), " ", picture.description);
   return h("figure", { class: "picture" }, caption, canvas, picture.note && note(picture.note), picture.table && asTable(picture.title, picture.table));
 }
@@ -70,8 +73,8 @@ function named(drawn: Element, title: string, description: string): Element {
   return drawn;
 }
 
-/** Draws into an element soon, and again when its width changes. */
-export function redrawn(canvas: HTMLElement, make: (width: number) => Element): void {
+/** Draws into an element soon, and again when its width changes; returns what draws it anew. */
+export function redrawn(canvas: HTMLElement, make: (width: number) => Element): () => void {
   let drawn = 0;
   const show = () => {
     const width = Math.floor(canvas.clientWidth);
@@ -83,6 +86,10 @@ export function redrawn(canvas: HTMLElement, make: (width: number) => Element): 
     show();
     new ResizeObserver(show).observe(canvas);
   });
+  return () => {
+    drawn = 0;
+    show();
+  };
 }
 
 function asTable<T>(title: string, { columns, rows, file }: NonNullable<Picture<T>["table"]>): HTMLElement {

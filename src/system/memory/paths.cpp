@@ -1,5 +1,6 @@
 #include "system/paths.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 
@@ -25,8 +26,22 @@ bool is_link(const std::string&) { return false; }
 
 int make_folder(const std::string&) { return 0; }
 
-// There is no shell.
-std::vector<std::string> entries_of(const std::string&, const std::string&) { return {}; }
+std::vector<std::string> entries_of(const std::string& folder, const std::string& ending) {
+  const std::string place = MemoryFiles::normal(folder);
+  const std::string begin = place == "." ? "" : place + (place.ends_with('/') ? "" : "/");
+  std::vector<std::string> entries;
+  for (const std::string& name : memory_files().names()) {
+    if (!name.starts_with(begin)) continue;
+    const std::string entry =
+        name.substr(begin.size(), name.find('/', begin.size()) - begin.size());
+    const std::string path = folder + '/' + entry;
+    const bool is_known = !entries.empty() && entries.back() == path;  // a folder's next file
+    if (!entry.empty() && entry.front() != '.' && entry.ends_with(ending) && !is_known)
+      entries.push_back(path);
+  }
+  std::sort(entries.begin(), entries.end());
+  return entries;
+}
 
 std::string path_from(const std::string& folder, const std::string& path) {
   return std::filesystem::path(MemoryFiles::normal(path))

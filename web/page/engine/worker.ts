@@ -45,6 +45,14 @@ function wanted(qob: Qob, take: readonly string[]): string[] {
   return names.filter((name) => take.some((one) => name === one || ((one === "" || one.endsWith("/")) && name.startsWith(one))));
 }
 
+// As the program says it; a run says more in its log.
+const LACKS_MEMORY = /error in allocating memory|Allocation .*(failed|exceed)/i;
+
+function lackedMemory(qob: Qob, text: string, err: string): boolean {
+  const log = /qob\.log/.test(text) ? new TextDecoder().decode(qob.takeFile("qob.log")) : "";
+  return [text, err, log].some((said) => LACKS_MEMORY.test(said));
+}
+
 function sheetOf({ bytes, name }: NonNullable<Job["sheet"]>): Sheet {
   const book = readSpreadsheet(bytes);
   const { sheet, csv, uncalculated } = book.table(name);
@@ -56,8 +64,10 @@ function carriedOut(qob: Qob, { sheet, clear, put, command, take }: Job): Done {
   for (const [name, bytes] of put ?? []) qob.putFile(name, bytes);
   const end = command ? qob.command(...command) : { status: 0, text: "" };
   const told = (name: string) => new TextDecoder().decode(command && qob.takeFile(name));
+  const [out, err] = [told(OUT), told(ERR)];
+  if (end.status !== 0 && lackedMemory(qob, end.text, err)) throw new RangeError(end.text);
   const files: Done["files"] = wanted(qob, take ?? []).map((name) => [name, qob.takeFile(name)!]);
-  return { ...end, out: told(OUT), err: told(ERR), files, ...(sheet && { sheet: sheetOf(sheet) }) };
+  return { ...end, out, err, files, ...(sheet && { sheet: sheetOf(sheet) }) };
 }
 
 const lacksMemory = (error: unknown) => error instanceof RangeError || /memory/i.test(String(error));

@@ -1,0 +1,58 @@
+// Step 4: how many matings, by which rules, and how much inbreeding for how much merit.
+
+import { saying } from "../../../frontier/say.js";
+import { group, h } from "../../../shared/dom.js";
+import { said } from "../../errors.js";
+import type { Progress } from "../../engine/engine.js";
+import type { Planning } from "../../planning.js";
+import { progress } from "../../status.js";
+import type { Step } from "../../step.js";
+import { words } from "../../texts/words.js";
+import type { Tradeoff } from "../../tradeoff.js";
+import type { Work } from "../../work.js";
+import { Curve } from "./curve.js";
+import { matings } from "./matings.js";
+import { Meaning } from "./meaning.js";
+import { Rules } from "./rules.js";
+import { Thorough } from "./search.js";
+import { Along, Wanted } from "./target.js";
+
+export function step(work: Work, { tradeoff, searches }: Planning): Step {
+  saying(words.goal.say);
+  const rules = new Rules(work, tradeoff), curve = new Curve(work, tradeoff), meaning = new Meaning(tradeoff);
+  const along = new Along(work, tradeoff), wanted = new Wanted(work, tradeoff), thorough = new Thorough(work, tradeoff, searches);
+  const asked = matings(work);
+  const under = progress(() => tradeoff.stop());
+  const told = h("p", { class: "told", role: "status" });
+  const again = h("button", { type: "button", class: "plainbutton screen", onclick: () => tradeoff.resume() }, words.goal.resume);
+  const shown = h("div", {}, h("div", { class: "with-plan" }, h("div", {}, curve.element, along.element), meaning.element), wanted.element, thorough.element);
+  const { title, lead } = words.goal.tradeoff;
+  const body = h("div", { class: "goal" }, asked.element, rules.element, group(title, h("p", {}, lead), told, under.element, again, shown));
+
+  function show(): void {
+    under.show(...underWay(tradeoff));
+    const now = sentence(tradeoff);
+    if (told.textContent !== now) told.textContent = now;
+    again.hidden = tradeoff.stale || tradeoff.state.state !== "stopped";
+    shown.hidden = !tradeoff.frontier;
+    shown.classList.toggle("stale", tradeoff.stale);
+    for (const each of [asked, rules, curve, meaning, along, wanted, thorough]) each.show();
+  }
+  const unfollow = [tradeoff.follow(show), searches.follow(() => thorough.show())];
+  return { id: "goal", title: words.goal.title, body, ready: () => tradeoff.known, show, end: () => unfollow.forEach((act) => act()) };
+}
+
+/** What is being done, and how far it is. */
+function underWay({ state, stale }: Tradeoff): [string | null, Progress | null] {
+  const { reading, planning } = words.goal.tradeoff;
+  if (!stale && state.state === "reading") return [reading, state.progress && { ...state.progress, phase: reading }];
+  if (!stale && state.state === "planning") return [planning, { phase: planning, share: state.made / state.all, left: NaN, more: "" }];
+  return [null, null];
+}
+
+function sentence({ state, stale, frontier }: Tradeoff): string {
+  const { ready, none } = words.goal.tradeoff;
+  if (stale || state.state === "none") return none;
+  if (state.state === "failed") return said(state.error);
+  return state.state === "ready" ? ready(frontier!.plans.length) : state.state === "stopped" ? words.frame.cancelled : "";
+}

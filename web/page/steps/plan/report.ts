@@ -1,0 +1,18 @@
+// The report of the plan within the page, the mating list first.
+
+import { h, note } from "../../../shared/dom.js";
+import { within } from "../../../report/outline.js";
+import { parts } from "../../../report/show.js";
+import type { Made } from "../../planned.js";
+import { language, words } from "../../texts/words.js";
+
+const BEFORE = "report-";
+const FIRST = `${BEFORE}matings`;
+
+within(BEFORE);
+
+export function shownReport({ result }: Made): HTMLElement {
+  const all = parts(result);
+  const [first, rest] = [all.filter(({ id }) => id === FIRST), all.filter(({ id }) => id !== FIRST)];
+  return h("div", {}, language !== "en" && note(words.plan.english), h("div", { class: "report", lang: "en" }, first, rest));
+}

@@ -1,0 +1,36 @@
+// What can be saved of a plan, and what prints it.
+
+import { zipSync } from "fflate";
+import { h } from "../../../shared/dom.js";
+import { save } from "../../../shared/download.js";
+import type { Made } from "../../planned.js";
+import { workbook } from "../../spreadsheet/write.js";
+import { words } from "../../texts/words.js";
+import type { Work } from "../../work.js";
+import { repeated } from "./repeat.js";
+import { reportPage } from "./report_page.js";
+import { sheets } from "./sheets.js";
+
+const MATINGS = "matings.csv";
+const ZIP = "application/zip", XLSX = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
+
+export function saving(work: Work, name: string, made: Made): HTMLElement {
+  const { save: text, print } = words.plan;
+  const button = (label: string, act: () => void) => h("button", { type: "button", class: "download", onclick: act }, label);
+  const list = made.tables.find(([file]) => file === MATINGS)![1];
+  return h("div", { class: "tools screen", role: "group", "aria-label": text.title },
+    button(print, printed),
+    button(text.list, () => save(`${name}_${MATINGS}`, "text/csv", list)),
+    button(text.tables, () => save(`${name}_tables.zip`, ZIP, zipSync(Object.fromEntries(made.tables)))),
+    button(text.workbook, () => save(`${name}_tables.xlsx`, XLSX, workbook(sheets(made.tables)))),
+    button(text.report, async () => save(`${name}_report.html`, "text/html", await reportPage(made.json))),
+    button(text.repeat, () => save(`${name}_repeat.zip`, ZIP, zipSync(repeated(work, name, made)))));
+}
+
+/** Prints the plan alone: its matings and the summary. */
+function printed(): void {
+  const { classList } = document.body;
+  classList.add("plan-alone");
+  addEventListener("afterprint", () => classList.remove("plan-alone"), { once: true });
+  print();
+}

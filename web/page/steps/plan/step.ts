@@ -1,0 +1,43 @@
+// Step 5: the plan of the chosen point, shown as its report, saved and printed.
+
+import { called } from "../../../frontier/model.js";
+import { fill, h } from "../../../shared/dom.js";
+import { said } from "../../errors.js";
+import type { Planning } from "../../planning.js";
+import type { State } from "../../planned.js";
+import { progress } from "../../status.js";
+import type { Step } from "../../step.js";
+import { words } from "../../texts/words.js";
+import type { Work } from "../../work.js";
+import { shownReport } from "./report.js";
+import { saving } from "./saving.js";
+
+export function step(work: Work, { tradeoff, planned }: Planning): Step {
+  const { plan: text } = words;
+  const under = progress(() => planned.stop());
+  const make = h("button", { type: "button", class: "main", onclick: () => tradeoff.plan && void planned.make(tradeoff.plan) }, text.make);
+  const about = h("p", { class: "screen" }), told = h("p", { class: "told screen", role: "status" }), fault = h("p", { class: "warning serious", role: "alert" });
+  const shown = h("div");
+  const body = h("div", {}, about, h("div", { class: "screen" }, make), under.element, told, fault, shown);
+  let last: State | undefined;
+
+  function show(): void {
+    const { plan } = tradeoff, { state } = planned;
+    const other = state.state === "ready" && state.made.plan.folder !== plan?.folder;
+    about.textContent = !plan ? text.none : other ? text.other(called(state.made.plan), called(plan)) : text.of(called(plan));
+    make.disabled = !plan || tradeoff.stale || state.state === "working";
+    if (state !== last) showState((last = state));
+  }
+
+  function showState(state: State): void {
+    const doing = state.state === "working" ? (state.reporting ? text.reporting : text.planning) : null;
+    under.show(doing, state.state === "working" && state.progress ? { ...state.progress, phase: doing! } : null);
+    told.textContent = state.state === "ready" ? text.ready : "";
+    fault.hidden = state.state !== "failed";
+    fault.textContent = state.state === "failed" ? said(state.error) : "";
+    if (state.state === "ready") fill(shown, saving(work, tradeoff.name, state.made), shownReport(state.made));
+    else if (state.state !== "working") fill(shown);
+  }
+  const unfollow = [tradeoff.follow(show), planned.follow(show)];
+  return { id: "plan", title: text.title, body, ready: () => tradeoff.known, show, end: () => unfollow.forEach((act) => act()) };
+}
