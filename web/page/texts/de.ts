@@ -20,6 +20,7 @@ export const de: Texts = {
     memory: "Das braucht mehr Speicher, als ein Browser gibt (4 GB). Auf einem Rechner mit mehr tut es die Kommandozeile: siehe Schritt 5.",
     defect: "Das Programm ist im Browser gescheitert; die Seite lebt weiter. Bitte sagen Sie uns, wie es dazu kam.",
     control: "Strg", work: "Ihre Arbeit", languages: { en: "English", de: "Deutsch" },
+    before: "Was Sie sehen, ist noch von vorher.",
     again: "Noch einmal", dismiss: "Schließen", left: (seconds) => `noch ${seconds} s`,
     wholeNumber: (least, most) => `Eine ganze Zahl von ${least} bis ${most}.`,
     otherVersion: (theirs) => `Diese Arbeit hat eine andere Version der Seite gespeichert (Format ${theirs}). Öffnen Sie sie mit jener.`,
@@ -167,8 +168,9 @@ export const de: Texts = {
     remain: "Wer bleibt",
     unsound: "Die Zahlen kommen, wenn kein Fehler mehr hindert: siehe Schritt 2.",
     sum: (males, females) => `${counted(males, "männliches", "männliche")} und ${counted(females, "weibliches Tier", "weibliche Tiere")} kommen in Frage.`,
+    none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
+    unsaid: "Sagen Sie oben, wie viele Paarungen ein männliches und ein weibliches Tier haben darf: Das Herdbuch hat keine Spalte dafür.",
     facts: {
-      none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
       more: (matings, completeness) => `dürfen ${matings} Paarungen haben; Abstammungen zu ${completeness} vollständig`,
       planned: "Planbare Paarungen", plannedNote: "eine je weiblichem Tier, soweit die männlichen reichen, wenn Sie in Schritt 4 nichts anderes sagen",
     },

@@ -16,6 +16,7 @@ export const en = {
     memory: "This needs more memory than a browser gives (4 GB). On a computer with more, the command line does it: see step 5.",
     defect: "The program has failed in the browser; the page goes on. Please tell us how it came about.",
     control: "Ctrl", work: "Your work", languages: { en: "English", de: "Deutsch" },
+    before: "What you see is still from before.",
     again: "Try again", dismiss: "Close", left: (seconds: number) => `${seconds} s left`,
     wholeNumber: (least: number, most: number) => `A whole number from ${least} to ${most}.`,
     otherVersion: (theirs: number) => `This work was saved by another version of the page (format ${theirs}). Open it with that one.`,
@@ -157,8 +158,9 @@ export const en = {
     remain: "Who remains",
     unsound: "The figures come when no fault hinders any more: see step 2.",
     sum: (males: number, females: number) => `${counted(males, "male", "males")} and ${counted(females, "female", "females")} may be mated.`,
+    none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
+    unsaid: "Say above how many matings a male and a female may have: the herd book has no column for it.",
     facts: {
-      none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
       more: (matings: string, completeness: string) => `may have ${matings} matings; pedigrees complete to ${completeness}`,
       planned: "Matings that can be planned", plannedNote: "one for each female, as far as the males suffice, if you do not say otherwise in step 4",
     },
