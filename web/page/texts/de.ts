@@ -148,7 +148,7 @@ export const de: Texts = {
       from: { name: "Jüngstes Alter", help: "In Jahren, wenn die Nachkommen geboren werden." },
       to: { name: "Höchstes Alter", help: "Ältere werden weggelassen." },
     },
-    anyMatings: "laut Spalte", anyAge: "beliebig",
+    anyMatings: "laut Buch", anyAge: "beliebig",
     alive: {
       title: "Lebt und ist da", everybody: "alle Tiere gelten als lebend",
       column: { name: "Spalte, die es sagt", help: "Ohne sie können tote und verkaufte Tiere eingeplant werden. Angeboten werden Spalten, in denen nur weniges Verschiedene steht." },

@@ -138,7 +138,7 @@ export const en = {
       from: { name: "Youngest", help: "Age in years when the offspring are born." },
       to: { name: "Oldest", help: "Older ones are left out." },
     },
-    anyMatings: "as the column says", anyAge: "any",
+    anyMatings: "as recorded", anyAge: "any",
     alive: {
       title: "Alive and there", everybody: "all animals count as alive",
       column: { name: "Column that tells", help: "Without it, dead and sold animals may be planned. Columns that say one of a few things are offered." },
