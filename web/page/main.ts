@@ -83,8 +83,16 @@ function show(): void {
   const foot = status(work);
   follow(foot.show);
   const main = h("main", {}, steps.map((step, i) => section(step, i + 1)));
-  follow(() => main.setAttribute("aria-busy", String(work.found.state === "working")));
+  follow(() => busy(main));
   add(document.body, [header(), h("div", { class: "frame" }, contents(), main), foot.element]);
+}
+
+/** While the herd book is worked on, what is shown may be of the one before. */
+function busy(main: HTMLElement): void {
+  const now = work.opening !== null || work.found.state === "working";
+  if (!now && main.getAttribute("aria-busy") === "true") main.dataset["done"] = String(Number(main.dataset["done"]) + 1);
+  main.setAttribute("aria-busy", String(now));
+  main.dataset["done"] ??= "0";
 }
 
 /** In a text field these keys undo what was typed there. */

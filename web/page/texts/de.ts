@@ -328,7 +328,7 @@ Der Plan, aus den Dateien seines Laufs:
 
     qob qob.prm
 
-QOB_qob_MatingList.txt ist dann die Paarungsliste, Byte für Byte dieselbe. Der Bericht dazu:
+QOB_qob_MatingList.txt ist dann die Paarungsliste, Byte für Byte die im Ordner page. Der Bericht dazu:
 
     qob-report ./QOB_
 

@@ -291,7 +291,7 @@ The plan, from the files of its run:
 
     qob qob.prm
 
-QOB_qob_MatingList.txt is then the mating list, byte by byte the same. The report of it:
+QOB_qob_MatingList.txt is then the mating list, byte by byte that in the folder page. The report of it:
 
     qob-report ./QOB_
 

@@ -24,8 +24,10 @@ interface Browsing {
 
 type Kind = "button" | "field";
 
-/** In the page: a button or a field that can be seen, by the beginning of what it is called. */
-function find([kind, name]: [Kind, string]): Element | null {
+/** In the page: a button or a field that can be seen, by the beginning of what it is called, behind the
+ * name of its group if there are several: "Males: Oldest". */
+function find([kind, asked]: [Kind, string]): Element | null {
+  const [group, name] = asked.includes(": ") && kind === "field" ? asked.split(": ") as [string, string] : ["", asked];
   const plain = (text: string | null | undefined) => (text ?? "").replace(/\s+/g, " ").trim();
   const called = (element: Element) => {
     const labels = [...((element as HTMLInputElement).labels ?? [])].map((label) => plain(label.textContent));
@@ -33,7 +35,8 @@ function find([kind, name]: [Kind, string]): Element | null {
   };
   const all = [...document.querySelectorAll(kind === "button" ? "button, summary, [role=button]" : "input, select, textarea")];
   const shown = all.filter((element) => (element as HTMLElement).checkVisibility() || element.getAttribute("type") === "file");
-  return shown.find((element) => called(element).some((text) => text.startsWith(name))) ?? null;
+  const inGroup = (element: Element) => plain(element.closest("fieldset")?.querySelector("legend")?.textContent).startsWith(group);
+  return shown.find((element) => inGroup(element) && called(element).some((text) => text.startsWith(name))) ?? null;
 }
 
 /** In the page, before it is there: what it saves is kept, and what it asks of the network told. */
@@ -137,9 +140,36 @@ export class User {
     await (await this.found("button", name)).click();
   }
 
-  /** Chooses a file as the herd book. */
-  give(file: string): Promise<void> {
-    return this.page.give("#book input[type=file]", file);
+  /** Chooses a file as the herd book, and waits until the page has made of it what it can. */
+  async give(file: string): Promise<void> {
+    const times = () => this.page.evaluate(() => Number(document.querySelector("main")!.dataset["done"]));
+    const before = await times();
+    await this.page.give("#book input[type=file]", file);
+    await expect.poll(times, { timeout: PATIENCE }).toBeGreaterThan(before);
+  }
+
+  /** Unfolds all that is folded there. */
+  unfolds(selector: string): Promise<void> {
+    return this.page.evaluate(async (selector: string) => {
+      document.querySelectorAll(`${selector} details`).forEach((folded) => ((folded as HTMLDetailsElement).open = true));
+      await new Promise((done) => setTimeout(done));  // what is folded is drawn when it is wanted
+    }, selector);
+  }
+
+  /** Accepts the faults that can be. */
+  async acceptAll(): Promise<void> {
+    await this.unfolds("#faults");
+    while (await this.page.evaluate(() => {
+      const boxes = [...document.querySelectorAll<HTMLInputElement>("#faults input[type=checkbox]")];
+      const next = boxes.find((box) => !box.checked && box.checkVisibility());
+      next?.click();
+      return next !== undefined;
+    })) await this.settles();
+  }
+
+  /** Waits until nothing is under way in the herd book. */
+  async settles(): Promise<void> {
+    await expect.poll(() => this.page.evaluate(() => document.querySelector("main")!.getAttribute("aria-busy")), { timeout: PATIENCE }).toBe("false");
   }
 
   /** Fills a field as a hand would: what stood there goes. */
