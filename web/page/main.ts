@@ -49,7 +49,7 @@ function opening(): HTMLElement[] {
 }
 
 function contents(): HTMLElement {
-  return h("nav", { class: "contents", "aria-label": words.frame.steps }, h("ol", {}, steps.map(({ id, title }) => h("li", {}, link(id, title)))));
+  return h("nav", { class: "contents", "aria-label": words.frame.steps }, h("ol", {}, steps.map(({ id, title }, i) => h("li", {}, link(id, `${i + 1}. ${title}`)))));
 }
 
 /** While the work is made anew, what was shown before stays, and so does the focus in it. */

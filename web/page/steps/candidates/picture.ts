@@ -51,17 +51,29 @@ function counted(animals: readonly Animal[]): Bar[] {
   return [...bars.values()].sort((a, b) => order(a.born, unborn) - order(b.born, unborn) || a.sex - b.sex || NAMES.indexOf(a.fate) - NAMES.indexOf(b.fate));
 }
 
-const order = (born: string, unborn: string): number => (born === unborn ? -Infinity : Number(born.replace("−", "-")));
+const yearOf = (born: string): number => (born === "" ? NaN : Number(born.replace("−", "-")));
+const order = (born: string, unborn: string): number => (born === unborn ? -Infinity : yearOf(born));
+
+/** First what stands for no year, then all years from the first to the last, but for errors of centuries. */
+function domain(bars: readonly Bar[]): string[] {
+  const { unborn } = words.candidates.picture;
+  const born = [...new Set(bars.map(({ born }) => born))];
+  const years = born.filter((year) => year !== unborn);
+  const [first, last] = [years[0], years[years.length - 1]].map((year) => yearOf(year ?? "")) as [number, number];
+  const all = Number.isFinite(last - first) && last - first < 300 ? Array.from({ length: last - first + 1 }, (_, i) => String(first + i).replace("-", "−")) : years;
+  return [...born.filter((year) => year === unborn), ...all];
+}
 
 function drawn(width: number, bars: readonly Bar[]): Element {
   const { picture, sexNames } = words.candidates;
-  const years = [...new Set(bars.map(({ born }) => born))];
+  const years = domain(bars);
   const every = Math.max(1, Math.ceil(years.length / (width / 56)));
+  const labelled = (i: number) => i === 0 || (i >= every && (years.length - 1 - i) % every === 0);
   const order = ({ fate }: Bar) => NAMES.indexOf(fate);
   const told = ({ born, sex, fate, n }: Bar) => picture.tip(born, sexNames[sex], picture.fates[fate], count(n));
   return draw({
     width, height: 250, marginLeft: 48, marginRight: 20,
-    x: { type: "band", domain: years, label: null, ticks: years.filter((_, i) => (years.length - 1 - i) % every === 0), tickSize: 0, padding: 0.08 },
+    x: { type: "band", domain: years, label: null, ticks: years.filter((_, i) => labelled(i)), tickSize: 0, padding: 0.08 },
     y: { label: null, grid: true, tickFormat: (y: number) => (Number.isInteger(y) ? count(y) : "") },
     color: { type: "identity" },
     marks: [
