@@ -37,7 +37,15 @@ const meets = ({ kind, value }: Target) => (plan: Plan): boolean =>
   kind === "weight" ? !plan.target && close(plan.weight, Math.abs(value)) : plan.target?.kind === kind && close(plan.target.value, value);
 
 /** A folder of a search, without its seed. */
-const pointOf = ({ folder, seed }: Plan) => (Number.isNaN(seed) ? folder : folder.replace(/_s\d+$/, ""));
+const pointOf = ({ folder, seed }: Plan) => (Number.isNaN(seed) ? folder : folder.replace(SEED, ""));
+
+const SEED = /_s\d+$/;
+
+/** How the point of a folder is asked for: with other files a weight or target stays what it is. */
+function optionOf(folder: string): string | undefined {
+  const [, kind, value] = /^(w|rate|ne|degrees)([\d.e+-]+)$/.exec(folder.replace(SEED, "")) ?? [];
+  return kind && `${OPTIONS[kind === "w" ? "weight" : (kind as Target["kind"])]}=${value}`;
+}
 
 export class Tradeoff extends Followed {
   private engine = new Engine();
@@ -86,7 +94,7 @@ export class Tradeoff extends Followed {
   get plan(): Plan | undefined {
     const { point } = this.work.choices, plans = this.frontier?.plans ?? [];
     const called = (folder: string) => plans.find((plan) => plan.folder === folder);
-    return called(point) ?? called(point.replace(/_s\d+$/, "")) ?? this.aim ?? plans.find(({ own }) => own);
+    return called(point) ?? called(point.replace(SEED, "")) ?? this.aim ?? plans.find(({ own }) => own);
   }
 
   /** The plan that was made for the target. */
@@ -168,6 +176,8 @@ export class Tradeoff extends Followed {
         throw error instanceof Refused ? await this.explained(error) : error;
       }
       this.begun = true;
+      const point = optionOf(this.work.choices.point);
+      if (point) await this.add("--points=0", point);
       await this.go();
     });
   }

@@ -13,6 +13,7 @@ import type { Work } from "../../work.js";
 import { Curve } from "./curve.js";
 import { matings } from "./matings.js";
 import { Meaning } from "./meaning.js";
+import { faultsOf } from "./rule_faults.js";
 import { Rules } from "./rules.js";
 import { Thorough } from "./search.js";
 import { Along, Wanted } from "./target.js";
@@ -31,7 +32,7 @@ export function step(work: Work, { tradeoff, searches }: Planning): Step {
 
   function show(): void {
     under.show(...underWay(tradeoff));
-    const now = sentence(tradeoff);
+    const now = faultsOf(work, tradeoff).size > 0 ? words.goal.rules.faulty : sentence(tradeoff);
     if (told.textContent !== now) told.textContent = now;
     again.hidden = tradeoff.stale || tradeoff.state.state !== "stopped";
     shown.hidden = !tradeoff.frontier;
