@@ -4,7 +4,7 @@
 
 import { read, type Frontier, type Plan } from "../frontier/model.js";
 import type { Target } from "./choices.js";
-import { Cancelled, Engine, Refused, type Progress } from "./engine/engine.js";
+import { Cancelled, Engine, Failed, Refused, type Progress } from "./engine/engine.js";
 import type { Done, Files, Job } from "./engine/protocol.js";
 import { Followed } from "./followers.js";
 import { stem, type Book, type Work } from "./work.js";
@@ -75,6 +75,13 @@ export class Tradeoff extends Followed {
     return this.files ?? [];
   }
 
+  /** Those that every plan's run reads beside its parameter file. */
+  get inputs(): Files {
+    const { name } = this;
+    return this.run.filter(([file]) => [`${name}.dat`, `${name}.names.csv`, `${name}.rules.csv`].includes(file));
+  }
+
+  /** What the files are called by. */
   get name(): string {
     return stem(this.book?.name ?? "");
   }
@@ -140,7 +147,7 @@ export class Tradeoff extends Followed {
     this.show({ state: "stopped" });
   }
 
-  /** Goes on where it was stopped. */
+  /** Goes on where it was stopped, or begins anew where its worker has failed. */
   resume(): void {
     this.stopped = false;
     void (this.begun ? this.go() : this.start());
@@ -161,6 +168,7 @@ export class Tradeoff extends Followed {
       this.going = false;
       if (!(error instanceof Error)) throw error;
       if (error instanceof Cancelled) return this.show({ state: "stopped" });
+      if (error instanceof Failed) [this.begun, this.frontier] = [false, null];  // its files are gone
       this.show({ state: "failed", error });
     }
   }

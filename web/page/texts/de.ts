@@ -312,18 +312,19 @@ export const de: Texts = {
     other: (made: string, chosen: string) => `Unten steht der Plan für: ${made}. In Schritt 4 ist jetzt gewählt: ${chosen}.`,
     make: "Paarungsplan machen",
     planning: "Plant die Paarungen", reporting: "Schreibt den Bericht", ready: "Der Plan ist da.",
+    instead: "Auf einem Rechner mit mehr Speicher macht die Kommandozeile den Plan. Diese Datei enthält alles, was sie braucht, und eine README mit den Befehlen.",
     paper: (herd: string, plan: string) => `Paarungsplan für ${herd}: ${plan}`,
     english: "Der Bericht ist auf Englisch.",
     print: "Paarungsliste drucken",
     save: {
       title: "Plan speichern", list: "Paarungsliste (CSV)", tables: "Alle Tabellen (CSV, zip)", workbook: "Alle Tabellen (Excel)", report: "Bericht (HTML)", repeat: "Auf einem Rechner wiederholen (zip)",
     },
-    readme: (program: string, prepare: string, name: string) => `Diese Dateien machen den Paarungsplan noch einmal, auf jedem Rechner mit qob.
+    readme: (program: string, run: string, prepare: string, name: string) => `Diese Dateien machen den Paarungsplan noch einmal, auf jedem Rechner mit qob.
 Sie wurden gemacht mit ${program}.
 
 Der Plan, aus den Dateien seines Laufs:
 
-    qob qob.prm
+    ${run}
 
 QOB_qob_MatingList.txt ist dann die Paarungsliste, Byte für Byte dieselbe. Der Bericht dazu:
 

@@ -275,18 +275,19 @@ export const en = {
     other: (made: string, chosen: string) => `Below is the plan of: ${made}. Chosen in step 4 is now: ${chosen}.`,
     make: "Make the mating plan",
     planning: "Plans the matings", reporting: "Writes the report", ready: "The plan is there.",
+    instead: "On a computer with more memory the command line makes the plan. This file holds all that it needs, and a README with the commands.",
     paper: (herd: string, plan: string) => `Mating plan of ${herd}: ${plan}`,
     english: "The report is in English.",
     print: "Print mating list",
     save: {
       title: "Save the plan", list: "Mating list (CSV)", tables: "All tables (CSV, zip)", workbook: "All tables (Excel)", report: "Report (HTML)", repeat: "Repeat it on a computer (zip)",
     },
-    readme: (program: string, prepare: string, name: string) => `These files make the mating plan again, on any computer with qob.
+    readme: (program: string, run: string, prepare: string, name: string) => `These files make the mating plan again, on any computer with qob.
 They were made with ${program}.
 
 The plan, from the files of its run:
 
-    qob qob.prm
+    ${run}
 
 QOB_qob_MatingList.txt is then the mating list, byte by byte the same. The report of it:
 
