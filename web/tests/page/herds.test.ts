@@ -29,8 +29,8 @@ async function way(user: User, book: string): Promise<void> {
 async function same(user: User, folder: string): Promise<void> {
   const repeat = unzipSync((await user.saves("Repeat it on a computer")).bytes);
   put(folder, repeat as Record<string, Uint8Array>);
-  const command = plain(repeat["README.txt"]!).match(/qob-prepare .*/)![0].trim();
-  expect(run(join(folder, "herd_book"), command).status).toBe(0);
+  const command = plain(repeat["README.txt"]!).match(/^ {4}(qob-prepare .*?)\r?$/m)![1]!;
+  expect(run(join(folder, "herd_book"), command)).toMatchObject({ status: 0, err: "" });
   const name = Object.keys(repeat).find((file) => file.endsWith(".dat"))!.replace(".dat", "");
   for (const ending of [".dat", ".names.csv"]) expect(text(folder, `herd_book/${name}/${name}${ending}`)).toBe(plain(repeat[name + ending]!));
 
