@@ -31,9 +31,6 @@ export type State =
   | { state: "ready"; made: Made }
   | { state: "failed"; error: Error };
 
-/** Of the session's files those that a run reads. */
-const isInput = (name: string) => (file: string) => [`${name}.dat`, `${name}.names.csv`, `${name}.rules.csv`].includes(file);
-
 export class Planned extends Followed {
   private readonly engine = new Engine();
   private files: Files | null = null;
@@ -77,8 +74,7 @@ export class Planned extends Followed {
 
   private async madeOf(plan: Plan, progress: (reporting: boolean, progress: Progress | null) => void): Promise<Made> {
     const { tradeoff } = this;
-    const wanted = isInput(tradeoff.name);
-    const inputs: Files = [...tradeoff.run.filter(([file]) => wanted(file)), [PARAMETERS, (await tradeoff.parametersOf(plan)).bytes]];
+    const inputs: Files = [...tradeoff.inputs, [PARAMETERS, (await tradeoff.parametersOf(plan)).bytes]];
     await this.engine.must({ clear: true, put: inputs, command: ["qob", PARAMETERS] }, (now) => progress(false, now));
     progress(true, null);
     const { files } = await this.engine.must({ command: ["qob-report", "./QOB_", "--json", "--tables", "tables"], take: [LIST, RESULT, TABLES] }, (now) => progress(true, now));

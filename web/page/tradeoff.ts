@@ -4,7 +4,7 @@
 
 import { read, type Frontier, type Plan } from "../frontier/model.js";
 import type { Target } from "./choices.js";
-import { Cancelled, Engine, Refused, type Progress } from "./engine/engine.js";
+import { Cancelled, Engine, Failed, Refused, type Progress } from "./engine/engine.js";
 import type { Done, Files, Job } from "./engine/protocol.js";
 import { Followed } from "./followers.js";
 import { stem, type Book, type Work } from "./work.js";
@@ -37,7 +37,15 @@ const meets = ({ kind, value }: Target) => (plan: Plan): boolean =>
   kind === "weight" ? !plan.target && close(plan.weight, Math.abs(value)) : plan.target?.kind === kind && close(plan.target.value, value);
 
 /** A folder of a search, without its seed. */
-const pointOf = ({ folder, seed }: Plan) => (Number.isNaN(seed) ? folder : folder.replace(/_s\d+$/, ""));
+const pointOf = ({ folder, seed }: Plan) => (Number.isNaN(seed) ? folder : folder.replace(SEED, ""));
+
+const SEED = /_s\d+$/;
+
+/** How the point of a folder is asked for: with other files a weight or target stays what it is. */
+function optionOf(folder: string): string | undefined {
+  const [, kind, value] = /^(w|rate|ne|degrees)([\d.e+-]+)$/.exec(folder.replace(SEED, "")) ?? [];
+  return kind && `${OPTIONS[kind === "w" ? "weight" : (kind as Target["kind"])]}=${value}`;
+}
 
 export class Tradeoff extends Followed {
   private engine = new Engine();
@@ -67,6 +75,13 @@ export class Tradeoff extends Followed {
     return this.files ?? [];
   }
 
+  /** Those that every plan's run reads beside its parameter file. */
+  get inputs(): Files {
+    const { name } = this;
+    return this.run.filter(([file]) => [`${name}.dat`, `${name}.names.csv`, `${name}.rules.csv`].includes(file));
+  }
+
+  /** What the files are called by. */
   get name(): string {
     return stem(this.book?.name ?? "");
   }
@@ -86,7 +101,7 @@ export class Tradeoff extends Followed {
   get plan(): Plan | undefined {
     const { point } = this.work.choices, plans = this.frontier?.plans ?? [];
     const called = (folder: string) => plans.find((plan) => plan.folder === folder);
-    return called(point) ?? called(point.replace(/_s\d+$/, "")) ?? this.aim ?? plans.find(({ own }) => own);
+    return called(point) ?? called(point.replace(SEED, "")) ?? this.aim ?? plans.find(({ own }) => own);
   }
 
   /** The plan that was made for the target. */
@@ -132,7 +147,7 @@ export class Tradeoff extends Followed {
     this.show({ state: "stopped" });
   }
 
-  /** Goes on where it was stopped. */
+  /** Goes on where it was stopped, or begins anew where its worker has failed. */
   resume(): void {
     this.stopped = false;
     void (this.begun ? this.go() : this.start());
@@ -153,6 +168,7 @@ export class Tradeoff extends Followed {
       this.going = false;
       if (!(error instanceof Error)) throw error;
       if (error instanceof Cancelled) return this.show({ state: "stopped" });
+      if (error instanceof Failed) [this.begun, this.frontier] = [false, null];  // its files are gone
       this.show({ state: "failed", error });
     }
   }
@@ -168,6 +184,8 @@ export class Tradeoff extends Followed {
         throw error instanceof Refused ? await this.explained(error) : error;
       }
       this.begun = true;
+      const point = optionOf(this.work.choices.point);
+      if (point) await this.add("--points=0", point);
       await this.go();
     });
   }

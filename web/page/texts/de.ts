@@ -220,6 +220,8 @@ export const de: Texts = {
         "max-per-group": "Vater {a} hat höchstens {value} Paarungen mit Müttern der Gruppe {b}.",
         "max-f": "Kein Nachkomme hat eine erwartete Inzucht über {value} Prozent.",
       },
+      together: "Diese Regel und die, bei denen dasselbe steht, lassen sich nicht alle einhalten.",
+      faulty: "Wartet, bis sich die Regeln einhalten lassen: was daran falsch ist, steht bei ihnen.",
       holds: { sire: "Vater", dam: "Mutter", animal: "Tier", group: "Gruppe", count: "Anzahl", share: "Prozent" },
       files: "Regeln aus einer Datei und in eine", file: "Datei öffnen", help: "Eine CSV-Datei mit der Kopfzeile kind,a,b,value, wie sie die Kommandozeile nimmt. Ihre Regeln treten an die Stelle der obigen.",
       save: "Diese Regeln speichern", noRule: (line: number, text: string) => `Zeile ${line} ist keine Regel: ${text}`,
@@ -304,8 +306,8 @@ export const de: Texts = {
       seeds: "Suchen mit verschiedenen Zufallszahlen", start: "Gründlich suchen",
       help: "Jede Suche beginnt mit anderen Zufallszahlen, darum finden manche mehr als andere. Sie laufen nebeneinander, eine auf jedem Kern dieses Rechners; weitere warten, bis einer frei ist.",
       busy: "Sucht.", ended: "Die Suchen sind zu Ende.",
-      caption: "Pläne des gewählten Punktes", columns: ["Plan", "", "Vom Möglichen", "Zuchtwert", "Inzuchtrate", "Inzucht der Nachkommen"],
-      best: "der beste", direct: "sofort gemacht", seed: (seed: number) => `Suche ${seed}`,
+      caption: "Pläne des gewählten Punktes", columns: ["Plan", "Vom Möglichen", "Zuchtwert", "Inzuchtrate", "Inzucht der Nachkommen"],
+      best: "(der beste)", direct: "sofort gemacht", seed: (seed: number) => `Suche ${seed}`,
       states: { waiting: "wartet", running: "beginnt", done: "fertig", cancelled: "angehalten" },
     },
   },
@@ -316,19 +318,22 @@ export const de: Texts = {
     other: (made: string, chosen: string) => `Unten steht der Plan für: ${made}. In Schritt 4 ist jetzt gewählt: ${chosen}.`,
     make: "Paarungsplan machen",
     planning: "Plant die Paarungen", reporting: "Schreibt den Bericht", ready: "Der Plan ist da.",
+    instead: "Auf einem Rechner mit mehr Speicher macht die Kommandozeile den Plan. Diese Datei enthält alles, was sie braucht, und eine README mit den Befehlen.",
+    paper: (herd: string, plan: string) => `Paarungsplan für ${herd}: ${plan}`,
     english: "Der Bericht ist auf Englisch.",
     print: "Paarungsliste drucken",
     save: {
       title: "Plan speichern", list: "Paarungsliste (CSV)", tables: "Alle Tabellen (CSV, zip)", workbook: "Alle Tabellen (Excel)", report: "Bericht (HTML)", repeat: "Auf einem Rechner wiederholen (zip)",
     },
-    readme: (program: string, prepare: string, name: string) => `Diese Dateien machen den Paarungsplan noch einmal, auf jedem Rechner mit qob.
+    readme: (program: string, run: string, prepare: string, name: string) => `Diese Dateien machen den Paarungsplan noch einmal, auf jedem Rechner mit qob.
 Sie wurden gemacht mit ${program}.
 
 Der Plan, aus den Dateien seines Laufs:
 
-    qob qob.prm
+    ${run}
 
-QOB_qob_MatingList.txt ist dann die Paarungsliste, Byte für Byte die im Ordner page. Der Bericht dazu:
+QOB_qob_MatingList.txt ist dann die Paarungsliste, Byte für Byte die im Ordner page, wenn
+die Seite sie gemacht hat. Der Bericht dazu:
 
     qob-report ./QOB_
 

@@ -210,6 +210,8 @@ export const en = {
         "max-per-group": "Sire {a} has at most {value} matings with dams of the group {b}.",
         "max-f": "No offspring has an expected inbreeding above {value} percent.",
       },
+      together: "This rule and those that are marked like it cannot all be kept.",
+      faulty: "Waits until the rules can be kept: what is wrong stands beside them.",
       holds: { sire: "sire", dam: "dam", animal: "animal", group: "group", count: "number", share: "percent" },
       files: "Rules from and to a file", file: "Open a file", help: "A CSV file with the header kind,a,b,value, as the command line takes it. Its rules come in the place of those above.",
       save: "Save these rules", noRule: (line: number, text: string) => `Line ${line} is no rule: ${text}`,
@@ -267,8 +269,8 @@ export const en = {
       seeds: "Searches with different random numbers", start: "Search thoroughly",
       help: "Each search begins with other random numbers, so some find more than others. They run side by side, one on each core of this computer; further ones wait for a free one.",
       busy: "Searches.", ended: "The searches have ended.",
-      caption: "Plans of the chosen point", columns: ["Plan", "", "Of the possible", "Merit", "Rate of inbreeding", "Inbreeding of the offspring"],
-      best: "best", direct: "made at once", seed: (seed: number) => `search ${seed}`,
+      caption: "Plans of the chosen point", columns: ["Plan", "Of the possible", "Merit", "Rate of inbreeding", "Inbreeding of the offspring"],
+      best: "(best)", direct: "made at once", seed: (seed: number) => `search ${seed}`,
       states: { waiting: "waits", running: "begins", done: "done", cancelled: "stopped" },
     },
   },
@@ -279,19 +281,22 @@ export const en = {
     other: (made: string, chosen: string) => `Below is the plan of: ${made}. Chosen in step 4 is now: ${chosen}.`,
     make: "Make the mating plan",
     planning: "Plans the matings", reporting: "Writes the report", ready: "The plan is there.",
+    instead: "On a computer with more memory the command line makes the plan. This file holds all that it needs, and a README with the commands.",
+    paper: (herd: string, plan: string) => `Mating plan of ${herd}: ${plan}`,
     english: "The report is in English.",
     print: "Print mating list",
     save: {
       title: "Save the plan", list: "Mating list (CSV)", tables: "All tables (CSV, zip)", workbook: "All tables (Excel)", report: "Report (HTML)", repeat: "Repeat it on a computer (zip)",
     },
-    readme: (program: string, prepare: string, name: string) => `These files make the mating plan again, on any computer with qob.
+    readme: (program: string, run: string, prepare: string, name: string) => `These files make the mating plan again, on any computer with qob.
 They were made with ${program}.
 
 The plan, from the files of its run:
 
-    qob qob.prm
+    ${run}
 
-QOB_qob_MatingList.txt is then the mating list, byte by byte that in the folder page. The report of it:
+QOB_qob_MatingList.txt is then the mating list, byte by byte that in the folder page, if the page has made
+it. The report of it:
 
     qob-report ./QOB_
 

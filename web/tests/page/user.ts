@@ -111,7 +111,7 @@ export class User {
   private constructor(private readonly page: Browsing, private readonly faults: string[]) {}
 
   /** Opens the page from disk. */
-  static async at(browser: keyof typeof BROWSERS): Promise<User> {
+  static async at(browser: keyof typeof BROWSERS = "chromium"): Promise<User> {
     const faults: string[] = [];
     return new User(await BROWSERS[browser](faults), faults);
   }
@@ -148,6 +148,11 @@ export class User {
     await expect.poll(times, { timeout: PATIENCE }).toBeGreaterThan(before);
   }
 
+  /** Chooses a file of rules. */
+  giveRules(file: string): Promise<void> {
+    return this.page.give("#goal input[type=file]", file);
+  }
+
   /** Unfolds all that is folded there. */
   unfolds(selector: string): Promise<void> {
     return this.page.evaluate(async (selector: string) => {
@@ -170,6 +175,12 @@ export class User {
   /** Waits until nothing is under way in the herd book. */
   async settles(): Promise<void> {
     await expect.poll(() => this.page.evaluate(() => document.querySelector("main")!.getAttribute("aria-busy")), { timeout: PATIENCE }).toBe("false");
+  }
+
+  /** What a field holds. */
+  async holds(name: string): Promise<string> {
+    await (await this.found("field", name)).focus();
+    return this.page.evaluate(() => (document.activeElement as HTMLInputElement).value);
   }
 
   /** Fills a field as a hand would: what stood there goes. */

@@ -75,7 +75,7 @@ export class Rules {
     const { cell, holds, optional } = form;
     const numeric = holds === "count" || holds === "share", animal = !numeric && holds !== "group";
     const field = h("input", {
-      type: numeric ? "number" : "text", class: holds, list: animal ? this.animals.list.id : numeric ? undefined : this.groups.id, autocomplete: "off", spellcheck: "false",
+      type: numeric ? "number" : "text", class: numeric && "short", list: animal ? this.animals.list.id : numeric ? undefined : this.groups.id, autocomplete: "off", spellcheck: "false",
       "aria-label": words.goal.rules.holds[holds], "aria-describedby": told.id, placeholder: optional ? words.goal.rules.all : words.goal.rules.holds[holds],
       ...(holds === "count" ? { min: 0, step: 1 } : holds === "share" ? { min: 0, max: 100, step: "any" } : {}),
     });

@@ -66,9 +66,9 @@ export class Thorough {
     const { caption, columns } = words.goal.search;
     const best = rivals.reduce((best, plan) => (plan.share > best.share ? plan : best));
     const rows = rivals.map((plan): Child[] => [
-      this.chooser(plan), plan === best ? words.goal.search.best : "", atLeast(plan.share), digits(plan.merit, 5), percent(plan.rate, 3), percent(plan.inbreeding),
+      [this.chooser(plan), plan === best && ` ${words.goal.search.best}`], atLeast(plan.share), digits(plan.merit, 5), percent(plan.rate, 3), percent(plan.inbreeding),
     ]);
-    return plain(caption, columns, rows, [0, 1]);
+    return plain(caption, columns, rows);
   }
 
   private chooser(plan: Plan): HTMLElement {

@@ -3,7 +3,7 @@
 import { saying } from "../../../frontier/say.js";
 import { group, h } from "../../../shared/dom.js";
 import { said } from "../../errors.js";
-import type { Progress } from "../../engine/engine.js";
+import { Failed, type Progress } from "../../engine/engine.js";
 import type { Planning } from "../../planning.js";
 import { progress } from "../../status.js";
 import type { Step } from "../../step.js";
@@ -13,6 +13,7 @@ import type { Work } from "../../work.js";
 import { Curve } from "./curve.js";
 import { matings } from "./matings.js";
 import { Meaning } from "./meaning.js";
+import { faultsOf } from "./rule_faults.js";
 import { Rules } from "./rules.js";
 import { Thorough } from "./search.js";
 import { Along, Wanted } from "./target.js";
@@ -31,9 +32,10 @@ export function step(work: Work, { tradeoff, searches }: Planning): Step {
 
   function show(): void {
     under.show(...underWay(tradeoff));
-    const now = sentence(tradeoff);
+    const now = faultsOf(work, tradeoff).size > 0 ? words.goal.rules.faulty : sentence(tradeoff);
     if (told.textContent !== now) told.textContent = now;
-    again.hidden = tradeoff.stale || tradeoff.state.state !== "stopped";
+    const { state } = tradeoff;
+    again.hidden = tradeoff.stale || !(state.state === "stopped" || (state.state === "failed" && state.error instanceof Failed));
     shown.hidden = !tradeoff.frontier;
     shown.classList.toggle("stale", tradeoff.stale);
     for (const each of [asked, rules, curve, meaning, along, wanted, thorough]) each.show();

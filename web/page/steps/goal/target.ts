@@ -76,7 +76,7 @@ export class Wanted {
     const form = h("form", { class: "line", onsubmit: (event) => this.take(event) }, this.kind, this.value, h("button", { type: "submit", class: "plainbutton" }, take));
     this.kind.addEventListener("change", () => this.explain());
     this.kind.value = "ne";
-    this.element = h("fieldset", { class: "screen" }, h("legend", {}, title), form, this.help, this.told);
+    this.element = h("fieldset", { class: "fields screen" }, h("legend", {}, title), form, this.help, this.told);
     this.explain();
   }
 

@@ -1,5 +1,6 @@
 // The report of the plan within the page, the mating list first.
 
+import { called } from "../../../frontier/model.js";
 import { h, note } from "../../../shared/dom.js";
 import { within } from "../../../report/outline.js";
 import { parts } from "../../../report/show.js";
@@ -11,8 +12,8 @@ const FIRST = `${BEFORE}matings`;
 
 within(BEFORE);
 
-export function shownReport({ result }: Made): HTMLElement {
+export function shownReport({ plan, result }: Made): HTMLElement {
   const all = parts(result);
   const [first, rest] = [all.filter(({ id }) => id === FIRST), all.filter(({ id }) => id !== FIRST)];
-  return h("div", {}, language !== "en" && note(words.plan.english), h("div", { class: "report", lang: "en" }, first, rest));
+  return h("div", {}, h("p", { class: "paper lead" }, words.plan.paper(result.title, called(plan))), language !== "en" && note(words.plan.english), h("div", { class: "report", lang: "en" }, first, rest));
 }

@@ -3,20 +3,24 @@
 import { zipSync } from "fflate";
 import { h } from "../../../shared/dom.js";
 import { save } from "../../../shared/download.js";
+import type { Files } from "../../engine/protocol.js";
 import type { Made } from "../../planned.js";
 import { workbook } from "../../spreadsheet/write.js";
 import { words } from "../../texts/words.js";
+import { PARAMETERS } from "../../tradeoff.js";
 import type { Work } from "../../work.js";
 import { repeated } from "./repeat.js";
 import { reportPage } from "./report_page.js";
 import { sheets } from "./sheets.js";
 
 const MATINGS = "matings.csv";
+const LIST = "page/QOB_qob_MatingList.txt";  // beside the files that make it again, to compare
 const ZIP = "application/zip", XLSX = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
+
+const button = (label: string, act: () => void) => h("button", { type: "button", class: "download", onclick: act }, label);
 
 export function saving(work: Work, name: string, made: Made): HTMLElement {
   const { save: text, print } = words.plan;
-  const button = (label: string, act: () => void) => h("button", { type: "button", class: "download", onclick: act }, label);
   const list = made.tables.find(([file]) => file === MATINGS)![1];
   return h("div", { class: "tools screen", role: "group", "aria-label": text.title },
     button(print, printed),
@@ -24,7 +28,12 @@ export function saving(work: Work, name: string, made: Made): HTMLElement {
     button(text.tables, () => save(`${name}_tables.zip`, ZIP, zipSync(Object.fromEntries(made.tables)))),
     button(text.workbook, () => save(`${name}_tables.xlsx`, XLSX, workbook(sheets(made.tables)))),
     button(text.report, async () => save(`${name}_report.html`, "text/html", await reportPage(made.json))),
-    button(text.repeat, () => save(`${name}_repeat.zip`, ZIP, zipSync(repeated(work, name, made)))));
+    elsewhere(work, name, [...made.inputs, [LIST, made.list]], PARAMETERS));
+}
+
+/** A button that saves what makes a plan on a computer. */
+export function elsewhere(work: Work, name: string, files: Files, parameters: string): HTMLElement {
+  return button(words.plan.save.repeat, () => save(`${name}_repeat.zip`, ZIP, zipSync(repeated(work, name, files, parameters))));
 }
 
 /** Prints the plan alone: its matings and the summary. */

@@ -2,23 +2,25 @@
 
 import { called } from "../../../frontier/model.js";
 import { fill, h } from "../../../shared/dom.js";
+import { Failed } from "../../engine/engine.js";
 import { said } from "../../errors.js";
 import type { Planning } from "../../planning.js";
 import type { State } from "../../planned.js";
 import { progress } from "../../status.js";
 import type { Step } from "../../step.js";
 import { words } from "../../texts/words.js";
+import type { Tradeoff } from "../../tradeoff.js";
 import type { Work } from "../../work.js";
 import { shownReport } from "./report.js";
-import { saving } from "./saving.js";
+import { elsewhere, saving } from "./saving.js";
 
 export function step(work: Work, { tradeoff, planned }: Planning): Step {
   const { plan: text } = words;
   const under = progress(() => planned.stop());
   const make = h("button", { type: "button", class: "main", onclick: () => tradeoff.plan && void planned.make(tradeoff.plan) }, text.make);
   const about = h("p", { class: "screen" }), told = h("p", { class: "told screen", role: "status" }), fault = h("p", { class: "warning serious", role: "alert" });
-  const shown = h("div");
-  const body = h("div", {}, about, h("div", { class: "screen" }, make), under.element, told, fault, shown);
+  const shown = h("div"), instead = h("div");
+  const body = h("div", {}, about, h("div", { class: "screen" }, make), under.element, told, fault, instead, shown);
   let last: State | undefined;
 
   function show(): void {
@@ -27,6 +29,8 @@ export function step(work: Work, { tradeoff, planned }: Planning): Step {
     about.textContent = !plan ? text.none : other ? text.other(called(state.made.plan), called(plan)) : text.of(called(plan));
     make.disabled = !plan || tradeoff.stale || state.state === "working";
     if (state !== last) showState((last = state));
+    const needed = [state, tradeoff.state].some((each) => each.state === "failed" && each.error instanceof Failed);
+    if (needed !== instead.hasChildNodes()) fill(instead, needed && withoutPlan(work, tradeoff));
   }
 
   function showState(state: State): void {
@@ -40,4 +44,9 @@ export function step(work: Work, { tradeoff, planned }: Planning): Step {
   }
   const unfollow = [tradeoff.follow(show), planned.follow(show)];
   return { id: "plan", title: text.title, body, ready: () => tradeoff.known, show, end: () => unfollow.forEach((act) => act()) };
+}
+
+/** The way that is left where a browser has no room for the herd. */
+function withoutPlan(work: Work, { name, run }: Tradeoff): HTMLElement[] {
+  return [h("p", {}, words.plan.instead), elsewhere(work, name, run, `${name}.prm`)];
 }
