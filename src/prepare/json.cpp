@@ -43,13 +43,17 @@ std::string_view how(const Book& book, Field field) {
                                                    : "";
 }
 
-// What the cells of a column say; nothing where they say too much to choose from.
+// What the cells of a column say; of one that says much, only whether a cell is empty.
 Json values(const Book& book, std::int32_t at, const std::vector<std::int64_t>& rows) {
   std::set<std::string_view> values;
+  bool any_empty = false;
   for (const std::int64_t row : rows) {
-    values.insert(book.sheet.cell(row, at));
-    if (values.size() > kMostValues) return Json::array();
+    const std::string_view value = book.sheet.cell(row, at);
+    any_empty = any_empty || value.empty();
+    if (!value.empty() && values.size() <= kMostValues) values.insert(value);
   }
+  if (values.size() > kMostValues) values.clear();
+  if (any_empty) values.insert("");
   return list_of(values, [](std::string_view value) { return value; });
 }
 

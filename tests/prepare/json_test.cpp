@@ -161,15 +161,17 @@ TEST(PreparedJson, TellsOfColumnsAndRowsAndAges) {
 
 // A page need not hold millions, but of no kind is nothing there.
 TEST(PreparedJson, HasSomeOfEveryKindAmongManyFindings) {
-  std::string book = "id,sire,dam,ebv\n";
-  for (int i = 1; i <= 100'100; ++i) book += std::to_string(i) + ",,,x\n";
-  const Sheet sheet = table_of(book + "1,,,1\n");
+  std::string book = "id,sire,dam,ebv,died\n";
+  for (int i = 1; i <= 100'100; ++i)
+    book += std::to_string(i) + ",,,x," + (i == 50 ? "" : std::to_string(i)) + "\n";
+  const Sheet sheet = table_of(book + "1,,,1,1\n");
   const json all = told(prepare(sheet, {}));
   EXPECT_EQ(all["findings_total"], 100'101);
   EXPECT_EQ(all["findings"]["kind"].size(), 100'000U);
   EXPECT_EQ(all["findings"]["kind"].back(), "duplicate");
   EXPECT_EQ(all["columns"][0]["values"], json::array());
   EXPECT_EQ(all["columns"][3]["values"], json::parse(R"(["1","x"])"));
+  EXPECT_EQ(all["columns"][4]["values"], json::parse(R"([""])"));
 }
 
 }  // namespace

@@ -151,7 +151,7 @@ export const de: Texts = {
     anyMatings: "laut Buch", anyAge: "beliebig",
     alive: {
       title: "Lebt und ist da", everybody: "alle Tiere gelten als lebend",
-      column: { name: "Spalte, die es sagt", help: "Ohne sie können tote und verkaufte Tiere eingeplant werden. Angeboten werden Spalten, in denen nur weniges Verschiedene steht." },
+      column: { name: "Spalte, die es sagt", help: "Ohne sie können tote und verkaufte Tiere eingeplant werden. Angeboten werden Spalten, die nur weniges Verschiedene oder leere Zellen enthalten, etwa wo nur tote Tiere ein Datum haben." },
       value: { name: "Ein Tier ist da, wenn dort steht" },
       pick: "wählen", empty: "(leere Zelle)",
     },

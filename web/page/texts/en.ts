@@ -141,7 +141,7 @@ export const en = {
     anyMatings: "as recorded", anyAge: "any",
     alive: {
       title: "Alive and there", everybody: "all animals count as alive",
-      column: { name: "Column that tells", help: "Without it, dead and sold animals may be planned. Columns that say one of a few things are offered." },
+      column: { name: "Column that tells", help: "Without it, dead and sold animals may be planned. Offered are columns that say one of a few things, or have empty cells, as where only the dead have a date." },
       value: { name: "An animal is there if it says" },
       pick: "choose", empty: "(empty cell)",
     },

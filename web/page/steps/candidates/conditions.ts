@@ -63,10 +63,13 @@ function saying(work: Work, column: string): Options {
   return [["", pick], ...[...values].map((value) => [SAYS + value, value || empty] as const)];
 }
 
-/** The columns that say one of a few things, by what the program calls them. */
+/** The columns that may tell, by what the program calls them: none that holds something else. */
 function columnsOf({ latest, choices }: Work): { name: string; values: readonly string[] }[] {
-  const all = (latest?.columns ?? []).map(({ heading, values }, i) => ({ name: latest!.header > 0 ? heading : String(i + 1), values }));
-  return all.filter(({ name, values }, i) => name !== "" && (values.length > 1 || name === choices.alive?.column) && all.findIndex((each) => each.name === name) === i);
+  const tells = ["alive", "herd", null];
+  const all = (latest?.columns ?? []).map(({ heading, field, values }, i) => ({ name: latest!.header > 0 ? heading : String(i + 1), field, values }));
+  const apart = (values: readonly string[]) => values.length > 1 || values[0] === "";
+  return all.filter(({ name, field, values }, i) =>
+    name !== "" && all.findIndex((each) => each.name === name) === i && (name === choices.alive?.column || (tells.includes(field) && apart(values))));
 }
 
 /** How much of the pedigree is to be known. */

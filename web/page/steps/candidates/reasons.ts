@@ -5,7 +5,7 @@ import type { Animal, Prepared } from "../../prepared.js";
 import { words } from "../../texts/words.js";
 
 /** In the order in which the program asks; who has none of them and no matings was never one to choose. */
-export const REASONS = ["castrated", "no_matings", "not_alive", "no_birth", "age", "unknown_parent", "incomplete", ""] as const;
+const REASONS = ["castrated", "no_matings", "not_alive", "no_birth", "age", "unknown_parent", "incomplete", ""] as const;
 
 /** What becomes of an animal: a candidate, or why not. */
 export type Fate = "candidate" | "age" | "pedigree" | "other";

@@ -8,14 +8,14 @@ import type { Step } from "../../step.js";
 import { words } from "../../texts/words.js";
 import type { Work } from "../../work.js";
 import { animals } from "./animals.js";
+import { conditions } from "./conditions.js";
 import { picture } from "./picture.js";
 import { reasonName, reasonsOf } from "./reasons.js";
-import { conditions } from "./conditions.js";
 
 export function step(work: Work): Step {
   const asked = conditions(work);
-  const remain = h("div"), sum = h("p", { role: "status", class: "lead" });
-  const all = animals();
+  const sum = h("p", { role: "status", class: "lead" }), remain = h("div"), pictures = h("div");
+  const left = leftOut(), all = animals();
   let drawn: Prepared | null = null;
   function show(): void {
     asked.show();
@@ -24,11 +24,14 @@ export function step(work: Work): Step {
     drawn = data;
     const any = data.animals.length > 0;
     fill(sum, any && words.candidates.sum(data.sexes[0]!.candidates, data.sexes[1]!.candidates));
-    fill(remain, any ? [lack(work, data), figures(data), leftOut(data), picture(data)] : h("p", { class: "warning" }, words.candidates.unsound));
-    all.element.hidden = !any;
-    all.show(data);
+    fill(remain, any ? [lack(work, data), figures(data)] : h("p", { class: "warning" }, words.candidates.unsound));
+    fill(pictures, any && picture(data));
+    for (const list of [left, all]) {
+      list.element.hidden = !any;
+      list.show(data);
+    }
   }
-  const body = h("div", {}, h("p", {}, words.candidates.intro), asked.element, group(words.candidates.remain, sum, remain, all.element));
+  const body = h("div", {}, h("p", {}, words.candidates.intro), asked.element, group(words.candidates.remain, sum, remain, left.element, pictures, all.element));
   return { id: "candidates", title: words.candidates.title, body, ready: () => (work.latest?.counts.animals ?? 0) > 0, show };
 }
 
@@ -48,10 +51,12 @@ function figures({ sexes, planned_matings }: Prepared): HTMLElement {
 }
 
 /** How many a condition leaves out, each counted for the first. */
-function leftOut(data: Prepared): HTMLElement {
+function leftOut(): { element: HTMLElement; show: (data: Prepared) => void } {
   const { reasons, sexNames } = words.candidates;
-  const rows = reasonsOf(data).map((reason) => [reasonName(reason), count(outOf(data, 1, reason)), count(outOf(data, 2, reason))]);
-  return h("details", {}, h("summary", {}, reasons.summary), h("div", { class: "wrapped" }, plain(reasons.caption, [reasons.title, sexNames[1], sexNames[2]], rows)));
+  const place = h("div", { class: "wrapped" });
+  const row = (data: Prepared, reason: string) => [reasonName(reason), count(outOf(data, 1, reason)), count(outOf(data, 2, reason))];
+  const show = (data: Prepared) => fill(place, plain(reasons.caption, [reasons.title, sexNames[1], sexNames[2]], reasonsOf(data).map((reason) => row(data, reason))));
+  return { element: h("details", {}, h("summary", {}, reasons.summary), place), show };
 }
 
 const outOf = ({ animals }: Prepared, sex: 1 | 2, reason: string): number =>
