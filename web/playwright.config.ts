@@ -11,7 +11,7 @@ const quiet = [
 export default defineConfig({
   testDir: "tests",
   testMatch: "*.test.ts",
-  testIgnore: "page/**",
+  testIgnore: "**/tests/page/**",
   globalSetup: "./tests/runs.ts",
   fullyParallel: true,
   workers: 2,

@@ -47,11 +47,10 @@ std::string set_rule(const std::string& text, std::optional<AgeRule>& rule) {
   return "";
 }
 
-// "COLUMN=VALUE"; the value may hold "=".
+// "COLUMN=VALUE"; the value may be empty or hold "=".
 std::string set_pair(const std::string& text, std::string& key, std::string& value) {
   const std::size_t at = text.find('=');
-  if (at == 0 || at == std::string::npos || at + 1 == text.size())
-    return text + " : expected NAME=VALUE";
+  if (at == 0 || at == std::string::npos) return text + " : expected NAME=VALUE";
   key = text.substr(0, at);
   value = text.substr(at + 1);
   return "";
@@ -61,6 +60,7 @@ std::string add_column(const std::string& text, PrepareOptions& options) {
   std::string name, column;
   const std::string fault = set_pair(text, name, column);
   if (!fault.empty()) return fault;
+  if (column.empty()) return text + " : expected " + name + "=HEADING";
   std::string names;
   for (std::size_t f = 0; f < kFields; ++f) {
     const Field field = static_cast<Field>(f);

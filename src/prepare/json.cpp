@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kPreviewed = 30;           // rows
+constexpr std::size_t kMostValues = 30;          // of a column
 constexpr std::int64_t kMostFindings = 100'000;  // as many as a page can show
 
 // The array of what `make` makes of each.
@@ -41,11 +43,22 @@ std::string_view how(const Book& book, Field field) {
                                                    : "";
 }
 
-Json column(const Book& book, std::int32_t at) {
+// What the cells of a column say; nothing where they say too much to choose from.
+Json values(const Book& book, std::int32_t at, const std::vector<std::int64_t>& rows) {
+  std::set<std::string_view> values;
+  for (const std::int64_t row : rows) {
+    values.insert(book.sheet.cell(row, at));
+    if (values.size() > kMostValues) return Json::array();
+  }
+  return list_of(values, [](std::string_view value) { return value; });
+}
+
+Json column(const Book& book, std::int32_t at, const std::vector<std::int64_t>& rows) {
   const Columns& columns = book.columns;
   Json column = {{"heading", columns.head > 0 ? book.sheet.cell(columns.head, at) : ""},
                  {"field", columns.alive == at ? Json(name_of(Field::kAlive)) : Json()},
-                 {"how", ""}};
+                 {"how", ""},
+                 {"values", values(book, at, rows)}};
   for (std::size_t f = 0; f < kFields; ++f) {
     const Field field = static_cast<Field>(f);
     if (columns.of(field) == at)
@@ -54,9 +67,9 @@ Json column(const Book& book, std::int32_t at) {
   return column;
 }
 
-Json columns(const Book& book) {
+Json columns(const Book& book, const std::vector<std::int64_t>& rows) {
   Json list = Json::array();
-  for (std::int32_t at = 1; at <= book.columns.count; ++at) list.push_back(column(book, at));
+  for (std::int32_t at = 1; at <= book.columns.count; ++at) list.push_back(column(book, at, rows));
   return list;
 }
 
@@ -196,7 +209,7 @@ Json json_of(const Prepared& prepared, const Telling& telling) {
           {"decoding", book.sheet.assumed()},
           {"header", book.columns.head},
           {"rows", rows.size()},
-          {"columns", columns(book)},
+          {"columns", columns(book, rows)},
           {"preview", preview(book.sheet, rows)},
           {"step", step(prepared)},
           {"counts", counts(prepared)},

@@ -136,7 +136,8 @@ TEST(PreparedJson, TellsOfColumnsAndRowsAndAges) {
   options.rules = {AgeRule{2, 1, 9}, AgeRule{2, 1, 9}};
   json all = told(prepare(sheet, options));
   EXPECT_EQ(all["columns"][4],
-            json::parse(R"({"heading":"born","field":"birth","how":"days before months"})"));
+            json::parse(R"({"heading":"born","field":"birth","how":"days before months",
+                            "values":["","13/2/2000"]})"));
   EXPECT_EQ(all["columns"][5]["how"], "decimal commas");
   EXPECT_EQ(all["columns"][6]["field"], "alive");
   EXPECT_EQ(all["preview"], json::parse(R"({"rows":[3,4],"cells":[
@@ -144,12 +145,16 @@ TEST(PreparedJson, TellsOfColumnsAndRowsAndAges) {
   EXPECT_EQ(all["step"]["name"], "year");
   EXPECT_EQ(all["animals"]["age"], json::parse("[2,null]"));
   EXPECT_EQ(all["animals"]["left_out"], json::parse(R"(["","not_alive"])"));
+  options.alive = {"odd", ""};
+  EXPECT_EQ(told(prepare(sheet, options))["animals"]["left_out"],
+            json::parse(R"(["not_alive","no_birth"])"));
   options.step = Step::kGeneration;  // where there are dates, an age is still one in years
   EXPECT_EQ(told(prepare(sheet, options))["animals"]["age"], json::parse("[1,null]"));
   options = {};
   options.header = false;
   all = told(prepare(sheet, options));
-  EXPECT_EQ(all["columns"][0], json::parse(R"({"heading":"","field":null,"how":""})"));
+  EXPECT_EQ(all["columns"][0], json::parse(R"({"heading":"","field":null,"how":"",
+                                                "values":["A","Nr","\\\uFFFD"]})"));
   EXPECT_EQ(all["refused"], all["findings"]["text"][0]);
   EXPECT_EQ(all["rows"], 3);
 }
@@ -163,6 +168,8 @@ TEST(PreparedJson, HasSomeOfEveryKindAmongManyFindings) {
   EXPECT_EQ(all["findings_total"], 100'101);
   EXPECT_EQ(all["findings"]["kind"].size(), 100'000U);
   EXPECT_EQ(all["findings"]["kind"].back(), "duplicate");
+  EXPECT_EQ(all["columns"][0]["values"], json::array());
+  EXPECT_EQ(all["columns"][3]["values"], json::parse(R"(["1","x"])"));
 }
 
 }  // namespace

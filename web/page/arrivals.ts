@@ -39,7 +39,8 @@ async function bytesOf(file: File): Promise<Uint8Array> {
 /** A sheet of a workbook as a herd book. */
 export async function sheet(name: string, bytes: Uint8Array, wanted: string | undefined, engine: Engine): Promise<Book> {
   const { sheet } = await engine.must({ sheet: { bytes, ...(wanted !== undefined && { name: wanted }) } });
-  return { name, bytes: sheet!.csv, from: sheet!.name, workbook: { bytes, sheets: sheet!.all } };
+  const { name: from, csv, uncalculated, all } = sheet!;
+  return { name, bytes: csv, from, workbook: { bytes, sheets: all, uncalculated } };
 }
 
 /** A table that was copied from a spreadsheet or typed. */

@@ -66,8 +66,19 @@ interface Texts extends Named { read: () => string; write: (value: string) => vo
 
 export function text({ read, write, holder, ...named }: Texts): Control {
   const field = h("input", { type: "text", placeholder: holder, autocomplete: "off", spellcheck: "false" });
-  const typed = typing(field, () => write(field.value));
-  return { element: labelled(named, field), show: () => void (typed.pending() || document.activeElement === field || (field.value = read())) };
+  let shown = "", own = false;
+  const typed = typing(field, () => {
+    own = true;
+    write(field.value);
+    own = false;
+    shown = read();
+  });
+  /** What the reader has typed is not tidied up beneath the cursor. */
+  function show(): void {
+    const now = read();
+    if (!typed.pending() && !own && now !== shown) field.value = shown = now;
+  }
+  return { element: labelled(named, field), show };
 }
 
 export function tick({ name, help, read, write }: Named & { read: () => boolean; write: (value: boolean) => void }): Control {

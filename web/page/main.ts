@@ -49,7 +49,7 @@ function opening(): HTMLElement[] {
 }
 
 function contents(): HTMLElement {
-  return h("nav", { class: "contents", "aria-label": words.frame.steps }, h("ol", {}, steps.map(({ id, title }) => h("li", {}, link(id, title)))));
+  return h("nav", { class: "contents", "aria-label": words.frame.steps }, h("ol", {}, steps.map(({ id, title }, i) => h("li", {}, link(id, `${i + 1}. ${title}`)))));
 }
 
 /** While the work is made anew, what was shown before stays, and so does the focus in it. */
@@ -82,7 +82,17 @@ function show(): void {
   document.body.replaceChildren(...[...document.body.children].filter((child) => child instanceof HTMLScriptElement));
   const foot = status(work);
   follow(foot.show);
-  add(document.body, [header(), h("div", { class: "frame" }, contents(), h("main", {}, steps.map((step, i) => section(step, i + 1)))), foot.element]);
+  const main = h("main", {}, steps.map((step, i) => section(step, i + 1)));
+  follow(() => busy(main));
+  add(document.body, [header(), h("div", { class: "frame" }, contents(), main), foot.element]);
+}
+
+/** While the herd book is worked on, what is shown may be of the one before. */
+function busy(main: HTMLElement): void {
+  const now = work.opening !== null || work.found.state === "working";
+  if (!now && main.getAttribute("aria-busy") === "true") main.dataset["done"] = String(Number(main.dataset["done"]) + 1);
+  main.setAttribute("aria-busy", String(now));
+  main.dataset["done"] ??= "0";
 }
 
 /** In a text field these keys undo what was typed there. */

@@ -7,7 +7,7 @@ const sex = object({ sex: text, candidates: number, parents_known: number, matin
 
 const prepared = object({
   program: text, file: text, sound: flag, refused: text, decoding: text, header: number, rows: number,
-  columns: list(object({ heading: text, field: orNull(text), how: text })),
+  columns: list(object({ heading: text, field: orNull(text), how: text, values: list(text) })),
   preview: object({ rows: list(number), cells: list(list(text)) }),
   step: object({ name: text, text }),
   counts: object({ animals: number, founders: number, completeness: number, males: number, females: number, unknown_sex: number }),

@@ -15,17 +15,26 @@ export function status(work: Work): { element: HTMLElement; show: () => void } {
   let told: Error | null = null;
   function show(): void {
     const { found, opening, unopened } = work;
+    const pressed = under.element.contains(document.activeElement);
     under.show(opening ? words.book.opening : found.state === "working" ? words.frame.working : null, found.state === "working" ? found.progress : null);
     const error = unopened ?? (found.state === "refused" ? found.error : null);
     if (error !== told) fill(trouble, (told = error) && complaint(error!, work));
+    if (pressed && under.element.hidden) (trouble.querySelector("button") ?? beginning())?.focus({ preventScroll: true });
   }
   return { element: h("div", { class: "status" }, trouble, under.element), show };
 }
 
+/** Where the focus is when what had it is gone. */
+const beginning = () => document.getElementById("book-title");
+
+
 function complaint(error: Error, work: Work): HTMLElement {
-  const button = (text: string, act: () => void) => h("button", { type: "button", class: "plainbutton", onclick: act }, text);
+  const button = (text: string, act: () => void) => h("button", { type: "button", class: "plainbutton", onclick: () => {
+    act();
+    beginning()?.focus({ preventScroll: true });
+  } }, text);
   const ways = error === work.unopened ? button(words.frame.dismiss, () => work.dismiss()) : button(words.frame.again, () => work.again());
-  return h("div", { class: error instanceof Cancelled ? "warning" : "warning serious" }, h("p", {}, said(error)), ways);
+  return h("div", { class: error instanceof Cancelled ? "warning" : "warning serious" }, h("p", {}, said(error), error !== work.unopened && work.latest && ` ${words.frame.before}`), ways);
 }
 
 /** A bar with what is done, how far it is, and a button that stops it; nothing is shown for null. */

@@ -9,7 +9,7 @@ import { read, type Prepared } from "./prepared.js";
 
 /** A herd book as it is read: always CSV; `from` tells of which sheet it was made, if it was, and
  * `workbook` holds the others. */
-export interface Book { name: string; bytes: Uint8Array; from?: string; workbook?: { bytes: Uint8Array; sheets: readonly string[] } }
+export interface Book { name: string; bytes: Uint8Array; from?: string; workbook?: { bytes: Uint8Array; sheets: readonly string[]; uncalculated: number } }
 
 /** What can be undone. */
 interface Moment { book: Book | null; choices: Choices }

@@ -15,7 +15,7 @@ export const HOSTILE = [
 
 /** Two founding sires and five dams, their eight offspring, and seven of these; the name of each animal is
  * the identifier of another. */
-function hostileHerdBook(): string {
+export function hostileHerdBook(): string {
   const animal = (id: string, i: number) => {
     const parent = (female: number) => (i < 7 ? "" : i < 15 ? HOSTILE[female ? 2 + (i % 5) : i % 2]! : HOSTILE[female ? 8 + 2 * (i % 3) : 7 + 2 * (i % 2)]!);
     const male = i < 7 ? i < 2 : i % 2 === 1;

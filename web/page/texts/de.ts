@@ -20,6 +20,7 @@ export const de: Texts = {
     memory: "Das braucht mehr Speicher, als ein Browser gibt (4 GB). Auf einem Rechner mit mehr tut es die Kommandozeile: siehe Schritt 5.",
     defect: "Das Programm ist im Browser gescheitert; die Seite lebt weiter. Bitte sagen Sie uns, wie es dazu kam.",
     control: "Strg", work: "Ihre Arbeit", languages: { en: "English", de: "Deutsch" },
+    before: "Was Sie sehen, ist noch von vorher.",
     again: "Noch einmal", dismiss: "Schließen", left: (seconds) => `noch ${seconds} s`,
     wholeNumber: (least, most) => `Eine ganze Zahl von ${least} bis ${most}.`,
     otherVersion: (theirs) => `Diese Arbeit hat eine andere Version der Seite gespeichert (Format ${theirs}). Öffnen Sie sie mit jener.`,
@@ -36,7 +37,7 @@ export const de: Texts = {
     paste: "Eine Tabelle einfügen", pasteHelp: "Kopieren Sie in Ihrer Tabellenkalkulation die Zellen samt Überschriften und fügen Sie sie hier ein.",
     pasteExample: "Tier\tVater\tMutter\tGeschlecht\tGeburt", pasteRead: "Diese Tabelle lesen", pastedName: "eingefügte Tabelle",
     opening: "Liest die Datei",
-    fromSheet: (name) => `Blatt „${name}“`, rows: (count) => `${count} Zeilen`,
+    fromSheet: (name) => `Blatt „${name}“`, rows: (rows) => counted(rows, "Zeile", "Zeilen"),
     sheet: "Blatt", sheetHelp: "Die Arbeitsmappe hat mehrere; wählen Sie das mit den Tieren.",
     uncalculated: (count) => `${count} Zellen enthalten Formeln ohne ihre Werte und sind hier leer. Öffnen Sie die Mappe in Ihrer Tabellenkalkulation und speichern Sie sie dort noch einmal.`,
     unwelcome: {
@@ -61,13 +62,13 @@ export const de: Texts = {
       },
     },
     fields: {
-      identifier: "Kennung", sire: "Vater", dam: "Mutter", sex: "Geschlecht", birth: "Geburt", ebv: "Zuchtwert", matings: "höchste Zahl Paarungen",
+      identifier: "Kennung", sire: "Vater", dam: "Mutter", sex: "Geschlecht", birth: "Geburt", ebv: "Zuchtwert", matings: "Paarungen, höchstens",
       name: "Name", alive: "lebt oder nicht", herd: "Betrieb",
     },
     reading: {
       more: "Mehr dazu, wie die Tabelle gelesen wird", title: "Die Tabelle",
       header: { name: "Die erste Zeile enthält Überschriften", help: "Ohne Überschriften wählen Sie Kennung, Vater und Mutter über den Spalten." },
-      dates: { name: "3/4/2001 ist", help: "Nur nötig, wenn kein Datum in der Tabelle es zeigt.", options: { "": "wie die Daten selbst zeigen", dmy: "der 3. April", mdy: "der 4. März" } },
+      dates: { name: "3/4/2001 ist", help: "Nur nötig, wenn kein Datum in der Tabelle es zeigt.", options: { "": "wie die Daten zeigen", dmy: "der 3. April", mdy: "der 4. März" } },
       decimals: { name: "1.234 ist kaum mehr als eins", help: "Ankreuzen, wenn Zahlen wie 1.234 abgelehnt werden, weil sie Tausender sein könnten." },
       unknown: { name: "Weitere Wörter für unbekannte Eltern", help: "Durch Kommas getrennt. Leere Zellen, 0, NA, -, ? und „unbekannt“ sind bekannt.", holder: "fremd, ohne Angabe" },
     },
@@ -87,7 +88,9 @@ export const de: Texts = {
     verdicts: {
       good: (animals) => `Alles gut: Das Herdbuch mit ${counted(animals, "Tier", "Tieren")} kann verwendet werden.`,
       accepted: (findings) => `${counted(findings, "Fehler wurde", "Fehler wurden")} hingenommen.`,
-      hinder: (findings) => `${counted(findings, "Fehler hindert", "Fehler hindern")} die nächsten Schritte. Berichtigen Sie ${findings === 1 ? "ihn" : "sie"} im Herdbuch und legen Sie es wieder ab, oder nehmen Sie hin, was das Programm daraus macht.`,
+      hinder: (findings) => `${counted(findings, "Fehler hindert", "Fehler hindern")} die nächsten Schritte.`,
+      mend: "Was zu tun ist, steht unten bei jeder Art.",
+      mendOrAccept: "Berichtigen Sie Ihr Herdbuch und legen Sie es wieder ab, oder nehmen Sie hin, was das Programm daraus macht: Öffnen Sie dazu unten jede Art.",
       refused: "Das Herdbuch kann so nicht verwendet werden.",
     },
     counts: {
@@ -126,7 +129,7 @@ export const de: Texts = {
       number: ["Ein Zuchtwert oder eine Zahl von Paarungen ist keine Zahl.", "Schreiben Sie nur Zahlen, ohne Einheiten oder Wörter."],
       ebv: ["Ein Kandidat hat keinen Zuchtwert.", "Tragen Sie ihn nach, oder sagen Sie in Schritt 3, dass das Mittel für fehlende gilt, oder planen Sie ohne Zuchtwerte."],
       rule: ["Eine Paarungsregel nennt ein Tier, das unbekannt, kein Kandidat oder von anderem Geschlecht ist.", "Berichtigen oder entfernen Sie die Regel dort, wo Sie sie angelegt haben (Schritt 4)."],
-      read: ["Wie die Tabelle gelesen wurde, wo es nicht offensichtlich war."],
+      read: ["Wie die Tabelle gelesen wurde, wo es nicht offensichtlich war.", "Wo Optionen wie --alive oder --column genannt sind: Hier sind es Felder in den Schritten 1 und 3."],
       repeated: ["Dieselbe Zeile kommt mehrmals vor. Sie zählt einmal."],
       alike: ["Zwei Kennungen unterscheiden sich nur durch Groß- und Kleinschreibung, Leerzeichen oder führende Nullen. Sie gelten als zwei Tiere.", "Sind sie eines, schreiben Sie sie im Herdbuch gleich."],
       founder: ["Eltern ohne eigene Zeile. Sie werden Gründer, deren Vorfahren unbekannt sind.", "Kennen Sie ihre Eltern, ergänzen Sie Zeilen: Je mehr bekannt ist, desto besser der Plan."],
@@ -145,11 +148,11 @@ export const de: Texts = {
       from: { name: "Jüngstes Alter", help: "In Jahren, wenn die Nachkommen geboren werden." },
       to: { name: "Höchstes Alter", help: "Ältere werden weggelassen." },
     },
-    anyMatings: "laut Spalte", anyAge: "beliebig",
+    anyMatings: "laut Buch", anyAge: "beliebig",
     alive: {
       title: "Lebt und ist da", everybody: "alle Tiere gelten als lebend",
-      column: { name: "Spalte, die es sagt", help: "Ohne sie können tote und verkaufte Tiere eingeplant werden." },
-      value: { name: "Ein Tier ist da, wenn dort steht", help: "Groß- und Kleinschreibung ist gleich." },
+      column: { name: "Spalte, die es sagt", help: "Ohne sie können tote und verkaufte Tiere eingeplant werden. Angeboten werden Spalten, in denen nur weniges Verschiedene steht." },
+      value: { name: "Ein Tier ist da, wenn dort steht" },
       pick: "wählen", empty: "(leere Zelle)",
     },
     known: {
@@ -163,8 +166,11 @@ export const de: Texts = {
       options: { read: "jeder Kandidat muss einen haben", mean: "fehlende erhalten das Mittel der anderen", none: "ohne sie planen" },
     },
     remain: "Wer bleibt",
+    unsound: "Die Zahlen kommen, wenn kein Fehler mehr hindert: siehe Schritt 2.",
+    sum: (males, females) => `${counted(males, "männliches", "männliche")} und ${counted(females, "weibliches Tier", "weibliche Tiere")} kommen in Frage.`,
+    none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
+    unsaid: "Sagen Sie oben, wie viele Paarungen ein männliches und ein weibliches Tier haben darf: Das Herdbuch hat keine Spalte dafür.",
     facts: {
-      none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
       more: (matings, completeness) => `dürfen ${matings} Paarungen haben; Abstammungen zu ${completeness} vollständig`,
       planned: "Planbare Paarungen", plannedNote: "eine je weiblichem Tier, soweit die männlichen reichen, wenn Sie in Schritt 4 nichts anderes sagen",
     },
@@ -174,8 +180,8 @@ export const de: Texts = {
       age: "zu jung oder zu alt", unknown_parent: "ein Elternteil unbekannt", incomplete: "Abstammung zu unvollständig", "": "keine Paarungen angegeben, oder ohne eigene Zeile",
     },
     picture: {
-      title: "Tiere nach Geburtsjahr", description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
-      born: "Geboren", sex: "Geschlecht", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
+      title: (sex) => `${sex}, nach Geburtsjahr`, description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
+      born: "Geboren", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
       fates: { candidate: "Kandidaten", age: "zu jung oder zu alt", pedigree: "Abstammung zu wenig bekannt", other: "nicht da, ohne Paarungen oder anderes" },
       tip: (born, sex, fate, count) => `${sex} ${born}\n${count} ${fate}`,
     },
@@ -326,7 +332,8 @@ Der Plan, aus den Dateien seines Laufs:
 
     ${run}
 
-QOB_qob_MatingList.txt ist dann die Paarungsliste, Byte für Byte dieselbe. Der Bericht dazu:
+QOB_qob_MatingList.txt ist dann die Paarungsliste, Byte für Byte die im Ordner page, wenn
+die Seite sie gemacht hat. Der Bericht dazu:
 
     qob-report ./QOB_
 

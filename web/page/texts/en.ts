@@ -16,6 +16,7 @@ export const en = {
     memory: "This needs more memory than a browser gives (4 GB). On a computer with more, the command line does it: see step 5.",
     defect: "The program has failed in the browser; the page goes on. Please tell us how it came about.",
     control: "Ctrl", work: "Your work", languages: { en: "English", de: "Deutsch" },
+    before: "What you see is still from before.",
     again: "Try again", dismiss: "Close", left: (seconds: number) => `${seconds} s left`,
     wholeNumber: (least: number, most: number) => `A whole number from ${least} to ${most}.`,
     otherVersion: (theirs: number) => `This work was saved by another version of the page (format ${theirs}). Open it with that one.`,
@@ -32,7 +33,7 @@ export const en = {
     paste: "Paste a table", pasteHelp: "Copy the cells in your spreadsheet, headings included, and paste them here.",
     pasteExample: "Animal\tSire\tDam\tSex\tBorn", pasteRead: "Read this table", pastedName: "pasted table",
     opening: "Reading the file",
-    fromSheet: (name: string) => `sheet “${name}”`, rows: (count: string) => `${count} rows`,
+    fromSheet: (name: string) => `sheet “${name}”`, rows: (rows: number) => counted(rows, "row", "rows"),
     sheet: "Sheet", sheetHelp: "The workbook has several; choose the one with the animals.",
     uncalculated: (count: string) => `${count} cells hold formulas without their values and are empty here. Open the workbook in your spreadsheet program and save it there again.`,
     unwelcome: {
@@ -57,13 +58,13 @@ export const en = {
       },
     },
     fields: {
-      identifier: "identifier", sire: "sire", dam: "dam", sex: "sex", birth: "birth", ebv: "breeding value", matings: "most matings",
+      identifier: "identifier", sire: "sire", dam: "dam", sex: "sex", birth: "birth", ebv: "breeding value", matings: "matings at most",
       name: "name", alive: "alive or not", herd: "herd",
     },
     reading: {
       more: "More about how the table is read", title: "The table",
       header: { name: "The first row holds headings", help: "Without headings, choose identifier, sire and dam above the columns." },
-      dates: { name: "3/4/2001 is", help: "Needed only if no date in the table tells.", options: { "": "as the dates themselves show", dmy: "the 3rd of April", mdy: "the 4th of March" } },
+      dates: { name: "3/4/2001 is", help: "Needed only if no date in the table tells.", options: { "": "as the dates show", dmy: "the 3rd of April", mdy: "the 4th of March" } },
       decimals: { name: "1.234 is hardly more than one", help: "Tick it if the table refuses numbers such as 1.234 because they may be thousands." },
       unknown: { name: "More words for an unknown parent", help: "Parted by commas. Empty cells, 0, NA, -, ? and “unknown” are known.", holder: "foreign, no data" },
     },
@@ -83,7 +84,9 @@ export const en = {
     verdicts: {
       good: (animals: number) => `All good: the herd book with its ${counted(animals, "animal", "animals")} can be used.`,
       accepted: (findings: number) => `${counted(findings, "fault was", "faults were")} accepted.`,
-      hinder: (findings: number) => `${counted(findings, "fault hinders", "faults hinder")} the next steps. Mend ${findings === 1 ? "it" : "them"} in your herd book and drop it again, or accept what is done about ${findings === 1 ? "it" : "them"}.`,
+      hinder: (findings: number) => `${counted(findings, "fault hinders", "faults hinder")} the next steps.`,
+      mend: "What to do stands with each kind below.",
+      mendOrAccept: "Mend your herd book and drop it again, or accept what the program makes of them: unfold each kind below.",
       refused: "The herd book cannot be used as it is.",
     },
     counts: {
@@ -116,7 +119,7 @@ export const en = {
       number: ["A breeding value or a number of matings is no number.", "Write numbers alone, without units or words."],
       ebv: ["A candidate has no breeding value.", "Add it, or say in step 3 that the mean stands for missing values, or plan without breeding values."],
       rule: ["A rule of matings names an animal that is unknown, no candidate or of another sex.", "Mend or take away the rule where you made it (step 4)."],
-      read: ["How the table was read, where it was not obvious."],
+      read: ["How the table was read, where it was not obvious.", "Where options such as --alive or --column are named: they are fields in steps 1 and 3 here."],
       repeated: ["The same row stands there more than once. It counts once."],
       alike: ["Two identifiers differ only by large and small letters, blanks or leading zeros. They are taken as two animals.", "If they are one, write them alike in the herd book."],
       founder: ["Parents that have no row of their own. They become founders, of which no ancestors are known.", "If you know their parents, add rows for them: the more is known, the better the plan."],
@@ -135,11 +138,11 @@ export const en = {
       from: { name: "Youngest", help: "Age in years when the offspring are born." },
       to: { name: "Oldest", help: "Older ones are left out." },
     },
-    anyMatings: "as the column says", anyAge: "any",
+    anyMatings: "as recorded", anyAge: "any",
     alive: {
       title: "Alive and there", everybody: "all animals count as alive",
-      column: { name: "Column that tells", help: "Without it, dead and sold animals may be planned." },
-      value: { name: "An animal is there if it says", help: "Large and small letters are the same." },
+      column: { name: "Column that tells", help: "Without it, dead and sold animals may be planned. Columns that say one of a few things are offered." },
+      value: { name: "An animal is there if it says" },
       pick: "choose", empty: "(empty cell)",
     },
     known: {
@@ -153,8 +156,11 @@ export const en = {
       options: { read: "every candidate must have one", mean: "missing ones get the mean of the others", none: "plan without them" },
     },
     remain: "Who remains",
+    unsound: "The figures come when no fault hinders any more: see step 2.",
+    sum: (males: number, females: number) => `${counted(males, "male", "males")} and ${counted(females, "female", "females")} may be mated.`,
+    none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
+    unsaid: "Say above how many matings a male and a female may have: the herd book has no column for it.",
     facts: {
-      none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
       more: (matings: string, completeness: string) => `may have ${matings} matings; pedigrees complete to ${completeness}`,
       planned: "Matings that can be planned", plannedNote: "one for each female, as far as the males suffice, if you do not say otherwise in step 4",
     },
@@ -164,8 +170,8 @@ export const en = {
       age: "too young or too old", unknown_parent: "a parent is unknown", incomplete: "pedigree not complete enough", "": "no matings given, or no row of its own",
     },
     picture: {
-      title: "Animals by year of birth", description: "Candidates at the bottom of each bar, above them those who are left out, by reason.",
-      born: "Born", sex: "Sex", fate: "What became of them", animals: "Animals", unborn: "unknown",
+      title: (sex: string) => `${sex} by year of birth`, description: "Candidates at the bottom of each bar, above them those who are left out, by reason.",
+      born: "Born", fate: "What became of them", animals: "Animals", unborn: "unknown",
       fates: { candidate: "candidates", age: "too young or too old", pedigree: "too little known of the pedigree", other: "not alive, without matings, or else" },
       tip: (born: string, sex: string, fate: string, count: string) => `${sex} ${born}\n${count} ${fate}`,
     },
@@ -289,7 +295,8 @@ The plan, from the files of its run:
 
     ${run}
 
-QOB_qob_MatingList.txt is then the mating list, byte by byte the same. The report of it:
+QOB_qob_MatingList.txt is then the mating list, byte by byte that in the folder page, if the page has made
+it. The report of it:
 
     qob-report ./QOB_
 

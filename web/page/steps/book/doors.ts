@@ -44,7 +44,7 @@ function listen(work: Work, zone: HTMLElement, take: (file: File | undefined) =>
   const on = <K extends keyof DocumentEventMap>(name: K, act: (event: DocumentEventMap[K]) => void) => document.addEventListener(name, act, { signal: stop.signal });
   const over = (is: boolean) => zone.classList.toggle("over", is);
   on("dragover", (event) => {
-    if (event.target instanceof HTMLTextAreaElement && !event.dataTransfer?.types.includes("Files")) return;
+    if (!event.dataTransfer?.types.includes("Files")) return;
     event.preventDefault();
     over(true);
   });

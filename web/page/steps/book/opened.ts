@@ -12,16 +12,19 @@ import { reading } from "./reading.js";
 export function opened(work: Work): Control {
   const { book } = words;
   const name = h("p", { class: "lead" });
+  const empty = h("div");
   const which = sheets(work);
   const parts = [which, columns(work), reading(work)];
   function show(): void {
     const { book: now, latest } = work;
     if (!now) return;
-    fill(name, h("strong", {}, now.name), now.from !== undefined && ` · ${book.fromSheet(now.from)}`, ` · ${bytes(now.bytes.length)}`, latest && ` · ${book.rows(count(latest.rows))}`);
-    which.element.hidden = (now.workbook?.sheets.length ?? 0) < 2;
+    fill(name, h("strong", {}, now.name), now.from !== undefined && ` · ${book.fromSheet(now.from)}`, ` · ${bytes(now.bytes.length)}`, latest && ` · ${book.rows(latest.rows)}`);
+    const { sheets = [], uncalculated = 0 } = now.workbook ?? {};
+    fill(empty, uncalculated > 0 && h("p", { class: "warning" }, book.uncalculated(count(uncalculated))));
+    which.element.hidden = sheets.length < 2;
     for (const part of parts) part.show();
   }
-  return { element: h("div", { class: "opened" }, name, parts.map(({ element }) => element)), show };
+  return { element: h("div", { class: "opened" }, name, empty, parts.map(({ element }) => element)), show };
 }
 
 /** The sheets of a workbook that has several. */

@@ -2,7 +2,7 @@
 
 import { h } from "../../../shared/dom.js";
 import type { Choices } from "../../choices.js";
-import { fields, number, select, text, tick, type Control } from "../../fields.js";
+import { fields, number, select, tick, type Control, type Options } from "../../fields.js";
 import { words } from "../../texts/words.js";
 import type { Work } from "../../work.js";
 
@@ -40,20 +40,33 @@ function alive(work: Work): Control {
       show();
     },
   });
-  const value = text({ ...alive.value, read: () => work.choices.alive?.value ?? "", write: (now) => now !== "" && work.choose({ alive: { column: column(), value: now } }) });
+  const value = select({
+    ...alive.value, options: () => saying(work, column()), read: () => (wanted === null && work.choices.alive ? SAYS + work.choices.alive.value : ""),
+    write: (now) => now !== "" && work.choose({ alive: { column: column(), value: now.slice(SAYS.length) } }),
+  });
   const all = fields(alive.title, [which, value]);
   function show(): void {
-    if (work.choices.alive?.column === wanted) wanted = null;
+    if (wanted === "" || work.choices.alive?.column === wanted) wanted = null;
     all.show();
     value.element.hidden = column() === "";
   }
   return { element: all.element, show };
 }
 
-/** The columns of the herd book by what the program calls them. */
-function columnsOf({ latest }: Work): { name: string }[] {
-  const names = (latest?.columns ?? []).map(({ heading }, i) => (latest!.header > 0 ? heading : String(i + 1)));
-  return [...new Set(names)].filter((name) => name !== "").map((name) => ({ name }));
+const SAYS = "=";  // before a value, which may be empty
+
+/** What a column may say of those that live; and first, that this is still to be chosen. */
+function saying(work: Work, column: string): Options {
+  const { pick, empty } = words.candidates.alive;
+  const chosen = work.choices.alive?.column === column ? [work.choices.alive.value] : [];
+  const values = new Set([...(columnsOf(work).find(({ name }) => name === column)?.values ?? []), ...chosen]);
+  return [["", pick], ...[...values].map((value) => [SAYS + value, value || empty] as const)];
+}
+
+/** The columns that say one of a few things, by what the program calls them. */
+function columnsOf({ latest, choices }: Work): { name: string; values: readonly string[] }[] {
+  const all = (latest?.columns ?? []).map(({ heading, values }, i) => ({ name: latest!.header > 0 ? heading : String(i + 1), values }));
+  return all.filter(({ name, values }, i) => name !== "" && (values.length > 1 || name === choices.alive?.column) && all.findIndex((each) => each.name === name) === i);
 }
 
 /** How much of the pedigree is to be known. */

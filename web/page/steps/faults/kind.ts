@@ -15,7 +15,7 @@ export interface KindView { element: HTMLElement; show: (kind: Kind, data: Prepa
 export function kindView(work: Work, name: string): KindView {
   const title = h("span"), number = h("span", { class: "badge" }), advice = h("div"), place = h("div");
   const accepting = acceptance(work, name);
-  const element = h("details", { class: "kind" }, h("summary", {}, number, title), advice, accepting.element, place);
+  const element = h("details", { class: "kind", open: name === "table" }, h("summary", {}, number, title), advice, accepting.element, place);
   let rows: readonly Finding[] = [];
   let all = 0;
   let made: readonly Finding[] | null = null;

@@ -29,14 +29,16 @@ export function step(work: Work): Step {
       view.show(kind, data);
       lists[kind.severity !== "fault" ? "told" : kind.accepted ? "accepted" : "hinder"].add(view.element);
     }
+    const focus = document.activeElement;
     for (const place of Object.values(lists)) place.show();
+    if (focus instanceof HTMLElement && body.contains(focus)) focus.focus({ preventScroll: true });
     saving.hidden = data.kinds.length === 0;
   }
   const body = h("div", {}, said, figures, Object.values(lists).map(({ element }) => element), saving);
   return { id: "faults", title: words.faults.title, body, ready: () => work.latest !== null, show };
 }
 
-/** Kinds below a heading. An element that stays where it was keeps the focus. */
+/** Kinds below a heading; they are moved no more than needed. */
 function list({ title, help }: { title: string; help: string }) {
   const place = h("div");
   const element = h("section", { class: "group" }, h("h3", {}, title), h("p", { class: "note" }, help), place);
@@ -48,9 +50,7 @@ function list({ title, help }: { title: string; help: string }) {
     show: () => {
       element.hidden = wanted.length === 0;
       const same = wanted.length === place.children.length && wanted.every((view, i) => place.children[i] === view);
-      const focus = document.activeElement;
       if (!same) fill(place, wanted);
-      if (!same && focus instanceof HTMLElement && place.contains(focus)) focus.focus();
     },
   };
 }
@@ -60,7 +60,8 @@ function verdict(data: Prepared): HTMLElement {
   const sum = (of: (kind: Prepared["kinds"][number]) => boolean) => data.kinds.filter(of).reduce((total, kind) => total + kind.count, 0);
   const hinder = sum(({ severity, accepted }) => severity === "fault" && !accepted);
   const accepted = sum(({ severity, accepted }) => severity === "fault" && accepted);
-  if (!data.sound) return h("p", { class: "warning serious" }, hinder > 0 ? verdicts.hinder(hinder) : verdicts.refused);
+  const acceptable = data.kinds.some(({ severity, accepted, acceptable }) => severity === "fault" && !accepted && acceptable);
+  if (!data.sound) return h("p", { class: "warning serious" }, hinder > 0 ? verdicts.hinder(hinder) : verdicts.refused, hinder > 0 && ` ${acceptable ? verdicts.mendOrAccept : verdicts.mend}`);
   return h("p", { class: "warning good" }, verdicts.good(data.counts.animals), accepted > 0 && ` ${verdicts.accepted(accepted)}`);
 }
 

@@ -14,6 +14,7 @@ import { reportPage } from "./report_page.js";
 import { sheets } from "./sheets.js";
 
 const MATINGS = "matings.csv";
+const LIST = "page/QOB_qob_MatingList.txt";  // beside the files that make it again, to compare
 const ZIP = "application/zip", XLSX = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
 
 const button = (label: string, act: () => void) => h("button", { type: "button", class: "download", onclick: act }, label);
@@ -27,7 +28,7 @@ export function saving(work: Work, name: string, made: Made): HTMLElement {
     button(text.tables, () => save(`${name}_tables.zip`, ZIP, zipSync(Object.fromEntries(made.tables)))),
     button(text.workbook, () => save(`${name}_tables.xlsx`, XLSX, workbook(sheets(made.tables)))),
     button(text.report, async () => save(`${name}_report.html`, "text/html", await reportPage(made.json))),
-    elsewhere(work, name, made.inputs, PARAMETERS));
+    elsewhere(work, name, [...made.inputs, [LIST, made.list]], PARAMETERS));
 }
 
 /** A button that saves what makes a plan on a computer. */

@@ -1,0 +1,180 @@
+// What a user does beside going straight ahead, and what files may hold.
+
+import { expect, test } from "@playwright/test";
+import { strToU8, zipSync } from "fflate";
+import { readFileSync } from "node:fs";
+import { join } from "node:path";
+import { workbook } from "../../page/spreadsheet/write.js";
+import { csvOf } from "../results.js";
+import { HOSTILE, hostileHerdBook } from "../runs.js";
+import { put, withFolder } from "./programs.js";
+import { User } from "./user.js";
+
+const PLANS = /\d+ plans are there to choose from/;
+
+/** The page with the example. */
+async function example(): Promise<User> {
+  const user = await User.at();
+  await user.press("Try the example");
+  await user.sees("#goal", PLANS);
+  return user;
+}
+
+test("what was chosen is undone, done again, saved and opened", async () => {
+  const user = await example();
+  const planned = () => user.read("#candidates .facts");
+  const before = await planned();
+  await user.fill("Males: Matings each may have", "7");
+  await user.sees("#candidates .facts", /1,743 matings/);  // 249 candidates
+  await user.fill("Matings to plan", "30");
+  await user.press("Undo");
+  await user.press("Undo");
+  expect(await user.holds("Males: Matings each may have")).toBe("20");
+  await user.sees("#candidates .facts", new RegExp(before.slice(0, 40)));
+  await user.press("Redo");
+  await user.sees("#candidates .facts", /1,743 matings/);
+  await user.choose("Language", "Deutsch");
+  expect(await user.holds("Männlich: Paarungen je Tier")).toBe("7");
+  const saved = await user.saves("Arbeit speichern");
+  expect(saved.name).toBe("hinterwald.qob.json");
+  await user.leaves();
+
+  await withFolder(async (folder) => {
+    put(folder, { [saved.name]: saved.bytes, "broken.qob.json": saved.bytes.slice(0, -20), "other.qob.json": `{"format": "qob-work", "version": 99}` });
+    const next = await User.at();
+    await next.give(join(folder, "broken.qob.json"));
+    expect(await next.read("[role=alert]")).toContain("no saved work");
+    await next.give(join(folder, "other.qob.json"));
+    expect(await next.read("[role=alert]")).toContain("another version");
+    await next.give(join(folder, saved.name));
+    expect(await next.holds("Males: Matings each may have")).toBe("7");
+    await next.sees("#candidates .facts", /1,743 matings/);
+    await next.leaves();
+  });
+});
+
+test("a search ends at once when it is cancelled, and what was there stays", async () => {
+  const user = await example();
+  await user.fill("Searches with different random numbers", "60");
+  await user.press("Search thoroughly");
+  await user.sees("#goal .searches", /\d %|begins/);
+  await user.press("Cancel");
+  await user.sees("#goal", /The searches have ended/);
+  expect(await user.read("#goal .searches")).toMatch(/stopped/);
+  await user.press("Make the mating plan");
+  await user.sees("#plan", /The plan is there/);
+  await user.leaves();
+});
+
+test("searches compete with the plans that are there", async () => {
+  const user = await example();
+  await user.fill("Searches with different random numbers", "2");
+  await user.press("Search thoroughly");
+  await user.sees("#goal", /The searches have ended/);
+  for (const name of ["search 1", "search 2", "made at once"]) expect(await user.read("#goal table")).toContain(name);
+  await user.press("search 2");
+  await user.press("Make the mating plan");
+  await user.sees("#plan", /The plan is there/);
+  const list = Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString();
+  expect(list.trim().split("\n").length).toBe(1 + 64);
+  await user.leaves();
+});
+
+test("rules are kept, and faults of rules told", async () => {
+  await withFolder(async (folder) => {
+    const user = await example();
+    const list = async () => {
+      await user.press("Make the mating plan");
+      await user.sees("#plan", /The plan is there/);
+      return Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString().trim().split("\n").slice(1).map((line) => line.split(",").slice(0, 2));
+    };
+    const [[sire], [, dam]] = (await list()) as [[string, string], [string, string]];
+    put(folder, { "rules.csv": `kind,a,b,value\nforbid,${sire},${dam},\nmax,${sire},,3\n`, "faulty.csv": `kind,a,b,value\nmax,nobody,,3\n` });
+    await user.giveRules(join(folder, "rules.csv"));
+    await user.sees("#goal", PLANS);
+    const ruled = await list();
+    expect(ruled.filter(([male]) => male === sire).length).toBe(3);
+    expect(ruled).not.toContainEqual([sire, dam]);
+    await user.giveRules(join(folder, "faulty.csv"));
+    await user.settles();
+    await user.unfolds("#faults");
+    expect(await user.read("#faults")).toMatch(/faults in the rules of matings.*nobody/);
+    await user.leaves();
+  });
+});
+
+test("a workbook is what its CSV is", async () => {
+  const lines = readFileSync("../examples/hinterwald/hinterwald.csv", "utf8").trim().split("\n").map((line) => line.split(","));
+  const book = await workbook([{ name: "Herd", header: lines[0]!, rows: lines.slice(1).map((line) => line.map((cell, i) => (i === 4 && cell ? Number(cell) : cell))) }]).arrayBuffer();
+  await withFolder(async (folder) => {
+    put(folder, { "hinterwald.xlsx": new Uint8Array(book) });
+    const user = await User.at();
+    await user.give("../examples/hinterwald/hinterwald.csv");
+    const told = async () => (await user.read("#faults")) + (await user.read("#candidates"));
+    const expected = await told();
+    await user.give(join(folder, "hinterwald.xlsx"));
+    expect(await told()).toBe(expected);
+    await user.leaves();
+  });
+});
+
+test("files that are no herd books, or that are built to do harm, end in a sentence", async () => {
+  const cases: Record<string, [Uint8Array | string, RegExp]> = {
+    "picture.png": [strToU8("\x89PNG\r\n\x1a\n....", true), /picture/],
+    "letter.pdf": ["%PDF-1.4\n", /document/],
+    "empty.csv": ["", /nothing in it/],
+    "bomb.xlsx": [zipSync({ "[Content_Types].xml": strToU8(""), "xl/workbook.xml": new Uint8Array(1 << 28) }, { level: 9 }), /./],
+    "other.zip.xlsx": [zipSync({ "a.txt": strToU8("a") }), /no workbook|workbook/i],
+    "zeros.csv": [new Uint8Array(5000), /no text/],
+    "quotes.csv": [`id,sire,dam\nA,,\n"B,,\n`, /row 3/],
+  };
+  await withFolder(async (folder) => {
+    const user = await User.at();
+    for (const [name, [bytes, said]] of Object.entries(cases)) {
+      put(folder, { [name]: bytes });
+      await user.give(join(folder, name));
+      expect(await user.read("[role=alert]"), name).toMatch(said);
+    }
+    await user.give("../examples/hinterwald/hinterwald.csv");
+    await user.sees("#faults", /10,865/);
+    await user.leaves();
+  });
+});
+
+test("names that a careless page would run or take for its own are names", async () => {
+  await withFolder(async (folder) => {
+    put(folder, { "herd.csv": hostileHerdBook(), "headings.csv": csvOf([["__proto__", "sire", "dam", "constructor", HOSTILE[0]!], ["A", "", "", "1", "x"]]) });
+    const user = await User.at();
+    await user.give(join(folder, "headings.csv"));
+    expect(await user.read("#book")).toContain("__proto__");
+    await user.give(join(folder, "herd.csv"));
+    await user.fill("Males: Matings each may have", "6");
+    await user.fill("Females: Matings each may have", "2");
+    await user.fill("Matings to plan", "8");
+    await user.sees("#goal", PLANS);
+    await user.press("Make the mating plan");
+    await user.sees("#plan", /The plan is there/);
+    expect(await user.read("#plan")).toContain(HOSTILE[2]!.slice(0, 12));
+    expect(await user.evaluate(() => document.querySelectorAll("img, svg[onload], iframe").length)).toBe(0);
+    await user.leaves();
+  });
+});
+
+test("a worker that lacks memory or breaks is told of, and the page goes on", async () => {
+  const user = await User.at();
+  for (const [failure, said] of [["memory", /more memory than a browser gives/], ["defect", /has failed in the browser/]] as const) {
+    await user.evaluate((failure: string) => {
+      const post = Worker.prototype.postMessage;
+      Worker.prototype.postMessage = function (this: Worker, message: { id?: number }) {
+        if (message.id === undefined) return post.call(this, message);
+        Worker.prototype.postMessage = post;
+        this.onmessage!(new MessageEvent("message", { data: { id: message.id, failed: failure, detail: "made by the test" } }));
+      };
+    }, failure);
+    await user.give("../examples/hinterwald/hinterwald.csv");
+    await user.sees("[role=alert]", said);
+    await user.press("Try again");
+    await user.sees("#faults", /10,865/);
+  }
+  await user.leaves();
+});
