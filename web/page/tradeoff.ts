@@ -86,9 +86,10 @@ export class Tradeoff extends Followed {
     return stem(this.book?.name ?? "");
   }
 
-  /** Whether the herd book could be planned with at some time: its rules and matings may have to be mended. */
+  /** Whether the herd book could be planned with at some time, or has rules: these may have to be mended. */
   get known(): boolean {
-    return this.work.book !== null && this.work.book === this.book;
+    const { book, choices, latest } = this.work;
+    return book !== null && (book === this.book || (latest !== null && choices.rules.length > 0));
   }
 
   /** Whether what is shown is of files that are made anew now. */
@@ -119,7 +120,7 @@ export class Tradeoff extends Followed {
     const { found, book, choices } = this.work;
     if (found.state === "ready" && found.data.sound && found.files !== this.files) this.begin(book!, found.files);
     else if (found.state === "none" || found.state === "refused" || (found.state === "ready" && !found.data.sound)) this.forget();
-    else if (this.begun && JSON.stringify(choices.target) !== this.aimed) void this.go();
+    else if (this.begun && JSON.stringify(choices.target) !== this.aimed) this.resume();
     this.changed();
   }
 

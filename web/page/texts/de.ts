@@ -305,7 +305,7 @@ export const de: Texts = {
       lead: "Die Pläne oben sind sofort gemacht und meist sehr gut. Eine gründliche Suche am gewählten Punkt versucht sehr viele andere; was sie findet, tritt gegen sie an, und der beste Plan wird genommen.",
       seeds: "Suchen mit verschiedenen Zufallszahlen", start: "Gründlich suchen",
       help: "Jede Suche beginnt mit anderen Zufallszahlen, darum finden manche mehr als andere. Sie laufen nebeneinander, eine auf jedem Kern dieses Rechners; weitere warten, bis einer frei ist.",
-      busy: "Sucht.", ended: "Die Suchen sind zu Ende.",
+      busy: (point: string) => `Sucht: ${point}.`, ended: (point: string) => `Die Suchen sind zu Ende: ${point}.`,
       caption: "Pläne des gewählten Punktes", columns: ["Plan", "Vom Möglichen", "Zuchtwert", "Inzuchtrate", "Inzucht der Nachkommen"],
       best: "(der beste)", direct: "sofort gemacht", seed: (seed: number) => `Suche ${seed}`,
       states: { waiting: "wartet", running: "beginnt", done: "fertig", cancelled: "angehalten" },

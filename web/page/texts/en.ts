@@ -268,7 +268,7 @@ export const en = {
       lead: "The plans above are made at once and are mostly very good. A full search of the chosen point tries very many others; what it finds competes with them, and the best is taken.",
       seeds: "Searches with different random numbers", start: "Search thoroughly",
       help: "Each search begins with other random numbers, so some find more than others. They run side by side, one on each core of this computer; further ones wait for a free one.",
-      busy: "Searches.", ended: "The searches have ended.",
+      busy: (point: string) => `Searches: ${point}.`, ended: (point: string) => `The searches have ended: ${point}.`,
       caption: "Plans of the chosen point", columns: ["Plan", "Of the possible", "Merit", "Rate of inbreeding", "Inbreeding of the offspring"],
       best: "(best)", direct: "made at once", seed: (seed: number) => `search ${seed}`,
       states: { waiting: "waits", running: "begins", done: "done", cancelled: "stopped" },

@@ -1,6 +1,6 @@
 // The full search of the chosen point, and the plans that compete for it.
 
-import type { Plan } from "../../../frontier/model.js";
+import { called, type Plan } from "../../../frontier/model.js";
 import { fill, h, type Child } from "../../../shared/dom.js";
 import { atLeast, digits, percent } from "../../../shared/format.js";
 import { plain } from "../../../shared/table.js";
@@ -45,7 +45,7 @@ export class Thorough {
     if (!searches.busy && document.activeElement === this.cancel) this.start.focus();
     this.cancel.hidden = !searches.busy;
     fill(this.list, searches.all.map(line));
-    const said = searches.all.length === 0 ? "" : searches.busy ? words.goal.search.busy : words.goal.search.ended;
+    const said = searches.of === null ? "" : words.goal.search[searches.busy ? "busy" : "ended"](called(searches.of));
     if (this.told.textContent !== said) this.told.textContent = said;
     this.compare();
   }

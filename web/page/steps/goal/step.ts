@@ -23,7 +23,7 @@ export function step(work: Work, { tradeoff, searches }: Planning): Step {
   const rules = new Rules(work, tradeoff), curve = new Curve(work, tradeoff), meaning = new Meaning(tradeoff);
   const along = new Along(work, tradeoff), wanted = new Wanted(work, tradeoff), thorough = new Thorough(work, tradeoff, searches);
   const asked = matings(work);
-  const under = progress(() => tradeoff.stop());
+  const under = progress(() => (tradeoff.stop(), again.focus()));
   const told = h("p", { class: "told", role: "status" });
   const again = h("button", { type: "button", class: "plainbutton screen", onclick: () => tradeoff.resume() }, words.goal.resume);
   const shown = h("div", {}, h("div", { class: "with-plan" }, h("div", {}, curve.element, along.element), meaning.element), wanted.element, thorough.element);

@@ -16,8 +16,9 @@ import { elsewhere, saving } from "./saving.js";
 
 export function step(work: Work, { tradeoff, planned }: Planning): Step {
   const { plan: text } = words;
-  const under = progress(() => planned.stop());
-  const make = h("button", { type: "button", class: "main", onclick: () => tradeoff.plan && void planned.make(tradeoff.plan) }, text.make);
+  const under = progress(() => (planned.stop(), make.focus()));
+  const make = h("button", { type: "button", class: "main", onclick: () => can() && void planned.make(tradeoff.plan!) }, text.make);
+  const can = () => tradeoff.plan !== undefined && !tradeoff.stale && planned.state.state !== "working";
   const about = h("p", { class: "screen" }), told = h("p", { class: "told screen", role: "status" }), fault = h("p", { class: "warning serious", role: "alert" });
   const shown = h("div"), instead = h("div");
   const body = h("div", {}, about, h("div", { class: "screen" }, make), under.element, told, fault, instead, shown);
@@ -27,7 +28,7 @@ export function step(work: Work, { tradeoff, planned }: Planning): Step {
     const { plan } = tradeoff, { state } = planned;
     const other = state.state === "ready" && state.made.plan.folder !== plan?.folder;
     about.textContent = !plan ? text.none : other ? text.other(called(state.made.plan), called(plan)) : text.of(called(plan));
-    make.disabled = !plan || tradeoff.stale || state.state === "working";
+    make.setAttribute("aria-disabled", String(!can()));  // it keeps the focus
     if (state !== last) showState((last = state));
     const needed = [state, tradeoff.state].some((each) => each.state === "failed" && each.error instanceof Failed);
     if (needed !== instead.hasChildNodes()) fill(instead, needed && withoutPlan(work, tradeoff));
