@@ -8,17 +8,7 @@ import { workbook } from "../../page/spreadsheet/write.js";
 import { csvOf } from "../results.js";
 import { HOSTILE, hostileHerdBook } from "../runs.js";
 import { put, withFolder } from "./programs.js";
-import { User } from "./user.js";
-
-const PLANS = /\d+ plans are there to choose from/;
-
-/** The page with the example. */
-async function example(): Promise<User> {
-  const user = await User.at();
-  await user.press("Try the example");
-  await user.sees("#goal", PLANS);
-  return user;
-}
+import { example, PLANS, User } from "./user.js";
 
 test("what was chosen is undone, done again, saved and opened", async () => {
   const user = await example();

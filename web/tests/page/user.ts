@@ -1,7 +1,7 @@
 // Somebody who uses the page in a browser, the same in each: what is pressed and filled is found by what it
 // is called, as a reader or a screen reader finds it.
 
-import { chromium, expect } from "@playwright/test";
+import { chromium, expect, type Browser, type BrowserContextOptions, type Page } from "@playwright/test";
 import { readFileSync } from "node:fs";
 import { pathToFileURL } from "node:url";
 import puppeteer from "puppeteer-core";
@@ -17,6 +17,7 @@ interface Browsing {
   evaluate<T>(work: (argument: never) => T | Promise<T>, argument?: unknown): Promise<T>;
   element(kind: Kind, name: string): Promise<Handle | null>;
   type(text: string): Promise<void>;
+  key(name: string): Promise<void>;
   give(input: string, file: string): Promise<void>;
   picture(file: string): Promise<void>;
   close(): Promise<void>;
@@ -65,19 +66,25 @@ async function taken(): Promise<{ name: string; bytes: number[] } | null> {
 
 const address = () => pathToFileURL(process.env["QOB_PAGE"]!).href;
 
-async function inChromium(faults: string[]): Promise<Browsing> {
+async function playwrightPage(faults: string[], settings: BrowserContextOptions = {}): Promise<{ browser: Browser; page: Page }> {
   const { launchOptions, viewport } = config.use!;
   const browser = await chromium.launch(launchOptions);
-  const page = await (await browser.newContext({ offline: true, viewport })).newPage();
+  const page = await (await browser.newContext({ offline: true, viewport, ...settings })).newPage();
   page.on("console", (message) => ["error", "warning"].includes(message.type()) && faults.push(message.text()));
   page.on("pageerror", (error) => faults.push(error.message));
   page.on("request", (request) => /^(file|blob|data):/.test(request.url()) || faults.push(request.url()));
   await page.addInitScript(keep);
   await page.goto(address());
+  return { browser, page };
+}
+
+async function inChromium(faults: string[], settings?: BrowserContextOptions): Promise<Browsing> {
+  const { browser, page } = await playwrightPage(faults, settings);
   return {
     evaluate: (work, argument) => page.evaluate(work as never, argument) as never,
     element: async (kind, name) => (await page.evaluateHandle(find, [kind, name] as [Kind, string])).asElement(),
     type: (text) => page.keyboard.type(text),
+    key: (name) => page.keyboard.press(name),
     give: (input, file) => page.setInputFiles(input, file),
     picture: async (file) => void (await page.screenshot({ path: file })),
     close: () => browser.close(),
@@ -96,6 +103,7 @@ async function inFirefox(faults: string[]): Promise<Browsing> {
     evaluate: (work, argument) => page.evaluate(work as never, argument as never) as never,
     element: async (kind, name) => (await page.evaluateHandle(find, [kind, name] as [Kind, string])).asElement() as Handle | null,
     type: (text) => page.keyboard.type(text),
+    key: (name) => page.keyboard.press(name as "Tab"),
     give: async (input, file) => (await page.$(input) as unknown as { uploadFile(file: string): Promise<void> }).uploadFile(file),
     picture: async (file) => void (await page.screenshot({ path: file as `${string}.png` })),
     close: () => browser.close(),
@@ -110,10 +118,10 @@ const PATIENCE = 120_000;
 export class User {
   private constructor(private readonly page: Browsing, private readonly faults: string[]) {}
 
-  /** Opens the page from disk. */
-  static async at(browser: keyof typeof BROWSERS = "chromium"): Promise<User> {
+  /** Opens the page from disk; what is set beside it is for Chromium. */
+  static async at(browser: keyof typeof BROWSERS = "chromium", settings: BrowserContextOptions = {}): Promise<User> {
     const faults: string[] = [];
-    return new User(await BROWSERS[browser](faults), faults);
+    return new User(await BROWSERS[browser](faults, settings), faults);
   }
 
   evaluate<T>(work: (argument: never) => T | Promise<T>, argument?: unknown): Promise<T> {
@@ -205,19 +213,44 @@ export class User {
   /** Presses a button that saves; what it saves. */
   async saves(name: string): Promise<File> {
     await this.press(name);
+    return this.taken();
+  }
+
+  /** What the page has saved last. */
+  async taken(): Promise<File> {
     let file: File | null = null;
     await expect.poll(async () => {
       const got = await this.page.evaluate(taken);
       file = got && { name: got.name, bytes: Uint8Array.from(got.bytes) };
       return file !== null;
-    }, { timeout: PATIENCE, message: `saved by ${name}` }).toBe(true);
+    }, { timeout: PATIENCE, message: "a file that is saved" }).toBe(true);
     return file!;
   }
 
-  /** Keeps a picture if that was asked for. */
-  async picture(name: string): Promise<void> {
+  /** Presses a key. */
+  key(name: string): Promise<void> {
+    return this.page.key(name);
+  }
+
+  /** Presses Tab until this has the focus. */
+  async tabsTo(name: string): Promise<void> {
+    for (let presses = 0; presses < 500; presses++) {
+      await this.page.key("Tab");
+      const at = await this.page.evaluate(() => {
+        const now = document.activeElement as HTMLInputElement;
+        return [...(now.labels ?? [])].map(({ textContent }) => textContent).join(" ") + (now.getAttribute("aria-label") ?? "") + now.textContent;
+      });
+      if (at.startsWith(name)) return;
+    }
+    throw new Error(`The keyboard does not reach "${name}".`);
+  }
+
+  /** Keeps a picture of what begins there if that was asked for. */
+  async picture(name: string, selector: string): Promise<void> {
     const folder = process.env["QOB_PICTURES"];
-    if (folder) await this.page.picture(`${folder}/${name}.png`);
+    if (!folder) return;
+    await this.page.evaluate((selector: string) => document.querySelector(selector)!.scrollIntoView(), selector);
+    await this.page.picture(`${folder}/${name}.png`);
   }
 
   /** Ends, and tells whether there was any fault or any request. */
@@ -229,3 +262,13 @@ export class User {
 
 /** A file of the machine. */
 export const onDisk = (file: string): Uint8Array => new Uint8Array(readFileSync(file));
+
+export const PLANS = /\d+ plans are there to choose from/;
+
+/** Somebody who has opened the example, with plans to choose from. */
+export async function example(settings: BrowserContextOptions = {}): Promise<User> {
+  const user = await User.at("chromium", settings);
+  await user.press("Try the example");
+  await user.sees("#goal", PLANS);
+  return user;
+}

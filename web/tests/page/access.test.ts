@@ -1,0 +1,63 @@
+// For everybody: contrast and names in light and dark, a telephone, the keyboard alone, paper.
+
+import { expect, test } from "@playwright/test";
+import axe from "axe-core";
+import { example, PLANS, User } from "./user.js";
+
+/** In the first rows of tables, as the others look alike; the report is judged with the other pages. */
+async function violations(user: User): Promise<string[]> {
+  await user.unfolds("main");
+  await user.evaluate(axe.source as never);
+  return user.evaluate(async () => {
+    const { axe } = globalThis as unknown as { axe: typeof import("axe-core") };
+    const { violations } = await axe.run({ include: ["body"], exclude: ["tbody tr:nth-child(n + 5)"] }, { runOnly: ["wcag2a", "wcag2aa", "best-practice"], resultTypes: ["violations"] });
+    return violations.flatMap(({ id, nodes }) => nodes.slice(0, 3).map(({ target, failureSummary }) => `${id}: ${target.join(" ")}: ${failureSummary}`));
+  });
+}
+
+for (const colorScheme of ["light", "dark"] as const)
+  test(`all steps are accessible, ${colorScheme}`, async () => {
+    const user = await example({ colorScheme });
+    await user.choose("A new rule", "two animals never");
+    await user.press("Add");
+    await user.fill("Males: Matings each may have", "");  // a herd book that cannot be used, as nothing says it
+    await user.settles();
+    expect(await violations(user)).toEqual([]);
+    await user.press("Undo");
+    await user.press("Undo");
+    await user.sees("#goal", PLANS);
+    await user.press("Make the mating plan");
+    await user.sees("#plan", /The plan is there/);
+    expect(await violations(user)).toEqual([]);
+    await user.leaves();
+  });
+
+for (const width of [390, 320])
+  test(`on a telephone of ${width} pixels nothing is moved sideways but tables in their boxes`, async () => {
+    const user = await example({ viewport: { width, height: 844 }, hasTouch: true, isMobile: true });
+    await user.press("Make the mating plan");
+    await user.sees("#plan", /The plan is there/);
+    await user.unfolds("main");
+    const wide = await user.evaluate((width: number) => ({
+      page: document.documentElement.scrollWidth,
+      parts: [...document.querySelectorAll("main *")].filter((each) => !each.parentElement!.closest(".scroll, .canvas, .switch") && each.checkVisibility() && each.getBoundingClientRect().right > width + 1).map(({ outerHTML }) => outerHTML.slice(0, 120)),
+    }), width);
+    expect(wide).toEqual({ page: width, parts: [] });
+    await user.leaves();
+  });
+
+test("the keyboard alone goes from the example to a saved plan", async () => {
+  const user = await User.at();
+  await user.tabsTo("Try the example");
+  await user.key("Enter");
+  await user.sees("#goal", PLANS);
+  await user.tabsTo("Along the line");
+  await user.key("ArrowRight");
+  await user.tabsTo("Make the mating plan");
+  await user.key("Enter");
+  await user.sees("#plan", /The plan is there/);
+  await user.tabsTo("Mating list (CSV)");
+  await user.key("Enter");
+  expect((await user.taken()).name).toBe("hinterwald_matings.csv");
+  await user.leaves();
+});
