@@ -77,7 +77,8 @@ export class Planned extends Followed {
     const inputs: Files = [...tradeoff.inputs, [PARAMETERS, (await tradeoff.parametersOf(plan)).bytes]];
     await this.engine.must({ clear: true, put: inputs, command: ["qob", PARAMETERS] }, (now) => progress(false, now));
     progress(true, null);
-    const { files } = await this.engine.must({ command: ["qob-report", "./QOB_", "--json", "--tables", "tables"], take: [LIST, RESULT, TABLES] }, (now) => progress(true, now));
+    const report = ["qob-report", "./QOB_", "--json", "--tables", "tables"];
+    const { files } = await this.engine.must({ command: report, take: [LIST, RESULT, TABLES] }, (now) => progress(true, now));
     const taken = new Map(files);
     const json = new TextDecoder().decode(taken.get(RESULT));
     const result = read(json);

@@ -7,6 +7,7 @@ import type { Target } from "./choices.js";
 import { Cancelled, Engine, Failed, Refused, type Progress } from "./engine/engine.js";
 import type { Done, Files, Job } from "./engine/protocol.js";
 import { Followed } from "./followers.js";
+import { bare, meets, optionOf, pointOf, targetOf } from "./points.js";
 import { stem, type Book, type Work } from "./work.js";
 
 const FOLDER = "f";
@@ -18,9 +19,6 @@ export const RESULTS = ["QOB_qob.log", "QOB_qob_MatingList.txt"] as const;
 const ROUNDS = [3, 5, 9, 17];  // points; each round has those of the one before
 const PAUSE = 300;             // milliseconds until it begins: choices often change one after the other
 
-/** Options of qob-frontier. */
-const OPTIONS: Record<Target["kind"], string> = { weight: "--weights", rate: "--target-rate", ne: "--target-ne", degrees: "--target-degrees" };
-
 export type State =
   /** There is nothing to plan with. */
   | { state: "none" }
@@ -30,22 +28,6 @@ export type State =
   /** By the reader. */
   | { state: "stopped" }
   | { state: "failed"; error: Error };
-
-const close = (a: number, b: number) => Math.abs(a - b) <= 1e-9 * Math.abs(b);
-
-const meets = ({ kind, value }: Target) => (plan: Plan): boolean =>
-  kind === "weight" ? !plan.target && close(plan.weight, Math.abs(value)) : plan.target?.kind === kind && close(plan.target.value, value);
-
-/** A folder of a search, without its seed. */
-const pointOf = ({ folder, seed }: Plan) => (Number.isNaN(seed) ? folder : folder.replace(SEED, ""));
-
-const SEED = /_s\d+$/;
-
-/** How the point of a folder is asked for: with other files a weight or target stays what it is. */
-function optionOf(folder: string): string | undefined {
-  const [, kind, value] = /^(w|rate|ne|degrees)([\d.e+-]+)$/.exec(folder.replace(SEED, "")) ?? [];
-  return kind && `${OPTIONS[kind === "w" ? "weight" : (kind as Target["kind"])]}=${value}`;
-}
 
 export class Tradeoff extends Followed {
   private engine = new Engine();
@@ -102,7 +84,7 @@ export class Tradeoff extends Followed {
   get plan(): Plan | undefined {
     const { point } = this.work.choices, plans = this.frontier?.plans ?? [];
     const called = (folder: string) => plans.find((plan) => plan.folder === folder);
-    return called(point) ?? called(point.replace(SEED, "")) ?? this.aim ?? plans.find(({ own }) => own);
+    return called(point) ?? called(bare(point)) ?? this.aim ?? plans.find(({ own }) => own);
   }
 
   /** The plan that was made for the target. */
@@ -185,8 +167,8 @@ export class Tradeoff extends Followed {
         throw error instanceof Refused ? await this.explained(error) : error;
       }
       this.begun = true;
-      const point = optionOf(this.work.choices.point);
-      if (point) await this.add("--points=0", point);
+      const target = targetOf(this.work.choices.point);
+      if (target) await this.add("--points=0", optionOf(target));
       await this.go();
     });
   }
@@ -232,7 +214,7 @@ export class Tradeoff extends Followed {
     [this.aimed, this.refused] = [JSON.stringify(target), null];
     if (!target || this.aim) return;
     try {
-      await this.add("--points=0", `${OPTIONS[target.kind]}=${target.value}`);
+      await this.add("--points=0", optionOf(target));
     } catch (error) {
       if (!(error instanceof Refused)) throw error;
       this.refused = error.message.replace(/^--[a-z-]+: /, "").split("\n")[0]!;

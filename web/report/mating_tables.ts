@@ -70,11 +70,12 @@ function sheet({ result, merits, names }: Shown, sire: number, matings: Mating[]
   return { element, text, open };
 }
 
+/** Those of a report in whose place another one has come are not printed. */
 function printedOpen(sheets: readonly Sheet[]): void {
-  let before: boolean[] = [];
+  let printed: (readonly [sheet: Sheet, before: boolean])[] = [];
   addEventListener("beforeprint", () => {
-    before = sheets.map(({ element }) => element.open);
-    for (const { open } of sheets) open(true);
+    printed = sheets.filter(({ element }) => element.isConnected).map((sheet) => [sheet, sheet.element.open]);
+    for (const [{ open }] of printed) open(true);
   });
-  addEventListener("afterprint", () => sheets.forEach(({ open }, i) => open(before[i] ?? true)));
+  addEventListener("afterprint", () => printed.forEach(([{ open }, before]) => open(before)));
 }

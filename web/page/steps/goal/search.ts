@@ -41,7 +41,7 @@ export class Thorough {
   show(): void {
     const { searches, tradeoff, work } = this;
     if (document.activeElement !== this.seeds) this.seeds.value = String(work.choices.seeds);
-    this.start.disabled = searches.busy || !tradeoff.plan;
+    this.start.disabled = searches.busy || !tradeoff.plan || tradeoff.stale;
     if (!searches.busy && document.activeElement === this.cancel) this.start.focus();
     this.cancel.hidden = !searches.busy;
     fill(this.list, searches.all.map(line));

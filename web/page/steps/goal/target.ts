@@ -64,16 +64,20 @@ function placeAt(curve: readonly Vertex[], degrees: number): { rate: number; sca
 
 /** The form for a figure. */
 export class Wanted {
-  private readonly kind = h("select", { id: "target-kind", "aria-label": words.goal.target.kind }, TARGETS.map((kind) => h("option", { value: kind }, words.goal.target.kinds[kind])));
+  private readonly kind = h("select", { id: "target-kind", "aria-label": words.goal.target.kind },
+    TARGETS.map((kind) => h("option", { value: kind }, words.goal.target.kinds[kind])));
   private readonly told = h("output", { id: "target-told", class: "fault" });
-  private readonly value = h("input", { type: "number", id: "target-value", step: "any", required: true, "aria-label": words.goal.target.value, "aria-describedby": this.told.id });
+  private readonly value = h("input", {
+    type: "number", id: "target-value", step: "any", required: true, "aria-label": words.goal.target.value, "aria-describedby": this.told.id,
+  });
   private readonly help = h("p", { class: "note" });
   readonly element: HTMLElement;
   private shown: Target | null | undefined;
 
   constructor(private readonly work: Work, private readonly tradeoff: Tradeoff) {
     const { title, take } = words.goal.target;
-    const form = h("form", { class: "line", onsubmit: (event) => this.take(event) }, this.kind, this.value, h("button", { type: "submit", class: "plainbutton" }, take));
+    const form = h("form", { class: "line", onsubmit: (event) => this.take(event) },
+      this.kind, this.value, h("button", { type: "submit", class: "plainbutton" }, take));
     this.kind.addEventListener("change", () => this.explain());
     this.kind.value = "ne";
     this.element = h("fieldset", { class: "fields screen" }, h("legend", {}, title), form, this.help, this.told);
@@ -95,8 +99,9 @@ export class Wanted {
     this.told.textContent = this.tradeoff.refused ?? (target && target.kind !== "degrees" ? this.missed(target) : null);
     if (this.shown === target) return;
     this.shown = target;
+    this.value.value = target ? shown(target) : "";
     if (!target) return;
-    [this.kind.value, this.value.value] = [target.kind, shown(target)];
+    this.kind.value = target.kind;
     this.explain();
   }
 
