@@ -186,7 +186,7 @@ export const de: Texts = {
       tip: (born, sex, fate, count) => `${sex} ${born}\n${count} ${fate}`,
     },
     all: {
-      summary: (count) => `Alle ${count} Tiere, jedes mit seinem Grund`, caption: "Alle Tiere",
+      summary: (count) => `Alle ${count} Tiere, jedes mit seinem Grund`, caption: "Alle Tiere", first: (some: string, all: string) => `Die ersten ${some} von ${all}. Die Suche sieht alle durch.`,
       columns: { identifier: "Tier", name: "Name", sex: "Geschlecht", birth: "Geboren", age: "Alter", completeness: "Vollständigkeit, %", ebv: "Zuchtwert", matings: "Paarungen", reason: "Kandidat, oder warum nicht" },
       notes: { age: "In Jahren, wenn die Nachkommen geboren werden; in Generationen, wo keine Geburten bekannt sind", completeness: "Anteil der über fünf Generationen bekannten Vorfahren", matings: "Die meisten, die es haben darf" },
     },

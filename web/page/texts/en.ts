@@ -176,7 +176,7 @@ export const en = {
       tip: (born: string, sex: string, fate: string, count: string) => `${sex} ${born}\n${count} ${fate}`,
     },
     all: {
-      summary: (count: string) => `All ${count} animals, each with its reason`, caption: "All animals",
+      summary: (count: string) => `All ${count} animals, each with its reason`, caption: "All animals", first: (some: string, all: string) => `The first ${some} of ${all}. The search looks at all of them.`,
       columns: { identifier: "Animal", name: "Name", sex: "Sex", birth: "Born", age: "Age", completeness: "Completeness, %", ebv: "Breeding value", matings: "Matings", reason: "Candidate, or why not" },
       notes: { age: "In years when the offspring are born; in generations where no births are known", completeness: "Share of the ancestors known over five generations", matings: "The most it may have" },
     },

@@ -14,17 +14,17 @@ test("what was chosen is undone, done again, saved and opened", async () => {
   const user = await example();
   const planned = () => user.read("#candidates .facts");
   const before = await planned();
-  await user.fill("Males: Matings each may have", "7");
+  await user.fill("Males > Matings each may have", "7");
   await user.sees("#candidates .facts", /1,743 matings/);  // 249 candidates
   await user.fill("Matings to plan", "30");
   await user.press("Undo");
   await user.press("Undo");
-  expect(await user.holds("Males: Matings each may have")).toBe("20");
+  expect(await user.holds("Males > Matings each may have")).toBe("20");
   await user.sees("#candidates .facts", new RegExp(before.slice(0, 40)));
   await user.press("Redo");
   await user.sees("#candidates .facts", /1,743 matings/);
   await user.choose("Language", "Deutsch");
-  expect(await user.holds("Männlich: Paarungen je Tier")).toBe("7");
+  expect(await user.holds("Männlich > Paarungen je Tier")).toBe("7");
   const saved = await user.saves("Arbeit speichern");
   expect(saved.name).toBe("hinterwald.qob.json");
   await user.leaves();
@@ -37,7 +37,7 @@ test("what was chosen is undone, done again, saved and opened", async () => {
     await next.give(join(folder, "other.qob.json"));
     expect(await next.read("[role=alert]")).toContain("another version");
     await next.give(join(folder, saved.name));
-    expect(await next.holds("Males: Matings each may have")).toBe("7");
+    expect(await next.holds("Males > Matings each may have")).toBe("7");
     await next.sees("#candidates .facts", /1,743 matings/);
     await next.leaves();
   });
@@ -138,8 +138,8 @@ test("names that a careless page would run or take for its own are names", async
     await user.give(join(folder, "headings.csv"));
     expect(await user.read("#book")).toContain("__proto__");
     await user.give(join(folder, "herd.csv"));
-    await user.fill("Males: Matings each may have", "6");
-    await user.fill("Females: Matings each may have", "2");
+    await user.fill("Males > Matings each may have", "6");
+    await user.fill("Females > Matings each may have", "2");
     await user.fill("Matings to plan", "8");
     await user.sees("#goal", PLANS);
     await user.press("Make the mating plan");

@@ -12,9 +12,9 @@ const plain = (bytes: Uint8Array) => Buffer.from(bytes).toString("latin1");
 async function way(user: User, book: string): Promise<void> {
   await user.give(book);
   for (const [sex, matings] of [["Males", "10"], ["Females", "1"]] as const) {
-    await user.fill(`${sex}: Matings each may have`, matings);
-    await user.fill(`${sex}: Youngest`, "1");
-    await user.fill(`${sex}: Oldest`, "8");
+    await user.fill(`${sex} > Matings each may have`, matings);
+    await user.fill(`${sex} > Youngest`, "1");
+    await user.fill(`${sex} > Oldest`, "8");
   }
   if (!/EBV|bv/.test(await user.read("#book table"))) await user.choose("Breeding values", "plan without them");
   await user.acceptAll();

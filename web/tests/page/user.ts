@@ -26,9 +26,9 @@ interface Browsing {
 type Kind = "button" | "field";
 
 /** In the page: a button or a field that can be seen, by the beginning of what it is called, behind the
- * name of its group if there are several: "Males: Oldest". */
+ * name of its group if there are several: "Males > Oldest". */
 function find([kind, asked]: [Kind, string]): Element | null {
-  const [group, name] = asked.includes(": ") && kind === "field" ? asked.split(": ") as [string, string] : ["", asked];
+  const [group, name] = asked.includes(" > ") ? asked.split(" > ") as [string, string] : ["", asked];
   const plain = (text: string | null | undefined) => (text ?? "").replace(/\s+/g, " ").trim();
   const called = (element: Element) => {
     const labels = [...((element as HTMLInputElement).labels ?? [])].map((label) => plain(label.textContent));

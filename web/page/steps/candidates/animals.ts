@@ -2,10 +2,28 @@
 
 import { fill, h } from "../../../shared/dom.js";
 import { count, NONE } from "../../../shared/format.js";
-import { table, type Column } from "../../../shared/table.js";
+import { holds, searchBox, table, type Column } from "../../../shared/table.js";
 import type { Animal, Prepared } from "../../prepared.js";
 import { words } from "../../texts/words.js";
 import { reasonName } from "./reasons.js";
+
+const MOST = 20_000;  // rows that a table takes without keeping the page from answering
+
+function tableOf(rows: readonly Animal[], search = true): HTMLElement {
+  return table(columns(rows), rows, { caption: words.candidates.all.caption, file: "animals.csv", search, mark: ({ matings }) => (matings > 0 ? "chosen" : undefined) });
+}
+
+/** Of a large herd the first animals, or the first that are searched for. */
+function ofMany(animals: readonly Animal[]): HTMLElement {
+  const { caption, first } = words.candidates.all;
+  const place = h("div");
+  const show = (wanted: string) => {
+    const found = animals.filter(({ identifier, name, birth }) => wanted === "" || holds(`${identifier} ${name} ${birth}`, wanted));
+    fill(place, found.length > MOST && h("p", { class: "note" }, first(count(MOST), count(found.length))), tableOf(found.slice(0, MOST), false));
+  };
+  show("");
+  return h("div", {}, searchBox(caption, show), place);
+}
 
 /** It is made when it is unfolded; a search goes on when the animals are others. */
 export function animals(): { element: HTMLElement; show: (data: Prepared) => void } {
@@ -16,7 +34,7 @@ export function animals(): { element: HTMLElement; show: (data: Prepared) => voi
   function draw(): void {
     if (!element.open || !data || data === drawn) return;
     const wanted = place.querySelector<HTMLInputElement>("input[type=search]")?.value ?? "";
-    fill(place, table(columns(data.animals), data.animals, { caption: all.caption, file: "animals.csv", mark: ({ matings }) => (matings > 0 ? "chosen" : undefined) }));
+    fill(place, data.animals.length > MOST ? ofMany(data.animals) : tableOf(data.animals));
     drawn = data;
     const search = place.querySelector<HTMLInputElement>("input[type=search]");
     if (!search || wanted === "") return;
