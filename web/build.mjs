@@ -37,6 +37,12 @@ function licences(inputs) {
   });
 }
 
+/** The same of the programs, with the libraries that are compiled into them. */
+function ownLicence() {
+  const version = readFileSync(join(here, "../CMakeLists.txt"), "utf8").match(/^project\(qob VERSION ([0-9.]+) /m)[1];
+  return { name: "qob", version, license: "with libraries of its own", text: readFileSync(join(here, "../package/copyright"), "utf8") };
+}
+
 const hash = (text) => `'sha256-${createHash("sha256").update(text).digest("base64")}'`;
 
 /** Puts texts in the place of markers, each of which must stand once. */
@@ -87,7 +93,7 @@ const policy = [
 const page = put(readFileSync(join(here, "template.html"), "utf8"), {
   POLICY: policy.join("; "),
   TITLE: titles[name],
-  LICENCES: inScript(JSON.stringify(licences({ ...blocks.inputs, ...script.inputs }))),
+  LICENCES: inScript(JSON.stringify([...(tool ? [ownLicence()] : []), ...licences({ ...blocks.inputs, ...script.inputs })])),
   STYLE: style.text,
   SCRIPT: script.text,
   BLOCKS: blocks.text,

@@ -5,6 +5,7 @@ import { csv } from "../shared/download.js";
 import { decides, FIRST, prepareWords, type Choices } from "./choices.js";
 import { Cancelled, Engine, type Progress } from "./engine/engine.js";
 import type { Files } from "./engine/protocol.js";
+import { Followed } from "./followers.js";
 import { read, type Prepared } from "./prepared.js";
 
 /** A herd book as it is read: always CSV; `from` tells of which sheet it was made, if it was, and
@@ -32,9 +33,8 @@ export function stem(book: string): string {
   return [...bare].slice(0, 20).join("") || "herd";
 }
 
-export class Work {
+export class Work extends Followed {
   private readonly engine = new Engine();
-  private readonly followers = new Set<() => void>();
   private past: Moment[] = [];
   private future: Moment[] = [];
   private runs = 0;
@@ -46,17 +46,6 @@ export class Work {
   /** What reads a file, while one is read, and why the last one could not be. */
   opening: Engine | null = null;
   unopened: Error | null = null;
-
-  /** Acts now and whenever anything has changed, until what it returns is called. */
-  follow(act: () => void): () => void {
-    this.followers.add(act);
-    act();
-    return () => this.followers.delete(act);
-  }
-
-  private changed(): void {
-    for (const act of [...this.followers]) act();
-  }
 
   /** Reads a file and begins with what is in it; if it is none for us, the work stays as it was. */
   async open(arriving: (engine: Engine) => Promise<Arrived>): Promise<void> {
