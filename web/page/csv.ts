@@ -6,9 +6,7 @@ export function rowsOf(text: string, mark: "," | ";" | "\t" = ","): string[][] {
   const rows: string[][] = [];
   let row: string[] = [];
   while (cell.lastIndex < text.length || row.length > 0) {
-    const found = cell.exec(text);
-    if (!found) break;  // behind quotes that are not closed as they should be
-    const [, quoted, bare = "", end] = found;
+    const [, quoted, bare = "", end] = cell.exec(text)!;  // there always is one, if an empty one
     row.push(quoted === undefined ? bare : quoted.replaceAll('""', '"'));
     if (end === mark) continue;
     rows.push(row);

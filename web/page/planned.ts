@@ -2,10 +2,11 @@
 
 import type { Plan } from "../frontier/model.js";
 import { read, type Result } from "../report/model.js";
-import { Engine, type Progress } from "./engine/engine.js";
+import { Cancelled, Engine, type Progress } from "./engine/engine.js";
 import type { Files } from "./engine/protocol.js";
 import { Followed } from "./followers.js";
 import { PARAMETERS, type Tradeoff } from "./tradeoff.js";
+import type { Ready } from "./work.js";
 
 const LIST = "QOB_qob_MatingList.txt";
 const RESULT = "QOB_result.json";
@@ -13,6 +14,8 @@ const TABLES = "tables/";
 
 /** A plan with what its run has left. */
 export interface Made {
+  /** The herd book and the choices that it is of. */
+  source: Ready;
   plan: Plan;
   /** Its report, and the same as the program wrote it. */
   result: Result;
@@ -32,7 +35,7 @@ export type State =
   | { state: "failed"; error: Error };
 
 export class Planned extends Followed {
-  private readonly engine = new Engine();
+  private engine = new Engine();
   private files: Files | null = null;
   private last = 0;
   state: State = { state: "none" };
@@ -60,6 +63,7 @@ export class Planned extends Followed {
 
   async make(plan: Plan): Promise<void> {
     this.engine.stop();
+    this.engine = new Engine();  // whoever was stopped while it waited has no part in it
     const mine = ++this.last;
     const show = (state: State) => mine === this.last && this.show(state);
     this.files = this.tradeoff.run;
@@ -73,17 +77,18 @@ export class Planned extends Followed {
   }
 
   private async madeOf(plan: Plan, progress: (reporting: boolean, progress: Progress | null) => void): Promise<Made> {
-    const { tradeoff } = this;
+    const { tradeoff, engine, last } = this, source = tradeoff.source!;
     const inputs: Files = [...tradeoff.inputs, [PARAMETERS, (await tradeoff.parametersOf(plan)).bytes]];
-    await this.engine.must({ clear: true, put: inputs, command: ["qob", PARAMETERS] }, (now) => progress(false, now));
+    if (last !== this.last) throw new Cancelled();
+    await engine.must({ clear: true, put: inputs, command: ["qob", PARAMETERS] }, (now) => progress(false, now));
     progress(true, null);
     const report = ["qob-report", "./QOB_", "--json", "--tables", "tables"];
-    const { files } = await this.engine.must({ command: report, take: [LIST, RESULT, TABLES] }, (now) => progress(true, now));
+    const { files } = await engine.must({ command: report, take: [LIST, RESULT, TABLES] }, (now) => progress(true, now));
     const taken = new Map(files);
     const json = new TextDecoder().decode(taken.get(RESULT));
     const result = read(json);
     if (result.format !== "qob-result") throw new Error(RESULT);
     const tables: Files = files.filter(([file]) => file.startsWith(TABLES)).map(([file, bytes]) => [file.slice(TABLES.length), bytes]);
-    return { plan, result, json, list: taken.get(LIST)!, tables, inputs };
+    return { source, plan, result, json, list: taken.get(LIST)!, tables, inputs };
   }
 }

@@ -2,6 +2,7 @@
 
 import { RULES, type Rule } from "./choices.js";
 import { rowsOf } from "./csv.js";
+import { complete } from "./steps/goal/rule_forms.js";
 
 /** A line that is no rule. */
 export class NoRule extends Error {
@@ -32,5 +33,7 @@ function rule(cells: readonly string[], mark: string, line: number): Rule {
   const [name = "", a = "", b = "", value = ""] = cells;
   const kind = RULES.find((kind) => kind === name.toLowerCase());
   if (!kind) throw new NoRule(line, cells.join(mark));
-  return { kind, a, b, value: mark === ";" ? value.replace(",", ".") : value };
+  const read: Rule = { kind, a, b, value: mark === ";" ? value.replace(",", ".") : value };
+  if (!complete(read)) throw new NoRule(line, cells.join(mark));
+  return read;
 }

@@ -3,6 +3,7 @@
 import { save } from "../shared/download.js";
 import { headed, object, orNull, text } from "../shared/shape.js";
 import { shape } from "./choices.js";
+import { complete } from "./steps/goal/rule_forms.js";
 import { stem, type Arrived, type Book, type Work } from "./work.js";
 
 const FORMAT = "qob-work", VERSION = 1;
@@ -25,6 +26,7 @@ export function saveWork({ book, choices }: Work): void {
 /** What was saved; throws Misshapen, OtherVersion or SyntaxError. */
 export function opened(json: string): Arrived {
   const { book, choices } = saved(headed(json, VERSION, FORMAT).data);
+  if (!choices.rules.every(complete)) throw new SyntaxError("a rule that is not complete");
   const { name, from, text, base64 } = book;
   const bytes = text !== null ? new TextEncoder().encode(text) : bytesOf(base64 ?? "");
   return { book: { name, bytes, ...(from !== null && { from }) }, choices };

@@ -37,7 +37,7 @@ export class Searches extends Followed {
   /** Ends them; those that are done stay among the plans. */
   stop(): void {
     for (const engine of this.engines) engine.stop();
-    for (const search of this.all) if (search.state === "waiting") search.state = "cancelled";
+    for (const search of this.all) if (search.state === "waiting" || search.state === "running") search.state = "cancelled";
     this.changed();
   }
 
@@ -73,7 +73,7 @@ export class Searches extends Followed {
       search.state = "running";
       try {
         await this.carryOut(search, engine);
-        search.state = "done";
+        if (search.state === "running") search.state = "done";
       } catch (error) {
         if (!(error instanceof Error)) throw error;
         [search.state, search.error] = [error instanceof Cancelled ? "cancelled" : "failed", error];
@@ -86,6 +86,7 @@ export class Searches extends Followed {
   private async carryOut(search: Search, engine: Engine): Promise<void> {
     const { tradeoff, files, of } = this;
     const { folder, bytes } = await tradeoff.parametersOf(of!, search.seed);
+    if (search.state !== "running") throw new Cancelled();
     search.folder = folder;
     const progress = (progress: Progress | null) => {
       search.progress = progress;

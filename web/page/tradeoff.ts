@@ -8,7 +8,7 @@ import { Cancelled, Engine, Failed, Refused, type Progress } from "./engine/engi
 import type { Done, Files, Job } from "./engine/protocol.js";
 import { Followed } from "./followers.js";
 import { bare, meets, optionOf, pointOf, targetOf } from "./points.js";
-import { stem, type Book, type Work } from "./work.js";
+import { stem, type Book, type Ready, type Work } from "./work.js";
 
 const FOLDER = "f";
 const JSON_FILE = `${FOLDER}/frontier.json`;
@@ -34,6 +34,8 @@ export class Tradeoff extends Followed {
   private waiting: ReturnType<typeof setTimeout> | undefined;
   private files: Files | null = null;
   private book: Book | null = null;
+  /** Of what the files are. */
+  source: Ready | null = null;
   private begun = false;
   private going = false;
   private stopped = false;
@@ -99,16 +101,16 @@ export class Tradeoff extends Followed {
   }
 
   private look(): void {
-    const { found, book, choices } = this.work;
-    if (found.state === "ready" && found.data.sound && found.files !== this.files) this.begin(book!, found.files);
+    const { found, choices } = this.work;
+    if (found.state === "ready" && found.data.sound && found.files !== this.files) this.begin(found);
     else if (found.state === "none" || found.state === "refused" || (found.state === "ready" && !found.data.sound)) this.forget();
     else if (this.begun && JSON.stringify(choices.target) !== this.aimed) this.resume();
     this.changed();
   }
 
-  private begin(book: Book, files: Files): void {
+  private begin(found: Ready): void {
     this.forget();
-    [this.book, this.files] = [book, files];
+    [this.source, this.book, this.files] = [found, found.book, found.files];
     this.waiting = setTimeout(() => void this.start(), PAUSE);
     this.state = { state: "reading", progress: null };
   }
@@ -230,11 +232,21 @@ export class Tradeoff extends Followed {
     this.changed();
   }
 
+  /** Acts for others, who are told what goes wrong; a worker that fails takes the herd with it. */
+  private async kept<T>(act: () => Promise<T>): Promise<T> {
+    try {
+      return await act();
+    } catch (error) {
+      if (error instanceof Failed) await this.guarded(() => Promise.reject(error));
+      throw error;
+    }
+  }
+
   /** The parameter file of a plan's run, with a seed that of its point's search. */
   async parametersOf(plan: Plan, seed?: number): Promise<{ folder: string; bytes: Uint8Array }> {
     const known = seed === undefined && this.parameters.get(plan.folder);
     if (known) return { folder: plan.folder, bytes: known };
-    const { out, files } = await this.engine.must({ command: ["frontier-search", pointOf(plan), String(seed ?? 0), PARAMETERS], take: [PARAMETERS] });
+    const { out, files } = await this.kept(() => this.engine.must({ command: ["frontier-search", pointOf(plan), String(seed ?? 0), PARAMETERS], take: [PARAMETERS] }));
     const folder = out.trim().replace(/\/$/, "").slice(FOLDER.length + 1), bytes = files[0]![1];
     if (seed !== undefined) this.parameters.set(folder, bytes);
     return { folder, bytes };
@@ -243,7 +255,7 @@ export class Tradeoff extends Followed {
   /** Puts the results of a search among the plans. */
   async collect(folder: string, results: Files): Promise<void> {
     const put = results.map(([file, bytes]) => [`${FOLDER}/${folder}/${file}`, bytes] as const);
-    await this.do({ put, command: ["frontier-collect"], take: [JSON_FILE] });
+    await this.kept(() => this.do({ put, command: ["frontier-collect"], take: [JSON_FILE] }));
     this.changed();
   }
 }

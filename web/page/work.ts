@@ -18,12 +18,15 @@ interface Moment { book: Book | null; choices: Choices }
 /** What a file turned out to be: a herd book, or one with the choices of a saved work. */
 export interface Arrived { book: Book; choices?: Choices }
 
+/** What qob-prepare found in a herd book with some choices, and the files of a run, which are there only if
+ * `data.sound`. */
+export interface Ready { state: "ready"; book: Book; choices: Choices; data: Prepared; files: Files }
+
 /** What qob-prepare made of it. */
 export type Found =
   | { state: "none" }
   | { state: "working"; progress: Progress | null }
-  /** The files of a run, which are there only if `data.sound`. */
-  | { state: "ready"; data: Prepared; files: Files }
+  | Ready
   /** Nothing but the program's words, or a worker that has failed. */
   | { state: "refused"; error: Error };
 
@@ -32,6 +35,9 @@ export function stem(book: string): string {
   const bare = book.replace(/\.[^.]*$/, "").replace(/[^\p{L}\p{N}._-]+/gu, "_").replace(/^[._-]+/, "");
   return [...bare].slice(0, 20).join("") || "herd";
 }
+
+/** What the rules are called beside the herd book, whose stem never begins like this. */
+export const RULES_FILE = "_rules.csv";
 
 export class Work extends Followed {
   private readonly engine = new Engine();
@@ -160,14 +166,14 @@ export class Work extends Followed {
 
   private async preparedOf(book: Book, choices: Choices, progress: (progress: Progress | null) => void): Promise<Found> {
     const name = stem(book.name);
-    const rules = choices.rules.length > 0 ? "rules.csv" : null;
+    const rules = choices.rules.length > 0 ? RULES_FILE : null;
     const put: Files = [[`${name}.csv`, book.bytes], ...(rules ? [[rules, rulesFile(choices)] as const] : [])];
     const command = [...prepareWords(`${name}.csv`, rules, choices), "--output=run", "--json=found.json"];
     const done = await this.engine.do({ clear: true, put, command, take: ["found.json", "run/"] }, progress);
     const json = done.files.find(([file]) => file === "found.json");
     if (!json) return { state: "refused", error: new Error(done.text || done.err.trim()) };
     const files: Files = done.files.filter(([file]) => file.startsWith("run/")).map(([file, bytes]) => [file.slice(4), bytes]);
-    return { state: "ready", data: read(new TextDecoder().decode(json[1])), files };
+    return { state: "ready", book, choices, data: read(new TextDecoder().decode(json[1])), files };
   }
 }
 

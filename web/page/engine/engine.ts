@@ -36,7 +36,9 @@ let program: Promise<WebAssembly.Module> | undefined;
 
 /** The compiled program of all workers. */
 function compiled(): Promise<WebAssembly.Module> {
-  return program ??= unpacked("program").then((bytes) => WebAssembly.compile(bytes));
+  program ??= unpacked("program").then((bytes) => WebAssembly.compile(bytes));
+  program.catch(() => (program = undefined));  // to be tried again
+  return program;
 }
 
 let source: string | undefined;
@@ -82,14 +84,14 @@ export class Engine {
   private starting: Promise<Worker> | undefined;
 
   private started(): Promise<Worker> {
-    return this.starting ??= compiled().then((module) => {
+    this.starting ??= compiled().then((module) => {
       const worker = madeWorker();
       worker.onmessage = ({ data }: MessageEvent<FromWorker>) => this.told(data);
       worker.onerror = ({ message }) => this.end(new Failed(/memory/i.test(message) ? "memory" : "defect", message));
       worker.postMessage({ start: module } satisfies ToWorker);
-      this.starting = undefined;
       return worker;
-    });
+    }).finally(() => (this.starting = undefined));
+    return this.starting;
   }
 
   private told(message: FromWorker): void {

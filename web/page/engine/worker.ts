@@ -30,14 +30,18 @@ let qob: Promise<Qob>;
 let now = 0;
 
 function started(module: WebAssembly.Module): Promise<Qob> {
-  return createQob({
-    sha256: () => sha256.create(),
-    onProgress: (progress) => self.postMessage({ id: now, progress }),
-    instantiateWasm: (imports, ready) => {
-      void WebAssembly.instantiate(module, imports).then(ready);
-      return {};
-    },
+  const made = new Promise<Qob>((resolve, reject) => {
+    createQob({
+      sha256: () => sha256.create(),
+      onProgress: (progress) => self.postMessage({ id: now, progress }),
+      instantiateWasm: (imports, ready) => {
+        WebAssembly.instantiate(module, imports).then(ready, reject);  // createQob would wait for ever
+        return {};
+      },
+    }).then(resolve, reject);
   });
+  made.catch(() => undefined);  // told by the first job
+  return made;
 }
 
 function wanted(qob: Qob, take: readonly string[]): string[] {

@@ -8,7 +8,7 @@ import type { Made } from "../../planned.js";
 import { workbook } from "../../spreadsheet/write.js";
 import { words } from "../../texts/words.js";
 import { PARAMETERS } from "../../tradeoff.js";
-import type { Work } from "../../work.js";
+import type { Ready } from "../../work.js";
 import { repeated } from "./repeat.js";
 import { reportPage } from "./report_page.js";
 import { sheets } from "./sheets.js";
@@ -19,7 +19,7 @@ const ZIP = "application/zip", XLSX = "application/vnd.openxmlformats-officedocu
 
 const button = (label: string, act: () => void) => h("button", { type: "button", class: "download", onclick: act }, label);
 
-export function saving(work: Work, name: string, made: Made): HTMLElement {
+export function saving(name: string, made: Made): HTMLElement {
   const { save: text, print } = words.plan;
   const list = made.tables.find(([file]) => file === MATINGS)![1];
   return h("div", { class: "tools screen", role: "group", "aria-label": text.title },
@@ -28,12 +28,12 @@ export function saving(work: Work, name: string, made: Made): HTMLElement {
     button(text.tables, () => save(`${name}_tables.zip`, ZIP, zipSync(Object.fromEntries(made.tables)))),
     button(text.workbook, () => save(`${name}_tables.xlsx`, XLSX, workbook(sheets(made.tables)))),
     button(text.report, async () => save(`${name}_report.html`, "text/html", await reportPage(made.json))),
-    elsewhere(work, name, [...made.inputs, [LIST, made.list]], PARAMETERS));
+    elsewhere(made.source, name, [...made.inputs, [LIST, made.list]], PARAMETERS));
 }
 
 /** A button that saves what makes a plan on a computer. */
-export function elsewhere(work: Work, name: string, files: Files, parameters: string): HTMLElement {
-  return button(words.plan.save.repeat, () => save(`${name}_repeat.zip`, ZIP, zipSync(repeated(work, name, files, parameters))));
+export function elsewhere(source: Ready, name: string, files: Files, parameters: string): HTMLElement {
+  return button(words.plan.save.repeat, () => save(`${name}_repeat.zip`, ZIP, zipSync(repeated(source, name, files, parameters))));
 }
 
 /** Prints the plan alone: its matings and the summary. */

@@ -14,7 +14,7 @@ import type { Work } from "../../work.js";
 import { shownReport } from "./report.js";
 import { elsewhere, saving } from "./saving.js";
 
-export function step(work: Work, { tradeoff, planned }: Planning): Step {
+export function step(_work: Work, { tradeoff, planned }: Planning): Step {
   const { plan: text } = words;
   const under = progress(() => (planned.stop(), make.focus()));
   const make = h("button", { type: "button", class: "main", onclick: () => can() && void planned.make(tradeoff.plan!) }, text.make);
@@ -31,7 +31,7 @@ export function step(work: Work, { tradeoff, planned }: Planning): Step {
     make.setAttribute("aria-disabled", String(!can()));  // it keeps the focus
     if (state !== last) showState((last = state));
     const needed = [state, tradeoff.state].some((each) => each.state === "failed" && each.error instanceof Failed);
-    if (needed !== instead.hasChildNodes()) fill(instead, needed && withoutPlan(work, tradeoff));
+    if (needed !== instead.hasChildNodes()) fill(instead, needed && withoutPlan(tradeoff));
   }
 
   function showState(state: State): void {
@@ -40,7 +40,7 @@ export function step(work: Work, { tradeoff, planned }: Planning): Step {
     told.textContent = state.state === "ready" ? text.ready : "";
     fault.hidden = state.state !== "failed";
     fault.textContent = state.state === "failed" ? said(state.error) : "";
-    if (state.state === "ready") fill(shown, saving(work, tradeoff.name, state.made), shownReport(state.made));
+    if (state.state === "ready") fill(shown, saving(tradeoff.name, state.made), shownReport(state.made));
     else if (state.state !== "working") fill(shown);
   }
   const unfollow = [tradeoff.follow(show), planned.follow(show)];
@@ -48,6 +48,6 @@ export function step(work: Work, { tradeoff, planned }: Planning): Step {
 }
 
 /** The way that is left where a browser has no room for the herd. */
-function withoutPlan(work: Work, { name, run }: Tradeoff): HTMLElement[] {
-  return [h("p", {}, words.plan.instead), elsewhere(work, name, run, `${name}.prm`)];
+function withoutPlan({ name, run, source }: Tradeoff): HTMLElement[] {
+  return [h("p", {}, words.plan.instead), elsewhere(source!, name, run, `${name}.prm`)];
 }
