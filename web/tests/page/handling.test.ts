@@ -1,7 +1,7 @@
 // What a user does beside going straight ahead, and what files may hold.
 
 import { expect, test } from "@playwright/test";
-import { strToU8, zipSync } from "fflate";
+import { strFromU8, strToU8, unzipSync, zipSync } from "fflate";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { workbook } from "../../page/spreadsheet/write.js";
@@ -45,12 +45,12 @@ test("what was chosen is undone, done again, saved and opened", async () => {
 
 test("a search ends at once when it is cancelled, and what was there stays", async () => {
   const user = await example();
-  await user.fill("Searches with different random numbers", "60");
+  await user.fill("Searches with different random numbers", "60");  // each takes half a second
   await user.press("Search thoroughly");
   await user.sees("#goal .searches", /\d %|begins/);
   await user.press("Cancel");
   await user.sees("#goal", /The searches have ended/);
-  expect(await user.read("#goal .searches")).toMatch(/stopped/);
+  expect(await user.read("#goal .searches")).not.toMatch(/done/);
   await user.press("Make the mating plan");
   await user.sees("#plan", /The plan is there/);
   await user.leaves();
@@ -67,6 +67,49 @@ test("searches compete with the plans that are there", async () => {
   await user.sees("#plan", /The plan is there/);
   const list = Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString();
   expect(list.trim().split("\n").length).toBe(1 + 64);
+  await user.leaves();
+});
+
+/** From here on the worker that carries out a command is told of it so much later. */
+const delays = (user: User, command: string, milliseconds: number) => user.evaluate(([command, milliseconds]: [string, number]) => {
+  const post = Worker.prototype.postMessage;
+  Worker.prototype.postMessage = function (this: Worker, message: { job?: { command?: string[] } }) {
+    if (message.job?.command?.[0] === command) setTimeout(() => post.call(this, message), milliseconds);
+    else post.call(this, message);
+  };
+}, [command, milliseconds]);
+
+test("a plan that was cancelled while it waited has no part in the next one", async () => {
+  const user = await example();
+  await user.fill("Searches with different random numbers", "1");
+  await user.press("Search thoroughly");
+  await user.sees("#goal", /The searches have ended/);
+  const listOf = async (plan: string) => {
+    await user.press(plan);
+    await user.press("Make the mating plan");
+    await user.sees("#plan", /The plan is there/);
+    return Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString();
+  };
+  const expected = await listOf("search 1");
+  await user.press("made at once");
+  await delays(user, "frontier-search", 1000);  // it comes back between the run of the next one and its report
+  await delays(user, "qob-report", 2500);
+  await user.press("Make the mating plan");
+  await user.press("Cancel");
+  expect(await listOf("search 1")).toBe(expected);
+  await user.leaves();
+});
+
+test("what repeats a plan is of the plan, also while the herd book is worked on again", async () => {
+  const user = await example();
+  await user.press("Make the mating plan");
+  await user.sees("#plan", /The plan is there/);
+  await delays(user, "qob-prepare", 5000);
+  await user.fill("Males > Matings each may have", "3");
+  const repeat = unzipSync((await user.saves("Repeat it on a computer")).bytes);
+  expect(strFromU8(repeat["README.txt"]!)).toMatch(/qob-prepare .*--males.?=.?matings=20/);
+  await user.settles();
+  await user.sees("#goal", PLANS);
   await user.leaves();
 });
 
