@@ -84,19 +84,23 @@ test("a plan that was cancelled while it waited has no part in the next one", as
   await user.fill("Searches with different random numbers", "1");
   await user.press("Search thoroughly");
   await user.sees("#goal", /The searches have ended/);
-  const listOf = async (plan: string) => {
-    await user.press(plan);
+  const made = async () => {
     await user.press("Make the mating plan");
     await user.sees("#plan", /The plan is there/);
     return Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString();
   };
-  const expected = await listOf("search 1");
-  await user.press("made at once");
-  await delays(user, "frontier-search", 1000);  // it comes back between the run of the next one and its report
-  await delays(user, "qob-report", 2500);
+  await user.press("search 1");
+  const expected = await made();
+  await user.choose("What is given", "effective size");
+  await user.fill("Its value", "150");
+  await user.press("Make this plan");
+  await user.sees("#goal", /Chosen: .*150/);
+  await delays(user, "frontier-search", 4000);  // it comes back between the run of the next one and its report
+  await delays(user, "qob-report", 6000);
   await user.press("Make the mating plan");
   await user.press("Cancel");
-  expect(await listOf("search 1")).toBe(expected);
+  await user.press("Undo");
+  expect(await made()).toBe(expected);
   await user.leaves();
 });
 
