@@ -87,6 +87,7 @@ export const en = {
       hinder: (findings: number) => `${counted(findings, "fault hinders", "faults hinder")} the next steps.`,
       mend: "What to do stands with each kind below.",
       mendOrAccept: "Mend your herd book and drop it again, or accept what the program makes of them: unfold each kind below.",
+      noValues: (n: number) => `The herd book itself can be used. ${counted(n, "candidate has", "candidates have")} no breeding value: say what is to be done about it.`, toValues: "Go to step 3",
       refused: "The herd book cannot be used as it is.",
     },
     counts: {
@@ -135,7 +136,7 @@ export const en = {
     sexNames: { 1: "Males", 2: "Females" },
     sexFields: {
       matings: { name: "Matings each may have", help: "At most. Empty: what a column of the herd book says." },
-      from: { name: "Youngest", help: "Age in years when the offspring are born." },
+      from: { name: "Youngest", help: (year: number | null) => `Age in years when the offspring are born${year === null ? "" : ` (${year})`}.` },
       to: { name: "Oldest", help: "Older ones are left out." },
     },
     anyMatings: "as recorded", anyAge: "any",
@@ -152,11 +153,14 @@ export const en = {
     },
     values: {
       title: "Breeding values",
-      missing: { name: "Breeding values", help: "Without breeding values the plan looks at relationship alone." },
+      missing: { name: "Where one is missing", help: "Without breeding values the plan looks at relationship alone." },
       options: { read: "every candidate must have one", mean: "missing ones get the mean of the others", none: "plan without them" },
+      without: (n: number) => `${counted(n, "candidate has", "candidates have")} no breeding value. Choose below: the mean of the others for them, or plan without breeding values; or accept in step 2 that they are no candidates; or narrow the conditions, so that they are none.`,
+      noColumn: "No column was taken for breeding values. Choose it in step 1, or choose below to plan without them.",
     },
     remain: "Who remains",
-    unsound: "The figures come when no fault hinders any more: see step 2.",
+    suggested: "How many matings each may have is the page's suggestion, as the herd book has no column for it: 20 for a male, 1 for a female. Change it as you need, and say the ages, so that no animals of long ago are planned.",
+    unsound: "The figures come when nothing hinders any more.", toFaults: "See step 2",
     sum: (males: number, females: number) => `${counted(males, "male", "males")} and ${counted(females, "female", "females")} may be mated.`,
     none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
     unsaid: "Say above how many matings a male and a female may have: the herd book has no column for it.",

@@ -1,9 +1,9 @@
 // Step 2: what is wrong or odd in the herd book, by kind, and what can be done about it.
 
-import { facts, fill, h } from "../../../shared/dom.js";
+import { facts, fill, h, link } from "../../../shared/dom.js";
 import { csv, download } from "../../../shared/download.js";
 import { count, percent } from "../../../shared/format.js";
-import type { Prepared } from "../../prepared.js";
+import { hindering, type Prepared } from "../../prepared.js";
 import type { Step } from "../../step.js";
 import { words } from "../../texts/words.js";
 import { stem, type Work } from "../../work.js";
@@ -55,12 +55,14 @@ function list({ title, help }: { title: string; help: string }) {
   };
 }
 
+const sum = (kinds: Prepared["kinds"]): number => kinds.reduce((total, { count }) => total + count, 0);
+
 function verdict(data: Prepared): HTMLElement {
   const { verdicts } = words.faults;
-  const sum = (of: (kind: Prepared["kinds"][number]) => boolean) => data.kinds.filter(of).reduce((total, kind) => total + kind.count, 0);
-  const hinder = sum(({ severity, accepted }) => severity === "fault" && !accepted);
-  const accepted = sum(({ severity, accepted }) => severity === "fault" && accepted);
-  const acceptable = data.kinds.some(({ severity, accepted, acceptable }) => severity === "fault" && !accepted && acceptable);
+  const kinds = hindering(data), hinder = sum(kinds);
+  const accepted = sum(data.kinds.filter(({ severity, accepted }) => severity === "fault" && accepted));
+  const acceptable = kinds.some(({ acceptable }) => acceptable);
+  if (kinds.length > 0 && kinds.every(({ kind }) => kind === "ebv")) return h("p", { class: "warning" }, verdicts.noValues(hinder), " ", link("candidates", verdicts.toValues));
   if (!data.sound) return h("p", { class: "warning serious" }, hinder > 0 ? verdicts.hinder(hinder) : verdicts.refused, hinder > 0 && ` ${acceptable ? verdicts.mendOrAccept : verdicts.mend}`);
   return h("p", { class: "warning good" }, verdicts.good(data.counts.animals), accepted > 0 && ` ${verdicts.accepted(accepted)}`);
 }
