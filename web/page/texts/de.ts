@@ -19,6 +19,7 @@ export const de: Texts = {
     cancelled: "Angehalten.",
     memory: "Das braucht mehr Speicher, als ein Browser gibt (4 GB). Auf einem Rechner mit mehr tut es die Kommandozeile: siehe Schritt 5.",
     defect: "Das Programm ist im Browser gescheitert; die Seite lebt weiter. Bitte sagen Sie uns, wie es dazu kam.",
+    undone: "Rückgängig gemacht", redone: "Wiederholt", saved: (file) => `Gespeichert als ${file}`,
     control: "Strg", work: "Ihre Arbeit", languages: { en: "English", de: "Deutsch" },
     before: "Was Sie sehen, ist noch von vorher.",
     again: "Noch einmal", dismiss: "Schließen", left: (seconds) => `noch ${seconds} s`,
@@ -38,6 +39,7 @@ export const de: Texts = {
     pasteExample: "Tier\tVater\tMutter\tGeschlecht\tGeburt", pasteRead: "Diese Tabelle lesen", pastedName: "eingefügte Tabelle",
     opening: "Liest die Datei",
     fromSheet: (name) => `Blatt „${name}“`, rows: (rows) => counted(rows, "Zeile", "Zeilen"),
+    read: (fields) => `Gelesen: ${fields}.`, faults: (n) => `${counted(n, "Fehler", "Fehler")}: siehe Schritt 2`,
     sheet: "Blatt", sheetHelp: "Die Arbeitsmappe hat mehrere; wählen Sie das mit den Tieren.",
     uncalculated: (count) => `${count} Zellen enthalten Formeln ohne ihre Werte und sind hier leer. Öffnen Sie die Mappe in Ihrer Tabellenkalkulation und speichern Sie sie dort noch einmal.`,
     unwelcome: {
@@ -143,7 +145,7 @@ export const de: Texts = {
   candidates: {
     title: "Kandidaten",
     intro: "Sagen Sie, welche Tiere Sie überhaupt anpaaren würden. Unter diesen wählt der Plan.",
-    sexNames: { 1: "Männlich", 2: "Weiblich" },
+    sexNames: { 1: "Männlich", 2: "Weiblich" }, one: { 1: "männlich", 2: "weiblich" },
     sexFields: {
       matings: { name: "Paarungen je Tier", help: "Höchstens. Leer: was eine Spalte des Herdbuchs sagt." },
       from: { name: "Jüngstes Alter", help: (year) => `In Jahren, wenn die Nachkommen geboren werden${year === null ? "" : ` (${year})`}.` },
@@ -186,7 +188,7 @@ export const de: Texts = {
     picture: {
       title: (sex) => `${sex}, nach Geburtsjahr`, description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
       born: "Geboren", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
-      fates: { candidate: "Kandidaten", age: "zu jung oder zu alt", pedigree: "Abstammung zu wenig bekannt", other: "nicht da, ohne Paarungen oder anderes" },
+      fates: { candidate: "Kandidaten", age: "zu jung oder zu alt", birth: "ohne Geburtsdatum, also ohne Alter", pedigree: "Abstammung zu wenig bekannt", other: "nicht da, ohne Paarungen oder anderes" },
       tip: (born, sex, fate, count) => `${sex} ${born}\n${count} ${fate}`,
     },
     all: {

@@ -15,6 +15,7 @@ export const en = {
     cancelled: "Stopped.",
     memory: "This needs more memory than a browser gives (4 GB). On a computer with more, the command line does it: see step 5.",
     defect: "The program has failed in the browser; the page goes on. Please tell us how it came about.",
+    undone: "Undone", redone: "Done again", saved: (file: string) => `Saved as ${file}`,
     control: "Ctrl", work: "Your work", languages: { en: "English", de: "Deutsch" },
     before: "What you see is still from before.",
     again: "Try again", dismiss: "Close", left: (seconds: number) => `${seconds} s left`,
@@ -34,6 +35,7 @@ export const en = {
     pasteExample: "Animal\tSire\tDam\tSex\tBorn", pasteRead: "Read this table", pastedName: "pasted table",
     opening: "Reading the file",
     fromSheet: (name: string) => `sheet “${name}”`, rows: (rows: number) => counted(rows, "row", "rows"),
+    read: (fields: string) => `Read: ${fields}.`, faults: (n: number) => `${counted(n, "fault", "faults")}: see step 2`,
     sheet: "Sheet", sheetHelp: "The workbook has several; choose the one with the animals.",
     uncalculated: (count: string) => `${count} cells hold formulas without their values and are empty here. Open the workbook in your spreadsheet program and save it there again.`,
     unwelcome: {
@@ -133,7 +135,7 @@ export const en = {
   candidates: {
     title: "Candidates",
     intro: "Say which animals you would mate at all. The plan chooses among these.",
-    sexNames: { 1: "Males", 2: "Females" },
+    sexNames: { 1: "Males", 2: "Females" }, one: { 1: "male", 2: "female" },
     sexFields: {
       matings: { name: "Matings each may have", help: "At most. Empty: what a column of the herd book says." },
       from: { name: "Youngest", help: (year: number | null) => `Age in years when the offspring are born${year === null ? "" : ` (${year})`}.` },
@@ -176,7 +178,7 @@ export const en = {
     picture: {
       title: (sex: string) => `${sex} by year of birth`, description: "Candidates at the bottom of each bar, above them those who are left out, by reason.",
       born: "Born", fate: "What became of them", animals: "Animals", unborn: "unknown",
-      fates: { candidate: "candidates", age: "too young or too old", pedigree: "too little known of the pedigree", other: "not alive, without matings, or else" },
+      fates: { candidate: "candidates", age: "too young or too old", birth: "no date of birth, so no age", pedigree: "too little known of the pedigree", other: "not alive, without matings, or else" },
       tip: (born: string, sex: string, fate: string, count: string) => `${sex} ${born}\n${count} ${fate}`,
     },
     all: {

@@ -9,6 +9,8 @@ import { words } from "../../texts/words.js";
 import { stem, type Work } from "../../work.js";
 import { kindView, type KindView } from "./kind.js";
 
+const FEW = 5;  // findings that hinder are unfolded by themselves
+
 export function step(work: Work): Step {
   const said = h("div", { role: "status" });
   const figures = h("div");
@@ -16,6 +18,7 @@ export function step(work: Work): Step {
   const views = new Map<string, KindView>();
   const saving = h("div", { class: "tools" }, download(words.faults.save, "findings.csv", "text/csv", () => findings(work)));
   let drawn: Prepared | null = null;
+  let few = new Set<string>();  // kinds that were unfolded
   function show(): void {
     const data = work.latest!;
     if (data === drawn) return;
@@ -23,9 +26,12 @@ export function step(work: Work): Step {
     fill(said, verdict(data));
     fill(figures, data.counts.animals > 0 && counts(data));
     for (const place of Object.values(lists)) place.clear();
+    const before = few, hinder = hindering(data);
+    few = new Set(sum(hinder) <= FEW ? hinder.map(({ kind }) => kind) : []);
     for (const kind of data.kinds) {
       const view = views.get(kind.kind) ?? kindView(work, kind.kind);
       views.set(kind.kind, view);
+      if (few.has(kind.kind) && !before.has(kind.kind)) view.element.open = true;
       view.show(kind, data);
       lists[kind.severity !== "fault" ? "told" : kind.accepted ? "accepted" : "hinder"].add(view.element);
     }
