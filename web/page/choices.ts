@@ -41,6 +41,9 @@ export const FIRST: Choices = {
   matings: null, rules: [], target: null, point: "", seeds: 4,
 };
 
+/** What is asked first where nobody, and no column of the herd book, says how often animals may be mated. */
+export const SUGGESTED: Pick<Choices, "males" | "females"> = { males: { ...ANY, matings: 20 }, females: { ...ANY, matings: 1 } };
+
 /** "matings=30 age=1-6" */
 function ruleOf({ matings, from, to }: Choices["males"]): string {
   const words = matings === null ? [] : [`matings=${matings}`];

@@ -18,21 +18,55 @@ const work = new Work();
 const planning = new Planning(work);
 let steps: Step[] = [];
 
+const TOLD = 5000;  // milliseconds for which it is said what a button did
+const notice = h("span", { role: "status", class: "notice" });
+let silence: ReturnType<typeof setTimeout> | undefined;
+
+function tell(text: string): void {
+  clearTimeout(silence);
+  fill(notice, text);
+  silence = setTimeout(() => fill(notice), TOLD);
+}
+
+function undo(): void {
+  if (work.canUndo) tell(words.frame.undone);
+  work.undo();
+}
+
+function redo(): void {
+  if (work.canRedo) tell(words.frame.redone);
+  work.redo();
+}
+
+function save(): void {
+  const file = saveWork(work);
+  if (file !== null) tell(words.frame.saved(file));
+}
+
 function header(): HTMLElement {
+  const { frame } = words;
+  const choice = h("select", { id: "language", "aria-label": frame.language, onchange: () => (speak(choice.value as Language), show(), document.getElementById("language")?.focus()) },
+    (Object.keys(LANGUAGES) as Language[]).map((name) => h("option", { value: name, selected: name === language, lang: name }, frame.languages[name])));
+  return h("header", { class: "top" }, h("h1", {}, frame.title), h("p", {}, frame.lead), choice);
+}
+
+/** What can be done with the whole work, always in view. */
+function toolbar(): HTMLElement {
   const { frame } = words;
   const button = (text: string, act: () => void, keys?: string) =>
     h("button", { type: "button", class: "plainbutton", onclick: act, "aria-keyshortcuts": keys, title: keys?.replace("Control", frame.control) }, text);
-  const undo = button(frame.undo, () => work.undo(), "Control+Z"), redo = button(frame.redo, () => work.redo(), "Control+Y");
-  const save = button(frame.save, () => saveWork(work));
-  const choice = h("select", { id: "language", "aria-label": frame.language, onchange: () => (speak(choice.value as Language), show(), document.getElementById("language")?.focus()) },
-    (Object.keys(LANGUAGES) as Language[]).map((name) => h("option", { value: name, selected: name === language, lang: name }, frame.languages[name])));
+  const back = button(frame.undo, undo, "Control+Z"), forth = button(frame.redo, redo, "Control+Y"), keep = button(frame.save, save);
   follow(() => {
-    able(undo, work.canUndo);
-    able(redo, work.canRedo);
-    able(save, work.book !== null);
+    able(back, work.canUndo);
+    able(forth, work.canRedo);
+    able(keep, work.book !== null);
   });
-  return h("header", { class: "top" }, h("h1", {}, frame.title), h("p", {}, frame.lead),
-    h("div", { class: "tools", role: "group", "aria-label": frame.work }, undo, redo, save, opening(), choice));
+  fill(notice);
+  const bar = h("section", { class: "toolbar", "aria-label": frame.work }, h("div", { class: "tools" }, back, forth, keep, opening()), notice);
+  const measure = new ResizeObserver(() => document.documentElement.style.setProperty("--bar", `${bar.offsetHeight}px`));
+  measure.observe(bar);
+  unfollow.push(() => measure.disconnect());
+  return bar;
 }
 
 /** A button that can do nothing now keeps the focus. */
@@ -84,7 +118,7 @@ function show(): void {
   follow(foot.show);
   const main = h("main", {}, steps.map((step, i) => section(step, i + 1)));
   follow(() => busy(main));
-  add(document.body, [header(), h("div", { class: "frame" }, contents(), main), foot.element]);
+  add(document.body, [header(), toolbar(), h("div", { class: "frame" }, contents(), main), foot.element]);
 }
 
 /** While the herd book is worked on, what is shown may be of the one before. */
@@ -101,7 +135,7 @@ function pressed(event: KeyboardEvent): void {
   const types = target instanceof HTMLTextAreaElement || (target instanceof HTMLInputElement && !/^(checkbox|radio|file|button|range)$/.test(target.type));
   if (types || altKey || !(ctrlKey || metaKey) || document.querySelector("dialog[open]")) return;
   const key = event.key.toLowerCase();
-  const act = key === "y" || (key === "z" && shiftKey) ? () => work.redo() : key === "z" ? () => work.undo() : null;
+  const act = key === "y" || (key === "z" && shiftKey) ? redo : key === "z" ? undo : null;
   if (!act) return;
   event.preventDefault();
   act();

@@ -22,6 +22,9 @@ export type Prepared = Read<typeof prepared>;
 export type Animal = Prepared["animals"][number];
 export type Finding = Prepared["findings"][number];
 
+/** The kinds of faults that keep the herd book from being used. */
+export const hindering = ({ kinds }: Prepared): Prepared["kinds"] => kinds.filter(({ severity, accepted }) => severity === "fault" && !accepted);
+
 const VERSION = 1;
 
 /** Reads it; throws Misshapen, OtherVersion or SyntaxError. */

@@ -15,12 +15,14 @@ const saved = object({
   choices: shape,
 });
 
-/** Hands the work to the browser as a file. */
-export function saveWork({ book, choices }: Work): void {
-  if (!book) return;
+/** Hands the work to the browser as a file; how it is called. */
+export function saveWork({ book, choices }: Work): string | null {
+  if (!book) return null;
   const { name, from = null } = book;
   const data = { format: FORMAT, version: VERSION, book: { name, from, ...textOf(book) }, choices };
-  save(stem(name) + ENDING, "application/json", JSON.stringify(data) + "\n");
+  const file = stem(name) + ENDING;
+  save(file, "application/json", JSON.stringify(data) + "\n");
+  return file;
 }
 
 /** What was saved; throws Misshapen, OtherVersion or SyntaxError. */

@@ -2,7 +2,7 @@
 // follows it.
 
 import { csv } from "../shared/download.js";
-import { decides, FIRST, prepareWords, type Choices } from "./choices.js";
+import { decides, FIRST, prepareWords, SUGGESTED, type Choices } from "./choices.js";
 import { Cancelled, Engine, type Progress } from "./engine/engine.js";
 import type { Files } from "./engine/protocol.js";
 import { Followed } from "./followers.js";
@@ -44,6 +44,7 @@ export class Work extends Followed {
   private past: Moment[] = [];
   private future: Moment[] = [];
   private runs = 0;
+  private fresh: Book | null = null;  // for which the page may suggest choices
   book: Book | null = null;
   choices: Choices = FIRST;
   found: Found = { state: "none" };
@@ -83,12 +84,13 @@ export class Work extends Followed {
     this.changed();
   }
 
-  /** Begins with a herd book; choices are those of a saved work, else none. */
-  begin(book: Book, choices: Choices = FIRST): void {
+  /** Begins with a herd book; choices are those of a saved work, else what the page suggests. */
+  begin(book: Book, choices?: Choices): void {
+    this.fresh = choices ? null : book;
     if (this.book) this.past.push(this.moment);
     this.future = [];
     this.unopened = null;
-    this.move({ book, choices });
+    this.move({ book, choices: choices ?? FIRST });
   }
 
   get canUndo(): boolean {
@@ -156,12 +158,23 @@ export class Work extends Followed {
     };
     show({ state: "working", progress: null });
     try {
-      show(await this.preparedOf(book, choices, (progress) => show({ state: "working", progress })));
+      const found = await this.preparedOf(book, choices, (progress) => show({ state: "working", progress }));
+      if (run === this.runs && this.suggests(found)) await this.prepare();
+      else show(found);
     } catch (error) {
       if (!(error instanceof Error)) throw error;
       show({ state: "refused", error });
       if (!(error instanceof Cancelled) && error.constructor === Error) throw error;
     }
+  }
+
+  /** Whether choices were added that a new herd book needs before anything can be planned. */
+  private suggests(found: Found): boolean {
+    if (found.state !== "ready" || found.data.counts.animals === 0 || this.fresh !== this.book) return false;
+    this.fresh = null;
+    if (!silent(this.choices, found.data)) return false;
+    this.choices = { ...this.choices, ...SUGGESTED };
+    return true;
   }
 
   private async preparedOf(book: Book, choices: Choices, progress: (progress: Progress | null) => void): Promise<Found> {
@@ -176,6 +189,10 @@ export class Work extends Followed {
     return { state: "ready", book, choices, data: read(new TextDecoder().decode(json[1])), files };
   }
 }
+
+/** Whether nothing tells how often an animal may be mated. */
+const silent = ({ males, females }: Choices, { columns }: Prepared): boolean =>
+  males.matings === null && females.matings === null && columns.every(({ field }) => field !== "matings");
 
 /** The rules as a file of qob-prepare has them. */
 export function rulesFile({ rules }: Choices): Uint8Array {

@@ -19,6 +19,7 @@ export const de: Texts = {
     cancelled: "Angehalten.",
     memory: "Das braucht mehr Speicher, als ein Browser gibt (4 GB). Auf einem Rechner mit mehr tut es die Kommandozeile: siehe Schritt 5.",
     defect: "Das Programm ist im Browser gescheitert; die Seite lebt weiter. Bitte sagen Sie uns, wie es dazu kam.",
+    undone: "Rückgängig gemacht", redone: "Wiederholt", saved: (file) => `Gespeichert als ${file}`,
     control: "Strg", work: "Ihre Arbeit", languages: { en: "English", de: "Deutsch" },
     before: "Was Sie sehen, ist noch von vorher.",
     again: "Noch einmal", dismiss: "Schließen", left: (seconds) => `noch ${seconds} s`,
@@ -38,6 +39,7 @@ export const de: Texts = {
     pasteExample: "Tier\tVater\tMutter\tGeschlecht\tGeburt", pasteRead: "Diese Tabelle lesen", pastedName: "eingefügte Tabelle",
     opening: "Liest die Datei",
     fromSheet: (name) => `Blatt „${name}“`, rows: (rows) => counted(rows, "Zeile", "Zeilen"),
+    read: (fields) => `Gelesen: ${fields}.`, faults: (n) => `${counted(n, "Fehler", "Fehler")}: siehe Schritt 2`,
     sheet: "Blatt", sheetHelp: "Die Arbeitsmappe hat mehrere; wählen Sie das mit den Tieren.",
     uncalculated: (count) => `${count} Zellen enthalten Formeln ohne ihre Werte und sind hier leer. Öffnen Sie die Mappe in Ihrer Tabellenkalkulation und speichern Sie sie dort noch einmal.`,
     unwelcome: {
@@ -91,6 +93,7 @@ export const de: Texts = {
       hinder: (findings) => `${counted(findings, "Fehler hindert", "Fehler hindern")} die nächsten Schritte.`,
       mend: "Was zu tun ist, steht unten bei jeder Art.",
       mendOrAccept: "Berichtigen Sie Ihr Herdbuch und legen Sie es wieder ab, oder nehmen Sie hin, was das Programm daraus macht: Öffnen Sie dazu unten jede Art.",
+      noValues: (n) => `Das Herdbuch selbst kann verwendet werden. ${counted(n, "Kandidat hat", "Kandidaten haben")} keinen Zuchtwert: Sagen Sie, was damit geschehen soll.`, toValues: "Zu Schritt 3",
       refused: "Das Herdbuch kann so nicht verwendet werden.",
     },
     counts: {
@@ -142,10 +145,10 @@ export const de: Texts = {
   candidates: {
     title: "Kandidaten",
     intro: "Sagen Sie, welche Tiere Sie überhaupt anpaaren würden. Unter diesen wählt der Plan.",
-    sexNames: { 1: "Männlich", 2: "Weiblich" },
+    sexNames: { 1: "Männlich", 2: "Weiblich" }, one: { 1: "männlich", 2: "weiblich" },
     sexFields: {
       matings: { name: "Paarungen je Tier", help: "Höchstens. Leer: was eine Spalte des Herdbuchs sagt." },
-      from: { name: "Jüngstes Alter", help: "In Jahren, wenn die Nachkommen geboren werden." },
+      from: { name: "Jüngstes Alter", help: (year) => `In Jahren, wenn die Nachkommen geboren werden${year === null ? "" : ` (${year})`}.` },
       to: { name: "Höchstes Alter", help: "Ältere werden weggelassen." },
     },
     anyMatings: "laut Buch", anyAge: "beliebig",
@@ -162,11 +165,14 @@ export const de: Texts = {
     },
     values: {
       title: "Zuchtwerte",
-      missing: { name: "Zuchtwerte", help: "Ohne Zuchtwerte achtet der Plan nur auf Verwandtschaft." },
+      missing: { name: "Wo einer fehlt", help: "Ohne Zuchtwerte achtet der Plan nur auf Verwandtschaft." },
       options: { read: "jeder Kandidat muss einen haben", mean: "fehlende erhalten das Mittel der anderen", none: "ohne sie planen" },
+      without: (n) => `${counted(n, "Kandidat hat", "Kandidaten haben")} keinen Zuchtwert. Wählen Sie unten: das Mittel der anderen für diese, oder ohne Zuchtwerte planen; oder nehmen Sie in Schritt 2 hin, dass sie keine Kandidaten sind; oder fassen Sie die Bedingungen enger, so dass sie keine sind.`,
+      noColumn: "Keine Spalte wurde für Zuchtwerte gehalten. Wählen Sie sie in Schritt 1, oder wählen Sie unten, ohne sie zu planen.",
     },
     remain: "Wer bleibt",
-    unsound: "Die Zahlen kommen, wenn kein Fehler mehr hindert: siehe Schritt 2.",
+    suggested: "Wie viele Paarungen ein Tier haben darf, ist ein Vorschlag der Seite, denn das Herdbuch hat keine Spalte dafür: 20 für ein männliches, 1 für ein weibliches. Ändern Sie es nach Bedarf, und sagen Sie das Alter, damit keine Tiere von einst eingeplant werden.",
+    unsound: "Die Zahlen kommen, wenn nichts mehr hindert.", toFaults: "Siehe Schritt 2",
     sum: (males, females) => `${counted(males, "männliches", "männliche")} und ${counted(females, "weibliches Tier", "weibliche Tiere")} kommen in Frage.`,
     none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
     unsaid: "Sagen Sie oben, wie viele Paarungen ein männliches und ein weibliches Tier haben darf: Das Herdbuch hat keine Spalte dafür.",
@@ -182,7 +188,7 @@ export const de: Texts = {
     picture: {
       title: (sex) => `${sex}, nach Geburtsjahr`, description: "Unten in jeder Säule die Kandidaten, darüber die weggelassenen nach Grund.",
       born: "Geboren", fate: "Was aus ihnen wurde", animals: "Tiere", unborn: "unbekannt",
-      fates: { candidate: "Kandidaten", age: "zu jung oder zu alt", pedigree: "Abstammung zu wenig bekannt", other: "nicht da, ohne Paarungen oder anderes" },
+      fates: { candidate: "Kandidaten", age: "zu jung oder zu alt", birth: "ohne Geburtsdatum, also ohne Alter", pedigree: "Abstammung zu wenig bekannt", other: "nicht da, ohne Paarungen oder anderes" },
       tip: (born, sex, fate, count) => `${sex} ${born}\n${count} ${fate}`,
     },
     all: {

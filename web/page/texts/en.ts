@@ -15,6 +15,7 @@ export const en = {
     cancelled: "Stopped.",
     memory: "This needs more memory than a browser gives (4 GB). On a computer with more, the command line does it: see step 5.",
     defect: "The program has failed in the browser; the page goes on. Please tell us how it came about.",
+    undone: "Undone", redone: "Done again", saved: (file: string) => `Saved as ${file}`,
     control: "Ctrl", work: "Your work", languages: { en: "English", de: "Deutsch" },
     before: "What you see is still from before.",
     again: "Try again", dismiss: "Close", left: (seconds: number) => `${seconds} s left`,
@@ -34,6 +35,7 @@ export const en = {
     pasteExample: "Animal\tSire\tDam\tSex\tBorn", pasteRead: "Read this table", pastedName: "pasted table",
     opening: "Reading the file",
     fromSheet: (name: string) => `sheet “${name}”`, rows: (rows: number) => counted(rows, "row", "rows"),
+    read: (fields: string) => `Read: ${fields}.`, faults: (n: number) => `${counted(n, "fault", "faults")}: see step 2`,
     sheet: "Sheet", sheetHelp: "The workbook has several; choose the one with the animals.",
     uncalculated: (count: string) => `${count} cells hold formulas without their values and are empty here. Open the workbook in your spreadsheet program and save it there again.`,
     unwelcome: {
@@ -87,6 +89,7 @@ export const en = {
       hinder: (findings: number) => `${counted(findings, "fault hinders", "faults hinder")} the next steps.`,
       mend: "What to do stands with each kind below.",
       mendOrAccept: "Mend your herd book and drop it again, or accept what the program makes of them: unfold each kind below.",
+      noValues: (n: number) => `The herd book itself can be used. ${counted(n, "candidate has", "candidates have")} no breeding value: say what is to be done about it.`, toValues: "Go to step 3",
       refused: "The herd book cannot be used as it is.",
     },
     counts: {
@@ -132,10 +135,10 @@ export const en = {
   candidates: {
     title: "Candidates",
     intro: "Say which animals you would mate at all. The plan chooses among these.",
-    sexNames: { 1: "Males", 2: "Females" },
+    sexNames: { 1: "Males", 2: "Females" }, one: { 1: "male", 2: "female" },
     sexFields: {
       matings: { name: "Matings each may have", help: "At most. Empty: what a column of the herd book says." },
-      from: { name: "Youngest", help: "Age in years when the offspring are born." },
+      from: { name: "Youngest", help: (year: number | null) => `Age in years when the offspring are born${year === null ? "" : ` (${year})`}.` },
       to: { name: "Oldest", help: "Older ones are left out." },
     },
     anyMatings: "as recorded", anyAge: "any",
@@ -152,11 +155,14 @@ export const en = {
     },
     values: {
       title: "Breeding values",
-      missing: { name: "Breeding values", help: "Without breeding values the plan looks at relationship alone." },
+      missing: { name: "Where one is missing", help: "Without breeding values the plan looks at relationship alone." },
       options: { read: "every candidate must have one", mean: "missing ones get the mean of the others", none: "plan without them" },
+      without: (n: number) => `${counted(n, "candidate has", "candidates have")} no breeding value. Choose below: the mean of the others for them, or plan without breeding values; or accept in step 2 that they are no candidates; or narrow the conditions, so that they are none.`,
+      noColumn: "No column was taken for breeding values. Choose it in step 1, or choose below to plan without them.",
     },
     remain: "Who remains",
-    unsound: "The figures come when no fault hinders any more: see step 2.",
+    suggested: "How many matings each may have is the page's suggestion, as the herd book has no column for it: 20 for a male, 1 for a female. Change it as you need, and say the ages, so that no animals of long ago are planned.",
+    unsound: "The figures come when nothing hinders any more.", toFaults: "See step 2",
     sum: (males: number, females: number) => `${counted(males, "male", "males")} and ${counted(females, "female", "females")} may be mated.`,
     none: "Of one sex nobody remains: nothing can be planned. Loosen a condition; the list of reasons tells which leaves out most.",
     unsaid: "Say above how many matings a male and a female may have: the herd book has no column for it.",
@@ -172,7 +178,7 @@ export const en = {
     picture: {
       title: (sex: string) => `${sex} by year of birth`, description: "Candidates at the bottom of each bar, above them those who are left out, by reason.",
       born: "Born", fate: "What became of them", animals: "Animals", unborn: "unknown",
-      fates: { candidate: "candidates", age: "too young or too old", pedigree: "too little known of the pedigree", other: "not alive, without matings, or else" },
+      fates: { candidate: "candidates", age: "too young or too old", birth: "no date of birth, so no age", pedigree: "too little known of the pedigree", other: "not alive, without matings, or else" },
       tip: (born: string, sex: string, fate: string, count: string) => `${sex} ${born}\n${count} ${fate}`,
     },
     all: {

@@ -27,6 +27,7 @@ test("what was chosen is undone, done again, saved and opened", async () => {
   expect(await user.holds("Männlich > Paarungen je Tier")).toBe("7");
   const saved = await user.saves("Arbeit speichern");
   expect(saved.name).toBe("hinterwald.qob.json");
+  await user.sees(".toolbar", /Gespeichert als hinterwald.qob.json/);
   await user.leaves();
 
   await withFolder(async (folder) => {
@@ -41,6 +42,24 @@ test("what was chosen is undone, done again, saved and opened", async () => {
     await next.sees("#candidates .facts", /1,743 matings/);
     await next.leaves();
   });
+});
+
+test("the page suggests matings where the herd book has none, and tells there what that brings about", async () => {
+  const user = await User.at();
+  await user.give("../examples/hinterwald/hinterwald.csv");
+  expect(await user.holds("Males > Matings each may have")).toBe("20");
+  expect(await user.holds("Females > Matings each may have")).toBe("1");
+  expect(await user.evaluate(() => document.querySelector("[aria-keyshortcuts='Control+Z']")!.getAttribute("aria-disabled"))).toBe("true");
+  for (const place of ["#faults", "#candidates"]) expect(await user.read(place)).toContain("584 candidates have no breeding value");
+  await user.choose("Where one is missing", "missing ones get the mean");
+  await user.sees("#faults", /All good/);
+  expect(await user.read("#candidates")).not.toContain("no breeding value.");
+  await user.press("Undo");
+  await user.sees(".toolbar", /Undone/);
+  await user.sees("#candidates", /584 candidates have no breeding value/);
+  await user.fill("Females > Matings each may have", "2");
+  expect(await user.read("#candidates")).not.toContain("suggestion");
+  await user.leaves();
 });
 
 test("a search ends at once when it is cancelled, and what was there stays", async () => {

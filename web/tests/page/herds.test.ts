@@ -16,7 +16,7 @@ async function way(user: User, book: string): Promise<void> {
     await user.fill(`${sex} > Youngest`, "1");
     await user.fill(`${sex} > Oldest`, "8");
   }
-  if (!/EBV|bv/.test(await user.read("#book table"))) await user.choose("Breeding values", "plan without them");
+  if (!/EBV|bv/.test(await user.read("#book table"))) await user.choose("Where one is missing", "plan without them");
   await user.acceptAll();
   await user.sees("#faults", /All good/);
   await user.fill("Matings to plan", "20");

@@ -92,7 +92,7 @@ test("a herd of 200,000 animals with 1,600 candidates", async () => {
     await user.press("All 200,000 animals");
     await user.sees("#candidates", /The first 20,000 of 200,000/);
     await user.fill("Search: All animals", "A199999");
-    await user.sees("#candidates details[open] .table tbody", /^A199999 Females 2019/);
+    await user.sees("#candidates details[open] .table tbody", /^A199999 female 2019/);
     watch.mark("an animal found");
     await user.fill("Matings to plan", "200");
     await user.sees("#goal", /Rate of inbreeding/);

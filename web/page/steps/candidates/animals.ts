@@ -31,10 +31,12 @@ export function animals(): { element: HTMLElement; show: (data: Prepared) => voi
   const title = h("summary"), place = h("div");
   const element = h("details", {}, title, place);
   let data: Prepared | null = null, drawn: Prepared | null = null;
+  const first = ({ animals }: Prepared) => [...animals.filter(({ matings }) => matings > 0), ...animals.filter(({ matings }) => !(matings > 0))];
   function draw(): void {
     if (!element.open || !data || data === drawn) return;
     const wanted = place.querySelector<HTMLInputElement>("input[type=search]")?.value ?? "";
-    fill(place, data.animals.length > MOST ? ofMany(data.animals) : tableOf(data.animals));
+    const rows = first(data);
+    fill(place, rows.length > MOST ? ofMany(rows) : tableOf(rows));
     drawn = data;
     const search = place.querySelector<HTMLInputElement>("input[type=search]");
     if (!search || wanted === "") return;
@@ -47,7 +49,7 @@ export function animals(): { element: HTMLElement; show: (data: Prepared) => voi
 
 function columns(rows: readonly Animal[]): Column<Animal>[] {
   const { columns: titles, notes } = words.candidates.all;
-  const { sexNames, why } = words.candidates;
+  const { one, why } = words.candidates;
   const number = (key: "age" | "completeness" | "ebv" | "matings", more: Partial<Column<Animal>> = {}): Column<Animal> => ({
     key, title: titles[key], note: (notes as Record<string, string>)[key], value: (row) => row[key], ...more,
   });
@@ -55,7 +57,7 @@ function columns(rows: readonly Animal[]): Column<Animal>[] {
   return [
     { key: "identifier", title: titles.identifier, value: ({ identifier }) => identifier },
     ...(named ? [{ key: "name", title: titles.name, value: ({ name }: Animal) => name }] : []),
-    { key: "sex", title: titles.sex, value: ({ sex }) => (sex === 1 || sex === 2 ? sexNames[sex] : NONE) },
+    { key: "sex", title: titles.sex, value: ({ sex }) => (sex === 1 || sex === 2 ? one[sex] : NONE) },
     { key: "birth", title: titles.birth, value: ({ birth }) => birth },
     number("age"), number("completeness", { percent: true, decimals: 0 }), number("ebv", { show: ({ ebv }) => (Number.isNaN(ebv) ? NONE : String(Number(ebv.toPrecision(6)))) }), number("matings"),
     { key: "reason", title: titles.reason, value: ({ matings, left_out }) => (matings > 0 ? why.candidate : reasonName(left_out)) },

@@ -1,30 +1,55 @@
 // What is asked of a candidate.
 
-import { h } from "../../../shared/dom.js";
-import type { Choices } from "../../choices.js";
+import { fill, h, link, type Child } from "../../../shared/dom.js";
+import { SUGGESTED, type Choices } from "../../choices.js";
 import { fields, number, select, tick, type Control, type Options } from "../../fields.js";
 import { words } from "../../texts/words.js";
+import { hindering } from "../../prepared.js";
 import type { Work } from "../../work.js";
 
 const OLDEST = 1000;
 
 export function conditions(work: Work): Control {
   const parts = [sex(work, "males"), sex(work, "females"), alive(work), known(work), values(work)];
-  const element = h("div", { class: "conditions" }, parts.map(({ element }) => element));
-  return { element, show: () => parts.forEach((part) => part.show()) };
+  const suggested = h("p", { class: "warning", hidden: true }, words.candidates.suggested);
+  const element = h("div", {}, suggested, h("div", { class: "conditions" }, parts.map(({ element }) => element)));
+  const show = () => {
+    suggested.hidden = !isSuggested(work);
+    for (const part of parts) part.show();
+  };
+  return { element, show };
+}
+
+/** Whether what is asked is still what the page has suggested. */
+function isSuggested({ choices: { males, females }, latest }: Work): boolean {
+  const recorded = latest?.columns.some(({ field }) => field === "matings");
+  return !recorded && JSON.stringify({ males, females }) === JSON.stringify(SUGGESTED);
 }
 
 /** How often an animal of a sex may be mated, and at what ages. */
 function sex(work: Work, which: "males" | "females"): Control {
   const { sexNames, sexFields, anyMatings, anyAge } = words.candidates;
   const now = () => work.choices[which];
-  const field = (key: "matings" | "from" | "to", any: string, range: () => readonly [number, number]) => number({
-    ...sexFields[key], any, range, read: () => now()[key], write: (value) => work.choose({ [which]: { ...now(), [key]: value } }),
+  const age = h("span");
+  const field = (key: "matings" | "from" | "to", help: Child, any: string, range: () => readonly [number, number]) => number({
+    name: sexFields[key].name, help, any, range, read: () => now()[key], write: (value) => work.choose({ [which]: { ...now(), [key]: value } }),
   });
-  return fields(sexNames[which === "males" ? 1 : 2], [
-    field("matings", anyMatings, () => [1, 1_000_000]),
-    field("from", anyAge, () => [0, now().to ?? OLDEST]), field("to", anyAge, () => [now().from ?? 0, OLDEST]),
+  const all = fields(sexNames[which === "males" ? 1 : 2], [
+    field("matings", sexFields.matings.help, anyMatings, () => [1, 1_000_000]),
+    field("from", age, anyAge, () => [0, now().to ?? OLDEST]), field("to", sexFields.to.help, anyAge, () => [now().from ?? 0, OLDEST]),
   ]);
+  const show = () => {
+    all.show();
+    const text = sexFields.from.help(yearOfOffspring(work));
+    if (age.textContent !== text) fill(age, text);
+  };
+  return { element: all.element, show };
+}
+
+/** The year after the last that is recorded, if the program counts in years. */
+function yearOfOffspring({ latest }: Work): number | null {
+  const last = latest?.step.name === "year" && /^years \d+ to (\d{4})\b/.exec(latest.step.text)?.[1];
+  return last ? Number(last) + 1 : null;
 }
 
 /** A column that tells who lives, and what it says of those. It is chosen when both are told. */
@@ -83,7 +108,24 @@ function known(work: Work): Control {
 
 function values(work: Work): Control {
   const { values } = words.candidates;
-  return fields(values.title, [select({
+  const told = h("div", { role: "status" });
+  const all = fields(values.title, [select({
     ...values.missing, options: () => Object.entries(values.options), read: () => work.choices.ebv, write: (now) => work.choose({ ebv: now as Choices["ebv"] }),
-  })]);
+  })], told);
+  let said = "";
+  const show = () => {
+    all.show();
+    const text = lacking(work);
+    if (text !== said) fill(told, (said = text) && h("p", { class: "warning serious" }, text, " ", link("faults", words.candidates.toFaults)));
+  };
+  return { element: all.element, show };
+}
+
+/** What hinders for want of breeding values, and what can be chosen; "" if nothing does. */
+function lacking({ choices, latest }: Work): string {
+  const { without, noColumn } = words.candidates.values;
+  const missing = latest ? hindering(latest).find(({ kind }) => kind === "ebv")?.count ?? 0 : 0;
+  if (missing > 0) return without(missing);
+  const none = latest !== null && !latest.sound && choices.ebv === "read" && latest.columns.every(({ field }) => field !== "ebv");
+  return none && latest.sexes.some(({ candidates }) => candidates > 0) ? noColumn : "";
 }

@@ -8,13 +8,14 @@ import { words } from "../../texts/words.js";
 const REASONS = ["castrated", "no_matings", "not_alive", "no_birth", "age", "unknown_parent", "incomplete", ""] as const;
 
 /** What becomes of an animal: a candidate, or why not. */
-export type Fate = "candidate" | "age" | "pedigree" | "other";
+export type Fate = "candidate" | "age" | "birth" | "pedigree" | "other";
 
-export const FATES: Record<Fate, string> = { candidate: COLOUR.green, age: COLOUR.blue, pedigree: COLOUR.orange, other: COLOUR.muted };
+export const FATES: Record<Fate, string> = { candidate: COLOUR.green, age: COLOUR.blue, birth: COLOUR.purple, pedigree: COLOUR.orange, other: COLOUR.muted };
 
 export function fateOf({ matings, left_out }: Animal): Fate {
   if (matings > 0) return "candidate";
-  if (left_out === "age" || left_out === "no_birth") return "age";
+  if (left_out === "age") return "age";
+  if (left_out === "no_birth") return "birth";
   return left_out === "unknown_parent" || left_out === "incomplete" ? "pedigree" : "other";
 }
 

@@ -1,9 +1,9 @@
 // Step 3: who may be mated, and who then remains.
 
-import { facts, fill, group, h } from "../../../shared/dom.js";
+import { facts, fill, group, h, link } from "../../../shared/dom.js";
 import { count, percent } from "../../../shared/format.js";
 import { plain } from "../../../shared/table.js";
-import type { Prepared } from "../../prepared.js";
+import { hindering, type Prepared } from "../../prepared.js";
 import type { Step } from "../../step.js";
 import { words } from "../../texts/words.js";
 import type { Work } from "../../work.js";
@@ -24,7 +24,7 @@ export function step(work: Work): Step {
     drawn = data;
     const any = data.animals.length > 0;
     fill(sum, any && words.candidates.sum(data.sexes[0]!.candidates, data.sexes[1]!.candidates));
-    fill(remain, any ? [lack(work, data), figures(data)] : h("p", { class: "warning" }, words.candidates.unsound));
+    fill(remain, any ? [lack(work, data), figures(data)] : hindered(data));
     fill(pictures, any && picture(data));
     for (const list of [left, all]) {
       list.element.hidden = !any;
@@ -33,6 +33,13 @@ export function step(work: Work): Step {
   }
   const body = h("div", {}, h("p", {}, words.candidates.intro), asked.element, group(words.candidates.remain, sum, remain, left.element, pictures, all.element));
   return { id: "candidates", title: words.candidates.title, body, ready: () => (work.latest?.counts.animals ?? 0) > 0, show };
+}
+
+/** What has to be mended before the figures come. */
+function hindered(data: Prepared): HTMLElement {
+  const { unsound, toFaults } = words.candidates;
+  const kinds = hindering(data).map(({ count: n, title }) => h("li", {}, `${count(n)} `, title));
+  return h("div", { class: "warning" }, h("p", {}, unsound, " ", link("faults", toFaults)), kinds.length > 0 && h("ul", {}, kinds));
 }
 
 /** Why nothing can be planned; at first nobody has said how many matings anyone may have. */

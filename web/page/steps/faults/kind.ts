@@ -9,7 +9,7 @@ import type { Work } from "../../work.js";
 
 type Kind = Prepared["kinds"][number];
 
-export interface KindView { element: HTMLElement; show: (kind: Kind, data: Prepared) => void }
+export interface KindView { element: HTMLDetailsElement; show: (kind: Kind, data: Prepared) => void }
 
 /** It unfolds; its table is made when it is wanted, and stays as long as the findings are the same. */
 export function kindView(work: Work, name: string): KindView {
@@ -63,6 +63,9 @@ const KEYS = ["row", "column", "value", "text", "done"] as const;
 const alike = (a: readonly Finding[], b: readonly Finding[]): boolean =>
   a.length === b.length && a.every((each, i) => KEYS.every((key) => each[key] === b[i]![key]));
 
+/** What the command line offers; here it is chosen in step 3. */
+const OPTIONS = / : expected .*--.*$/;
+
 function findings(rows: readonly Finding[], name: string): HTMLElement {
   const { columns, caption } = words.faults.table;
   const text = (key: "column" | "value" | "text" | "done", wrap = false): Column<Finding> => ({ key, title: columns[key], value: (row) => row[key], wrap });
@@ -70,6 +73,6 @@ function findings(rows: readonly Finding[], name: string): HTMLElement {
   return table<Finding>([
     { key: "row", title: columns.row, value: ({ row }) => row || NaN, show: ({ row }) => (row > 0 ? String(row) : NONE) },
     ...(filled("column") ? [text("column")] : []), ...(filled("value") ? [text("value", true)] : []),
-    text("text", true), ...(filled("done") ? [text("done", true)] : []),
+    { ...text("text", true), show: ({ text }) => (name === "ebv" ? text.replace(OPTIONS, "") : text) }, ...(filled("done") ? [text("done", true)] : []),
   ], rows, { caption: caption(name), file: `${name}.csv` });
 }

@@ -1,13 +1,15 @@
 // Step 2: what is wrong or odd in the herd book, by kind, and what can be done about it.
 
-import { facts, fill, h } from "../../../shared/dom.js";
+import { facts, fill, h, link } from "../../../shared/dom.js";
 import { csv, download } from "../../../shared/download.js";
 import { count, percent } from "../../../shared/format.js";
-import type { Prepared } from "../../prepared.js";
+import { hindering, type Prepared } from "../../prepared.js";
 import type { Step } from "../../step.js";
 import { words } from "../../texts/words.js";
 import { stem, type Work } from "../../work.js";
 import { kindView, type KindView } from "./kind.js";
+
+const FEW = 5;  // findings that hinder are unfolded by themselves
 
 export function step(work: Work): Step {
   const said = h("div", { role: "status" });
@@ -16,6 +18,7 @@ export function step(work: Work): Step {
   const views = new Map<string, KindView>();
   const saving = h("div", { class: "tools" }, download(words.faults.save, "findings.csv", "text/csv", () => findings(work)));
   let drawn: Prepared | null = null;
+  let few = new Set<string>();  // kinds that were unfolded
   function show(): void {
     const data = work.latest!;
     if (data === drawn) return;
@@ -23,9 +26,12 @@ export function step(work: Work): Step {
     fill(said, verdict(data));
     fill(figures, data.counts.animals > 0 && counts(data));
     for (const place of Object.values(lists)) place.clear();
+    const before = few, hinder = hindering(data);
+    few = new Set(sum(hinder) <= FEW ? hinder.map(({ kind }) => kind) : []);
     for (const kind of data.kinds) {
       const view = views.get(kind.kind) ?? kindView(work, kind.kind);
       views.set(kind.kind, view);
+      if (few.has(kind.kind) && !before.has(kind.kind)) view.element.open = true;
       view.show(kind, data);
       lists[kind.severity !== "fault" ? "told" : kind.accepted ? "accepted" : "hinder"].add(view.element);
     }
@@ -55,12 +61,14 @@ function list({ title, help }: { title: string; help: string }) {
   };
 }
 
+const sum = (kinds: Prepared["kinds"]): number => kinds.reduce((total, { count }) => total + count, 0);
+
 function verdict(data: Prepared): HTMLElement {
   const { verdicts } = words.faults;
-  const sum = (of: (kind: Prepared["kinds"][number]) => boolean) => data.kinds.filter(of).reduce((total, kind) => total + kind.count, 0);
-  const hinder = sum(({ severity, accepted }) => severity === "fault" && !accepted);
-  const accepted = sum(({ severity, accepted }) => severity === "fault" && accepted);
-  const acceptable = data.kinds.some(({ severity, accepted, acceptable }) => severity === "fault" && !accepted && acceptable);
+  const kinds = hindering(data), hinder = sum(kinds);
+  const accepted = sum(data.kinds.filter(({ severity, accepted }) => severity === "fault" && accepted));
+  const acceptable = kinds.some(({ acceptable }) => acceptable);
+  if (kinds.length > 0 && kinds.every(({ kind }) => kind === "ebv")) return h("p", { class: "warning" }, verdicts.noValues(hinder), " ", link("candidates", verdicts.toValues));
   if (!data.sound) return h("p", { class: "warning serious" }, hinder > 0 ? verdicts.hinder(hinder) : verdicts.refused, hinder > 0 && ` ${acceptable ? verdicts.mendOrAccept : verdicts.mend}`);
   return h("p", { class: "warning good" }, verdicts.good(data.counts.animals), accepted > 0 && ` ${verdicts.accepted(accepted)}`);
 }
