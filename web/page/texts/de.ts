@@ -233,6 +233,8 @@ export const de: Texts = {
       planning: "Macht Pläne",
       ready: (n: number) => `${n} Pläne stehen zur Wahl.`,
       none: "Wartet auf ein Herdbuch ohne Fehler.",
+      unsaid: "Wartet auf Schritt 3: sagen Sie, wie viele Paarungen ein männliches und ein weibliches Tier haben darf.",
+      nobody: "Wartet auf Schritt 3: von einem Geschlecht darf niemand gepaart werden. Lockern Sie dort eine Bedingung.",
     },
     picture: {
       title: "Zuchtwert und Inzucht",
@@ -242,7 +244,7 @@ export const de: Texts = {
     },
     say: {
       asked: {
-        own: "Vorschlag", weight: (weight: number) => `Gewicht ${short(weight)}`, constraint: (rate: number) => `höchstens ${short(100 * rate)}\u00a0% je Generation`, merit: "höchster Zuchtwert",
+        own: "die übliche Abwägung", weight: (weight: number) => `Gewicht ${short(weight)}`, constraint: (rate: number) => `höchstens ${short(100 * rate)}\u00a0% je Generation`, merit: "höchster Zuchtwert",
         target: {
           rate: (rate: number) => `Ziel ${short(100 * rate)}\u00a0% je Generation`, ne: (size: number) => `Ziel effektive Größe ${short(size)}`, degrees: (angle: number) => `Ziel ${short(angle)}°`,
         },
@@ -275,7 +277,7 @@ export const de: Texts = {
       },
     },
     meaning: {
-      chosen: "Gewählt:",
+      chosen: "Gewählt:", suggested: "Vorgeschlagen:",
       rate: "Inzuchtrate", rises: (rate: number) => `${rate <= 0.01 ? "je Generation; geraten wird zu höchstens 1 %" : "je Generation; mehr als das 1 %, zu dem geraten wird"}`, falls: "die Verwandtschaft sinkt: es kommt keine Inzucht hinzu",
       size: "Effektive Größe", sizeNote: "Tiere einer idealen Herde, in der die Inzucht ebenso schnell steigt; geraten wird zu 50 oder mehr (FAO 1998)",
       merit: "Mittlerer Zuchtwert der Eltern", above: (sd: number) => `${sd.toFixed(2)} Standardabweichungen über dem gleichmäßigen Einsatz aller Kandidaten`,
@@ -283,6 +285,7 @@ export const de: Texts = {
       inbreeding: "Inzucht der Nachkommen", inbreedingNote: "im Mittel, so wie sie gepaart werden",
       share: "Anteil am Bestmöglichen", shareNote: "dessen, was irgendein Plan hier erreichen könnte, abgerundet",
       breaks: (rate: number) => `Kein Plan hält ein, was verlangt war: dieser kommt am nächsten, mit ${(100 * rate).toFixed(2)} % je Generation.`,
+      unreachable: (size: number, rate: number) => `Eine effektive Größe von ${size} ist mit diesen Kandidaten nicht zu erreichen: dieser Plan kommt am nächsten, mit ${(100 * rate).toFixed(2)} % je Generation.`,
     },
     along: {
       label: "Entlang der Linie", merit: "höchster Zuchtwert", relationship: "geringste Verwandtschaft",

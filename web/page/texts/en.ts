@@ -223,6 +223,8 @@ export const en = {
       planning: "Makes plans",
       ready: (n: number) => `${n} plans are there to choose from.`,
       none: "Waits for a herd book without faults.",
+      unsaid: "Waits for step 3: say how many matings a male and a female may have.",
+      nobody: "Waits for step 3: of one sex nobody may be mated. Loosen a condition there.",
     },
     picture: {
       title: "Merit against inbreeding",
@@ -232,13 +234,13 @@ export const en = {
     },
     /** What the picture itself says. */
     say: {
-      asked: { ...frontier.asked, own: "suggestion" },
+      asked: { ...frontier.asked, own: "the usual balance" },
       how: { greedy: "made at once", exchanges: "made at once, with exchanges", search: "by a full search" },
       parents: frontier.parents, told: frontier.told,
       picture: { ...frontier.picture, key: { ...frontier.picture.key, line: "best possible", marked: "suggested, or what you asked for", chosen: "chosen" } },
     },
     meaning: {
-      chosen: "Chosen:",
+      chosen: "Chosen:", suggested: "Suggested:",
       rate: "Rate of inbreeding", rises: (rate: number) => `${rate <= 0.01 ? "a generation; at most 1 % is advised" : "a generation; more than the 1 % that is advised"}`, falls: "relationship falls: no inbreeding is added",
       size: "Effective size", sizeNote: "animals of an ideal herd in which inbreeding rises as fast; 50 or more are advised (FAO 1998)",
       merit: "Mean merit of the parents", above: (sd: number) => `${sd.toFixed(2)} standard deviations above using all candidates alike`,
@@ -246,6 +248,7 @@ export const en = {
       inbreeding: "Inbreeding of the offspring", inbreedingNote: "on average, as they are paired",
       share: "Share of the best possible", shareNote: "of what any plan could reach here, rounded down",
       breaks: (rate: number) => `No plan keeps what was asked for: this one comes nearest, with ${(100 * rate).toFixed(2)} % a generation.`,
+      unreachable: (size: number, rate: number) => `An effective size of ${size} cannot be reached with these candidates: this plan comes nearest, with ${(100 * rate).toFixed(2)} % a generation.`,
     },
     along: {
       label: "Along the line", merit: "most merit", relationship: "least relationship",
