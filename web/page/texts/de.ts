@@ -193,8 +193,8 @@ export const de: Texts = {
   },
   goal: {
     title: "Ziel",
-    what: "Was heißt das?",
     resume: "Weiter",
+    more: "Mehr",
     matings: {
       title: "Wie viele Paarungen",
       label: "Zu planende Paarungen",
@@ -203,8 +203,8 @@ export const de: Texts = {
     },
     rules: {
       title: "Eigene Regeln",
-      lead: "Was schon entschieden ist und was nicht sein darf. Tiere heißen nach ihrer Kennung; auch ein Name gilt, wenn nur ein Tier so heißt. Alle Regeln gelten für alle Paarungen.",
-      kind: "Eine neue Regel:", add: "Hinzufügen", remove: "Entfernen", all: "alle", open: "Unvollständig: sie zählt noch nicht.",
+      lead: "Was schon entschieden ist und was nicht sein darf. Tiere heißen nach ihrer Kennung; auch ihr Ende oder ein Name gilt, wenn nur ein Tier so heißt. Alle Regeln gelten für alle Paarungen.",
+      kind: "Eine neue Regel:", add: "Hinzufügen", remove: "Entfernen", all: "alle", open: "Unvollständig: sie zählt noch nicht.", nobody: "kein Tier dieses Herdbuchs",
       kinds: {
         fix: "beschlossene Paarungen", forbid: "zwei Tiere nie", min: "mindestens so viele Paarungen", max: "höchstens so viele Paarungen", group: "ein Tier gehört zu einer Gruppe",
         "forbid-groups": "keine Paarungen zwischen Gruppen", "max-pair": "meiste Paarungen eines Paares", "max-per-group": "meiste Paarungen eines Vaters in einer Gruppe", "max-f": "größte Inzucht der Nachkommen",
@@ -293,7 +293,8 @@ export const de: Texts = {
     },
     target: {
       title: "Oder sagen Sie, was Sie wollen",
-      kind: "Was gegeben ist", value: "Sein Wert", take: "Diesen Plan machen",
+      kind: "Was gegeben ist", value: "Sein Wert", take: "Diesen Punkt zeigen",
+      coming: "Dieser Punkt wird gerade gemacht.", there: "Er ist da und oben gewählt.",
       kinds: { weight: "Gewicht der Verwandtschaft", rate: "Inzuchtrate, %", ne: "effektive Größe", degrees: "Winkel entlang der Linie, °" },
       help: {
         weight: "Wie viel die Verwandtschaft gegen den Zuchtwert zählt: 0 ist der Zuchtwert allein, 20 ist üblich.",
@@ -316,13 +317,14 @@ export const de: Texts = {
   },
   plan: {
     title: "Plan",
-    none: "Wählen Sie erst einen Punkt in Schritt 4.",
+    none: "Wählen Sie erst einen Plan in Schritt 4.",
+    awaited: "Was Sie in Schritt 4 verlangt haben, wird gerade noch gemacht.",
     of: (name: string) => `In Schritt 4 gewählt: ${name}.`,
     other: (made: string, chosen: string) => `Unten steht der Plan für: ${made}. In Schritt 4 ist jetzt gewählt: ${chosen}.`,
     make: "Paarungsplan machen",
     planning: "Plant die Paarungen", reporting: "Schreibt den Bericht", ready: "Der Plan ist da.",
     instead: "Auf einem Rechner mit mehr Speicher macht die Kommandozeile den Plan. Diese Datei enthält alles, was sie braucht, und eine README mit den Befehlen.",
-    paper: (herd: string, plan: string) => `Paarungsplan für ${herd}: ${plan}`,
+    paper: (herd: string, plan: string, day: string) => `Paarungsplan für ${herd}, ${day}: ${plan}`,
     english: "Der Bericht ist auf Englisch.",
     print: "Paarungsliste drucken",
     save: {

@@ -183,8 +183,8 @@ export const en = {
   },
   goal: {
     title: "Goal",
-    what: "What does this mean?",
     resume: "Go on",
+    more: "More",
     matings: {
       title: "How many matings",
       label: "Matings to plan",
@@ -193,8 +193,8 @@ export const en = {
     },
     rules: {
       title: "Your own rules",
-      lead: "What is decided already, and what must not be. Animals are named by their identifier; a name is taken, too, where it is one animal's alone. All rules hold for all matings.",
-      kind: "A new rule:", add: "Add", remove: "Remove", all: "all", open: "Not complete: it does not count yet.",
+      lead: "What is decided already, and what must not be. Animals are named by their identifier; its ending or a name is taken, too, where it is one animal's alone. All rules hold for all matings.",
+      kind: "A new rule:", add: "Add", remove: "Remove", all: "all", open: "Not complete: it does not count yet.", nobody: "no animal of this herd book",
       kinds: {
         fix: "matings that are decided", forbid: "two animals never", min: "at least so many matings", max: "at most so many matings", group: "an animal belongs to a group",
         "forbid-groups": "no matings between groups", "max-pair": "most matings of any pair", "max-per-group": "most matings of a sire in a group", "max-f": "largest inbreeding of offspring",
@@ -256,7 +256,8 @@ export const en = {
     },
     target: {
       title: "Or say what you want",
-      kind: "What is given", value: "Its value", take: "Make this plan",
+      kind: "What is given", value: "Its value", take: "Show this point",
+      coming: "This point is being made.", there: "It is there, and chosen above.",
       kinds: { weight: "weight of relationship", rate: "rate of inbreeding, %", ne: "effective size", degrees: "angle along the line, °" },
       help: {
         weight: "How much relationship counts against merit: 0 is merit alone, 20 is a common choice.",
@@ -279,13 +280,14 @@ export const en = {
   },
   plan: {
     title: "Plan",
-    none: "Choose a point of the trade-off first.",
+    none: "Choose a plan in step 4 first.",
+    awaited: "What you asked for in step 4 is still being made.",
     of: (name: string) => `Chosen in step 4: ${name}.`,
     other: (made: string, chosen: string) => `Below is the plan of: ${made}. Chosen in step 4 is now: ${chosen}.`,
     make: "Make the mating plan",
     planning: "Plans the matings", reporting: "Writes the report", ready: "The plan is there.",
     instead: "On a computer with more memory the command line makes the plan. This file holds all that it needs, and a README with the commands.",
-    paper: (herd: string, plan: string) => `Mating plan of ${herd}: ${plan}`,
+    paper: (herd: string, plan: string, day: string) => `Mating plan of ${herd}, ${day}: ${plan}`,
     english: "The report is in English.",
     print: "Print mating list",
     save: {

@@ -45,6 +45,7 @@ test("what was chosen is undone, done again, saved and opened", async () => {
 
 test("a search ends at once when it is cancelled, and what was there stays", async () => {
   const user = await example();
+  await user.unfolds("#goal");
   await user.fill("Searches with different random numbers", "60");
   await user.press("Search thoroughly");
   await user.sees("#goal .searches", /\d %|begins/);
@@ -58,6 +59,7 @@ test("a search ends at once when it is cancelled, and what was there stays", asy
 
 test("searches compete with the plans that are there", async () => {
   const user = await example();
+  await user.unfolds("#goal");
   await user.fill("Searches with different random numbers", "2");
   await user.press("Search thoroughly");
   await user.sees("#goal", /The searches have ended/);
