@@ -324,7 +324,7 @@ export const de: Texts = {
     make: "Paarungsplan machen",
     planning: "Plant die Paarungen", reporting: "Schreibt den Bericht", ready: "Der Plan ist da.",
     instead: "Auf einem Rechner mit mehr Speicher macht die Kommandozeile den Plan. Diese Datei enthält alles, was sie braucht, und eine README mit den Befehlen.",
-    paper: (herd: string, plan: string, day: string) => `Paarungsplan für ${herd}, ${day}: ${plan}`,
+    paper: (herd: string, plan: string, day: Date) => `Paarungsplan für ${herd}, ${day.toLocaleDateString("de-DE", { dateStyle: "long" })}: ${plan}`,
     english: "Der Bericht ist auf Englisch.",
     print: "Paarungsliste drucken",
     save: {

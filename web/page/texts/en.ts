@@ -287,7 +287,7 @@ export const en = {
     make: "Make the mating plan",
     planning: "Plans the matings", reporting: "Writes the report", ready: "The plan is there.",
     instead: "On a computer with more memory the command line makes the plan. This file holds all that it needs, and a README with the commands.",
-    paper: (herd: string, plan: string, day: string) => `Mating plan of ${herd}, ${day}: ${plan}`,
+    paper: (herd: string, plan: string, day: Date) => `Mating plan of ${herd}, ${day.toLocaleDateString("en-GB", { dateStyle: "long" })}: ${plan}`,
     english: "The report is in English.",
     print: "Print mating list",
     save: {
