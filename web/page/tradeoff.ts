@@ -17,6 +17,8 @@ export const PARAMETERS = "qob.prm";
 export const RESULTS = ["QOB_qob.log", "QOB_qob_MatingList.txt"] as const;
 
 const ROUNDS = [3, 5, 9, 17];  // points; each round has those of the one before
+/** What is suggested: the least that is advised to keep a herd going. */
+export const ADVISED: Target = { kind: "ne", value: 50 };
 const PAUSE = 300;             // milliseconds until it begins: choices often change one after the other
 
 export type State =
@@ -42,6 +44,8 @@ export class Tradeoff extends Followed {
   private rounds: number[] = [];
   private left = 0;
   private aimed = "";
+  /** The suggestion can be had of the program. */
+  private advising = false;
   /** Parameter files of searches, by folder. */
   private readonly parameters = new Map<string, Uint8Array>();
   state: State = { state: "none" };
@@ -76,17 +80,38 @@ export class Tradeoff extends Followed {
     return book !== null && (book === this.book || (latest !== null && choices.rules.length > 0));
   }
 
+  /** Whether the herd book is good, but nobody of a sex may be mated. */
+  get nobody(): boolean {
+    const { found } = this.work;
+    return found.state === "ready" && found.data.sound && (found.data.planned_matings < 1 || found.data.sexes.some(({ candidates }) => candidates < 1));
+  }
+
   /** Whether what is shown is of files that are made anew now. */
   get stale(): boolean {
     const { found } = this.work;
     return found.state !== "ready" || found.files !== this.files;
   }
 
-  /** The plan of the chosen point, else of the target, else of the herd's own goal. */
+  /** The plan of the chosen point, else of the target, else the suggestion. */
   get plan(): Plan | undefined {
     const { point } = this.work.choices, plans = this.frontier?.plans ?? [];
     const called = (folder: string) => plans.find((plan) => plan.folder === folder);
-    return called(point) ?? called(bare(point)) ?? this.aim ?? plans.find(({ own }) => own);
+    return called(point) ?? called(bare(point)) ?? this.aim ?? this.suggested;
+  }
+
+  /** The plan of the advised effective size, or of the herd's own goal where that has as much merit and keeps
+   * to the advice, too. While the former is to come there is none, so that nobody takes another one. */
+  get suggested(): Plan | undefined {
+    const plans = this.frontier?.plans ?? [];
+    const own = plans.find(({ own }) => own), advised = plans.find(meets(ADVISED));
+    if (!advised) return this.going && this.advising ? undefined : own;
+    return own && own.rate <= 0.5 / ADVISED.value && own.scaled_merit >= advised.scaled_merit ? own : advised;
+  }
+
+  /** Whether a point was asked for that is not there yet. */
+  get awaited(): boolean {
+    const { target, point } = this.work.choices;
+    return this.begun && target !== null && point === "" && !this.aim && this.refused === null;
   }
 
   /** The plan that was made for the target. */
@@ -101,11 +126,18 @@ export class Tradeoff extends Followed {
   }
 
   private look(): void {
-    const { found, choices } = this.work;
-    if (found.state === "ready" && found.data.sound && found.files !== this.files) this.begin(found);
+    const { found, book, choices } = this.work;
+    if (this.nobody) this.await(book!);
+    else if (found.state === "ready" && found.data.sound && found.files !== this.files) this.begin(found);
     else if (found.state === "none" || found.state === "refused" || (found.state === "ready" && !found.data.sound)) this.forget();
     else if (this.begun && JSON.stringify(choices.target) !== this.aimed) this.resume();
     this.changed();
+  }
+
+  /** Waits for somebody to be mated. */
+  private await(book: Book): void {
+    if (this.files) this.forget();
+    this.book = book;
   }
 
   private begin(found: Ready): void {
@@ -171,6 +203,7 @@ export class Tradeoff extends Followed {
       this.begun = true;
       const target = targetOf(this.work.choices.point);
       if (target) await this.add("--points=0", optionOf(target));
+      this.advising = (await this.asked(ADVISED)) === null;
       await this.go();
     });
   }
@@ -215,11 +248,17 @@ export class Tradeoff extends Followed {
   private async take(target: Target | null): Promise<void> {
     [this.aimed, this.refused] = [JSON.stringify(target), null];
     if (!target || this.aim) return;
+    this.refused = await this.asked(target);
+  }
+
+  /** Asks for a target; what the program says if that cannot be had. */
+  private async asked(target: Target): Promise<string | null> {
     try {
       await this.add("--points=0", optionOf(target));
+      return null;
     } catch (error) {
       if (!(error instanceof Refused)) throw error;
-      this.refused = error.message.replace(/^--[a-z-]+: /, "").split("\n")[0]!;
+      return error.message.replace(/^--[a-z-]+: /, "").split("\n")[0]!;
     }
   }
 

@@ -12,7 +12,7 @@ export function section(result: Result): HTMLElement {
   if (!plan) return part("matings", words.TITLE);
   const fixed = decided(plan).size;
   return part("matings", words.TITLE,
-    h("p", {}, words.lead(plan.pairing, plan.rules !== null), " ", fixed > 0 && `${words.decided(fixed)} `, words.HOW),
+    h("p", {}, words.lead(plan.pairing, plan.rules !== null), " ", fixed > 0 && `${words.decided(fixed)} `, h("span", { class: "screen" }, words.HOW)),
     views(result, plan),
     plan.matrix.f.length > 0 && group(words.MATRIX, matrix(result, plan)));
 }

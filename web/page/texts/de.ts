@@ -199,8 +199,8 @@ export const de: Texts = {
   },
   goal: {
     title: "Ziel",
-    what: "Was heißt das?",
     resume: "Weiter",
+    more: "Mehr",
     matings: {
       title: "Wie viele Paarungen",
       label: "Zu planende Paarungen",
@@ -209,8 +209,8 @@ export const de: Texts = {
     },
     rules: {
       title: "Eigene Regeln",
-      lead: "Was schon entschieden ist und was nicht sein darf. Tiere heißen nach ihrer Kennung; auch ein Name gilt, wenn nur ein Tier so heißt. Alle Regeln gelten für alle Paarungen.",
-      kind: "Eine neue Regel:", add: "Hinzufügen", remove: "Entfernen", all: "alle", open: "Unvollständig: sie zählt noch nicht.",
+      lead: "Was schon entschieden ist und was nicht sein darf. Tiere heißen nach ihrer Kennung; auch ihr Ende oder ein Name gilt, wenn nur ein Tier so heißt. Alle Regeln gelten für alle Paarungen.",
+      kind: "Eine neue Regel:", add: "Hinzufügen", remove: "Entfernen", all: "alle", open: "Unvollständig: sie zählt noch nicht.", nobody: "kein Tier dieses Herdbuchs",
       kinds: {
         fix: "beschlossene Paarungen", forbid: "zwei Tiere nie", min: "mindestens so viele Paarungen", max: "höchstens so viele Paarungen", group: "ein Tier gehört zu einer Gruppe",
         "forbid-groups": "keine Paarungen zwischen Gruppen", "max-pair": "meiste Paarungen eines Paares", "max-per-group": "meiste Paarungen eines Vaters in einer Gruppe", "max-f": "größte Inzucht der Nachkommen",
@@ -239,6 +239,8 @@ export const de: Texts = {
       planning: "Macht Pläne",
       ready: (n: number) => `${n} Pläne stehen zur Wahl.`,
       none: "Wartet auf ein Herdbuch ohne Fehler.",
+      unsaid: "Wartet auf Schritt 3: sagen Sie, wie viele Paarungen ein männliches und ein weibliches Tier haben darf.",
+      nobody: "Wartet auf Schritt 3: von einem Geschlecht darf niemand gepaart werden. Lockern Sie dort eine Bedingung.",
     },
     picture: {
       title: "Zuchtwert und Inzucht",
@@ -248,7 +250,7 @@ export const de: Texts = {
     },
     say: {
       asked: {
-        own: "Vorschlag", weight: (weight: number) => `Gewicht ${short(weight)}`, constraint: (rate: number) => `höchstens ${short(100 * rate)}\u00a0% je Generation`, merit: "höchster Zuchtwert",
+        own: "die übliche Abwägung", weight: (weight: number) => `Gewicht ${short(weight)}`, constraint: (rate: number) => `höchstens ${short(100 * rate)}\u00a0% je Generation`, merit: "höchster Zuchtwert",
         target: {
           rate: (rate: number) => `Ziel ${short(100 * rate)}\u00a0% je Generation`, ne: (size: number) => `Ziel effektive Größe ${short(size)}`, degrees: (angle: number) => `Ziel ${short(angle)}°`,
         },
@@ -281,7 +283,7 @@ export const de: Texts = {
       },
     },
     meaning: {
-      chosen: "Gewählt:",
+      chosen: "Gewählt:", suggested: "Vorgeschlagen:",
       rate: "Inzuchtrate", rises: (rate: number) => `${rate <= 0.01 ? "je Generation; geraten wird zu höchstens 1 %" : "je Generation; mehr als das 1 %, zu dem geraten wird"}`, falls: "die Verwandtschaft sinkt: es kommt keine Inzucht hinzu",
       size: "Effektive Größe", sizeNote: "Tiere einer idealen Herde, in der die Inzucht ebenso schnell steigt; geraten wird zu 50 oder mehr (FAO 1998)",
       merit: "Mittlerer Zuchtwert der Eltern", above: (sd: number) => `${sd.toFixed(2)} Standardabweichungen über dem gleichmäßigen Einsatz aller Kandidaten`,
@@ -289,6 +291,7 @@ export const de: Texts = {
       inbreeding: "Inzucht der Nachkommen", inbreedingNote: "im Mittel, so wie sie gepaart werden",
       share: "Anteil am Bestmöglichen", shareNote: "dessen, was irgendein Plan hier erreichen könnte, abgerundet",
       breaks: (rate: number) => `Kein Plan hält ein, was verlangt war: dieser kommt am nächsten, mit ${(100 * rate).toFixed(2)} % je Generation.`,
+      unreachable: (size: number, rate: number) => `Eine effektive Größe von ${size} ist mit diesen Kandidaten nicht zu erreichen: dieser Plan kommt am nächsten, mit ${(100 * rate).toFixed(2)} % je Generation.`,
     },
     along: {
       label: "Entlang der Linie", merit: "höchster Zuchtwert", relationship: "geringste Verwandtschaft",
@@ -296,7 +299,8 @@ export const de: Texts = {
     },
     target: {
       title: "Oder sagen Sie, was Sie wollen",
-      kind: "Was gegeben ist", value: "Sein Wert", take: "Diesen Plan machen",
+      kind: "Was gegeben ist", value: "Sein Wert", take: "Diesen Punkt zeigen",
+      coming: "Dieser Punkt wird gerade gemacht.", there: "Er ist da und oben gewählt.",
       kinds: { weight: "Gewicht der Verwandtschaft", rate: "Inzuchtrate, %", ne: "effektive Größe", degrees: "Winkel entlang der Linie, °" },
       help: {
         weight: "Wie viel die Verwandtschaft gegen den Zuchtwert zählt: 0 ist der Zuchtwert allein, 20 ist üblich.",
@@ -319,13 +323,14 @@ export const de: Texts = {
   },
   plan: {
     title: "Plan",
-    none: "Wählen Sie erst einen Punkt in Schritt 4.",
+    none: "Wählen Sie erst einen Plan in Schritt 4.",
+    awaited: "Was Sie in Schritt 4 verlangt haben, wird gerade noch gemacht.",
     of: (name: string) => `In Schritt 4 gewählt: ${name}.`,
     other: (made: string, chosen: string) => `Unten steht der Plan für: ${made}. In Schritt 4 ist jetzt gewählt: ${chosen}.`,
     make: "Paarungsplan machen",
     planning: "Plant die Paarungen", reporting: "Schreibt den Bericht", ready: "Der Plan ist da.",
     instead: "Auf einem Rechner mit mehr Speicher macht die Kommandozeile den Plan. Diese Datei enthält alles, was sie braucht, und eine README mit den Befehlen.",
-    paper: (herd: string, plan: string) => `Paarungsplan für ${herd}: ${plan}`,
+    paper: (herd: string, plan: string, day: Date) => `Paarungsplan für ${herd}, ${day.toLocaleDateString("de-DE", { dateStyle: "long" })}: ${plan}`,
     english: "Der Bericht ist auf Englisch.",
     print: "Paarungsliste drucken",
     save: {

@@ -189,8 +189,8 @@ export const en = {
   },
   goal: {
     title: "Goal",
-    what: "What does this mean?",
     resume: "Go on",
+    more: "More",
     matings: {
       title: "How many matings",
       label: "Matings to plan",
@@ -199,8 +199,8 @@ export const en = {
     },
     rules: {
       title: "Your own rules",
-      lead: "What is decided already, and what must not be. Animals are named by their identifier; a name is taken, too, where it is one animal's alone. All rules hold for all matings.",
-      kind: "A new rule:", add: "Add", remove: "Remove", all: "all", open: "Not complete: it does not count yet.",
+      lead: "What is decided already, and what must not be. Animals are named by their identifier; its ending or a name is taken, too, where it is one animal's alone. All rules hold for all matings.",
+      kind: "A new rule:", add: "Add", remove: "Remove", all: "all", open: "Not complete: it does not count yet.", nobody: "no animal of this herd book",
       kinds: {
         fix: "matings that are decided", forbid: "two animals never", min: "at least so many matings", max: "at most so many matings", group: "an animal belongs to a group",
         "forbid-groups": "no matings between groups", "max-pair": "most matings of any pair", "max-per-group": "most matings of a sire in a group", "max-f": "largest inbreeding of offspring",
@@ -229,6 +229,8 @@ export const en = {
       planning: "Makes plans",
       ready: (n: number) => `${n} plans are there to choose from.`,
       none: "Waits for a herd book without faults.",
+      unsaid: "Waits for step 3: say how many matings a male and a female may have.",
+      nobody: "Waits for step 3: of one sex nobody may be mated. Loosen a condition there.",
     },
     picture: {
       title: "Merit against inbreeding",
@@ -238,13 +240,13 @@ export const en = {
     },
     /** What the picture itself says. */
     say: {
-      asked: { ...frontier.asked, own: "suggestion" },
+      asked: { ...frontier.asked, own: "the usual balance" },
       how: { greedy: "made at once", exchanges: "made at once, with exchanges", search: "by a full search" },
       parents: frontier.parents, told: frontier.told,
       picture: { ...frontier.picture, key: { ...frontier.picture.key, line: "best possible", marked: "suggested, or what you asked for", chosen: "chosen" } },
     },
     meaning: {
-      chosen: "Chosen:",
+      chosen: "Chosen:", suggested: "Suggested:",
       rate: "Rate of inbreeding", rises: (rate: number) => `${rate <= 0.01 ? "a generation; at most 1 % is advised" : "a generation; more than the 1 % that is advised"}`, falls: "relationship falls: no inbreeding is added",
       size: "Effective size", sizeNote: "animals of an ideal herd in which inbreeding rises as fast; 50 or more are advised (FAO 1998)",
       merit: "Mean merit of the parents", above: (sd: number) => `${sd.toFixed(2)} standard deviations above using all candidates alike`,
@@ -252,6 +254,7 @@ export const en = {
       inbreeding: "Inbreeding of the offspring", inbreedingNote: "on average, as they are paired",
       share: "Share of the best possible", shareNote: "of what any plan could reach here, rounded down",
       breaks: (rate: number) => `No plan keeps what was asked for: this one comes nearest, with ${(100 * rate).toFixed(2)} % a generation.`,
+      unreachable: (size: number, rate: number) => `An effective size of ${size} cannot be reached with these candidates: this plan comes nearest, with ${(100 * rate).toFixed(2)} % a generation.`,
     },
     along: {
       label: "Along the line", merit: "most merit", relationship: "least relationship",
@@ -259,7 +262,8 @@ export const en = {
     },
     target: {
       title: "Or say what you want",
-      kind: "What is given", value: "Its value", take: "Make this plan",
+      kind: "What is given", value: "Its value", take: "Show this point",
+      coming: "This point is being made.", there: "It is there, and chosen above.",
       kinds: { weight: "weight of relationship", rate: "rate of inbreeding, %", ne: "effective size", degrees: "angle along the line, °" },
       help: {
         weight: "How much relationship counts against merit: 0 is merit alone, 20 is a common choice.",
@@ -282,13 +286,14 @@ export const en = {
   },
   plan: {
     title: "Plan",
-    none: "Choose a point of the trade-off first.",
+    none: "Choose a plan in step 4 first.",
+    awaited: "What you asked for in step 4 is still being made.",
     of: (name: string) => `Chosen in step 4: ${name}.`,
     other: (made: string, chosen: string) => `Below is the plan of: ${made}. Chosen in step 4 is now: ${chosen}.`,
     make: "Make the mating plan",
     planning: "Plans the matings", reporting: "Writes the report", ready: "The plan is there.",
     instead: "On a computer with more memory the command line makes the plan. This file holds all that it needs, and a README with the commands.",
-    paper: (herd: string, plan: string) => `Mating plan of ${herd}: ${plan}`,
+    paper: (herd: string, plan: string, day: Date) => `Mating plan of ${herd}, ${day.toLocaleDateString("en-GB", { dateStyle: "long" })}: ${plan}`,
     english: "The report is in English.",
     print: "Print mating list",
     save: {

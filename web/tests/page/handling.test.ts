@@ -64,6 +64,7 @@ test("the page suggests matings where the herd book has none, and tells there wh
 
 test("a search ends at once when it is cancelled, and what was there stays", async () => {
   const user = await example();
+  await user.unfolds("#goal");
   await user.fill("Searches with different random numbers", "60");  // each takes half a second
   await user.press("Search thoroughly");
   await user.sees("#goal .searches", /\d %|begins/);
@@ -77,6 +78,7 @@ test("a search ends at once when it is cancelled, and what was there stays", asy
 
 test("searches compete with the plans that are there", async () => {
   const user = await example();
+  await user.unfolds("#goal");
   await user.fill("Searches with different random numbers", "2");
   await user.press("Search thoroughly");
   await user.sees("#goal", /The searches have ended/);
@@ -100,6 +102,7 @@ const delays = (user: User, command: string, milliseconds: number) => user.evalu
 
 test("a plan that was cancelled while it waited has no part in the next one", async () => {
   const user = await example();
+  await user.unfolds("#goal");
   await user.fill("Searches with different random numbers", "1");
   await user.press("Search thoroughly");
   await user.sees("#goal", /The searches have ended/);
@@ -112,7 +115,7 @@ test("a plan that was cancelled while it waited has no part in the next one", as
   const expected = await made();
   await user.choose("What is given", "effective size");
   await user.fill("Its value", "150");
-  await user.press("Make this plan");
+  await user.press("Show this point");
   await user.sees("#goal", /Chosen: .*150/);
   await delays(user, "frontier-search", 4000);  // it comes back between the run of the next one and its report
   await delays(user, "qob-report", 6000);

@@ -51,7 +51,7 @@ test("from a double click to a printed mating list takes a reader less than five
   watch.mark("all plans");
   await user.choose("What is given", "effective size");
   await user.fill("Its value", "60");
-  await user.press("Make this plan");
+  await user.press("Show this point");
   await user.sees("#goal", /Chosen: ne60|Chosen: .*60/);
   watch.mark("target");
   await user.press("Make the mating plan");

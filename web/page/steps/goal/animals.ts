@@ -24,21 +24,33 @@ export class Animals {
   /** Offers those that the text so far may mean. */
   offer(text: string, holds: Holds): void {
     const wanted = text.trim().toLowerCase();
-    const found: Animal[] = [];
-    for (const animal of this.all) {
-      if (!fits(animal, holds) || !(animal.identifier.toLowerCase().includes(wanted) || animal.name.toLowerCase().includes(wanted))) continue;
-      if (found.push(animal) === SHOWN) break;
-    }
-    fill(this.list, found.map(({ identifier, name }) => h("option", { value: identifier }, name && name !== identifier ? `${identifier} ${name}` : identifier)));
+    const found = new Set(this.some((animal) => fits(animal, holds) && ends(animal, wanted)));
+    for (const animal of this.some((animal) => fits(animal, holds) && [animal.identifier, animal.name].some((text) => text.toLowerCase().includes(wanted)))) found.add(animal);
+    fill(this.list, [...found].map(({ identifier, name }) => h("option", { value: identifier }, name && name !== identifier ? `${identifier} ${name}` : identifier)));
   }
 
-  /** Who is meant: the identifier of whose name it is, where one animal alone is called so. */
+  /** The first of them. */
+  private some(wanted: (animal: Animal) => boolean): Animal[] {
+    const found: Animal[] = [];
+    for (const animal of this.all) if (wanted(animal) && found.push(animal) === SHOWN) break;
+    return found;
+  }
+
+  /** Whether there is such an animal; of all, as long as nobody is known. */
+  knows(identifier: string): boolean {
+    return this.all.length === 0 || this.byId.has(identifier);
+  }
+
+  /** Who is meant: the identifier of whose name or ending it is, where it is one animal's alone. */
   meant(text: string, holds: Holds): string {
     const wanted = text.trim();
     if (wanted === "" || this.byId.has(wanted)) return wanted;
     const lower = wanted.toLowerCase();
-    const called = this.all.filter((animal) => fits(animal, holds) && animal.name.toLowerCase() === lower);
-    return called.length === 1 ? called[0]!.identifier : wanted;
+    for (const means of [(animal: Animal) => animal.name.toLowerCase() === lower, (animal: Animal) => ends(animal, lower)]) {
+      const meant = this.all.filter((animal) => fits(animal, holds) && means(animal));
+      if (meant.length > 0) return meant.length === 1 ? meant[0]!.identifier : wanted;
+    }
+    return wanted;
   }
 
   name(identifier: string): string {
@@ -47,4 +59,5 @@ export class Animals {
   }
 }
 
+const ends = ({ identifier }: Animal, wanted: string) => identifier.toLowerCase().endsWith(wanted);
 const fits = ({ sex, left_out }: Animal, holds: Holds) => left_out === "" && (SEX[holds] ?? sex) === sex;

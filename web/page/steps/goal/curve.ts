@@ -29,8 +29,8 @@ export class Curve {
 
   /** Shows the plans that there are, and which is chosen. */
   show(): void {
-    const { frontier, plan, aim } = this.tradeoff;
-    const marked = aim ?? frontier?.plans.find(({ own }) => own);
+    const { frontier, plan, aim, suggested } = this.tradeoff;
+    const marked = aim ?? suggested;
     if (frontier === this.frontier && plan === this.choice.plan && marked === this.marked) return;
     [this.frontier, this.marked, this.choice] = [frontier, marked, new Choice(plan)];
     this.choice.follow((plan) => this.take(plan));

@@ -15,7 +15,7 @@ export function matings(work: Work): Control {
   });
   const show = () => {
     const { planned_matings: planned } = work.latest ?? {};
-    if (work.choices.matings === null && planned) field.element.querySelector("input")!.placeholder = count(planned);
+    if (work.choices.matings === null && planned !== undefined) field.element.querySelector("input")!.placeholder = planned > 0 ? count(planned) : "";
     field.show();
   };
   return { element: group(title, field.element), show };

@@ -3,19 +3,23 @@
 import { called, type Plan } from "../../../frontier/model.js";
 import { facts, fill, h } from "../../../shared/dom.js";
 import { atLeast, digits, fixed, NONE, percent } from "../../../shared/format.js";
+import { meets } from "../../points.js";
 import { words } from "../../texts/words.js";
-import type { Tradeoff } from "../../tradeoff.js";
+import { ADVISED, type Tradeoff } from "../../tradeoff.js";
+import type { Work } from "../../work.js";
 
 export class Meaning {
   readonly element = h("div", { class: "meaning" });
   private shown: Plan | undefined;
+  private name = "";
 
-  constructor(private readonly tradeoff: Tradeoff) {}
+  constructor(private readonly work: Work, private readonly tradeoff: Tradeoff) {}
 
   show(): void {
-    const { plan } = this.tradeoff;
-    if (plan === this.shown) return;
-    this.shown = plan;
+    const { tradeoff: { plan }, work: { choices } } = this;
+    const name = choices.point === "" && choices.target === null ? words.goal.meaning.suggested : words.goal.meaning.chosen;
+    if (plan === this.shown && name === this.name) return;
+    [this.shown, this.name] = [plan, name];
     fill(this.element, plan && this.figures(plan));
   }
 
@@ -24,7 +28,7 @@ export class Meaning {
     const { herd } = this.tradeoff.frontier!;
     const { rate, effective_size: size, males, females } = plan;
     return [
-      h("p", {}, meaning.chosen, " ", h("strong", {}, called(plan))),
+      h("p", {}, this.name, " ", h("strong", {}, called(plan))),
       facts(
         [meaning.rate, percent(rate), rate > 0 ? meaning.rises(rate) : meaning.falls],
         [meaning.size, Number.isFinite(size) ? fixed(size, 1) : NONE, Number.isFinite(size) ? meaning.sizeNote : meaning.falls],
@@ -32,7 +36,7 @@ export class Meaning {
         [meaning.parents, meaning.used(males, females), meaning.candidates(herd.males, herd.females)],
         [meaning.inbreeding, percent(plan.inbreeding), meaning.inbreedingNote],
         [meaning.share, atLeast(plan.share), meaning.shareNote]),
-      ...(plan.keeps_constraint === false ? [h("p", { class: "warning" }, meaning.breaks(rate))] : []),
+      ...(plan.keeps_constraint === false ? [h("p", { class: "warning" }, meets(ADVISED)(plan) ? meaning.unreachable(ADVISED.value, rate) : meaning.breaks(rate))] : []),
     ];
   }
 }

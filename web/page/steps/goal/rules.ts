@@ -11,7 +11,11 @@ import { Animals } from "./animals.js";
 import { faultsOf } from "./rule_faults.js";
 import { complete, FORMS, type Form } from "./rule_forms.js";
 
-interface Row { rule: Rule; element: HTMLElement; remove: HTMLElement; told: HTMLElement; names: () => void }
+interface Row {
+  rule: Rule; element: HTMLElement; remove: HTMLElement; told: HTMLElement; names: () => void;
+  /** Fields that name nobody; and whether one is typed in now. */
+  nobody: Set<HTMLInputElement>; typing: boolean;
+}
 
 const same = (a: readonly Rule[], b: readonly Rule[]) => JSON.stringify(a) === JSON.stringify(b);
 const bare = ({ kind, a, b, value }: Rule): Rule => ({ kind, a, b, value });
@@ -64,29 +68,44 @@ export class Rules {
     const told = h("output", { class: "fault", id: `rule-${++made}` });
     const remove = h("button", { type: "button", class: "plainbutton", onclick: () => this.drop(row) }, words.goal.rules.remove);
     const names: (() => void)[] = [];
+    const row: Row = { rule, remove, told, names: () => names.forEach((name) => name()), element: h("li"), nobody: new Set(), typing: false };
     const parts = words.goal.rules.said[rule.kind].split(/\{(a|b|value)\}/);
-    const sentence = parts.map((part, i): Child => (i % 2 === 0 ? part : this.gap(rule, FORMS[rule.kind].find(({ cell }) => cell === part)!, told, names)));
-    const row = { rule, remove, told, names: () => names.forEach((name) => name()), element: h("li", {}, h("span", {}, sentence), " ", remove, told) };
+    const sentence = parts.map((part, i): Child => (i % 2 === 0 ? part : this.gap(rule, FORMS[rule.kind].find(({ cell }) => cell === part)!, row, names)));
+    row.element.append(h("span", {}, sentence), " ", remove, told);
     return row;
   }
 
   /** What is filled in, and who is called so. */
-  private gap(rule: Rule, form: Form, told: HTMLElement, names: (() => void)[]): Child {
+  private gap(rule: Rule, form: Form, row: Row, names: (() => void)[]): Child {
     const { cell, holds, optional } = form;
     const numeric = holds === "count" || holds === "share", animal = !numeric && holds !== "group";
     const field = h("input", {
       type: numeric ? "number" : "text", class: numeric && "short", list: animal ? this.animals.list.id : numeric ? undefined : this.groups.id, autocomplete: "off", spellcheck: "false",
-      "aria-label": words.goal.rules.holds[holds], "aria-describedby": told.id, placeholder: optional ? words.goal.rules.all : words.goal.rules.holds[holds],
+      "aria-label": words.goal.rules.holds[holds], "aria-describedby": row.told.id, placeholder: optional ? words.goal.rules.all : words.goal.rules.holds[holds],
       ...(holds === "count" ? { min: 0, step: 1 } : holds === "share" ? { min: 0, max: 100, step: "any" } : {}),
     });
     field.value = holds === "share" && rule[cell] !== "" ? String(Number((Number(rule[cell]) * 100).toPrecision(12))) : rule[cell];
-    const name = h("span", { class: "light" });
+    const name = h("span", { class: "light", role: "status" });
     if (animal) {
-      names.push(() => (name.textContent = this.animals.name(rule[cell])));
+      names.push(() => {
+        const nobody = row.nobody.has(field);
+        [name.className, name.textContent] = nobody ? ["fault", words.goal.rules.nobody] : ["light", this.animals.name(rule[cell])];
+      });
       for (const event of ["focus", "input"]) field.addEventListener(event, () => this.animals.offer(field.value, holds));
     }
+    field.addEventListener("input", () => {
+      row.typing = true;
+      row.nobody.delete(field);
+      this.tell();
+    });
+    field.addEventListener("blur", () => {
+      row.typing = false;
+      this.tell();
+    });
     field.addEventListener("change", () => {
+      row.typing = false;
       if (animal) field.value = this.animals.meant(field.value, holds);
+      if (animal && field.value !== "" && !this.animals.knows(field.value)) row.nobody.add(field);
       rule[cell] = holds === "share" && field.value !== "" ? String(Number((field.valueAsNumber / 100).toPrecision(12))) : field.value.trim();
       this.commit();
     });
@@ -102,7 +121,7 @@ export class Rules {
   }
 
   private get counting(): Row[] {
-    return this.rows.filter(({ rule }) => complete(rule));
+    return this.rows.filter(({ rule, nobody }) => complete(rule) && nobody.size === 0);
   }
 
   private commit(): void {
@@ -128,10 +147,10 @@ export class Rules {
     const faults = faultsOf(this.work, this.tradeoff);
     const counting = this.counting;
     for (const row of this.rows) {
-      const fault = faults.get(counting.indexOf(row)), open = !complete(row.rule);
+      const fault = row.typing ? undefined : faults.get(counting.indexOf(row)), open = !complete(row.rule);
       row.told.textContent = open ? words.goal.rules.open : fault ?? "";
       row.told.className = open ? "note" : "fault";
-      for (const field of row.element.querySelectorAll("input")) field.setAttribute("aria-invalid", String(fault !== undefined));
+      for (const field of row.element.querySelectorAll("input")) field.setAttribute("aria-invalid", String(fault !== undefined || row.nobody.has(field)));
       row.names();
     }
   }

@@ -27,8 +27,8 @@ export class Thorough {
     this.seeds.addEventListener("change", () => this.seeds.checkValidity() && work.choose({ seeds: this.seeds.valueAsNumber }));
     this.element = h("section", { class: "group" }, h("h3", {}, title),
       h("p", {}, lead),
-      h("div", { class: "line screen" }, h("label", { for: this.seeds.id }, seeds), this.seeds, this.start, this.cancel),
-      h("details", { class: "screen" }, h("summary", {}, words.goal.what), h("p", {}, help)),
+      h("div", { class: "line screen" }, this.start, this.cancel),
+      h("details", { class: "screen" }, h("summary", {}, words.goal.more), h("div", { class: "line" }, h("label", { for: this.seeds.id }, seeds), this.seeds), h("p", { class: "note" }, help)),
       this.told, this.list, this.found);
   }
 

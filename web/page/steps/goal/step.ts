@@ -20,7 +20,7 @@ import { Along, Wanted } from "./target.js";
 
 export function step(work: Work, { tradeoff, searches }: Planning): Step {
   saying(words.goal.say);
-  const rules = new Rules(work, tradeoff), curve = new Curve(work, tradeoff), meaning = new Meaning(tradeoff);
+  const rules = new Rules(work, tradeoff), curve = new Curve(work, tradeoff), meaning = new Meaning(work, tradeoff);
   const along = new Along(work, tradeoff), wanted = new Wanted(work, tradeoff), thorough = new Thorough(work, tradeoff, searches);
   const asked = matings(work);
   const under = progress(() => (tradeoff.stop(), again.focus()));
@@ -32,7 +32,7 @@ export function step(work: Work, { tradeoff, searches }: Planning): Step {
 
   function show(): void {
     under.show(...underWay(tradeoff));
-    const now = faultsOf(work, tradeoff).size > 0 ? words.goal.rules.faulty : sentence(tradeoff);
+    const now = faultsOf(work, tradeoff).size > 0 ? words.goal.rules.faulty : sentence(work, tradeoff);
     if (told.textContent !== now) told.textContent = now;
     const { state } = tradeoff;
     again.hidden = tradeoff.stale || !(state.state === "stopped" || (state.state === "failed" && state.error instanceof Failed));
@@ -52,8 +52,10 @@ function underWay({ state, stale }: Tradeoff): [string | null, Progress | null] 
   return [null, null];
 }
 
-function sentence({ state, stale, frontier }: Tradeoff): string {
-  const { ready, none } = words.goal.tradeoff;
+function sentence({ choices, latest }: Work, { state, stale, frontier, nobody }: Tradeoff): string {
+  const { ready, none, unsaid, nobody: without } = words.goal.tradeoff;
+  const silent = latest?.columns.every(({ field }) => field !== "matings") && (choices.males.matings === null || choices.females.matings === null);
+  if (nobody) return silent ? unsaid : without;
   if (stale || state.state === "none") return none;
   if (state.state === "failed") return said(state.error);
   return state.state === "ready" ? ready(frontier!.plans.length) : state.state === "stopped" ? words.frame.cancelled : "";

@@ -62,25 +62,57 @@ function placeAt(curve: readonly Vertex[], degrees: number): { rate: number; sca
   return { rate: mix("rate"), scaled_merit: mix("scaled_merit") };
 }
 
-/** The form for a figure. */
+const USUAL: readonly Target["kind"][] = ["ne", "rate"];
+
+/** The forms for a figure: those that breeders ask for, and folded below them the others. */
 export class Wanted {
-  private readonly kind = h("select", { id: "target-kind", "aria-label": words.goal.target.kind },
-    TARGETS.map((kind) => h("option", { value: kind }, words.goal.target.kinds[kind])));
+  private readonly usual: Figure;
+  private readonly more: Figure;
+  private readonly coming = h("progress", { "aria-label": words.goal.target.coming, hidden: true });
+  private readonly state = h("span", { role: "status" });
   private readonly told = h("output", { id: "target-told", class: "fault" });
-  private readonly value = h("input", {
-    type: "number", id: "target-value", step: "any", required: true, "aria-label": words.goal.target.value, "aria-describedby": this.told.id,
-  });
+  readonly element: HTMLElement;
+
+  constructor(private readonly work: Work, private readonly tradeoff: Tradeoff) {
+    const { title } = words.goal.target;
+    [this.usual, this.more] = [USUAL, TARGETS.filter((kind) => !USUAL.includes(kind))].map((kinds) => new Figure(work, kinds, this.told.id)) as [Figure, Figure];
+    this.element = h("fieldset", { class: "fields screen" }, h("legend", {}, title), this.usual.element,
+      h("details", {}, h("summary", {}, words.goal.more), this.more.element), h("p", { class: "line" }, this.coming, this.state), this.told);
+  }
+
+  show(): void {
+    const { work: { choices: { target, point } }, tradeoff: { awaited, refused, aim, plan, state } } = this;
+    this.told.textContent = refused ?? (target && target.kind !== "degrees" ? this.missed(target) : null);
+    this.coming.hidden = !awaited || state.state === "stopped";
+    const { coming, there } = words.goal.target;
+    const said = awaited ? coming : target && point === "" && aim && aim === plan ? there : "";
+    if (this.state.textContent !== said) this.state.textContent = said;
+    for (const each of [this.usual, this.more]) each.show(target);
+  }
+
+  /** Of a plan that is not what was asked for, as none can be. */
+  private missed(target: Target): string | null {
+    const { aim } = this.tradeoff;
+    return aim?.keeps_constraint === false ? words.goal.target.missed(digits(target.value * unit(target.kind)), aim.rate) : null;
+  }
+}
+
+/** A form for some kinds of figure. */
+class Figure {
+  private readonly kind: HTMLSelectElement;
+  private readonly value: HTMLInputElement;
   private readonly help = h("p", { class: "note" });
   readonly element: HTMLElement;
   private shown: Target | null | undefined;
 
-  constructor(private readonly work: Work, private readonly tradeoff: Tradeoff) {
-    const { title, take } = words.goal.target;
+  constructor(private readonly work: Work, private readonly kinds: readonly Target["kind"][], told: string) {
+    const { target } = words.goal;
+    this.kind = h("select", { id: `target-kind-${kinds[0]}`, "aria-label": target.kind, onchange: () => this.explain() },
+      kinds.map((kind) => h("option", { value: kind }, target.kinds[kind])));
+    this.value = h("input", { type: "number", id: `target-value-${kinds[0]}`, step: "any", required: true, "aria-label": target.value, "aria-describedby": told });
     const form = h("form", { class: "line", onsubmit: (event) => this.take(event) },
-      this.kind, this.value, h("button", { type: "submit", class: "plainbutton" }, take));
-    this.kind.addEventListener("change", () => this.explain());
-    this.kind.value = "ne";
-    this.element = h("fieldset", { class: "fields screen" }, h("legend", {}, title), form, this.help, this.told);
+      this.kind, this.value, h("button", { type: "submit", class: "plainbutton" }, target.take));
+    this.element = h("div", {}, form, this.help);
     this.explain();
   }
 
@@ -94,20 +126,13 @@ export class Wanted {
     this.work.choose({ target: { kind, value: Number((this.value.valueAsNumber / unit(kind)).toPrecision(12)) }, point: "" });
   }
 
-  show(): void {
-    const { target } = this.work.choices;
-    this.told.textContent = this.tradeoff.refused ?? (target && target.kind !== "degrees" ? this.missed(target) : null);
+  show(target: Target | null): void {
     if (this.shown === target) return;
     this.shown = target;
-    this.value.value = target ? shown(target) : "";
-    if (!target) return;
-    this.kind.value = target.kind;
+    const mine = target && this.kinds.includes(target.kind) ? target : null;
+    this.value.value = mine ? shown(mine) : "";
+    if (!mine) return;
+    this.kind.value = mine.kind;
     this.explain();
-  }
-
-  /** Of a plan that is not what was asked for, as none can be. */
-  private missed(target: Target): string | null {
-    const { aim } = this.tradeoff;
-    return aim?.keeps_constraint === false ? words.goal.target.missed(digits(target.value * unit(target.kind)), aim.rate) : null;
   }
 }

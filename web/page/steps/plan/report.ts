@@ -16,7 +16,7 @@ export function shownReport({ plan, result }: Made): HTMLElement {
   const all = parts(result);
   const [first, rest] = [all.filter(({ id }) => id === FIRST), all.filter(({ id }) => id !== FIRST)];
   return h("div", {},
-    h("p", { class: "paper lead" }, words.plan.paper(result.title, called(plan))),
+    h("p", { class: "paper lead" }, words.plan.paper(result.title, called(plan), new Date())),
     language !== "en" && note(words.plan.english),
     h("div", { class: "report", lang: "en" }, first, rest));
 }

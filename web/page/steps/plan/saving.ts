@@ -19,11 +19,23 @@ const ZIP = "application/zip", XLSX = "application/vnd.openxmlformats-officedocu
 
 const button = (label: string, act: () => void) => h("button", { type: "button", class: "download", onclick: act }, label);
 
+/** Prints the plan alone: the summary, then its matings. */
+export function printed(): void {
+  const { classList } = document.body;
+  const summary = document.getElementById("report-summary"), matings = document.getElementById("report-matings");
+  if (summary) matings?.before(summary);
+  classList.add("plan-alone");
+  addEventListener("afterprint", () => {
+    classList.remove("plan-alone");
+    if (summary) matings?.after(summary);
+  }, { once: true });
+  print();
+}
+
 export function saving(name: string, made: Made): HTMLElement {
-  const { save: text, print } = words.plan;
+  const { save: text } = words.plan;
   const list = made.tables.find(([file]) => file === MATINGS)![1];
   return h("div", { class: "tools screen", role: "group", "aria-label": text.title },
-    button(print, printed),
     button(text.list, () => save(`${name}_${MATINGS}`, "text/csv", list)),
     button(text.tables, () => save(`${name}_tables.zip`, ZIP, zipSync(Object.fromEntries(made.tables)))),
     button(text.workbook, () => save(`${name}_tables.xlsx`, XLSX, workbook(sheets(made.tables)))),
@@ -34,12 +46,4 @@ export function saving(name: string, made: Made): HTMLElement {
 /** A button that saves what makes a plan on a computer. */
 export function elsewhere(source: Ready, name: string, files: Files, parameters: string): HTMLElement {
   return button(words.plan.save.repeat, () => save(`${name}_repeat.zip`, ZIP, zipSync(repeated(source, name, files, parameters))));
-}
-
-/** Prints the plan alone: its matings and the summary. */
-function printed(): void {
-  const { classList } = document.body;
-  classList.add("plan-alone");
-  addEventListener("afterprint", () => classList.remove("plan-alone"), { once: true });
-  print();
 }

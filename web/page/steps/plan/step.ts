@@ -12,22 +12,27 @@ import { words } from "../../texts/words.js";
 import type { Tradeoff } from "../../tradeoff.js";
 import type { Work } from "../../work.js";
 import { shownReport } from "./report.js";
-import { elsewhere, saving } from "./saving.js";
+import { elsewhere, printed, saving } from "./saving.js";
 
 export function step(_work: Work, { tradeoff, planned }: Planning): Step {
   const { plan: text } = words;
   const under = progress(() => (planned.stop(), make.focus()));
-  const make = h("button", { type: "button", class: "main", onclick: () => can() && void planned.make(tradeoff.plan!) }, text.make);
-  const can = () => tradeoff.plan !== undefined && !tradeoff.stale && planned.state.state !== "working";
-  const about = h("p", { class: "screen" }), told = h("p", { class: "told screen", role: "status" }), fault = h("p", { class: "warning serious", role: "alert" });
+  const make = h("button", { type: "button", "aria-describedby": "plan-about", onclick: () => can() && void planned.make(tradeoff.plan!) }, text.make);
+  const print = h("button", { type: "button", onclick: printed }, text.print);
+  const can = () => tradeoff.plan !== undefined && !tradeoff.awaited && !tradeoff.stale && planned.state.state !== "working";
+  const about = h("p", { class: "screen", id: "plan-about" }), told = h("p", { class: "told screen", role: "status" }), fault = h("p", { class: "warning serious", role: "alert" });
   const shown = h("div"), instead = h("div");
-  const body = h("div", {}, about, h("div", { class: "screen" }, make), under.element, told, fault, instead, shown);
+  const body = h("div", {}, about, h("div", { class: "line screen" }, make, print), under.element, told, fault, instead, shown);
   let last: State | undefined;
 
   function show(): void {
     const { plan } = tradeoff, { state } = planned;
     const other = state.state === "ready" && state.made.plan.folder !== plan?.folder;
-    about.textContent = !plan ? text.none : other ? text.other(called(state.made.plan), called(plan)) : text.of(called(plan));
+    const now = tradeoff.awaited ? text.awaited : !plan ? text.none : other ? text.other(called(state.made.plan), called(plan)) : text.of(called(plan));
+    if (about.textContent !== now) about.textContent = now;
+    print.hidden = state.state !== "ready";
+    const printing = state.state === "ready" && !other && !tradeoff.awaited;  // what comes next is prominent
+    [make.className, print.className] = printing ? ["plainbutton", "main"] : ["main", "plainbutton"];
     make.setAttribute("aria-disabled", String(!can()));  // it keeps the focus
     if (state !== last) showState((last = state));
     const needed = [state, tradeoff.state].some((each) => each.state === "failed" && each.error instanceof Failed);
