@@ -35,7 +35,7 @@ function told(data: Prepared): Child[] {
   const { read, faults, fields } = words.book;
   const known = new Set(data.columns.map(({ field }) => field));
   const names = FIELDS.filter((field) => known.has(field)).map((field) => fields[field]);
-  const hinder = hindering(data).reduce((sum, { count }) => sum + count, 0);
+  const hinder = hindering(data).filter(({ kind }) => kind !== "ebv").reduce((sum, { count }) => sum + count, 0);  // values are a matter of step 3
   return [names.length > 0 && read(names.join(", ")), hinder > 0 && [" ", link("faults", faults(hinder))]];
 }
 
