@@ -1,12 +1,14 @@
 // Deutsch.
 
-import { atLeast, counted, digits, percent } from "../../shared/format.js";
-import { short } from "../../shared/texts/frontier.js";
+import { counted } from "../../shared/format.js";
+import * as frontier from "../../shared/texts/frontier.js";
 import { reasons } from "../spreadsheet/reasons.de.js";
 import type { Texts } from "./en.js";
+import { atLeast, digits, fixed, german, percent } from "./numbers.js";
 
 const plans = (n: number) => counted(n, "Plan", "Pläne");
-const sd = (value: number) => `${value < 0 ? "−" : "+"}${Math.abs(value).toFixed(3)}\u00a0Standardabw.`;
+const sd = (value: number) => `${value < 0 ? "−" : "+"}${fixed(Math.abs(value), 3)}\u00a0Standardabw.`;
+const short = (value: number) => german(frontier.short(value));
 const falls = "die Verwandtschaft sinkt";
 
 export const de: Texts = {
@@ -275,7 +277,7 @@ export const de: Texts = {
         },
       },
       told: {
-        merit: (merit: string, scaled: number) => `Zuchtwert ${merit} (${sd(scaled)})`,
+        merit: (merit: string, scaled: number) => `Zuchtwert ${german(merit)} (${sd(scaled)})`,
         rate: (rate: number, size: number) => `Inzucht ${percent(rate)} je Generation, ${Number.isFinite(size) ? `effektive Größe ${digits(size)}` : falls}`,
         relationship: (value: number) => `Verwandtschaft ${percent(value)}`,
         share: (share: number) => `${atLeast(share)} dessen, was irgendein Plan könnte`,
@@ -286,16 +288,16 @@ export const de: Texts = {
       chosen: "Gewählt:", suggested: "Vorgeschlagen:",
       rate: "Inzuchtrate", rises: (rate: number) => `${rate <= 0.01 ? "je Generation; geraten wird zu höchstens 1 %" : "je Generation; mehr als das 1 %, zu dem geraten wird"}`, falls: "die Verwandtschaft sinkt: es kommt keine Inzucht hinzu",
       size: "Effektive Größe", sizeNote: "Tiere einer idealen Herde, in der die Inzucht ebenso schnell steigt; geraten wird zu 50 oder mehr (FAO 1998)",
-      merit: "Mittlerer Zuchtwert der Eltern", above: (sd: number) => `${sd.toFixed(2)} Standardabweichungen über dem gleichmäßigen Einsatz aller Kandidaten`,
+      merit: "Mittlerer Zuchtwert der Eltern", above: (sd: number) => `${fixed(sd, 2)} Standardabweichungen über dem gleichmäßigen Einsatz aller Kandidaten`,
       parents: "Eltern", used: (males: number, females: number) => `${males} ♂, ${females} ♀`, candidates: (males: number, females: number) => `männliche und weibliche, von ${males} und ${females} Kandidaten`,
       inbreeding: "Inzucht der Nachkommen", inbreedingNote: "im Mittel, so wie sie gepaart werden",
       share: "Anteil am Bestmöglichen", shareNote: "dessen, was irgendein Plan hier erreichen könnte, abgerundet",
-      breaks: (rate: number) => `Kein Plan hält ein, was verlangt war: dieser kommt am nächsten, mit ${(100 * rate).toFixed(2)} % je Generation.`,
-      unreachable: (size: number, rate: number) => `Eine effektive Größe von ${size} ist mit diesen Kandidaten nicht zu erreichen: dieser Plan kommt am nächsten, mit ${(100 * rate).toFixed(2)} % je Generation.`,
+      breaks: (rate: number) => `Kein Plan hält ein, was verlangt war: dieser kommt am nächsten, mit ${percent(rate)} je Generation.`,
+      unreachable: (size: number, rate: number) => `Eine effektive Größe von ${size} ist mit diesen Kandidaten nicht zu erreichen: dieser Plan kommt am nächsten, mit ${percent(rate)} je Generation.`,
     },
     along: {
       label: "Entlang der Linie", merit: "höchster Zuchtwert", relationship: "geringste Verwandtschaft",
-      best: (rate: number, size: number, sd: number) => `Hier bestmöglich: ${sd.toFixed(2)} Standardabweichungen Zuchtwert bei ${(100 * rate).toFixed(2)} % Inzucht je Generation${Number.isNaN(size) ? "" : `, effektive Größe ${size.toFixed(0)}`}.`,
+      best: (rate: number, size: number, sd: number) => `Hier bestmöglich: ${fixed(sd, 2)} Standardabweichungen Zuchtwert bei ${percent(rate)} Inzucht je Generation${Number.isNaN(size) ? "" : `, effektive Größe ${fixed(size, 0)}`}.`,
     },
     target: {
       title: "Oder sagen Sie, was Sie wollen",
@@ -304,11 +306,11 @@ export const de: Texts = {
       kinds: { weight: "Gewicht der Verwandtschaft", rate: "Inzuchtrate, %", ne: "effektive Größe", degrees: "Winkel entlang der Linie, °" },
       help: {
         weight: "Wie viel die Verwandtschaft gegen den Zuchtwert zählt: 0 ist der Zuchtwert allein, 20 ist üblich.",
-        rate: "Der Plan mit dem höchsten Zuchtwert, bei dem die Inzucht in einer Generation um nicht mehr als das steigt, in Prozent: 1 ist viel, 0.5 ist vorsichtig.",
+        rate: "Der Plan mit dem höchsten Zuchtwert, bei dem die Inzucht in einer Generation um nicht mehr als das steigt, in Prozent: 1 ist viel, 0,5 ist vorsichtig.",
         ne: "Der Plan mit dem höchsten Zuchtwert und mindestens dieser effektiven Größe: 50 erhält eine Herde für einige Generationen, 100 und mehr auf Dauer.",
         degrees: "0 ist der höchste Zuchtwert, 90 die geringste Verwandtschaft.",
       },
-      missed: (value: string, rate: number) => `Kein Plan hält ${value} ein; der nächste hat eine Rate von ${(100 * rate).toFixed(2)} %.`,
+      missed: (value: string, rate: number) => `Kein Plan hält ${value} ein; der nächste hat eine Rate von ${percent(rate)}.`,
     },
     search: {
       title: "Diesen Punkt gründlich suchen",
