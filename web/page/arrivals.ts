@@ -40,7 +40,7 @@ async function bytesOf(file: File): Promise<Uint8Array> {
 export async function sheet(name: string, bytes: Uint8Array, wanted: string | undefined, engine: Engine): Promise<Book> {
   const { sheet } = await engine.must({ sheet: { bytes, ...(wanted !== undefined && { name: wanted }) } });
   const { name: from, csv, uncalculated, all } = sheet!;
-  return { name, bytes: csv, from, workbook: { bytes, sheets: all, uncalculated } };
+  return { name, bytes: csv, from, uncalculated, workbook: { bytes, sheets: all } };
 }
 
 /** A table that was copied from a spreadsheet or typed. */

@@ -9,8 +9,8 @@ import { Followed } from "./followers.js";
 import { read, type Prepared } from "./prepared.js";
 
 /** A herd book as it is read: always CSV; `from` tells of which sheet it was made, if it was, and
- * `workbook` holds the others. */
-export interface Book { name: string; bytes: Uint8Array; from?: string; workbook?: { bytes: Uint8Array; sheets: readonly string[]; uncalculated: number } }
+ * `workbook` holds the others; so many of its formulas had no value and are empty here. */
+export interface Book { name: string; bytes: Uint8Array; from?: string; uncalculated?: number; workbook?: { bytes: Uint8Array; sheets: readonly string[] } }
 
 /** What can be undone. */
 interface Moment { book: Book | null; choices: Choices }

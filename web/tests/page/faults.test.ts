@@ -34,6 +34,7 @@ test("every fault of the cases is shown", async () => {
       await user.give(join(folder, "herd.csv"));
       if (!run(folder, "test -f found.json && echo").out) {
         const words = err.trim().replace(/^herd\.csv: /, "");
+        expect(words).not.toBe("");
         expect(await user.read("[role=alert]"), `case ${at}`).toContain(words);
         return;
       }

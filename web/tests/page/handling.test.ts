@@ -25,9 +25,10 @@ test("what was chosen is undone, done again, saved and opened", async () => {
   await user.sees("#candidates .facts", /1,743 matings/);
   await user.choose("Language", "Deutsch");
   expect(await user.holds("Männlich > Paarungen je Tier")).toBe("7");
-  const saved = await user.saves("Arbeit speichern");
+  await user.press("Arbeit speichern");
+  await user.sees(".toolbar", /Gespeichert als hinterwald.qob.json/);  // for some seconds
+  const saved = await user.taken();
   expect(saved.name).toBe("hinterwald.qob.json");
-  await user.sees(".toolbar", /Gespeichert als hinterwald.qob.json/);
   await user.leaves();
 
   await withFolder(async (folder) => {

@@ -94,9 +94,10 @@ function takenFor({ columns, ebv }: Choices, data: Prepared, at: number): string
 
 /** The choices when a column is taken for a field, which it then is alone; "" for none. */
 function retaken({ choices, latest }: Work, at: number, field: string): Partial<Choices> {
-  const value = called(latest!, at);
+  if (!latest) return {};  // another herd book is being read
+  const value = called(latest, at);
   const others = choices.columns.filter((each) => each.field !== field && each.value !== value);
-  const was = takenFor(choices, latest!, at);
+  const was = takenFor(choices, latest, at);
   if (field === "") return { columns: others, ...(was === "ebv" && { ebv: "none" }) };
   return { columns: [...others, { field, value }], ...(field === "ebv" && choices.ebv === "none" && { ebv: "read" }) };
 }

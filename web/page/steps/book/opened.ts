@@ -22,7 +22,7 @@ export function opened(work: Work): Control {
     if (!now) return;
     fill(name, h("strong", {}, now.name), now.from !== undefined && ` · ${book.fromSheet(now.from)}`, ` · ${bytes(now.bytes.length)}`, latest && ` · ${book.rows(latest.rows)}`);
     fill(understood, latest && told(latest));
-    const { sheets = [], uncalculated = 0 } = now.workbook ?? {};
+    const { workbook: { sheets = [] } = {}, uncalculated = 0 } = now;
     fill(empty, uncalculated > 0 && h("p", { class: "warning" }, book.uncalculated(count(uncalculated))));
     which.element.hidden = sheets.length < 2;
     for (const part of parts) part.show();

@@ -61,7 +61,7 @@ function alive(work: Work): Control {
     ...alive.column, options: () => [["", alive.everybody], ...columnsOf(work).map(({ name }) => [name, name] as const)], read: column,
     write: (now) => {
       wanted = now;
-      if (now === "") work.choose({ alive: null });
+      work.choose({ alive: null });  // what another column said holds no more
       show();
     },
   });
@@ -71,7 +71,7 @@ function alive(work: Work): Control {
   });
   const all = fields(alive.title, [which, value]);
   function show(): void {
-    if (wanted === "" || work.choices.alive?.column === wanted) wanted = null;
+    if (work.choices.alive !== null || !columnsOf(work).some(({ name }) => name === wanted)) wanted = null;
     all.show();
     value.element.hidden = column() === "";
   }
@@ -94,7 +94,7 @@ function columnsOf({ latest, choices }: Work): { name: string; values: readonly 
   const all = (latest?.columns ?? []).map(({ heading, field, values }, i) => ({ name: latest!.header > 0 ? heading : String(i + 1), field, values }));
   const apart = (values: readonly string[]) => values.length > 1 || values[0] === "";
   return all.filter(({ name, field, values }, i) =>
-    name !== "" && all.findIndex((each) => each.name === name) === i && (name === choices.alive?.column || (tells.includes(field) && apart(values))));
+    name !== "" && !name.includes("=") && all.findIndex((each) => each.name === name) === i && (name === choices.alive?.column || (tells.includes(field) && apart(values))));
 }
 
 /** How much of the pedigree is to be known. */

@@ -86,5 +86,5 @@ function findings({ found, book, latest }: Work): string {
   const written = found.state === "ready" ? found.files.find(([name]) => name === `${stem(book!.name)}.faults.csv`) : undefined;
   if (written) return new TextDecoder().decode(written[1]);
   const keys = ["row", "column", "value", "severity", "kind", "text", "done"] as const;
-  return csv(keys, latest!.findings.map((each) => keys.map((key) => each[key])));
+  return csv(keys, (latest?.findings ?? []).map((each) => keys.map((key) => each[key])));
 }

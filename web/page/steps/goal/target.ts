@@ -27,9 +27,10 @@ export class Along {
     this.slider.addEventListener("input", () => {
       this.tell();
       clearTimeout(this.waiting);
+      const { book, choices } = work;
       this.waiting = setTimeout(() => {
         this.waiting = undefined;
-        work.choose({ target: { kind: "degrees", value: Number(this.slider.value) }, point: "" });
+        if (book === work.book && choices === work.choices) work.choose({ target: { kind: "degrees", value: Number(this.slider.value) }, point: "" });
       }, AFTER);
     });
   }
