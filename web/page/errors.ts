@@ -1,5 +1,6 @@
 // What went wrong, in the words of the page.
 
+import { count, fixed } from "../shared/format.js";
 import { Misshapen, OtherVersion } from "../shared/shape.js";
 import { Unwelcome } from "./arrivals.js";
 import { Cancelled, Failed } from "./engine/engine.js";
@@ -17,4 +18,11 @@ export function said(error: Error): string {
   if (error instanceof SyntaxError) return frame.brokenWork;
   if (error instanceof Misshapen) return frame.misshapen(error.message);
   return error.message;
+}
+
+/** The same of a herd with so many candidates; of memory also what their relationships would take: 8 bytes
+ * for each pair. */
+export function saidOf(error: Error, candidates: number): string {
+  const lacking = error instanceof Failed && error.why === "memory";
+  return lacking ? `${said(error)} ${words.frame.needed(count(candidates), fixed((4 * candidates * (candidates + 1)) / 1e9, 1))}` : said(error);
 }

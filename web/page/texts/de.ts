@@ -20,6 +20,7 @@ export const de: Texts = {
     working: "Rechnet", cancel: "Abbrechen",
     cancelled: "Angehalten.",
     memory: "Das braucht mehr Speicher, als ein Browser gibt (4 GB). Auf einem Rechner mit mehr tut es die Kommandozeile: siehe Schritt 5.",
+    needed: (candidates, gigabytes) => `Allein die Verwandtschaften unter ${candidates} Kandidaten brauchen ${gigabytes} GB; weniger Kandidaten (Schritt 3) brauchen weniger.`,
     defect: "Das Programm ist im Browser gescheitert; die Seite lebt weiter. Bitte sagen Sie uns, wie es dazu kam.",
     undone: "Rückgängig gemacht", redone: "Wiederholt", saved: (file) => `Gespeichert als ${file}`,
     control: "Strg", work: "Ihre Arbeit", languages: { en: "English", de: "Deutsch" },

@@ -14,6 +14,7 @@ export const en = {
     working: "Working", cancel: "Cancel",
     cancelled: "Stopped.",
     memory: "This needs more memory than a browser gives (4 GB). On a computer with more, the command line does it: see step 5.",
+    needed: (candidates: string, gigabytes: string) => `The relationships among ${candidates} candidates alone take ${gigabytes} GB; fewer candidates (step 3) take less.`,
     defect: "The program has failed in the browser; the page goes on. Please tell us how it came about.",
     undone: "Undone", redone: "Done again", saved: (file: string) => `Saved as ${file}`,
     control: "Ctrl", work: "Your work", languages: { en: "English", de: "Deutsch" },

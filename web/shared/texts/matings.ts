@@ -5,7 +5,7 @@ import { count, counted, fixed, percent } from "../format.js";
 export const TITLE = "The matings";
 export const lead = (pairing: string, ruled: boolean) =>
   pairing === "mai"
-    ? "The chosen parents are paired so that their offspring are least inbred."
+    ? "The chosen parents are paired so that their offspring are least inbred, taken together: another chosen male of lower F is needed elsewhere."
     : pairing === "least"
     ? `The chosen parents are paired for exactly the least inbreeding of their offspring${ruled ? " that the rules permit" : ""}.`
     : ruled
@@ -25,7 +25,7 @@ export const females = (sire: string) => `Females for ${sire}`;
 
 export const sheet = (matings: number) => counted(matings, "mating", "matings");
 export const parent = (merit: string, f: number, completeness: number) =>
-  `merit ${merit}, F ${percent(f)}, completeness of its pedigree ${percent(completeness, 0)}`;
+  `merit ${merit}, own inbreeding F ${percent(f)}, completeness of its pedigree ${percent(completeness, 0)}`;
 
 // Columns: heading, and what it means.
 export const SIRE = ["Sire", "Identifier of the male"] as const;

@@ -2,7 +2,7 @@
 
 import { saying } from "../../../frontier/say.js";
 import { group, h } from "../../../shared/dom.js";
-import { said } from "../../errors.js";
+import { saidOf } from "../../errors.js";
 import { Failed, type Progress } from "../../engine/engine.js";
 import type { Planning } from "../../planning.js";
 import { progress } from "../../status.js";
@@ -57,6 +57,6 @@ function sentence({ choices, latest }: Work, { state, stale, frontier, nobody }:
   const silent = latest?.columns.every(({ field }) => field !== "matings") && (choices.males.matings === null || choices.females.matings === null);
   if (nobody) return silent ? unsaid : without;
   if (stale || state.state === "none") return none;
-  if (state.state === "failed") return said(state.error);
+  if (state.state === "failed") return saidOf(state.error, latest?.sexes.reduce((sum, { candidates }) => sum + candidates, 0) ?? 0);
   return state.state === "ready" ? ready(frontier!.plans.length) : state.state === "stopped" ? words.frame.cancelled : "";
 }
