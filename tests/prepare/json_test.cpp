@@ -77,7 +77,7 @@ void expect_left_out(const json& sexes, const json& animals, const std::string& 
   std::map<std::string, std::int64_t> count;
   for (std::size_t k = 0; k < animals["sex"].size(); ++k)
     ++count[animals["sex"][k].dump() + std::string(animals["left_out"][k])];
-  for (const std::size_t sex : {1, 2}) {
+  for (const std::size_t sex : {1U, 2U}) {
     for (const json& rule : sexes[sex - 1]["left_out"]) {
       EXPECT_EQ(rule["count"], count[std::to_string(sex) + std::string(rule["reason"])]) << rule;
       const std::string words = rule["count"].dump() + " " + std::string(rule["text"]);
