@@ -77,18 +77,28 @@ test("a search ends at once when it is cancelled, and what was there stays", asy
   await user.leaves();
 });
 
-test("searches compete with the plans that are there", async () => {
+/** The same after so many searches. */
+async function searched(seeds: number): Promise<User> {
   const user = await example();
   await user.unfolds("#goal");
-  await user.fill("Searches with different random numbers", "2");
+  await user.fill("Searches with different random numbers", String(seeds));
   await user.press("Search thoroughly");
   await user.sees("#goal", /The searches have ended/);
-  for (const name of ["search 1", "search 2", "made at once"]) expect(await user.read("#goal table")).toContain(name);
-  await user.press("search 2");
+  return user;
+}
+
+/** The mating list of the chosen plan. */
+async function listMade(user: User): Promise<string> {
   await user.press("Make the mating plan");
   await user.sees("#plan", /The plan is there/);
-  const list = Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString();
-  expect(list.trim().split("\n").length).toBe(1 + 64);
+  return Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString();
+}
+
+test("searches compete with the plans that are there", async () => {
+  const user = await searched(2);
+  for (const name of ["search 1", "search 2", "made at once"]) expect(await user.read("#goal table")).toContain(name);
+  await user.press("search 2");
+  expect((await listMade(user)).trim().split("\n").length).toBe(1 + 64);
   await user.leaves();
 });
 
@@ -102,18 +112,9 @@ const delays = (user: User, command: string, milliseconds: number) => user.evalu
 }, [command, milliseconds]);
 
 test("a plan that was cancelled while it waited has no part in the next one", async () => {
-  const user = await example();
-  await user.unfolds("#goal");
-  await user.fill("Searches with different random numbers", "1");
-  await user.press("Search thoroughly");
-  await user.sees("#goal", /The searches have ended/);
-  const made = async () => {
-    await user.press("Make the mating plan");
-    await user.sees("#plan", /The plan is there/);
-    return Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString();
-  };
+  const user = await searched(1);
   await user.press("search 1");
-  const expected = await made();
+  const expected = await listMade(user);
   await user.choose("What is given", "effective size");
   await user.fill("Its value", "150");
   await user.press("Show this point");
@@ -123,7 +124,7 @@ test("a plan that was cancelled while it waited has no part in the next one", as
   await user.press("Make the mating plan");
   await user.press("Cancel");
   await user.press("Undo");
-  expect(await made()).toBe(expected);
+  expect(await listMade(user)).toBe(expected);
   await user.leaves();
 });
 
@@ -143,11 +144,7 @@ test("what repeats a plan is of the plan, also while the herd book is worked on 
 test("rules are kept, and faults of rules told", async () => {
   await withFolder(async (folder) => {
     const user = await example();
-    const list = async () => {
-      await user.press("Make the mating plan");
-      await user.sees("#plan", /The plan is there/);
-      return Buffer.from((await user.saves("Mating list (CSV)")).bytes).toString().trim().split("\n").slice(1).map((line) => line.split(",").slice(0, 2));
-    };
+    const list = async () => (await listMade(user)).trim().split("\n").slice(1).map((line) => line.split(",").slice(0, 2));
     const [[sire], [, dam]] = (await list()) as [[string, string], [string, string]];
     put(folder, { "rules.csv": `kind,a,b,value\nforbid,${sire},${dam},\nmax,${sire},,3\n`, "faulty.csv": `kind,a,b,value\nmax,nobody,,3\n` });
     await user.giveRules(join(folder, "rules.csv"));
