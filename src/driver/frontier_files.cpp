@@ -89,9 +89,9 @@ Json all_of(const std::vector<Record>& records) {
   return list;
 }
 
-Json herd_of(const Selection& selection, const std::string& name) {
+Json herd_of(const Selection& selection, const FrontierMaking& making) {
   const Candidates& candidates = selection.candidates;
-  return {{"name", name},
+  return {{"name", making.herd},
           {"candidates", candidates.ncands},
           {"males", candidates.nmcands},
           {"females", candidates.nfcands},
@@ -99,6 +99,8 @@ Json herd_of(const Selection& selection, const std::string& name) {
           {"unit", selection.limitmalematings},
           {"last_relationship", selection.goal.last_rel},
           {"last_inbreeding", selection.goal.last_f},
+          {"last_animals", making.last.animals},
+          {"last_is_unfinished", making.last.is_unfinished()},
           {"generation_interval", selection.goal.last_genint},
           {"time_step", candidates.birth_time}};
 }
@@ -147,7 +149,7 @@ std::string json_of(const Frontier& frontier, const Selection& selection,
                  {"time", making.time},
                  {"parameter_file", making.parameter_file},
                  {"data_file", making.data_file}}},
-               {"herd", herd_of(selection, making.herd)},
+               {"herd", herd_of(selection, making)},
                {"curve", frontier.curve.empty() ? Json() : all_of(frontier.curve)},
                {"plans", all_of(frontier.plans)},
                {"marked", frontier.marked}};

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "analysis/last_birth_time.h"
 #include "driver/frontier_plans.h"
 
 namespace qob {
@@ -18,6 +19,7 @@ struct FrontierMaking {
   std::string program, time, parameter_file, data_file, herd;
   // What the herd book calls the animal of that identifier; "" where there is none.
   std::function<std::string(std::int32_t)> name;
+  LastBirthTime last;
 };
 
 // What is no number is null; bytes that are no UTF-8 become U+FFFD.

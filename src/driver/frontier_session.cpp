@@ -88,7 +88,8 @@ std::string FrontierSession::json_of_frontier(const Frontier& frontier) const {
   return json_of(
       frontier, herd_.selection,
       {std::string("qob-frontier ") + QOB_VERSION, time_now(), file_name(parameter_file_), file,
-       file.substr(0, file.size() - (file.ends_with(".dat") ? 4 : 0)), name});
+       file.substr(0, file.size() - (file.ends_with(".dat") ? 4 : 0)), name,
+       last_birth_time(herd_.pedigree.btime)});
 }
 
 }  // namespace qob

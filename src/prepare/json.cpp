@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "prepare/dates.h"
+#include "prepare/parent_ages.h"
 #include "prepare/summary.h"
 
 namespace qob {
@@ -116,7 +117,14 @@ Json counts(const Prepared& prepared) {
           {"unknown_sex", figures.sexless}};
 }
 
-Json sex(const Candidacy& candidacy, std::string_view name) {
+Json parent_ages(const Prepared& prepared, int parent) {
+  const auto usual = usual_ages(prepared.book.herd, prepared.steps, parent);
+  return usual ? Json{usual->youngest, usual->oldest} : Json();
+}
+
+// which: 1 for males, 2 for females.
+Json sex(const Prepared& prepared, int which, std::string_view name) {
+  const Candidacy& candidacy = prepared.candidates[static_cast<std::size_t>(which - 1)];
   Json left_out = Json::array();
   for (std::size_t k = 0; k < kLeftOutCount; ++k) {
     const LeftOutText& rule = text_of(static_cast<LeftOut>(k));
@@ -129,6 +137,7 @@ Json sex(const Candidacy& candidacy, std::string_view name) {
           {"parents_known", candidacy.both_parents_known},
           {"matings", candidacy.matings},
           {"completeness", candidacy.completeness},
+          {"parent_ages", parent_ages(prepared, which)},
           {"left_out", left_out}};
 }
 
@@ -217,7 +226,7 @@ Json json_of(const Prepared& prepared, const Telling& telling) {
           {"preview", preview(book.sheet, rows)},
           {"step", step(prepared)},
           {"counts", counts(prepared)},
-          {"sexes", {sex(prepared.candidates[0], "male"), sex(prepared.candidates[1], "female")}},
+          {"sexes", {sex(prepared, 1, "male"), sex(prepared, 2, "female")}},
           {"planned_matings", prepared.matings},
           {"kinds", kinds(book.findings)},
           {"findings", findings(book)},

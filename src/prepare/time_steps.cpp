@@ -319,8 +319,8 @@ class Timing {
 
 }  // namespace
 
-std::int32_t TimeSteps::age(std::int32_t from) const {
-  const std::int64_t steps = std::int64_t{last} + 1 - from;
+std::int32_t TimeSteps::age(std::int32_t from, std::int64_t to) const {
+  const std::int64_t steps = to - from;
   switch (step) {
     case Step::kSeason:
     case Step::kQuarter:
@@ -338,7 +338,13 @@ std::optional<std::int32_t> TimeSteps::age_of(const Herd& herd, std::int32_t ani
   const bool any_date = last_year > 0;
   if (any_date && !herd.birth(animal).is_known()) return std::nullopt;
   return step == Step::kGeneration && any_date ? last_year + 1 - herd.birth(animal).year
-                                               : age(herd.step(animal));
+                                               : age(herd.step(animal), std::int64_t{last} + 1);
+}
+
+std::int32_t TimeSteps::age_at(const Herd& herd, std::int32_t parent,
+                               std::int32_t offspring) const {
+  return step == Step::kGeneration ? herd.birth(offspring).year - herd.birth(parent).year
+                                   : age(herd.step(parent), herd.step(offspring));
 }
 
 std::string_view TimeSteps::unit() const {

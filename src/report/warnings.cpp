@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 
+#include "analysis/last_birth_time.h"
 #include "core/text.h"
 #include "ocs/objective.h"
 
@@ -12,8 +13,6 @@ namespace qob {
 namespace {
 
 constexpr double kManyMatings = 0.5;  // of two brothers, together
-constexpr double kUnfinished = 0.5;   // animals of the last time step, of what is usual
-constexpr std::size_t kUsualSteps = 5;
 constexpr double kSameText = 1.0e-5;  // results files tell six digits
 
 enum class Kin { kNotKin, kParent, kFullSibs, kHalfSibs };
@@ -199,17 +198,11 @@ void Warner::of_undated_parents() {
   add("undated_parents", true).values = {{"undated", undated}, {"parentages", parentages}};
 }
 
-// Few animals in the last time step, compared with those before it: more may be on their way.
+// The rate of the times before it tells where its own has no base.
 void Warner::of_unfinished_time() {
+  const LastBirthTime last = last_birth_time(finished_.pedigree.btime);
+  if (!last.is_unfinished()) return;
   const std::vector<TrendRow>& trend = report_.population.trend;
-  if (trend.size() < 3) return;
-  std::vector<std::int64_t> before;
-  for (std::size_t k = trend.size() - 1; k-- > 0 && before.size() < kUsualSteps;)
-    before.push_back(trend[k].animals);
-  std::sort(before.begin(), before.end());
-  const auto usual = static_cast<double>(before[before.size() / 2]);
-  const TrendRow& last = trend.back();
-  if (static_cast<double>(last.animals) >= kUnfinished * usual) return;
   const TrendRow& to = trend[trend.size() - 2];
   const double interval = std::max(1.0, std::round(report_.population.interval));  // 1 for none
   double rate = kNaN;
@@ -222,7 +215,7 @@ void Warner::of_unfinished_time() {
   }
   add("unfinished_last_time", true).values = {{"birth_time", last.birth_time},
                                               {"animals", static_cast<double>(last.animals)},
-                                              {"usual", usual},
+                                              {"usual", static_cast<double>(last.usual)},
                                               {"rate", rate},
                                               {"from", from},
                                               {"to", to.birth_time},

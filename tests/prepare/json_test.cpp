@@ -174,5 +174,24 @@ TEST(PreparedJson, HasSomeOfEveryKindAmongManyFindings) {
   EXPECT_EQ(all["columns"][4]["values"], json::parse(R"([""])"));
 }
 
+// Twenty sires of 2 to 21 years, of which one on each side is unusual; of the dams one has no
+// birth.
+TEST(PreparedJson, ToldAgesAreThoseOfNineOfTenParents) {
+  std::string herd = "id,sire,dam,sex,born\n";
+  for (int age = 2; age <= 21; ++age) {
+    const std::string n = std::to_string(age);
+    herd += "s" + n + ",,,M," + std::to_string(2020 - age) + "\n";
+    herd += "d" + n + ",,,F," + (age == 9 ? "" : "2010") + "\n";
+    herd += "o" + n + ",s" + n + ",d" + n + ",F,2020\n";
+  }
+  for (const Step step : {Step::kYear, Step::kMonth, Step::kGeneration}) {
+    PrepareOptions options;
+    options.step = step;
+    const json sexes = told(prepare(table_of(herd), options))["sexes"];
+    EXPECT_EQ(sexes[0]["parent_ages"], json::parse("[3,20]")) << static_cast<int>(step);
+    EXPECT_TRUE(sexes[1]["parent_ages"].is_null());
+  }
+}
+
 }  // namespace
 }  // namespace qob::test

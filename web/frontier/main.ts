@@ -22,6 +22,7 @@ function curve(frontier: Frontier, marked: Plan, choice: Choice): HTMLElement {
   const { title, lead } = words.curve;
   return part("curve", title,
     h("p", { class: "lead" }, lead(frontier.herd.matings, frontier.curve !== null)),
+    frontier.herd.last_is_unfinished && h("p", { class: "warning" }, words.curve.no_base(frontier.herd.last_animals)),
     cards(marked, frontier),
     h("div", { class: "with-plan" }, picture(frontier, marked, choice), beside(marked, choice)));
 }

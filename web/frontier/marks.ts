@@ -96,7 +96,7 @@ export function labels(plans: readonly Plan[], at: (plan: Plan) => Point, marked
     const side = px - x[0] > MIDDLE * (x[1] - x[0]) ? { textAnchor: "end" as const, dx: -5 } : { textAnchor: "start" as const, dx: 5 };
     return [
       Plot.link([plan], { x: px, y1: py, y2: low, stroke: COLOUR.text }),
-      Plot.text([plan], { x: px, y: low, text: called, ...side, dy: -4, fontWeight: 650, fill: "currentColor" }),
+      Plot.text([plan], { x: px, y: low, text: called, ...side, dy: -4, fontWeight: 650, fill: "currentColor", stroke: "var(--card)", strokeWidth: 5 }),
     ];
   });
 }

@@ -21,7 +21,7 @@ const frontier = object({
   made: object({ program: text, time: text, parameter_file: text, data_file: text }),
   herd: object({
     name: text, candidates: number, males: number, females: number, matings: number, unit: number,
-    last_relationship: number, last_inbreeding: number, generation_interval: number, time_step: number,
+    last_relationship: number, last_inbreeding: number, last_animals: number, last_is_unfinished: flag, generation_interval: number, time_step: number,
   }),
   curve: orNull(list(object({ weight: number, ...place }))),
   plans: list(plan), names: optional(named(text), new Map()), marked: number,

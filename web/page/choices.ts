@@ -41,8 +41,15 @@ export const FIRST: Choices = {
   matings: null, rules: [], target: null, point: "", seeds: 4,
 };
 
-/** What is asked first where nobody, and no column of the herd book, says how often animals may be mated. */
-export const SUGGESTED: Pick<Choices, "males" | "females"> = { males: { ...ANY, matings: 20 }, females: { ...ANY, matings: 1 } };
+type Sexes = Pick<Choices, "males" | "females">;
+type Ages = readonly [number, number] | null;
+
+/** What is asked first where nobody, and no column of the herd book, says how often animals may be mated: the ages are those at
+ * which most have become parents. */
+export function suggestion(males: Ages, females: Ages): Sexes {
+  const sex = (matings: number, ages: Ages) => ({ matings, from: ages?.[0] ?? null, to: ages?.[1] ?? null });
+  return { males: sex(20, males), females: sex(1, females) };
+}
 
 /** "matings=30 age=1-6" */
 function ruleOf({ matings, from, to }: Choices["males"]): string {

@@ -1,6 +1,7 @@
 // The page: five steps from a herd book to a plan of matings.
 
-import { add, fill, h, link, part } from "../shared/dom.js";
+import { contents } from "../shared/contents.js";
+import { add, fill, h, part } from "../shared/dom.js";
 import { arrival } from "./arrivals.js";
 import { Planning } from "./planning.js";
 import { ENDING, saveWork } from "./saved.js";
@@ -82,10 +83,6 @@ function opening(): HTMLElement[] {
   return [h("button", { type: "button", class: "plainbutton", onclick: () => files.click() }, words.frame.open), files];
 }
 
-function contents(): HTMLElement {
-  return h("nav", { class: "contents", "aria-label": words.frame.steps }, h("ol", {}, steps.map(({ id, title }, i) => h("li", {}, link(id, `${i + 1}. ${title}`)))));
-}
-
 /** While the work is made anew, what was shown before stays, and so does the focus in it. */
 function section(step: Step, number: number): HTMLElement {
   const later = h("p", { class: "note" }, words.frame.later);
@@ -116,9 +113,9 @@ function show(): void {
   document.body.replaceChildren(...[...document.body.children].filter((child) => child instanceof HTMLScriptElement));
   const foot = status(work);
   follow(foot.show);
-  const main = h("main", {}, steps.map((step, i) => section(step, i + 1)));
+  const sections = steps.map((step, i) => section(step, i + 1)), main = h("main", {}, sections);
   follow(() => busy(main));
-  add(document.body, [header(), toolbar(), h("div", { class: "frame" }, contents(), main), foot.element]);
+  add(document.body, [header(), toolbar(), h("div", { class: "frame" }, contents(sections, words.frame.steps), main), foot.element]);
 }
 
 /** While the herd book is worked on, what is shown may be of the one before. */

@@ -1,9 +1,9 @@
 // What qob-prepare tells of a herd book, as it writes it; types follow from the shapes.
 
-import { columns, flag, headed, list, number, object, orNull, text, type Read } from "../shared/shape.js";
+import { columns, flag, headed, list, number, object, orNull, text, tuple, type Read } from "../shared/shape.js";
 
 const reason = object({ reason: text, count: number, text });
-const sex = object({ sex: text, candidates: number, parents_known: number, matings: number, completeness: number, left_out: list(reason) });
+const sex = object({ sex: text, candidates: number, parents_known: number, matings: number, completeness: number, parent_ages: orNull(tuple(number, number)), left_out: list(reason) });
 
 const prepared = object({
   program: text, file: text, sound: flag, refused: text, decoding: text, header: number, rows: number,

@@ -267,7 +267,7 @@ export class Tradeoff extends Followed {
     const done = this.frontier!.plans.length;
     if (!this.stopped) this.show({ state: "planning", made: done, all: Math.max(done + before, ROUNDS[ROUNDS.length - 1]! + 1) });
     const { err } = await this.do({ command: ["frontier-make"], take: [JSON_FILE] });
-    if (this.left >= before) throw new Error(err.trim());
+    if (this.frontier!.plans.length === done) throw new Error(err.trim());
     this.changed();
   }
 

@@ -2,7 +2,7 @@
 // follows it.
 
 import { csv } from "../shared/download.js";
-import { decides, FIRST, prepareWords, SUGGESTED, type Choices } from "./choices.js";
+import { decides, FIRST, prepareWords, suggestion, type Choices } from "./choices.js";
 import { Cancelled, Engine, type Progress } from "./engine/engine.js";
 import type { Files } from "./engine/protocol.js";
 import { Followed } from "./followers.js";
@@ -173,7 +173,7 @@ export class Work extends Followed {
     if (found.state !== "ready" || found.data.counts.animals === 0 || this.fresh !== this.book) return false;
     this.fresh = null;
     if (!silent(this.choices, found.data)) return false;
-    this.choices = { ...this.choices, ...SUGGESTED };
+    this.choices = { ...this.choices, ...suggested(found.data) };
     return true;
   }
 
@@ -193,6 +193,11 @@ export class Work extends Followed {
 /** Whether nothing tells how often an animal may be mated. */
 const silent = ({ males, females }: Choices, { columns }: Prepared): boolean =>
   males.matings === null && females.matings === null && columns.every(({ field }) => field !== "matings");
+
+/** Whom the page suggests to mate how often, and at what ages. */
+export function suggested({ sexes }: Prepared): ReturnType<typeof suggestion> {
+  return suggestion(sexes[0]!.parent_ages, sexes[1]!.parent_ages);
+}
 
 /** The rules as a file of qob-prepare has them. */
 export function rulesFile({ rules }: Choices): Uint8Array {

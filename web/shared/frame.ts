@@ -1,7 +1,8 @@
 // The frame of every page: what stands above its parts, the table of contents, the data that can be saved;
 // data that are not what the page knows are told in words.
 
-import { add, h, link } from "./dom.js";
+import { contents } from "./contents.js";
+import { add, h } from "./dom.js";
 import { save } from "./download.js";
 import { Misshapen, OtherVersion } from "./shape.js";
 import * as words from "./texts/frame.js";
@@ -32,25 +33,8 @@ function frame({ what, saved }: Kind, { title, made, parts }: Shown, json: strin
       h("h1", {}, title),
       h("p", {}, made && words.made(made.time, made.program)),
       h("button", { type: "button", class: "download", onclick: saveAll }, words.SAVE_JSON)),
-    h("div", { class: "frame" }, contents(parts), h("main", { id: what, tabindex: -1 }, parts)),
+    h("div", { class: "frame" }, contents(parts, words.CONTENTS), h("main", { id: what, tabindex: -1 }, parts)),
   ]);
-}
-
-/** The table of contents; it follows the reader. */
-function contents(parts: readonly HTMLElement[]): HTMLElement {
-  const links = new Map<Element, HTMLElement>();
-  for (const part of parts) links.set(part, link(part.id, part.querySelector("h2")?.textContent));
-  const seen = new IntersectionObserver((entries) => {
-    const now = entries.filter((entry) => entry.isIntersecting).pop()?.target;
-    if (now) for (const [part, to] of links) mark(to, part === now);
-  }, { rootMargin: "-20% 0px -70% 0px" });
-  for (const part of parts) seen.observe(part);
-  return h("nav", { class: "contents", "aria-label": words.CONTENTS }, h("ol", {}, [...links.values()].map((to) => h("li", {}, to))));
-}
-
-function mark(to: HTMLElement, now: boolean): void {
-  if (now) to.setAttribute("aria-current", "true");
-  else to.removeAttribute("aria-current");
 }
 
 function expected(error: unknown): boolean {

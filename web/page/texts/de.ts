@@ -112,6 +112,14 @@ export const de: Texts = {
     save: "Alle Befunde als CSV speichern",
     first: (some, all) => `Das sind die ersten ${some} von ${all}; die Datei mit allen Befunden enthält die übrigen.`,
     table: { caption: (kind) => `Befunde: ${kind}`, columns: { row: "Zeile", column: "Spalte", value: "Wert", text: "Was es ist", done: "Was getan wurde" } },
+    titles: {
+      table: "die Tabelle", cells: "Zeilen mit mehr Zellen als Überschriften", identifier: "Kennungen, die keine sind", duplicate: "Kennungen, deren Zeilen sich widersprechen",
+      "own-parent": "Tiere, die ihr eigener Elternteil sind", "same-parents": "ein Tier als Vater und Mutter eines anderen", loop: "Kreise in der Abstammung", sex: "Geschlechter, die nicht zu lesen sind",
+      "parent-sex": "Eltern vom falschen Geschlecht", "both-roles": "Tiere, die Vater und Mutter sind", birth: "Geburten, die nicht zu lesen sind", "younger-parent": "Eltern, die nicht vor ihren Nachkommen geboren sind",
+      number: "Zahlen, die nicht zu lesen sind", ebv: "Kandidaten ohne Zuchtwert", rule: "Fehler in den Paarungsregeln", read: "Bemerkungen dazu, wie die Tabelle gelesen wird", repeated: "Zeilen, die doppelt vorkommen",
+      alike: "Kennungen, die sich nur durch Groß- und Kleinschreibung, Leerzeichen oder führende Nullen unterscheiden", founder: "Eltern ohne eigene Zeile", undated: "Tiere ohne Geburtsdatum",
+      moved: "Geburtszeiten, die verschoben wurden", inferred: "Geschlechter, die aus der Verwendung als Elternteil folgen", label: "Kennungen, die für eine Kurzbezeichnung zu lang sind",
+    },
     remedies: {
       cells: "die überzähligen Zellen werden nicht gelesen", identifier: "die Zeile wird weggelassen", duplicate: "die erste Zeile gilt",
       "own-parent": "der Elternteil gilt als unbekannt", "same-parents": "beide Eltern gelten als unbekannt", loop: "ein Elternteil gilt als unbekannt",
@@ -174,7 +182,9 @@ export const de: Texts = {
       noColumn: "Keine Spalte wurde für Zuchtwerte gehalten. Wählen Sie sie in Schritt 1, oder wählen Sie unten, ohne sie zu planen.",
     },
     remain: "Wer bleibt",
-    suggested: "Wie viele Paarungen ein Tier haben darf, ist ein Vorschlag der Seite, denn das Herdbuch hat keine Spalte dafür: 20 für ein männliches, 1 für ein weibliches. Ändern Sie es nach Bedarf, und sagen Sie das Alter, damit keine Tiere von einst eingeplant werden.",
+    suggested: (ages: boolean) => `Wie viele Paarungen ein Tier haben darf, ist ein Vorschlag der Seite, denn das Herdbuch hat keine Spalte dafür: 20 für ein männliches, 1 für ein weibliches. ${ages
+      ? "Das Alter ist jenes, in dem neun von zehn in diesem Herdbuch ihre Nachkommen hatten. Ändern Sie beides nach Bedarf, damit niemand eingeplant wird, den es nicht mehr gibt."
+      : "Ändern Sie es nach Bedarf, und sagen Sie das Alter, damit keine Tiere von einst eingeplant werden."}`,
     unsound: "Die Zahlen kommen, wenn nichts mehr hindert.", toFaults: "Siehe Schritt 2",
     sum: (males, females) => `${counted(males, "männliches", "männliche")} und ${counted(females, "weibliches Tier", "weibliche Tiere")} kommen in Frage.`,
     none: "Von einem Geschlecht bleibt keines: So lässt sich nichts planen. Lockern Sie eine Bedingung; die Liste der Gründe zeigt, welche am meisten weglässt.",
@@ -289,6 +299,7 @@ export const de: Texts = {
       chosen: "Gewählt:", suggested: "Vorgeschlagen:",
       rate: "Inzuchtrate", rises: (rate: number) => `${rate <= 0.01 ? "je Generation; geraten wird zu höchstens 1 %" : "je Generation; mehr als das 1 %, zu dem geraten wird"}`, falls: "die Verwandtschaft sinkt: es kommt keine Inzucht hinzu",
       size: "Effektive Größe", sizeNote: "Tiere einer idealen Herde, in der die Inzucht ebenso schnell steigt; geraten wird zu 50 oder mehr (FAO 1998)",
+      noBase: (animals: number) => `Inzuchtrate und effektive Größe stehen hier auf schwachem Grund: sie werden von den zuletzt geborenen Tieren an gerechnet, von denen erst ${animals} im Herdbuch sind. Einen Plan vom anderen unterscheiden sie dennoch.`,
       merit: "Mittlerer Zuchtwert der Eltern", above: (sd: number) => `${fixed(sd, 2)} Standardabweichungen über dem gleichmäßigen Einsatz aller Kandidaten`,
       parents: "Eltern", used: (males: number, females: number) => `${males} ♂, ${females} ♀`, candidates: (males: number, females: number) => `männliche und weibliche, von ${males} und ${females} Kandidaten`,
       inbreeding: "Inzucht der Nachkommen", inbreedingNote: "im Mittel, so wie sie gepaart werden",

@@ -35,6 +35,7 @@ export const curve = {
         : "What the best possible plans would be is not known for this herd."}`,
   marked: (name: string, n: number) => (n > 1 ? `The plan that is marked, of ${plans(n)}: ${name}.` : `There is one plan: ${name}.`),
   no_plans: "There is no plan yet.",
+  no_base: (animals: number) => `Rates and effective sizes have no firm base here: they are reckoned from the animals born last, of which only ${count(animals)} are in the data so far. They still tell one plan from another.`,
   breaks: (rate: number) => `This plan does not keep the limit that it was made for: ${percent(rate)} inbreeding a generation. None better was found.`,
 };
 

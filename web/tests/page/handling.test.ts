@@ -45,13 +45,19 @@ test("what was chosen is undone, done again, saved and opened", async () => {
   });
 });
 
-test("the page suggests matings where the herd book has none, and tells there what that brings about", async () => {
+test("the page suggests matings and ages where the herd book has none, and tells there what that brings about", async () => {
   const user = await User.at();
   await user.give("../examples/hinterwald/hinterwald.csv");
   expect(await user.holds("Males > Matings each may have")).toBe("20");
   expect(await user.holds("Females > Matings each may have")).toBe("1");
+  for (const [sex, youngest, oldest] of [["Males", "2", "10"], ["Females", "2", "13"]] as const) {
+    expect(await user.holds(`${sex} > Youngest`)).toBe(youngest);
+    expect(await user.holds(`${sex} > Oldest`)).toBe(oldest);
+  }
+  expect(await user.read("#faults")).toContain("All good");
   expect(await user.evaluate(() => document.querySelector("[aria-keyshortcuts='Control+Z']")!.getAttribute("aria-disabled"))).toBe("true");
-  for (const place of ["#faults", "#candidates"]) expect(await user.read(place)).toContain("584 candidates have no breeding value");
+  for (const sex of ["Males", "Females"]) for (const end of ["Youngest", "Oldest"]) await user.fill(`${sex} > ${end}`, "");
+  for (const place of ["#faults", "#candidates"]) await user.sees(place, /584 candidates have no breeding value/);
   await user.choose("Where one is missing", "missing ones get the mean");
   await user.sees("#faults", /All good/);
   expect(await user.read("#candidates")).not.toContain("no breeding value.");
@@ -147,13 +153,12 @@ test("rules are kept, and faults of rules told", async () => {
     const list = async () => (await listMade(user)).trim().split("\n").slice(1).map((line) => line.split(",").slice(0, 2));
     const [[sire], [, dam]] = (await list()) as [[string, string], [string, string]];
     put(folder, { "rules.csv": `kind,a,b,value\nforbid,${sire},${dam},\nmax,${sire},,3\n`, "faulty.csv": `kind,a,b,value\nmax,nobody,,3\n` });
-    await user.giveRules(join(folder, "rules.csv"));
+    await user.give(join(folder, "rules.csv"), "goal");
     await user.sees("#goal", PLANS);
     const ruled = await list();
     expect(ruled.filter(([male]) => male === sire).length).toBe(3);
     expect(ruled).not.toContainEqual([sire, dam]);
-    await user.giveRules(join(folder, "faulty.csv"));
-    await user.settles();
+    await user.give(join(folder, "faulty.csv"), "goal");
     await user.unfolds("#faults");
     expect(await user.read("#faults")).toMatch(/faults in the rules of matings.*nobody/);
     await user.leaves();

@@ -148,17 +148,12 @@ export class User {
     await (await this.found("button", name)).click();
   }
 
-  /** Chooses a file as the herd book, and waits until the page has made of it what it can. */
-  async give(file: string): Promise<void> {
+  /** Chooses a file as the herd book, or of rules, and waits until the page has made of it what it can. */
+  async give(file: string, step: "book" | "goal" = "book"): Promise<void> {
     const times = () => this.page.evaluate(() => Number(document.querySelector("main")!.dataset["done"]));
     const before = await times();
-    await this.page.give("#book input[type=file]", file);
+    await this.page.give(`#${step} input[type=file]`, file);
     await expect.poll(times, { timeout: PATIENCE }).toBeGreaterThan(before);
-  }
-
-  /** Chooses a file of rules. */
-  giveRules(file: string): Promise<void> {
-    return this.page.give("#goal input[type=file]", file);
   }
 
   /** Unfolds all that is folded there. */
@@ -195,7 +190,7 @@ export class User {
   async fill(name: string, text: string): Promise<void> {
     await (await this.found("field", name)).focus();
     await this.page.evaluate(() => (document.activeElement as HTMLInputElement).select());
-    await this.page.type(text);
+    await (text === "" ? this.page.key("Delete") : this.page.type(text));
     await this.page.evaluate(() => (document.activeElement as HTMLElement).blur());
   }
 

@@ -1,20 +1,21 @@
 // What is asked of a candidate.
 
 import { fill, h, link, type Child } from "../../../shared/dom.js";
-import { SUGGESTED, type Choices } from "../../choices.js";
+import type { Choices } from "../../choices.js";
 import { fields, number, select, tick, type Control, type Options } from "../../fields.js";
 import { words } from "../../texts/words.js";
 import { hindering } from "../../prepared.js";
-import type { Work } from "../../work.js";
+import { suggested, type Work } from "../../work.js";
 
 const OLDEST = 1000;
 
 export function conditions(work: Work): Control {
   const parts = [sex(work, "males"), sex(work, "females"), alive(work), known(work), values(work)];
-  const suggested = h("p", { class: "warning", hidden: true }, words.candidates.suggested);
-  const element = h("div", {}, suggested, h("div", { class: "conditions" }, parts.map(({ element }) => element)));
+  const told = h("p", { class: "warning", hidden: true });
+  const element = h("div", {}, told, h("div", { class: "conditions" }, parts.map(({ element }) => element)));
   const show = () => {
-    suggested.hidden = !isSuggested(work);
+    told.hidden = !isSuggested(work);
+    if (!told.hidden) fill(told, words.candidates.suggested(work.choices.females.to !== null));
     for (const part of parts) part.show();
   };
   return { element, show };
@@ -22,8 +23,8 @@ export function conditions(work: Work): Control {
 
 /** Whether what is asked is still what the page has suggested. */
 function isSuggested({ choices: { males, females }, latest }: Work): boolean {
-  const recorded = latest?.columns.some(({ field }) => field === "matings");
-  return !recorded && JSON.stringify({ males, females }) === JSON.stringify(SUGGESTED);
+  const recorded = latest?.columns.some(({ field }) => field === "matings") ?? true;
+  return !recorded && JSON.stringify({ males, females }) === JSON.stringify(suggested(latest!));
 }
 
 /** How often an animal of a sex may be mated, and at what ages. */

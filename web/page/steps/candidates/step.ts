@@ -7,6 +7,7 @@ import { hindering, type Prepared } from "../../prepared.js";
 import type { Step } from "../../step.js";
 import { words } from "../../texts/words.js";
 import type { Work } from "../../work.js";
+import { titleOf } from "../faults/kind.js";
 import { animals } from "./animals.js";
 import { conditions } from "./conditions.js";
 import { picture } from "./picture.js";
@@ -38,7 +39,7 @@ export function step(work: Work): Step {
 /** What has to be mended before the figures come. */
 function hindered(data: Prepared): HTMLElement {
   const { unsound, toFaults } = words.candidates;
-  const kinds = hindering(data).map(({ count: n, title }) => h("li", {}, `${count(n)} `, title));
+  const kinds = hindering(data).map((kind) => h("li", {}, `${count(kind.count)} `, titleOf(kind)));
   return h("div", { class: "warning" }, h("p", {}, unsound, " ", link("faults", toFaults)), kinds.length > 0 && h("ul", {}, kinds));
 }
 

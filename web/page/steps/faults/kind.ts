@@ -26,7 +26,7 @@ export function kindView(work: Work, name: string): KindView {
   };
   element.addEventListener("toggle", draw);
   function show(kind: Kind, { findings }: Prepared): void {
-    fill(title, kind.title);
+    fill(title, titleOf(kind));
     fill(number, count(kind.count));
     element.classList.toggle("hinders", kind.severity === "fault" && !kind.accepted);
     fill(advice, advised(name).map((text) => h("p", {}, text)));
@@ -38,6 +38,9 @@ export function kindView(work: Work, name: string): KindView {
   }
   return { element, show };
 }
+
+/** What a kind is called in the language of the page. */
+export const titleOf = ({ kind, title }: Kind): string => new Map(Object.entries(words.faults.titles)).get(kind) ?? title;
 
 /** What a kind means and what to do about it; a program that is newer may have kinds unknown here. */
 const advised = (name: string): readonly string[] => new Map(Object.entries(words.faults.kinds)).get(name) ?? [];
@@ -63,7 +66,7 @@ const KEYS = ["row", "column", "value", "text", "done"] as const;
 const alike = (a: readonly Finding[], b: readonly Finding[]): boolean =>
   a.length === b.length && a.every((each, i) => KEYS.every((key) => each[key] === b[i]![key]));
 
-/** What the command line offers; here it is chosen in step 3. */
+/** What the command line offers; here the advice on the kind tells where it is chosen. */
 const OPTIONS = / : expected .*--.*$/;
 
 function findings(rows: readonly Finding[], name: string): HTMLElement {
@@ -73,6 +76,6 @@ function findings(rows: readonly Finding[], name: string): HTMLElement {
   return table<Finding>([
     { key: "row", title: columns.row, value: ({ row }) => row || NaN, show: ({ row }) => (row > 0 ? String(row) : NONE) },
     ...(filled("column") ? [text("column")] : []), ...(filled("value") ? [text("value", true)] : []),
-    { ...text("text", true), show: ({ text }) => (name === "ebv" ? text.replace(OPTIONS, "") : text) }, ...(filled("done") ? [text("done", true)] : []),
+    { ...text("text", true), show: ({ text }) => text.replace(OPTIONS, "") }, ...(filled("done") ? [text("done", true)] : []),
   ], rows, { caption: caption(name), file: `${name}.csv` });
 }

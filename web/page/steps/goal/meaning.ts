@@ -37,6 +37,7 @@ export class Meaning {
         [meaning.parents, meaning.used(males, females), meaning.candidates(herd.males, herd.females)],
         [meaning.inbreeding, percent(plan.inbreeding), meaning.inbreedingNote],
         [meaning.share, atLeast(plan.share), meaning.shareNote]),
+      ...(herd.last_is_unfinished ? [h("p", { class: "note" }, meaning.noBase(herd.last_animals))] : []),
       ...(plan.keeps_constraint === false ? [h("p", { class: "warning" }, meets(ADVISED)(plan) ? meaning.unreachable(ADVISED.value, rate) : meaning.breaks(rate))] : []),
     ];
   }

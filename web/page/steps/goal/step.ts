@@ -35,7 +35,7 @@ export function step(work: Work, { tradeoff, searches }: Planning): Step {
     const now = faultsOf(work, tradeoff).size > 0 ? words.goal.rules.faulty : sentence(work, tradeoff);
     if (told.textContent !== now) told.textContent = now;
     const { state } = tradeoff;
-    again.hidden = tradeoff.stale || !(state.state === "stopped" || (state.state === "failed" && state.error instanceof Failed));
+    again.hidden = tradeoff.stale || !(state.state === "stopped" || (state.state === "failed" && (state.error instanceof Failed || tradeoff.frontier !== null)));
     shown.hidden = !tradeoff.frontier;
     shown.classList.toggle("stale", tradeoff.stale);
     for (const each of [asked, rules, curve, meaning, along, wanted, thorough]) each.show();
