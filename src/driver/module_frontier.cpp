@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "core/edit.h"
@@ -13,17 +14,24 @@
 namespace qob {
 namespace {
 
-std::unique_ptr<FrontierSession>& kept() {
-  static std::unique_ptr<FrontierSession> session;
-  return session;
+struct Kept {
+  std::unique_ptr<FrontierSession> session;
+  std::set<std::string> tried;  // folders of plans, also of those that could not be made
+};
+
+Kept& kept() {
+  static Kept kept;
+  return kept;
 }
 
 FrontierSession& session() {
-  if (kept() == nullptr) stop("no herd has been read : expected frontier-begin before");
-  return *kept();
+  if (kept().session == nullptr) stop("no herd has been read : expected frontier-begin before");
+  return *kept().session;
 }
 
-bool is_to_be_made(const PointRun& run) { return !run.is_search() && !session().is_finished(run); }
+bool is_to_be_made(const PointRun& run) {
+  return !run.is_search() && !session().is_finished(run) && !kept().tried.contains(run.folder);
+}
 
 int tell_how_many() {
   const std::vector<PointRun>& runs = session().runs();
@@ -40,11 +48,11 @@ void write_json() {
 }  // namespace
 
 int begin_frontier(int argc, char** argv) {
-  kept().reset();
+  kept() = {};
   int status = kSuccess;
   const auto arguments = frontier_arguments(argc, argv, status);
   if (!arguments) return status;
-  kept() = std::make_unique<FrontierSession>(*arguments);
+  kept().session = std::make_unique<FrontierSession>(*arguments);
   session().add(*arguments);
   write_json();
   return tell_how_many();
@@ -61,7 +69,10 @@ int add_to_frontier(int argc, char** argv) {
 int make_next_plan(int, char**) {
   const std::vector<PointRun>& runs = session().runs();
   const auto next = std::find_if(runs.begin(), runs.end(), is_to_be_made);
-  if (next != runs.end()) session().make({*next});
+  if (next != runs.end()) {
+    kept().tried.insert(next->folder);
+    session().make({*next});
+  }
   write_json();
   return tell_how_many();
 }
