@@ -2,7 +2,7 @@
 
 import { h, note } from "../shared/dom.js";
 import { count } from "../shared/format.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import * as ages from "./ages.js";
 import { inWords } from "./births.js";
 import * as effective_size from "./effective_size.js";

@@ -3,8 +3,7 @@
 
 import { facts, h, type Child } from "../shared/dom.js";
 import { count, digits, fixed, percent } from "../shared/format.js";
-import { change } from "../shared/texts/beware.js";
-import * as words from "../shared/texts/summary.js";
+import { beware as beware_words, summary as words } from "../shared/texts/language.js";
 import { once, said } from "./beware.js";
 import { birthOf, inWords } from "./births.js";
 import { beside } from "./evaluate.js";
@@ -44,7 +43,7 @@ function rate(result: Result, { value, ne, last }: Plan): string | null {
   const { values } = unfinished(result) ?? {};
   if (!values) return Number.isNaN(value.rate) ? null : words.rate(value.rate, ne, last.generation_interval);
   const before = values["rate"] ?? NaN;
-  const so_far = Number.isNaN(before) ? "" : change(before, percent(Math.abs(before)));
+  const so_far = Number.isNaN(before) ? "" : beware_words.change(before, percent(Math.abs(before)));
   return words.noBase(last.animals, born(result, last.birth_time), so_far);
 }
 

@@ -1,7 +1,7 @@
 // The licences of the programs that are bundled into the page, as the build put them there.
 
 import { h, type Outline } from "./dom.js";
-import * as words from "./texts/made.js";
+import { made as words } from "./texts/language.js";
 
 interface Licence { name: string; version: string; license: string; text: string }
 
