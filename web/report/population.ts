@@ -28,7 +28,7 @@ export function section(result: Result): HTMLElement {
     kinship.section(result),
     founders.section(result),
     families.section(result),
-    group(words.sources.title, h("ul", {}, words.sources.list.map((source) => h("li", {}, note(source))))));
+    group(words.sources.title, h("ul", {}, words.sources.list.map((source) => h("li", { lang: "en" }, note(source))))));
 }
 
 function living_by(population: Population): string {

@@ -117,7 +117,7 @@ const beware: Texts["beware"] = {
 const candidates: Texts["candidates"] = {
   title: "Wer gewählt wurde und warum",
   intro:
-    "Für einen Kandidaten sprechen sein Zuchtwert und eine geringe Verwandtschaft mit den anderen Gewählten: Sie wird mit der Zeit zu Inzucht. Die besten liegen also links oben. Nahe der Grenze zwischen Gewählten und anderen entscheidet ein kleiner Unterschied, und der Zufall.",
+    "Für einen Kandidaten sprechen sein Zuchtwert und eine geringe Verwandtschaft mit den anderen Gewählten, denn Verwandtschaft wird mit der Zeit zu Inzucht. Die besten liegen also links oben. Nahe der Grenze zwischen Gewählten und anderen entscheidet ein kleiner Unterschied, und der Zufall.",
   picture: {
     title: "Zuchtwert und Verwandtschaft der Kandidaten",
     description: (males, females) =>
@@ -126,7 +126,7 @@ const candidates: Texts["candidates"] = {
     x: "mittlere Verwandtschaft",
     to_others: {
       name: "Verwandt mit den anderen Gewählten", axis: "Verwandtschaft mit den anderen Gewählten, % →",
-      note: "Mittlere Verwandtschaft mit den Gewählten, jeder mit seinen Paarungen gewichtet, ohne das Tier selbst: Um sie sinkt der Wert des Plans, wenn es gewählt wird; darum erklärt sie die Wahl am besten.",
+      note: "Mittlere Verwandtschaft mit den Gewählten, jeder mit seinen Paarungen gewichtet, ohne das Tier selbst: Um so viel sinkt der Wert des Plans, wenn es gewählt wird; darum erklärt dieses Maß die Wahl am besten.",
     },
     relationship: {
       name: "Verwandt mit allen Kandidaten", axis: "Verwandtschaft mit allen Kandidaten, % →",
@@ -324,7 +324,7 @@ const population: Texts["population"] = {
     since: (since) => `Wer lebt, sagt das Herdbuch nicht: Alle seit ${since} geborenen Tiere gelten als lebend.`,
   },
   figures: {
-    title: "Zahlen, nach denen die Genetik fragt",
+    title: "Genetische Kennzahlen",
     source: (formula, source) => `Formel: ${formula} (${source}).`,
     between: (low, high) => `${low} bis ${high}`,
     mean_f: {
@@ -388,7 +388,7 @@ const population: Texts["population"] = {
     generations: {
       title: "Wie tief die Abstammungen sind",
       description: (last, when) =>
-        `Äquivalent vollständiger Generationen, die Summe über alle bekannten Vorfahren von ½ für einen Elternteil, ¼ für einen Großelternteil und so weiter (Boichard, Maignan & Verrier 1997). Zuletzt (${when}) sind es ${last}.`,
+        `Vollständige Generationsäquivalente: die Summe über alle bekannten Vorfahren von ½ für einen Elternteil, ¼ für einen Großelternteil und so weiter (Boichard, Maignan & Verrier 1997). Zuletzt (${when}) sind es ${last}.`,
       line: "Generationen", axis: "Generationen",
     },
     columns: {
@@ -435,7 +435,7 @@ const population: Texts["population"] = {
   kinship: {
     title: "Mittlere Kinship: wessen Gene selten sind",
     intro: (mean, diversity) =>
-      `Die lebenden Tiere haben eine mittlere Kinship von ${mean}, also ist die Gendiversität ${diversity}. Ein Tier mit kleinerer mittlerer Kinship trägt Gene, von denen wenige andere Kopien haben: Mit ihm zu züchten, erhält Vielfalt; eines mit größerer wiederholt, was häufig ist. Geordnet sind die Kandidaten.`,
+      `Die lebenden Tiere haben eine mittlere Kinship von ${mean}, also ist die Gendiversität ${diversity}. Ein Tier mit kleinerer mittlerer Kinship trägt Gene, von denen wenige andere Kopien haben: Mit ihm zu züchten, erhält Vielfalt; eines mit größerer wiederholt, was häufig ist. Hier die Kandidaten der Reihe nach.`,
     caption: "Kandidaten nach mittlerer Kinship",
     columns: {
       place: "Platz", animal: "Tier", sex: "Geschlecht", birth: "Geboren", mean_kinship: "Mittlere Kinship, %", completeness: "Vollständigkeit, %",
@@ -603,11 +603,11 @@ const summary: Texts["summary"] = {
   merit: (merit) => `Der erwartete Zuchtwert der Nachkommen ist ${digits(merit, 4)}`,
   gain: (gain, born) =>
     Math.abs(gain) < 1e-9
-      ? `, so viel wie das Mittel der zuletzt geborenen Tiere (${born}). `
-      : `, um ${digits(Math.abs(gain))} ${gain > 0 ? "mehr" : "weniger"} als das Mittel der zuletzt geborenen Tiere (${born}). `,
+      ? `, so hoch wie das Mittel der zuletzt geborenen Tiere (${born}). `
+      : `, um ${digits(Math.abs(gain))} ${gain > 0 ? "höher" : "niedriger"} als das Mittel der zuletzt geborenen Tiere (${born}). `,
   END: ". ",
 
-  inbreeding: (f, relationship) => `Ihre mittlere Inzucht wird ${percent(f)} sein, ihre mittlere Verwandtschaft miteinander ${percent(relationship)}. `,
+  inbreeding: (f, relationship) => `Die mittlere Inzucht der Nachkommen wird ${percent(f)} sein, ihre mittlere Verwandtschaft miteinander ${percent(relationship)}. `,
   rate: (rate, ne, interval) => {
     if (rate <= 0) return "Mit diesem Plan steigt die Inzucht nicht, soweit das Pedigree reicht. ";
     if (ne < 2) return `Die Verwandtschaft steigt in einem Schritt so sehr, dass die Inzuchtrate über eine Generation von ${digits(interval)} Zeitschritten ${percent(rate, 0)} wäre: zu schnell, als dass eine effektive Populationsgröße etwas bedeuten würde. `;
