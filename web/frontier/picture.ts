@@ -6,11 +6,11 @@
 import * as Plot from "@observablehq/plot";
 import { choose } from "../shared/choose.js";
 import { h } from "../shared/dom.js";
-import { digits, fixed } from "../shared/format.js";
+import { digits, fixed, short } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { COLOUR, draw, figure, type Picture } from "../shared/plot.js";
 import type { Column } from "../shared/table.js";
-import { short, table } from "../shared/texts/frontier.js";
+import { table } from "../shared/texts/frontier.js";
 import type { Choice } from "./choice.js";
 import { Dots } from "./dots.js";
 import { best, domain, effectiveSizes, labels, limit, LOOKS, positionOf, signs, star, WAYS, type Axis, type Point } from "./marks.js";

@@ -1,7 +1,7 @@
 // All plans as a table: each row has a button that chooses its plan, and so has the row itself.
 
 import { h, part } from "../shared/dom.js";
-import { atLeast, digits } from "../shared/format.js";
+import { atLeast, digits, short } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
 import * as words from "../shared/texts/frontier.js";
 import type { Choice } from "./choice.js";
@@ -43,7 +43,7 @@ function columns(plans: readonly Plan[], chooser: (plan: Plan) => HTMLElement): 
     column("males", ({ males }) => males),
     column("females", ({ females }) => females),
     column("degrees", ({ degrees }) => degrees, { decimals: 0 }),
-    column("weight", ({ weight }) => weight, { show: ({ weight }) => words.short(weight) }),
+    column("weight", ({ weight }) => weight, { show: ({ weight }) => short(weight) }),
     column("constraint", ({ constraint }) => constraint, { percent: true }),
     column("seed", ({ seed }) => seed),
     column("seconds", ({ seconds }) => seconds, { show: ({ seconds }) => digits(seconds, 2) }),

@@ -5,7 +5,7 @@ import { h } from "../shared/dom.js";
 import { count, fixed } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { draw, COLOUR, FEMALE, figure, MALE } from "../shared/plot.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import type { Result } from "./model.js";
 import { group } from "./outline.js";
 

@@ -3,7 +3,8 @@
 
 import { h } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
-import * as words from "../shared/texts/beware.js";
+import type { Told, Words } from "../shared/texts/beware.js";
+import { beware as words } from "../shared/texts/language.js";
 import { birthOf, inWords } from "./births.js";
 import { animal, called, type Result, type Warning } from "./model.js";
 import { heading, part } from "./outline.js";
@@ -42,7 +43,7 @@ export function once(warnings: readonly Warning[]): Warning[] {
 }
 
 /** A warning in words. */
-export function said(warning: Warning, result: Result): words.Words {
+export function said(warning: Warning, result: Result): Words {
   return words.warnings[warning.kind]?.(told(warning, result)) ?? words.unknown(warning.kind);
 }
 
@@ -50,22 +51,22 @@ function single(warning: Warning, result: Result): HTMLElement {
   const { title, text } = said(warning, result);
   return h("section", { class: warning.serious ? "warning serious" : "warning" },
     heading(`${warning.serious ? words.serious : words.known}: ${title}`),
-    text ? h("p", {}, text) : warning.text && h("pre", {}, warning.text),
+    text ? h("p", {}, text) : warning.text && h("pre", { lang: "en" }, warning.text),
     animals(warning, result));
 }
 
 /** Texts of programs, one list a kind. */
 function quoted(warnings: readonly Warning[]): HTMLElement[] {
   return [...new Set(warnings.map(({ kind }) => kind))].map((kind) => {
-    const texts = warnings.filter((warning) => warning.kind === kind).map(({ text }) => h("li", {}, h("code", {}, text)));
+    const texts = warnings.filter((warning) => warning.kind === kind).map(({ text }) => h("li", {}, h("code", { lang: "en" }, text)));
     const { title } = words.warnings[kind]?.(NOTHING_TOLD) ?? words.unknown(kind);
     return h("section", { class: "warning" }, heading(`${words.known}: ${title}`), h("ul", {}, texts));
   });
 }
 
-const NOTHING_TOLD: words.Told = { percent: String, count: String, number: String, birth: String, change: String, has: () => false, text: "" };
+const NOTHING_TOLD: Told = { percent: String, count: String, number: String, birth: String, change: String, has: () => false, text: "" };
 
-function told({ values, text }: Warning, result: Result): words.Told {
+function told({ values, text }: Warning, result: Result): Told {
   const value = (name: string) => values[name] ?? NaN;
   return {
     percent: (name, decimals) => percent(value(name), decimals ?? (isWhole(value(name) * 100) ? 0 : 2)),

@@ -1,6 +1,6 @@
 // How birth times are called: as the herd book counts, or as the time step.
 
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import type { Result } from "./model.js";
 
 export type Birth = (birth_time: number) => string;

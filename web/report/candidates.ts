@@ -2,9 +2,9 @@
 
 import { choose } from "../shared/choose.js";
 import { h, note } from "../shared/dom.js";
-import { count, counted, digits, fixed, NONE } from "../shared/format.js";
+import { count, digits, fixed, NONE } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
-import * as words from "../shared/texts/candidates.js";
+import { candidates as words } from "../shared/texts/language.js";
 import { picture } from "./merit_picture.js";
 import { animal, called, type Animal, type Candidate, type Result } from "./model.js";
 import { group, part } from "./outline.js";
@@ -22,21 +22,20 @@ export function candidates(result: Result): Row[] {
   return result.candidates.map((candidate) => ({ ...candidate, of: animal(result, candidate.animal) }));
 }
 
-const filters: readonly { name: string; value: (row: Row) => boolean }[] = [
-  { name: words.filter.all, value: () => true },
-  { name: words.filter.males, value: ({ of }) => of.sex === 1 },
-  { name: words.filter.females, value: ({ of }) => of.sex === 2 },
-  { name: words.filter.chosen, value: ({ matings }) => matings > 0 },
-  { name: words.filter.not_chosen, value: ({ matings }) => matings === 0 },
-];
-
 function ranked(rows: readonly Row[]): HTMLElement {
-  const { title, intro, caption } = words.table;
+  const { filter, table: { title, intro, caption } } = words;
+  const filters: readonly { name: string; value: (row: Row) => boolean }[] = [
+    { name: filter.all, value: () => true },
+    { name: filter.males, value: ({ of }) => of.sex === 1 },
+    { name: filter.females, value: ({ of }) => of.sex === 2 },
+    { name: filter.chosen, value: ({ matings }) => matings > 0 },
+    { name: filter.not_chosen, value: ({ matings }) => matings === 0 },
+  ];
   const shown = (kept: (row: Row) => boolean) =>
     table(columns(rows), rows.filter(kept), {
       caption, file: "candidates.csv", search: true, mark: ({ matings }) => (matings > 0 ? "chosen" : undefined),
     });
-  return group(title, note(intro), brief(choose(words.filter.label, filters, shown)));
+  return group(title, note(intro), brief(choose(filter.label, filters, shown)));
 }
 
 /** A long table of which a reader of the printed page wants but the first rows. */
@@ -86,7 +85,7 @@ export function lacking(row: Row, decimals: number): string {
 }
 
 function words_of({ lack, matings, lacking_merit }: Row, decimals: number): string {
-  if (lack === "chosen") return words.lack.chosen(counted(matings, "mating", "matings"));
+  if (lack === "chosen") return words.lack.chosen(matings);
   if (lack === "nothing" || lack === "not_known") return words.lack[lack];
   if (!Number.isFinite(lacking_merit)) return words.lack[`${lack}_only`];
   const least = 10 ** -decimals;

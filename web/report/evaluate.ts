@@ -3,7 +3,7 @@
 import { h, note } from "../shared/dom.js";
 import { atLeast, count, digits, percent } from "../shared/format.js";
 import { plain } from "../shared/table.js";
-import * as words from "../shared/texts/summary.js";
+import { summary as words } from "../shared/texts/language.js";
 import type { Given, Plan, PlanValue, Result } from "./model.js";
 import { matingsTable } from "./mating_tables.js";
 import { group } from "./outline.js";

@@ -4,16 +4,15 @@ import * as Plot from "@observablehq/plot";
 import { h } from "../shared/dom.js";
 import { count, fixed } from "../shared/format.js";
 import { COLOUR, draw, FEMALE, figure, MALE, type Picture } from "../shared/plot.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import type { Result } from "./model.js";
 import { group } from "./outline.js";
-
-const text = words.families;
 
 type Family = Result["population"]["families"][number];
 type Parents = (family: Family) => number;
 
 export function section({ population: { families } }: Result): HTMLElement {
+  const text = words.families;
   const some = families.some(({ offspring }) => offspring > 0);
   return group(text.title, h("p", {}, some ? text.intro : text.none), some && h("div", { class: "pictures" },
     histogram(families, ({ sires }) => sires, text.sires, MALE),
@@ -44,7 +43,7 @@ const total = (families: readonly Family[], parents: Parents) => families.reduce
 const largest = (families: readonly Family[], parents: Parents) =>
   families.reduce((most, family) => (parents(family) > 0 ? Math.max(most, family.offspring) : most), 0);
 
-function histogram(families: readonly Family[], parents: Parents, named: typeof text.sires, colour: string): HTMLElement {
+function histogram(families: readonly Family[], parents: Parents, named: typeof words.families.sires, colour: string): HTMLElement {
   const with_some = families.filter(({ offspring }) => offspring > 0);
   const n = total(with_some, parents);
   if (n === 0) return h("p", {}, named.none);
@@ -55,8 +54,8 @@ function histogram(families: readonly Family[], parents: Parents, named: typeof 
     description: named.description(count(n), fixed(mean, 1), count(largest(families, parents))),
     plot: (width) => draw({
       width, height: 62 + 21 * bars.length, marginLeft: 72, marginRight: 44, marginBottom: 42,
-      x: { label: text.parents_axis, labelArrow: "right", grid: true },
-      y: { type: "band", domain: bars.map(({ name }) => name), label: text.axis, labelArrow: "none", padding: 0.15, tickSize: 0 },
+      x: { label: words.families.parents_axis, labelArrow: "right", grid: true },
+      y: { type: "band", domain: bars.map(({ name }) => name), label: words.families.axis, labelArrow: "none", padding: 0.15, tickSize: 0 },
       marks: [
         Plot.barX(bars, { y: "name", x: "parents", fill: colour }),
         Plot.ruleX([0], { stroke: COLOUR.muted }),
@@ -68,7 +67,7 @@ function histogram(families: readonly Family[], parents: Parents, named: typeof 
 }
 
 function numbers(rows: readonly Family[]): Picture<Family>["table"] {
-  const { columns: titles } = text;
+  const { columns: titles } = words.families;
   const keys: (keyof Family)[] = ["offspring", "sires", "dams"];
   return { rows, columns: keys.map((key) => ({ key, title: titles[key], value: (row: Family) => row[key] })), file: "families.csv" };
 }

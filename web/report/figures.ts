@@ -1,7 +1,7 @@
 // The figures of a population, each with what it means and where its formula comes from.
 
 import { digits, fixed, percent } from "../shared/format.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import { cards, type Card } from "./cards.js";
 import type { Population, Result } from "./model.js";
 import { group } from "./outline.js";

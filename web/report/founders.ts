@@ -4,12 +4,10 @@ import * as Plot from "@observablehq/plot";
 import { h } from "../shared/dom.js";
 import { count, fixed, percent } from "../shared/format.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import { whole } from "./charts.js";
 import { animal, called, type Result } from "./model.js";
 import { group } from "./outline.js";
-
-const text = words.founders;
 
 /** Columns that can be told apart, and points of a curve that look as one. */
 const MOST_COLUMNS = 60;
@@ -18,6 +16,7 @@ const MOST_POINTS = 500;
 interface Founder { place: number; name: string; birth: string; contribution: number; cumulative: number }
 
 export function section(result: Result): HTMLElement {
+  const text = words.founders;
   const { founders, founders_ranked, founders_cumulative } = result.population;
   const rows = founders_ranked.map(({ animal: at, contribution }, i): Founder => {
     const of = animal(result, at);
@@ -32,7 +31,7 @@ export function section(result: Result): HTMLElement {
 }
 
 function ranked(rows: readonly Founder[], first: Founder): HTMLElement {
-  const { title, description, place, share } = text.figure;
+  const { title, description, place, share } = words.founders.figure;
   const shown = rows.slice(0, MOST_COLUMNS);
   return figure({
     title, description: description(first.name, percent(first.contribution), count(shown.length)),
@@ -53,15 +52,15 @@ function ranked(rows: readonly Founder[], first: Founder): HTMLElement {
   });
 }
 
-const told = ({ place, name, contribution, cumulative }: Founder) => text.told(count(place), name, percent(contribution), percent(cumulative, 1));
+const told = ({ place, name, contribution, cumulative }: Founder) => words.founders.told(count(place), name, percent(contribution), percent(cumulative, 1));
 
 function added(cumulative: readonly number[], half: number): HTMLElement {
-  const { added: title, added_description, place, cumulative: label } = text.figure;
+  const { added: title, added_description, place, cumulative: label } = words.founders.figure;
   const every = Math.ceil(cumulative.length / MOST_POINTS);
   const all = cumulative.map((share, i) => ({ x: i + 1, y: share * 100 }));
   const points = [{ x: 0, y: 0 }, ...all.filter(({ x }) => x % every === 0 || x === all.length)];
   return figure({
-    title, description: added_description(half > 0 ? text.half(count(half)) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
+    title, description: added_description(half > 0 ? words.founders.half(count(half)) : "", percent(cumulative[cumulative.length - 1] ?? NaN, 1)),
     plot: (width) => draw({
       width, height: 260, marginLeft: 48, marginTop: 30, marginBottom: 42,
       x: { label: place, labelArrow: "right", ticks: whole(0, cumulative.length, 8), tickFormat: count },
@@ -71,14 +70,14 @@ function added(cumulative: readonly number[], half: number): HTMLElement {
         half > 0 ? Plot.ruleY([50], { stroke: COLOUR.muted, strokeDasharray: "5 4", x1: 0, x2: half }) : [],
         Plot.lineY(points, { x: "x", y: "y", stroke: COLOUR.orange, strokeWidth: 2 }),
         Plot.ruleY([0], { stroke: COLOUR.muted }),
-        Plot.tip(points, Plot.pointerX({ x: "x", y: "y", title: ({ x, y }: { x: number; y: number }) => text.told_added(count(x), `${fixed(y, 1)} %`) })),
+        Plot.tip(points, Plot.pointerX({ x: "x", y: "y", title: ({ x, y }: { x: number; y: number }) => words.founders.told_added(count(x), `${fixed(y, 1)} %`) })),
       ],
     }),
   });
 }
 
 function columns() {
-  const { columns: titles } = text;
+  const { columns: titles } = words.founders;
   return [
     { key: "place", title: titles.place, value: ({ place }: Founder) => place },
     { key: "animal", title: titles.animal, value: ({ name }: Founder) => name },

@@ -5,12 +5,10 @@ import { h } from "../shared/dom.js";
 import { fixed } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { COLOUR, draw, figure } from "../shared/plot.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import { birthOf, inWords } from "./births.js";
 import type { Result } from "./model.js";
 import { group } from "./outline.js";
-
-const text = words.intervals;
 
 type Path = Result["population"]["intervals"][number];
 
@@ -19,6 +17,7 @@ interface Both { path: string; all: Path; recent: Path | undefined }
 
 export function section(result: Result): HTMLElement {
   const { interval, intervals, recent_intervals, recent_since } = result.population;
+  const text = words.intervals;
   const paths: Both[] = intervals.map((all) => ({
     path: text.paths[all.path] ?? all.path, all, recent: recent_intervals.find(({ path }) => path === all.path),
   }));
@@ -35,9 +34,10 @@ export function section(result: Result): HTMLElement {
 }
 
 function legend(since: string): HTMLElement {
+  const { all, recent } = words.intervals.figure;
   return key(
-    { name: text.figure.all, colour: COLOUR.blue, symbol: "circle" },
-    { name: text.figure.recent(since), colour: COLOUR.orange, symbol: "hollow_square" });
+    { name: all, colour: COLOUR.blue, symbol: "circle" },
+    { name: recent(since), colour: COLOUR.orange, symbol: "hollow_square" });
 }
 
 function drawn(width: number, paths: readonly Both[]): Element {
@@ -51,7 +51,7 @@ function drawn(width: number, paths: readonly Both[]): Element {
   });
   return draw({
     width, height: 60 + 44 * paths.length, marginLeft: 112, marginRight: 44, marginBottom: 40,
-    x: { label: text.figure.axis, labelArrow: "right", grid: true, zero: true, nice: true },
+    x: { label: words.intervals.figure.axis, labelArrow: "right", grid: true, zero: true, nice: true },
     y: { type: "band", label: null, domain: paths.map(({ path }) => path), tickSize: 0 },
     marks: [
       Plot.ruleY(all, error(-8, COLOUR.blue)),
@@ -65,7 +65,7 @@ function drawn(width: number, paths: readonly Both[]): Element {
 }
 
 function columns() {
-  const { columns: titles } = text;
+  const { columns: titles } = words.intervals;
   return [
     { key: "path", title: titles.path, value: ({ path }: Both) => path },
     { key: "n", title: titles.n, value: ({ all }: Both) => all.n },

@@ -4,16 +4,14 @@ import { choose } from "../shared/choose.js";
 import { h, note, type Child } from "../shared/dom.js";
 import { percent } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
-import * as candidate_words from "../shared/texts/candidates.js";
-import * as words from "../shared/texts/population.js";
+import { candidates as candidate_words, population as words } from "../shared/texts/language.js";
 import { brief, candidates, type Row } from "./candidates.js";
 import { called, type Result } from "./model.js";
 import { group } from "./outline.js";
 
-const text = words.kinship;
-
 export function section(result: Result): Child {
   const { mean_kinship, gene_diversity } = result.population;
+  const text = words.kinship;
   const ranked = candidates(result).filter(({ mean_kinship }) => Number.isFinite(mean_kinship)).sort((a, b) => a.mean_kinship - b.mean_kinship);
   if (ranked.length === 0) return false;
   const { filter } = candidate_words;
@@ -26,7 +24,7 @@ export function section(result: Result): Child {
 
 function list(rows: readonly Row[]): HTMLElement {
   const place = new Map(rows.map((row, i) => [row, i + 1]));
-  const { columns: titles } = text;
+  const { columns: titles, caption } = words.kinship;
   const columns: Column<Row>[] = [
     { key: "place", title: titles.place, value: (row) => place.get(row) ?? NaN },
     { key: "animal", title: titles.animal, value: ({ of }) => called(of) },
@@ -37,5 +35,5 @@ function list(rows: readonly Row[]): HTMLElement {
     { key: "offspring", title: titles.offspring, value: (row) => row.offspring },
     { key: "matings", title: titles.matings, value: (row) => row.matings },
   ];
-  return table(columns, rows, { caption: text.caption, file: "mean_kinship.csv", mark: ({ matings }) => (matings > 0 ? "chosen" : undefined) });
+  return table(columns, rows, { caption, file: "mean_kinship.csv", mark: ({ matings }) => (matings > 0 ? "chosen" : undefined) });
 }

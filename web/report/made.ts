@@ -5,7 +5,7 @@ import { bytes, count, NONE } from "../shared/format.js";
 import { licences } from "../shared/licences.js";
 import { quoted } from "../shared/shell.js";
 import { table } from "../shared/table.js";
-import * as words from "../shared/texts/made.js";
+import { made as words } from "../shared/texts/language.js";
 import type { Making, Result } from "./model.js";
 import { group, part } from "./outline.js";
 

@@ -4,7 +4,7 @@
 import { group, h, type Child } from "../shared/dom.js";
 import { percent } from "../shared/format.js";
 import { plain } from "../shared/table.js";
-import * as words from "../shared/texts/matings.js";
+import { matings as words } from "../shared/texts/language.js";
 import { animal, called, type Mating, type Result } from "./model.js";
 import { mark, pedigree, type Marks } from "./pedigree.js";
 

@@ -4,7 +4,7 @@
 import { h } from "../shared/dom.js";
 import { fixed } from "../shared/format.js";
 import type { Column } from "../shared/table.js";
-import * as words from "../shared/texts/matings.js";
+import { matings as words } from "../shared/texts/language.js";
 import { meritDecimals } from "./candidates.js";
 import { openMating } from "./mating.js";
 import { animal, called, decided, type Mated, type Mating, type Plan, type Result } from "./model.js";
@@ -64,7 +64,7 @@ export function offspringColumns({ result, decimals }: Shown): Column<Mated>[] {
   ];
 }
 
-export const VF = column("vf", words.OFFSPRING_VF, { value: (row) => row.vf, decimals: 3 });
+export const varianceColumn = (): Column<Mated> => column("vf", words.OFFSPRING_VF, { value: (row) => row.vf, decimals: 3 });
 
 /** Whether a rule decided the mating, where any did. */
 export function decidedColumn(plan: Plan): Column<Mated>[] {

@@ -3,8 +3,8 @@
 import { h, type Child } from "../shared/dom.js";
 import { digits } from "../shared/format.js";
 import { holds, searchBox, table, type Column } from "../shared/table.js";
-import * as words from "../shared/texts/matings.js";
-import { decidedColumn, offspringColumns, othersColumn, parentColumns, shownOf, VF, whoColumns, type Shown } from "./mating_columns.js";
+import { matings as words } from "../shared/texts/language.js";
+import { decidedColumn, offspringColumns, othersColumn, parentColumns, shownOf, varianceColumn, whoColumns, type Shown } from "./mating_columns.js";
 import { animal, called, type Mated, type Mating, type Plan, type Result } from "./model.js";
 import { heading } from "./outline.js";
 
@@ -13,7 +13,7 @@ export function matingsTable(result: Result, matings: readonly Mated[], file: st
   const shown = shownOf(result);
   const columns = [
     ...whoColumns(shown, "sire"), ...whoColumns(shown, "dam"), ...(plan ? decidedColumn(plan) : []), ...offspringColumns(shown),
-    ...parentColumns(shown, "sire"), ...parentColumns(shown, "dam"), VF, ...(plan ? [othersColumn(shown, plan, true)] : []),
+    ...parentColumns(shown, "sire"), ...parentColumns(shown, "dam"), varianceColumn(), ...(plan ? [othersColumn(shown, plan, true)] : []),
   ];
   return table(columns, matings, { caption: words.ALL_CAPTION, file });
 }
@@ -25,7 +25,7 @@ export function sheets(result: Result, plan: Plan): HTMLElement {
   const shown = shownOf(result);
   const bySire = new Map<number, Mating[]>();
   for (const mating of plan.matings) bySire.set(mating.sire, [...(bySire.get(mating.sire) ?? []), mating]);
-  const columns = [...whoColumns(shown, "dam"), ...decidedColumn(plan), ...offspringColumns(shown), ...parentColumns(shown, "dam"), VF, othersColumn(shown, plan, true)];
+  const columns = [...whoColumns(shown, "dam"), ...decidedColumn(plan), ...offspringColumns(shown), ...parentColumns(shown, "dam"), varianceColumn(), othersColumn(shown, plan, true)];
   const all = [...bySire].map(([sire, matings]) => sheet(shown, sire, matings, columns));
   const open = (now: boolean) => () => all.forEach((each) => each.open(now));
   if (all.length <= FEW_SIRES) open(true)();

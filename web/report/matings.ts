@@ -1,7 +1,7 @@
 // Who with whom: by sire or in one table, and the matrix of all that could have been paired.
 
 import { h, note } from "../shared/dom.js";
-import * as words from "../shared/texts/matings.js";
+import { matings as words } from "../shared/texts/language.js";
 import { matingsTable, sheets } from "./mating_tables.js";
 import { matrix } from "./matrix.js";
 import { decided, type Plan, type Result } from "./model.js";

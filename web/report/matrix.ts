@@ -5,7 +5,7 @@ import { fill, h, note, soon } from "../shared/dom.js";
 import { csv, download } from "../shared/download.js";
 import { legend } from "../shared/plot.js";
 import { table } from "../shared/table.js";
-import * as words from "../shared/texts/matings.js";
+import { matings as words } from "../shared/texts/language.js";
 import { openMating } from "./mating.js";
 import { colour, makeGrid, parts, sheet, type Grid } from "./matrix_drawing.js";
 import type { Plan, Result } from "./model.js";

@@ -4,8 +4,9 @@
 
 import * as Plot from "@observablehq/plot";
 import { h } from "../shared/dom.js";
+import { fixed } from "../shared/format.js";
 import { draw } from "../shared/plot.js";
-import * as words from "../shared/texts/matings.js";
+import { matings as words } from "../shared/texts/language.js";
 import { animal, called, type Mating, type Plan, type Result } from "./model.js";
 
 const HUNDRED_THOUSAND = 1e5;
@@ -110,7 +111,7 @@ function rgb(text: string): number[] {
 function over(grid: Grid): Element {
   const { sires, dams, f, cell, planned } = grid;
   const at = (i: number) => ({ x: (i % dams.length) + 0.5, y: Math.floor(i / dams.length) + 0.5 });
-  const numbers = cell < ROOM ? [] : f.map((each, i) => ({ ...at(i), text: (each * 100).toFixed(1), dark: darkness(grid, each) > 0.55 }));
+  const numbers = cell < ROOM ? [] : f.map((each, i) => ({ ...at(i), text: fixed(each * 100, 1), dark: darkness(grid, each) > 0.55 }));
   const rings = [...planned.keys()].map(at);
   const ring = (stroke: string, strokeWidth: number) => Plot.dot(rings, { x: "x", y: "y", r: cell * 0.42, stroke, strokeWidth });
   return draw({

@@ -4,10 +4,10 @@
 import * as Plot from "@observablehq/plot";
 import { choose } from "../shared/choose.js";
 import { h } from "../shared/dom.js";
-import { counted } from "../shared/format.js";
+import { count } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { COLOUR, draw, FEMALE, figure, MALE } from "../shared/plot.js";
-import * as words from "../shared/texts/candidates.js";
+import { candidates as words } from "../shared/texts/language.js";
 import { meritDecimals, told, type Row } from "./candidates.js";
 
 /** More than so many are counted and not drawn one by one: beyond, drawing takes longer than a blink. */
@@ -27,8 +27,8 @@ export function picture(rows: readonly Row[], by_pedigree: boolean): HTMLElement
     figure({
       title: words.picture.title,
       description: [
-        words.picture.description(counted(males, "male", "males"), counted(chosen.length - males, "female", "females")),
-        others.length > DRAWN ? words.picture.binned(others.length.toLocaleString("en-GB")) : "",
+        words.picture.description(males, chosen.length - males),
+        others.length > DRAWN ? words.picture.binned(count(others.length)) : "",
       ].join(" ").trim(),
       plot: (width) => h("div", {}, legend(others.length), drawn(width, chosen, others, axis)),
       note: words.picture[axis].note,

@@ -2,7 +2,7 @@
 // common ancestors are marked by a letter, a frame and a colour.
 
 import { h, note, type Child } from "../shared/dom.js";
-import * as words from "../shared/texts/matings.js";
+import { matings as words } from "../shared/texts/language.js";
 import { animal, called, NOBODY, type Mating, type Result } from "./model.js";
 
 /** Common ancestors by their place among the animals, numbered from 0. */

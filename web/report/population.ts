@@ -2,7 +2,7 @@
 
 import { h, note } from "../shared/dom.js";
 import { count } from "../shared/format.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import * as ages from "./ages.js";
 import { inWords } from "./births.js";
 import * as effective_size from "./effective_size.js";
@@ -28,7 +28,7 @@ export function section(result: Result): HTMLElement {
     kinship.section(result),
     founders.section(result),
     families.section(result),
-    group(words.sources.title, h("ul", {}, words.sources.list.map((source) => h("li", {}, note(source))))));
+    group(words.sources.title, h("ul", {}, words.sources.list.map((source) => h("li", { lang: "en" }, note(source))))));
 }
 
 function living_by(population: Population): string {

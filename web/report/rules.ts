@@ -3,7 +3,7 @@
 import { facts, h, note } from "../shared/dom.js";
 import { digits, fixed, NONE, percent } from "../shared/format.js";
 import { table, type Column } from "../shared/table.js";
-import * as words from "../shared/texts/rules.js";
+import { rules as words } from "../shared/texts/language.js";
 import type { Rule, Rules } from "./model.js";
 import { part } from "./outline.js";
 

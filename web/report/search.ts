@@ -5,7 +5,7 @@ import { facts, h } from "../shared/dom.js";
 import { count, digits, percent } from "../shared/format.js";
 import { key } from "../shared/key.js";
 import { COLOUR, draw, figure, type Picture } from "../shared/plot.js";
-import * as words from "../shared/texts/search.js";
+import { search as words } from "../shared/texts/language.js";
 import type { Result, Search } from "./model.js";
 import { part } from "./outline.js";
 

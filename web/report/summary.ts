@@ -3,8 +3,7 @@
 
 import { facts, h, type Child } from "../shared/dom.js";
 import { count, digits, fixed, percent } from "../shared/format.js";
-import { change } from "../shared/texts/beware.js";
-import * as words from "../shared/texts/summary.js";
+import { beware as beware_words, summary as words } from "../shared/texts/language.js";
 import { once, said } from "./beware.js";
 import { birthOf, inWords } from "./births.js";
 import { beside } from "./evaluate.js";
@@ -27,7 +26,7 @@ function planned(result: Result, plan: Plan): Child[] {
   return [
     words.matings(plan.matings.length, sex(plan.males, words.MALE), sex(plan.females, words.FEMALE)),
     words.merit(value.merit),
-    Number.isNaN(plan.gain) ? words.END : words.gain(plan.gain, born(result, last.birth_time)),
+    Number.isNaN(plan.gain) || unfinished(result) ? words.END : words.gain(plan.gain, born(result, last.birth_time)),
     words.inbreeding(value.inbreeding, value.relationship),
     rate(result, plan),
     Number.isNaN(plan.share) ? null : words.reaches(plan.share, plan.rules !== null),
@@ -44,7 +43,7 @@ function rate(result: Result, { value, ne, last }: Plan): string | null {
   const { values } = unfinished(result) ?? {};
   if (!values) return Number.isNaN(value.rate) ? null : words.rate(value.rate, ne, last.generation_interval);
   const before = values["rate"] ?? NaN;
-  const so_far = Number.isNaN(before) ? "" : change(before, percent(Math.abs(before)));
+  const so_far = Number.isNaN(before) ? "" : beware_words.change(before, percent(Math.abs(before)));
   return words.noBase(last.animals, born(result, last.birth_time), so_far);
 }
 
@@ -82,7 +81,7 @@ function figures(result: Result, { matings, males, females, value, gain, ne, las
     [words.MATINGS, count(matings.length)],
     sex(words.MALES, males),
     sex(words.FEMALES, females),
-    [words.MERIT, digits(value.merit, 4), Number.isNaN(gain) ? null : words.MERIT_NOTE(gain)],
+    [words.MERIT, digits(value.merit, 4), Number.isNaN(gain) ? null : unfinished(result) ? words.NO_BASE_MERIT : words.MERIT_NOTE(gain)],
     [words.INBREEDING, percent(value.inbreeding), words.INBREEDING_NOTE(last.f)],
     [words.RELATIONSHIP, percent(value.relationship), words.RELATIONSHIP_NOTE(last.relationship)],
     [words.RATE, percent(value.rate), unfinished(result) ? words.NO_BASE : words.RATE_NOTE(last.generation_interval)],

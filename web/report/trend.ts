@@ -5,7 +5,7 @@ import { h, type Child } from "../shared/dom.js";
 import { count, fixed, NONE, percent } from "../shared/format.js";
 import { COLOUR, FEMALE, figure, MALE, type Picture } from "../shared/plot.js";
 import type { Column } from "../shared/table.js";
-import * as words from "../shared/texts/population.js";
+import { population as words } from "../shared/texts/language.js";
 import { inWords } from "./births.js";
 import { columns, lines, type Axes, type Series } from "./charts.js";
 import type { Result, TrendRow } from "./model.js";

@@ -1,14 +1,21 @@
-// Numbers as readers see them. What there is none of (NaN) is a dash.
+// Numbers as readers see them, in their language. What there is none of (NaN) is a dash.
 
 export const NONE = "–";
 
+let locale = "en-GB";
 const formats = new Map<string, Intl.NumberFormat>();
+
+/** From now on numbers are written as there. */
+export function writeAs(wanted: string): void {
+  locale = wanted;
+  formats.clear();
+}
 
 function format(minimum: number, maximum: number): Intl.NumberFormat {
   const key = `${minimum}-${maximum}`;
   const known = formats.get(key);
   if (known) return known;
-  const made = new Intl.NumberFormat("en-GB", {
+  const made = new Intl.NumberFormat(locale, {
     minimumFractionDigits: minimum,
     maximumFractionDigits: maximum,
   });
@@ -45,9 +52,14 @@ export function digits(value: number, wanted = 3): string {
   return fixed(value, Math.min(8, Math.max(0, wanted - before)));
 }
 
+/** As people write it: 64.51, 0.005, 1,000,000. */
+export function short(value: number): string {
+  return Number.isNaN(value) ? NONE : value.toLocaleString(locale, { maximumSignificantDigits: 6 }).replace("-", "−");
+}
+
 /** Bytes in words: 4.1 MB. */
 export function bytes(value: number): string {
-  if (value < 1000) return `${count(value)}\u00a0bytes`;
+  if (value < 1000) return value.toLocaleString(locale, { style: "unit", unit: "byte", unitDisplay: "long" }).replace(" ", "\u00a0");
   return value < 1e6 ? `${fixed(value / 1e3, 1)}\u00a0kB` : `${fixed(value / 1e6, 1)}\u00a0MB`;
 }
 

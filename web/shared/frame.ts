@@ -5,7 +5,7 @@ import { contents } from "./contents.js";
 import { add, h } from "./dom.js";
 import { save } from "./download.js";
 import { Misshapen, OtherVersion } from "./shape.js";
-import * as words from "./texts/frame.js";
+import { frame as words } from "./texts/language.js";
 
 /** What a page is called, which program fills it, and the file that its data are saved to. */
 export interface Kind { what: "report" | "page"; program: string; saved: string }

@@ -4,8 +4,8 @@
 
 import * as Plot from "@observablehq/plot";
 import { fill, h, note, soon, type Child } from "./dom.js";
-import { AS_TABLE } from "./texts/shared.js";
 import { table, type Column } from "./table.js";
+import { shared as words } from "./texts/language.js";
 
 /** Colours that the colour-blind tell apart (after Okabe & Ito 2008), each in a tone for a light and one
  * for a dark page (theme.css). Never the only difference: a shape, a dash or a label says the same. */
@@ -93,7 +93,7 @@ export function redrawn(canvas: HTMLElement, make: (width: number) => Element): 
 }
 
 function asTable<T>(title: string, { columns, rows, file }: NonNullable<Picture<T>["table"]>): HTMLElement {
-  const details = h("details", {}, h("summary", {}, AS_TABLE));
+  const details = h("details", {}, h("summary", {}, words.AS_TABLE));
   details.addEventListener("toggle", () => {
     if (details.open && details.childElementCount === 1) details.append(table(columns, rows, { caption: title, file }));
   });

@@ -4,7 +4,7 @@
 import { elementScroll, observeElementOffset, observeElementRect, Virtualizer } from "@tanstack/virtual-core";
 import { fill, h } from "./dom.js";
 import { count } from "./format.js";
-import * as words from "./texts/shared.js";
+import { shared as words } from "./texts/language.js";
 
 const PRINTED = 250;
 

@@ -9,7 +9,7 @@ import { fill, h, soon, type Child } from "./dom.js";
 import { csv, download } from "./download.js";
 import { count, fixed } from "./format.js";
 import { drawAll, drawInSight } from "./rows.js";
-import * as words from "./texts/shared.js";
+import { shared as words } from "./texts/language.js";
 
 export interface Column<T> {
   /** Its heading in the saved file. */

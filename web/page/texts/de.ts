@@ -1,14 +1,11 @@
 // Deutsch.
 
-import { counted } from "../../shared/format.js";
-import * as frontier from "../../shared/texts/frontier.js";
+import { atLeast, counted, digits, fixed, percent, short } from "../../shared/format.js";
 import { reasons } from "../spreadsheet/reasons.de.js";
 import type { Texts } from "./en.js";
-import { atLeast, digits, fixed, german, percent } from "./numbers.js";
 
 const plans = (n: number) => counted(n, "Plan", "Pläne");
 const sd = (value: number) => `${value < 0 ? "−" : "+"}${fixed(Math.abs(value), 3)}\u00a0Standardabw.`;
-const short = (value: number) => german(frontier.short(value));
 const falls = "die Verwandtschaft sinkt";
 
 export const de: Texts = {
@@ -288,7 +285,7 @@ export const de: Texts = {
         },
       },
       told: {
-        merit: (merit: string, scaled: number) => `Zuchtwert ${german(merit)} (${sd(scaled)})`,
+        merit: (merit: string, scaled: number) => `Zuchtwert ${merit} (${sd(scaled)})`,
         rate: (rate: number, size: number) => `Inzucht ${percent(rate)} je Generation, ${Number.isFinite(size) ? `effektive Größe ${digits(size)}` : falls}`,
         relationship: (value: number) => `Verwandtschaft ${percent(value)}`,
         share: (share: number) => `${atLeast(share)} dessen, was irgendein Plan könnte`,
@@ -345,7 +342,6 @@ export const de: Texts = {
     planning: "Plant die Paarungen", reporting: "Schreibt den Bericht", ready: "Der Plan ist da.",
     instead: "Auf einem Rechner mit mehr Speicher macht die Kommandozeile den Plan. Diese Datei enthält alles, was sie braucht, und eine README mit den Befehlen.",
     paper: (herd: string, plan: string, day: Date) => `Paarungsplan für ${herd}, ${day.toLocaleDateString("de-DE", { dateStyle: "long" })}: ${plan}`,
-    english: "Der Bericht ist auf Englisch.",
     print: "Paarungsliste drucken",
     save: {
       title: "Plan speichern", list: "Paarungsliste (CSV)", tables: "Alle Tabellen (CSV, zip)", workbook: "Alle Tabellen (Excel)", report: "Bericht (HTML)", repeat: "Auf einem Rechner wiederholen (zip)",

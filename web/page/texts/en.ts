@@ -299,7 +299,6 @@ export const en = {
     planning: "Plans the matings", reporting: "Writes the report", ready: "The plan is there.",
     instead: "On a computer with more memory the command line makes the plan. This file holds all that it needs, and a README with the commands.",
     paper: (herd: string, plan: string, day: Date) => `Mating plan of ${herd}, ${day.toLocaleDateString("en-GB", { dateStyle: "long" })}: ${plan}`,
-    english: "The report is in English.",
     print: "Print mating list",
     save: {
       title: "Save the plan", list: "Mating list (CSV)", tables: "All tables (CSV, zip)", workbook: "All tables (Excel)", report: "Report (HTML)", repeat: "Repeat it on a computer (zip)",

@@ -1,13 +1,15 @@
 // What a reader reads about the candidates and the comparison of plans.
 
+import { counted } from "../format.js";
+
 export const title = "Who was chosen and why";
 export const intro =
   "A candidate is worth choosing by its merit and by how little it is related to the others that are chosen: such a relationship becomes inbreeding in time. So the best lie at the top left. Near the edge between chosen and others a small difference decides, and chance.";
 
 export const picture = {
   title: "Merit and relationship of the candidates",
-  description: (males: string, females: string) =>
-    `Chosen: ${males} (squares) and ${females} (circles), the larger the more matings. Point at one to read who it is; the table below tells the same of all.`,
+  description: (males: number, females: number) =>
+    `Chosen: ${counted(males, "male", "males")} (squares) and ${counted(females, "female", "females")} (circles), the larger the more matings. Point at one to read who it is; the table below tells the same of all.`,
   binned: (n: string) => `The ${n} candidates that were not chosen are too many to be drawn one by one; hexagons count them, the stronger their colour the more. The pointer still finds each.`,
   x: "mean relationship",
   to_others: {
@@ -33,7 +35,7 @@ export const tip = {
 };
 
 export const lack = {
-  chosen: (matings: string) => `chosen: ${matings}`,
+  chosen: (matings: number) => `chosen: ${counted(matings, "mating", "matings")}`,
   merit: (merit: string) => `would need ${merit} more merit`,
   relationship: (merit: string) => `too related to the chosen: would need ${merit} more merit`,
   both: (merit: string) => `too related and too little merit: would need ${merit} more`,

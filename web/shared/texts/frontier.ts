@@ -1,13 +1,11 @@
 // What a reader reads about the curve of merit against relationship and the plans beneath it.
 
-import { atLeast, count, counted, digits, fixed, NONE, percent } from "../format.js";
+import { atLeast, count, counted, digits, fixed, percent, short } from "../format.js";
 
 export const title = (herd: string) => `Merit and relationship: ${herd}`;
 
 const plans = (n: number) => counted(n, "plan", "plans");
 export const sd = (value: number) => `${value < 0 ? "" : "+"}${fixed(value, 3)}\u00a0sd`;
-/** As people write it: 64.51, 0.005, 1,000,000. */
-export const short = (value: number) => (Number.isNaN(value) ? NONE : value.toLocaleString("en-GB", { maximumSignificantDigits: 6 }).replace("-", "−"));
 
 /** How plans are called by what was asked for. */
 export const asked = {

@@ -34,7 +34,7 @@ export const DAM = ["Dam", "Identifier of the female"] as const;
 export const DAM_NAME = ["Its name", "Name of the female"] as const;
 export const OFFSPRING_MERIT = ["Offspring merit", "Expected merit of the offspring: the mean of its parents' merits"] as const;
 export const OFFSPRING_F = ["Offspring F %", "Expected inbreeding of the offspring: half of its parents' additive relationship (Wright 1922)"] as const;
-export const OFFSPRING_VF = ["vF", "Mendelian sampling variance of the offspring, as a share of the additive genetic variance: ½ (1 − mean F of the parents). The more inbred the parents, the less their offspring differ."] as const;
+export const OFFSPRING_VF = ["Mendelian var.", "vF: Mendelian sampling variance of the offspring, as a share of the additive genetic variance: ½ (1 − mean F of the parents). The more inbred the parents, the less their offspring differ."] as const;
 export const parentColumn = (of: "sire" | "dam") => ({
   merit: [`${of === "sire" ? "Sire" : "Dam"} merit`, `Merit (breeding value) of the ${of}`] as const,
   f: [`${of === "sire" ? "Sire" : "Dam"} F %`, `Inbreeding of the ${of}`] as const,

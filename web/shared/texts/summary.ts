@@ -30,7 +30,7 @@ export const reaches = (share: number, ruled: boolean) =>
     ? `By the goal that was set it reaches ${atLeast(share)} of what any plan could${ruled ? ", were there no rules" : ""}. `
     : "By the goal that was set no plan could be better. ";
 export const noBase = (animals: number, born: string, change: string) =>
-  `How fast inbreeding rises by this plan cannot be said well, as only ${counted(animals, "animal", "animals")} born in ${born} can be compared with${change && `; over the last generation interval it ${change}`}. `;
+  `How fast inbreeding rises by this plan, and how much merit it gains, cannot be said well, as only ${counted(animals, "animal", "animals")} born in ${born} can be compared with${change && `; over the last generation interval inbreeding ${change}`}. `;
 export const incomplete = (completeness: number, born: string) =>
   `The pedigrees are known only in part (completeness of those born in ${born}: ${percent(completeness, 0)}), so true inbreeding is probably higher than these figures. `;
 const size = (ne: number) => `${fixed(ne, ne < 10 ? 1 : 0)}\u00a0animals`;
@@ -63,6 +63,7 @@ export const RELATIONSHIP = "Relationship";
 export const RELATIONSHIP_NOTE = (last: number) => `mean of the next generation; the last birth time has ${percent(last)}`;
 export const RATE = "Rate of inbreeding";
 export const RATE_NOTE = (interval: number) => `a generation of ${interval === 1 ? "one time step" : `${digits(interval)} time steps`}, from the last birth time on`;
+export const NO_BASE_MERIT = "mean of the parents' merits";
 export const NO_BASE = "no firm base: the last birth time is not finished";
 export const NE = "Effective size";
 export const NE_NOTE = "animals; FAO (1998) advises 50 or more";

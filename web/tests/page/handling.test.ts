@@ -4,8 +4,10 @@ import { expect, test } from "@playwright/test";
 import { strFromU8, strToU8, unzipSync, zipSync } from "fflate";
 import { readFileSync } from "node:fs";
 import { join } from "node:path";
+import { pathToFileURL } from "node:url";
 import { workbook } from "../../page/spreadsheet/write.js";
-import { csvOf } from "../results.js";
+import { openAll, saved } from "../page.js";
+import { csvOf, fromCsv } from "../results.js";
 import { HOSTILE, hostileHerdBook } from "../runs.js";
 import { put, withFolder } from "./programs.js";
 import { example, PLANS, User } from "./user.js";
@@ -42,6 +44,37 @@ test("what was chosen is undone, done again, saved and opened", async () => {
     expect(await next.holds("Males > Matings each may have")).toBe("7");
     await next.sees("#candidates .facts", /1,743 matings/);
     await next.leaves();
+  });
+});
+
+/** In the page: what is read or heard there in English words or with a decimal point, and is not said to be English. */
+function english(within: string): string[] {
+  const words = /\b(the|of|and|is|are|with|born|search|save|show|merit|matings?|males?|females?|sires?|dams?)\b|^\d+\.\d\d?( %)?$/i;
+  const all = [...document.querySelectorAll(`${within} *`)].filter((each) => !each.closest("[lang=en], code, pre, script, noscript"));
+  const attributes = all.flatMap((each) => ["aria-label", "title", "placeholder"].map((name) => each.getAttribute(name) ?? ""));
+  const texts = all.flatMap(({ childNodes }) => [...childNodes].filter((node) => node instanceof Text).map(({ data }) => data));
+  return [...attributes, ...texts].filter((text) => words.test(text.trim()));
+}
+
+test("a page in German shows and saves a German report, whose tables are saved as programs read them", async ({ page }) => {
+  const user = await example();
+  await user.choose("Language", "Deutsch");
+  await user.press("Paarungsplan machen");
+  await user.sees("#plan", /Der Plan ist da/);
+  await user.unfolds("#plan");
+  expect(await user.read("#plan .report")).toMatch(/Inzuchtrate \d,\d\d %.*Als Tabelle zeigen.*Als CSV speichern/);
+  expect(await user.evaluate(english, "#plan")).toEqual([]);
+  const report = await user.saves("Bericht (HTML)");
+  await user.leaves();
+  await withFolder(async (folder) => {
+    put(folder, { [report.name]: report.bytes });
+    await page.goto(pathToFileURL(join(folder, report.name)).href);
+    await openAll(page);
+    expect(await page.evaluate(english, "body")).toEqual([]);
+    await page.getByRole("button", { name: "Alle in einer Tabelle" }).click();
+    await expect(page.getByPlaceholder("Suchen").first()).toBeVisible();
+    const [mating] = fromCsv((await saved(page.getByRole("button", { name: "Als CSV speichern" }).first())).text);
+    expect([mating!.get("f"), mating!.get("other_males")]).toEqual([expect.stringMatching(/^0(\.\d+)?$/), expect.stringMatching(/\(\d+\.\d\d\)/)]);
   });
 });
 

@@ -1,8 +1,8 @@
 // How many matings are planned.
 
 import { group } from "../../../shared/dom.js";
+import { count } from "../../../shared/format.js";
 import { number, type Control } from "../../fields.js";
-import { count } from "../../texts/numbers.js";
 import { words } from "../../texts/words.js";
 import type { Work } from "../../work.js";
 

@@ -2,9 +2,8 @@
 
 import { called, type Plan } from "../../../frontier/model.js";
 import { facts, fill, h } from "../../../shared/dom.js";
-import { NONE } from "../../../shared/format.js";
+import { atLeast, digits, fixed, NONE, percent } from "../../../shared/format.js";
 import { meets } from "../../points.js";
-import { atLeast, digits, fixed, percent } from "../../texts/numbers.js";
 import { words } from "../../texts/words.js";
 import { ADVISED, type Tradeoff } from "../../tradeoff.js";
 import type { Work } from "../../work.js";

@@ -2,10 +2,10 @@
 
 import { called, type Plan } from "../../../frontier/model.js";
 import { fill, h, type Child } from "../../../shared/dom.js";
+import { atLeast, digits, percent } from "../../../shared/format.js";
 import { plain } from "../../../shared/table.js";
 import { said } from "../../errors.js";
 import type { Search, Searches } from "../../searches.js";
-import { atLeast, digits, percent } from "../../texts/numbers.js";
 import { words } from "../../texts/words.js";
 import type { Tradeoff } from "../../tradeoff.js";
 import type { Work } from "../../work.js";

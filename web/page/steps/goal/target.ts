@@ -2,8 +2,8 @@
 
 import type { Vertex } from "../../../frontier/model.js";
 import { h } from "../../../shared/dom.js";
+import { digits } from "../../../shared/format.js";
 import { TARGETS, type Target } from "../../choices.js";
-import { digits } from "../../texts/numbers.js";
 import { words } from "../../texts/words.js";
 import type { Tradeoff } from "../../tradeoff.js";
 import type { Work } from "../../work.js";

@@ -1,11 +1,11 @@
 // The report of the plan within the page, the mating list first.
 
 import { called } from "../../../frontier/model.js";
-import { h, note } from "../../../shared/dom.js";
+import { h } from "../../../shared/dom.js";
 import { within } from "../../../report/outline.js";
 import { parts } from "../../../report/show.js";
 import type { Made } from "../../planned.js";
-import { language, words } from "../../texts/words.js";
+import { words } from "../../texts/words.js";
 
 const BEFORE = "report-";
 const FIRST = `${BEFORE}matings`;
@@ -17,6 +17,5 @@ export function shownReport({ plan, result }: Made): HTMLElement {
   const [first, rest] = [all.filter(({ id }) => id === FIRST), all.filter(({ id }) => id !== FIRST)];
   return h("div", {},
     h("p", { class: "paper lead" }, words.plan.paper(result.title, called(plan), new Date())),
-    language !== "en" && note(words.plan.english),
-    h("div", { class: "report", lang: "en" }, first, rest));
+    h("div", { class: "report" }, first, rest));
 }
