@@ -59,7 +59,7 @@ function sheet({ result, merits, names }: Shown, sire: number, matings: Mating[]
   const line = h("summary", {}, heading(names.id(male), name), h("span", { class: "number" }, words.sheet(matings.length)), h("span", { class: "about" }, about));
   const element = h("details", { class: "sheet" }, line);
   const make = () => {
-    if (element.childElementCount === 1) element.append(table(columns, matings, { caption: words.females(called(male)), search: false }));
+    if (element.childElementCount === 1) element.append(table(columns, matings, { caption: words.females(called(male)), repeated: true, search: false }));
   };
   element.addEventListener("toggle", () => element.open && make());
   const text = [called(male), ...matings.map(({ dam }) => called(animal(result, dam)))].join(" ");

@@ -31,6 +31,8 @@ export interface Column<T> {
 export interface TableOptions<T> {
   /** What the table holds, for those who do not see it. */
   caption: string;
+  /** Each sheet of paper on which rows stand has the caption. */
+  repeated?: boolean;
   /** Name of the saved file, "candidates.csv"; without it there is no button. */
   file?: string;
   /** Whether there is a search box (from 8 rows on, unless told otherwise). */
@@ -57,7 +59,7 @@ export function table<T>(columns: readonly Column<T>[], rows: readonly T[], opti
   const draw = long ? drawInSight(box, body) : drawAll(body);
 
   function redraw(): void {
-    fill(head, headings(columns, model));
+    fill(head, options.repeated && h("tr", { class: "paper" }, h("th", { colspan: columns.length }, options.caption)), headings(columns, model));
     const shown = model.getRowModel().rows;
     fill(found, shown.length < rows.length && words.found(count(shown.length), count(rows.length)));
     draw(shown.length, (i) => line(columns, shown[i]!, long, options.mark), columns.length);

@@ -55,7 +55,7 @@ for (const herd of ["cuvier", "hinterwald"]) {
       const own = kept.find((each) => each.get("sire") === sire && each.get("dam") === dam)!;
       expect.soft(agree(row?.get("Offspring merit"), mating.get("EBV")), `${sire} × ${dam}: ${row?.get("Offspring merit")}`).toBe(true);
       expect.soft(agree(row?.get("Offspring F %"), mating.get("F"), true), `${sire} × ${dam}: ${row?.get("Offspring F %")}`).toBe(true);
-      expect.soft(agree(row?.get("vF"), mating.get("vF")), `${sire} × ${dam}: ${row?.get("vF")}`).toBe(true);
+      expect.soft(agree(row?.get("Mendelian var."), mating.get("vF")), `${sire} × ${dam}: ${row?.get("Mendelian var.")}`).toBe(true);
       for (const [key, column] of [["f", "expected_inbreeding"], ["merit", "expected_merit"], ["sire_f", "sire_inbreeding"], ["dam_completeness", "dam_completeness"]] as const)
         expect.soft(Number(own.get(key)), `${sire} × ${dam}: ${key}`).toBeCloseTo(Number(mean.get(column)), 7);
     }

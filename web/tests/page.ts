@@ -36,7 +36,7 @@ export const drawn = (page: Page) => page.waitForFunction(() => [...document.que
 export async function rows(table: Locator): Promise<Map<string, string>[]> {
   const cells = await table.evaluate((table) => {
     const text = (node: Node | undefined) => (node?.textContent ?? "").replaceAll("\u00a0", " ");
-    const heads = [...table.querySelectorAll("thead th")].map((th) => text((th.querySelector("button") ?? th).childNodes[0]));
+    const heads = [...table.querySelectorAll("thead tr:not(.paper) th")].map((th) => text((th.querySelector("button") ?? th).childNodes[0]));
     return [...table.querySelectorAll("tbody tr:not(.space)")].map((tr) => [...tr.children].map((cell, i) => [heads[i]!, text(cell)] as const));
   });
   return cells.map((row) => new Map(row));

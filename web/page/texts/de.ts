@@ -1,6 +1,6 @@
 // Deutsch.
 
-import { atLeast, counted, digits, fixed, percent, short } from "../../shared/format.js";
+import { atLeast, count, counted, digits, fixed, percent, short } from "../../shared/format.js";
 import { reasons } from "../spreadsheet/reasons.de.js";
 import type { Texts } from "./en.js";
 
@@ -168,7 +168,7 @@ export const de: Texts = {
     },
     known: {
       title: "Bekannte Abstammung",
-      completeness: { name: "Geringste Vollständigkeit", help: "Prozent der über fünf Generationen bekannten Vorfahren. Unbekannte Vorfahren gelten als nicht verwandt: Ohne Grenze sehen Tiere, von denen wenig bekannt ist, besser aus, als sie sind. 60 % ist ein guter Anfang." },
+      completeness: { name: "Geringste Vollständigkeit", help: "Prozent der über fünf Generationen bekannten Vorfahren. Unbekannte Vorfahren gelten als nicht verwandt: Ohne Grenze sehen Tiere, von denen wenig bekannt ist, besser aus, als sie sind. Lassen Sie zuerst 0 stehen; üblich sind 60 %, wo dann genug Tiere bleiben." },
       parents: { name: "Beide Eltern müssen bekannt sein" },
     },
     values: {
@@ -243,7 +243,7 @@ export const de: Texts = {
       save: "Diese Regeln speichern", noRule: (line: number, text: string) => `Zeile ${line} ist keine Regel: ${text}`,
     },
     tradeoff: {
-      title: "Leistung oder Verwandtschaft",
+      title: "Zuchtwert oder Verwandtschaft",
       lead: "Wer nur die Tiere mit den besten Zuchtwerten paart, paart Verwandte, und die Inzucht steigt schnell. Die grüne Linie ist das Beste, was sich in dieser Herde von beidem haben lässt: darüber liegt nichts. Die Zeichen darunter sind Pläne; wählen Sie den, dessen Inzuchtrate Sie hinnehmen wollen.",
       reading: "Liest die Herde und berechnet das Bestmögliche",
       planning: "Macht Pläne",
@@ -281,7 +281,7 @@ export const de: Texts = {
         limit: "Ziel",
         impossible: "hier kann kein Plan liegen",
         key: {
-          line: "bestmöglich", greedy: "jede Paarung, wo sie am meisten bringt", exchanges: "dann Tausch von Paarungen", search: "Suche", marked: "vorgeschlagen oder verlangt", chosen: "gewählt",
+          line: "bestmöglich", greedy: "sofort gemacht", exchanges: "sofort gemacht, mit Tauschen", search: "durch gründliche Suche", marked: "vorgeschlagen oder verlangt", chosen: "gewählt",
         },
       },
       told: {
@@ -298,7 +298,7 @@ export const de: Texts = {
       size: "Effektive Größe", sizeNote: "Tiere einer idealen Herde, in der die Inzucht ebenso schnell steigt; geraten wird zu 50 oder mehr (FAO 1998)",
       noBase: (animals: number) => `Inzuchtrate und effektive Größe stehen hier auf schwachem Grund: sie werden von den zuletzt geborenen Tieren an gerechnet, von denen erst ${animals} im Herdbuch sind. Einen Plan vom anderen unterscheiden sie dennoch.`,
       merit: "Mittlerer Zuchtwert der Eltern", above: (sd: number) => `${fixed(sd, 2)} Standardabweichungen über dem gleichmäßigen Einsatz aller Kandidaten`,
-      parents: "Eltern", used: (males: number, females: number) => `${males} ♂, ${females} ♀`, candidates: (males: number, females: number) => `männliche und weibliche, von ${males} und ${females} Kandidaten`,
+      parents: "Eltern", used: (males: number, females: number) => `${males} ♂, ${females} ♀`, candidates: (males: number, females: number) => `männliche und weibliche, von ${count(males)} und ${count(females)} Kandidaten`,
       inbreeding: "Inzucht der Nachkommen", inbreedingNote: "im Mittel, so wie sie gepaart werden",
       share: "Anteil am Bestmöglichen", shareNote: "dessen, was irgendein Plan hier erreichen könnte, abgerundet",
       breaks: (rate: number) => `Kein Plan hält ein, was verlangt war: dieser kommt am nächsten, mit ${percent(rate)} je Generation.`,
@@ -326,8 +326,8 @@ export const de: Texts = {
       lead: "Die Pläne oben sind sofort gemacht und meist sehr gut. Eine gründliche Suche am gewählten Punkt versucht sehr viele andere; was sie findet, tritt gegen sie an, und der beste Plan wird genommen.",
       seeds: "Suchen mit verschiedenen Zufallszahlen", start: "Gründlich suchen",
       help: "Jede Suche beginnt mit anderen Zufallszahlen, darum finden manche mehr als andere. Sie laufen nebeneinander, eine auf jedem Kern dieses Rechners; weitere warten, bis einer frei ist.",
-      busy: (point: string) => `Sucht: ${point}.`, ended: (point: string) => `Die Suchen sind zu Ende: ${point}.`,
-      caption: "Pläne des gewählten Punktes", columns: ["Plan", "Vom Möglichen", "Zuchtwert", "Inzuchtrate", "Inzucht der Nachkommen"],
+      busy: (point: string) => `Sucht: ${point}.`, ended: (point: string) => `Die Suchen sind zu Ende: ${point}.`, kept: "Keine fand etwas Besseres als den sofort gemachten Plan: Er bleibt.",
+      caption: "Pläne des gewählten Punktes", columns: ["Plan", "Anteil am Bestmöglichen", "Zuchtwert", "Inzuchtrate", "Inzucht der Nachkommen"],
       best: "(der beste)", direct: "sofort gemacht", seed: (seed: number) => `Suche ${seed}`,
       states: { waiting: "wartet", running: "beginnt", done: "fertig", cancelled: "angehalten" },
     },

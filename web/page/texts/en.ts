@@ -1,7 +1,7 @@
 // All that the page says itself, in English. A translation is one more file of this shape; what the
 // program says of a herd book, and the report, are English in all of them.
 
-import { counted } from "../../shared/format.js";
+import { count, counted } from "../../shared/format.js";
 import * as frontier from "../../shared/texts/frontier.js";
 import { reasons } from "../spreadsheet/reasons.js";
 
@@ -152,7 +152,7 @@ export const en = {
     },
     known: {
       title: "Known pedigree",
-      completeness: { name: "Least completeness", help: "Percent of the ancestors known over five generations. Unknown ancestors count as unrelated: without a limit, animals of which little is known look better than they are. 60 % is a good beginning." },
+      completeness: { name: "Least completeness", help: "Percent of the ancestors known over five generations. Unknown ancestors count as unrelated: without a limit, animals of which little is known look better than they are. Leave it at 0 to begin with; 60 % is usual where that leaves enough animals." },
       parents: { name: "Both parents must be known" },
     },
     values: {
@@ -255,7 +255,7 @@ export const en = {
       size: "Effective size", sizeNote: "animals of an ideal herd in which inbreeding rises as fast; 50 or more are advised (FAO 1998)",
       noBase: frontier.curve.no_base,
       merit: "Mean breeding value of the parents", above: (sd: number) => `${sd.toFixed(2)} standard deviations above using all candidates alike`,
-      parents: "Parents", used: (males: number, females: number) => `${males} ♂, ${females} ♀`, candidates: (males: number, females: number) => `males and females, of ${males} and ${females} candidates`,
+      parents: "Parents", used: (males: number, females: number) => `${males} ♂, ${females} ♀`, candidates: (males: number, females: number) => `males and females, of ${count(males)} and ${count(females)} candidates`,
       inbreeding: "Inbreeding of the offspring", inbreedingNote: "on average, as they are paired",
       share: "Share of the best possible", shareNote: "of what any plan could reach here, rounded down",
       breaks: (rate: number) => `No plan keeps what was asked for: this one comes nearest, with ${(100 * rate).toFixed(2)} % a generation.`,
@@ -283,7 +283,7 @@ export const en = {
       lead: "The plans above are made at once and are mostly very good. A full search of the chosen point tries very many others; what it finds competes with them, and the best is taken.",
       seeds: "Searches with different random numbers", start: "Search thoroughly",
       help: "Each search begins with other random numbers, so some find more than others. They run side by side, one on each core of this computer; further ones wait for a free one.",
-      busy: (point: string) => `Searches: ${point}.`, ended: (point: string) => `The searches have ended: ${point}.`,
+      busy: (point: string) => `Searches: ${point}.`, ended: (point: string) => `The searches have ended: ${point}.`, kept: "None found anything better than the plan made at once: it stays.",
       caption: "Plans of the chosen point", columns: ["Plan", "Of the possible", "Breeding value", "Rate of inbreeding", "Inbreeding of the offspring"],
       best: "(best)", direct: "made at once", seed: (seed: number) => `search ${seed}`,
       states: { waiting: "waits", running: "begins", done: "done", cancelled: "stopped" },

@@ -25,7 +25,7 @@ export function step(work: Work): Step {
     drawn = data;
     const any = data.animals.length > 0;
     fill(sum, any && words.candidates.sum(data.sexes[0]!.candidates, data.sexes[1]!.candidates));
-    fill(remain, any ? [lack(work, data), figures(data)] : hindered(data));
+    fill(remain, any ? [lack(work, data), figures(work, data)] : hindered(data));
     fill(pictures, any && picture(data));
     for (const list of [left, all]) {
       list.element.hidden = !any;
@@ -51,11 +51,11 @@ function lack({ choices }: Work, { sexes, columns }: Prepared): HTMLElement | fa
   return h("p", { class: silent ? "warning" : "warning serious" }, silent ? unsaid : none);
 }
 
-function figures({ sexes, planned_matings }: Prepared): HTMLElement {
+function figures({ choices }: Work, { sexes, planned_matings }: Prepared): HTMLElement {
   const { facts: names, sexNames } = words.candidates;
   const of = ({ sex, candidates, matings, completeness }: Prepared["sexes"][number]) =>
     [sexNames[sex === "male" ? 1 : 2], count(candidates), candidates > 0 && names.more(count(matings), percent(completeness, 0))] as const;
-  return facts(...sexes.map(of), [names.planned, count(Math.max(0, planned_matings)), names.plannedNote]);
+  return facts(...sexes.map(of), [names.planned, count(Math.max(0, planned_matings)), choices.matings === null && names.plannedNote]);
 }
 
 /** How many a condition leaves out, each counted for the first. */

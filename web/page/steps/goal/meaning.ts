@@ -31,7 +31,7 @@ export class Meaning {
       h("p", {}, this.name, " ", h("strong", {}, called(plan))),
       facts(
         [meaning.rate, percent(rate), rate > 0 ? meaning.rises(rate) : meaning.falls],
-        [meaning.size, Number.isFinite(size) ? fixed(size, 1) : NONE, Number.isFinite(size) ? meaning.sizeNote : meaning.falls],
+        [meaning.size, Number.isFinite(size) ? fixed(size, size < 10 ? 1 : 0) : NONE, Number.isFinite(size) ? meaning.sizeNote : meaning.falls],
         [meaning.merit, digits(plan.merit, 4), meaning.above(plan.scaled_merit)],
         [meaning.parents, meaning.used(males, females), meaning.candidates(herd.males, herd.females)],
         [meaning.inbreeding, percent(plan.inbreeding), meaning.inbreedingNote],

@@ -45,9 +45,16 @@ export class Thorough {
     if (!searches.busy && document.activeElement === this.cancel) this.start.focus();
     this.cancel.hidden = !searches.busy;
     fill(this.list, searches.all.map(line));
-    const said = searches.of === null ? "" : words.goal.search[searches.busy ? "busy" : "ended"](called(searches.of));
+    const said = searches.of === null ? "" : searches.busy ? words.goal.search.busy(called(searches.of)) : this.ended(searches.of);
     if (this.told.textContent !== said) this.told.textContent = said;
     this.compare();
+  }
+
+  /** What came of searches of a plan's point. */
+  private ended(plan: Plan): string {
+    const rivals = this.tradeoff.rivals(plan);
+    const kept = rivals.length > 1 && Number.isNaN(bestOf(rivals).seed);
+    return [words.goal.search.ended(called(plan)), kept && words.goal.search.kept].filter(Boolean).join(" ");
   }
 
   /** The plans of the point, each with what takes it. */
@@ -64,7 +71,7 @@ export class Thorough {
 
   private table(rivals: readonly Plan[]): HTMLElement {
     const { caption, columns } = words.goal.search;
-    const best = rivals.reduce((best, plan) => (plan.share > best.share ? plan : best));
+    const best = bestOf(rivals);
     const rows = rivals.map((plan): Child[] => [
       [this.chooser(plan), plan === best && ` ${words.goal.search.best}`], atLeast(plan.share), digits(plan.merit, 5), percent(plan.rate, 3), percent(plan.inbreeding),
     ]);
@@ -78,11 +85,13 @@ export class Thorough {
   }
 }
 
+const bestOf = (rivals: readonly Plan[]): Plan => rivals.reduce((best, plan) => (plan.share > best.share ? plan : best));
+
 function line({ seed, state, progress, error }: Search): HTMLElement {
   const { search } = words.goal;
   const name = search.seed(seed);
   const share = progress ? { value: String(progress.share) } : {};
   const more = state === "failed" ? said(error!) : state !== "running" ? search.states[state]
-    : progress ? [percent(progress.share, 0), Number.isNaN(progress.left) ? "" : words.frame.left(progress.left), progress.more].filter(Boolean).join(", ") : search.states.running;
+    : progress ? [percent(progress.share, 0), Number.isNaN(progress.left) ? "" : words.frame.left(progress.left)].filter(Boolean).join(", ") : search.states.running;
   return h("li", {}, h("span", {}, name, ": "), state === "running" && h("progress", { max: 1, ...share, "aria-label": name }), " ", h("span", {}, more));
 }

@@ -14,13 +14,13 @@ const AFTER = 350;  // milliseconds for which a slider must rest
 const unit = (kind: Target["kind"]) => (kind === "rate" ? 100 : 1);
 const shown = ({ kind, value }: Target) => String(Number((value * unit(kind)).toPrecision(12)));
 
-/** The slider along the curve, from most merit to least relationship. */
+/** The slider along the curve, in its direction: least relationship at the left, most merit at the right. */
 export class Along {
   private readonly told = h("span", { class: "note", id: "along-told" });
-  private readonly slider = h("input", { type: "range", id: "along", min: 0, max: 90, step: 1, "aria-describedby": this.told.id });
+  private readonly slider = h("input", { type: "range", id: "along", dir: "rtl", min: 0, max: 90, step: 1, "aria-describedby": this.told.id });
   readonly element = h("div", { class: "along screen" },
     h("label", { for: this.slider.id }, words.goal.along.label),
-    h("span", { class: "ends" }, h("span", {}, words.goal.along.merit), this.slider, h("span", {}, words.goal.along.relationship)), this.told);
+    h("span", { class: "ends" }, h("span", {}, words.goal.along.relationship), this.slider, h("span", {}, words.goal.along.merit)), this.told);
   private waiting: ReturnType<typeof setTimeout> | undefined;
 
   constructor(work: Work, private readonly tradeoff: Tradeoff) {
