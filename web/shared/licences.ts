@@ -9,7 +9,7 @@ export function licences(group: Outline["group"]): HTMLElement {
   const { title, text, none, one } = words.licences;
   const all = bundled();
   const single = ({ name, version, license, text }: Licence) =>
-    h("details", {}, h("summary", {}, one(name, version, license)), h("pre", { class: "licence", lang: "en" }, text));
+    h("details", {}, h("summary", { lang: "en" }, one(name, version, license)), h("pre", { class: "licence", lang: "en" }, text));
   return group(title, all.length === 0 ? h("p", {}, none) : [h("p", {}, text), all.map(single)]);
 }
 
