@@ -262,13 +262,13 @@ const mating: Texts["matings"] = {
   DAM: ["Mutter", "Kennung des Muttertiers"],
   DAM_NAME: ["Ihr Name", "Name des Muttertiers"],
   OFFSPRING_MERIT: ["Zuchtwert Nachkommen", "Erwarteter Zuchtwert der Nachkommen: das Mittel der Zuchtwerte ihrer Eltern"],
-  OFFSPRING_F: ["F Nachkommen %", "Erwartete Inzucht der Nachkommen: die halbe additive Verwandtschaft ihrer Eltern (Wright 1922)"],
+  OFFSPRING_F: ["Nachkommen F %", "Erwartete Inzucht der Nachkommen: die halbe additive Verwandtschaft ihrer Eltern (Wright 1922)"],
   OFFSPRING_VF: ["Mendelsche Varianz", "vF: Varianz der Nachkommen durch die mendelsche Aufspaltung, als Anteil der additiv-genetischen Varianz: ½ (1 − mittleres F der Eltern). Je ingezüchteter die Eltern, desto weniger unterscheiden sich ihre Nachkommen."],
   parentColumn: (of) => {
     const [parent, animal] = of === "sire" ? ["Vater", "Vatertiers"] : ["Mutter", "Muttertiers"];
     return {
       merit: [`Zuchtwert ${parent}`, `Zuchtwert des ${animal}`],
-      f: [`F ${parent} %`, `Inzucht des ${animal}`],
+      f: [`${parent} F %`, `Inzucht des ${animal}`],
       completeness: ["Vollst. %", `Vollständigkeit der Abstammung des ${animal}: wie viel von seinen Vorfahren bekannt ist`],
     };
   },

@@ -57,22 +57,24 @@ function english(within: string): string[] {
 }
 
 test("a page in German shows and saves a German report, whose tables are saved as programs read them", async ({ page }) => {
-  const user = await example();
+  const user = await example({ viewport: { width: 390, height: 844 } });
   await user.choose("Language", "Deutsch");
   await user.press("Paarungsplan machen");
   await user.sees("#plan", /Der Plan ist da/);
   await user.unfolds("#plan");
   expect(await user.read("#plan .report")).toMatch(/Inzuchtrate \d,\d\d %.*Als Tabelle zeigen.*Als CSV speichern/);
   expect(await user.evaluate(english, "#plan")).toEqual([]);
+  expect(await user.evaluate(() => document.documentElement.scrollWidth)).toBe(390);  // its words are longer
   const report = await user.saves("Bericht (HTML)");
   await user.leaves();
   await withFolder(async (folder) => {
     put(folder, { [report.name]: report.bytes });
     await page.goto(pathToFileURL(join(folder, report.name)).href);
+    await expect(page).toHaveTitle(/^Paarungsplan: /);
     await openAll(page);
     expect(await page.evaluate(english, "body")).toEqual([]);
     await page.getByRole("button", { name: "Alle in einer Tabelle" }).click();
-    await expect(page.locator("input[placeholder=Suchen]:visible").first()).toBeVisible();
+    await expect(page.getByLabel("Suchen: Alle Paarungen des Plans")).toBeVisible();
     const [mating] = fromCsv((await saved(page.getByRole("button", { name: "Als CSV speichern" }).first())).text);
     expect([mating!.get("f"), mating!.get("other_males")]).toEqual([expect.stringMatching(/^0(\.\d+)?$/), expect.stringMatching(/\(\d+\.\d\d\)/)]);
   });
