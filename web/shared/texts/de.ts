@@ -201,7 +201,7 @@ const frame: Texts["frame"] = {
 };
 
 const made: Texts["made"] = {
-  title: "Wie der Bericht entstanden ist",
+  title: "Entstehung des Berichts",
   facts: {
     run: "Plan gemacht mit", started: "Lauf begonnen", report: "Bericht gemacht mit", time: "Gemacht am", seed: "Startwert der Zufallszahlen", prefix: "Ergebnisse beginnen mit",
   },
