@@ -102,7 +102,7 @@ TEST(Forms, BytesAreDecoded) {
 // In whole years, from the end of a step to that of the last.
 TEST(Forms, StepsTellAges) {
   const auto age = [](Step step, std::int32_t days, std::int32_t last, std::int32_t from) {
-    return TimeSteps{step, days, "", 0, last}.age(from);
+    return TimeSteps{step, days, "", 0, last}.age(from, std::int64_t{last} + 1);
   };
   EXPECT_EQ(age(Step::kYear, 0, 2020, 2018), 3);
   EXPECT_EQ(age(Step::kGeneration, 0, 9, 9), 1);
