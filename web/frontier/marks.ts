@@ -90,13 +90,14 @@ const BELOW = { own: 30, marked: 46 } as const;  // pixels: free of the line and
 export function labels(plans: readonly Plan[], at: (plan: Plan) => Point, marked: Plan, x: Range, y: Range, height: number): Plot.Markish {
   const own = plans.find((plan) => plan.own);
   const named = plans.filter((plan) => plan === marked || plan === own);
-  return named.map((plan) => {
+  const hung = named.map((plan) => {
     const [px, py] = at(plan);
     const low = Math.max(y[0], py - ((plan === marked ? BELOW.marked : BELOW.own) * (y[1] - y[0])) / height);
     const side = px - x[0] > MIDDLE * (x[1] - x[0]) ? { textAnchor: "end" as const, dx: -5 } : { textAnchor: "start" as const, dx: 5 };
-    return [
-      Plot.link([plan], { x: px, y1: py, y2: low, stroke: COLOUR.text }),
-      Plot.text([plan], { x: px, y: low, text: called, ...side, dy: -4, fontWeight: 650, fill: "currentColor", stroke: "var(--card)", strokeWidth: 5 }),
-    ];
+    return {
+      line: Plot.link([plan], { x: px, y1: py, y2: low, stroke: COLOUR.text }),
+      name: Plot.text([plan], { x: px, y: low, text: called, ...side, dy: -4, fontWeight: 650, fill: "currentColor", stroke: "var(--card)", strokeWidth: 5 }),
+    };
   });
+  return [hung.map(({ line }) => line), hung.map(({ name }) => name)];  // no line crosses a name
 }
